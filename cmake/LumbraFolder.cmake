@@ -1,0 +1,28 @@
+# One static library for each folder of src/, linked only to the folders that it may include.
+#
+#   lumbra_folder(NAME model SOURCES a.cpp b.cpp PUBLIC lumbra_platform PRIVATE GEOS::geos_c)
+#
+# Headers are included from the root of src/: "model/CCoor.h".
+function(lumbra_folder)
+  cmake_parse_arguments(ARG "" "NAME" "SOURCES;PUBLIC;PRIVATE" ${ARGN})
+  set(target lumbra_${ARG_NAME})
+  add_library(${target} STATIC ${ARG_SOURCES})
+  target_include_directories(${target} PUBLIC "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/src>")
+  target_compile_definitions(${target} PRIVATE LUMBRA_BUILD)
+  target_link_libraries(${target} PUBLIC ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE})
+endfunction()
+
+# A test program of one folder; its tests run in any order and, a second time, under a locale with a decimal comma.
+#
+#   lumbra_test(NAME model SOURCES CCoorTest.cpp LIBS lumbra_model)
+function(lumbra_test)
+  cmake_parse_arguments(ARG "" "NAME" "SOURCES;LIBS" ${ARGN})
+  set(target test_${ARG_NAME})
+  add_executable(${target} ${ARG_SOURCES})
+  target_link_libraries(${target} PRIVATE ${ARG_LIBS} lumbra_test_support)
+  target_precompile_headers(${target} PRIVATE <gtest/gtest.h> <gmock/gmock.h> <string> <vector>)
+  add_test(NAME ${ARG_NAME} COMMAND ${target} --gtest_shuffle)
+  add_test(NAME ${ARG_NAME}.es_ES COMMAND ${target} --gtest_shuffle)
+  set_tests_properties(${ARG_NAME}.es_ES PROPERTIES
+                       ENVIRONMENT "LC_ALL=es_ES.UTF-8;LOCPATH=${CMAKE_BINARY_DIR}/locale")
+endfunction()

@@ -1,0 +1,9 @@
+#pragma once
+// The one place where the headers of OpenGL and GLU come in, and the one idiom for its errors.
+
+#include <GL/gl.h>
+#include <GL/glu.h>
+
+/// True when OpenGL has recorded an error since the last look; the look clears it. With no current context there is
+/// nothing to report, and the answer is false.
+[[nodiscard]] inline bool HayErrorGL() { return glGetError() != GL_NO_ERROR; }
