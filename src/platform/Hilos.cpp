@@ -47,7 +47,7 @@ using ObjetoP = std::shared_ptr<Objeto>;
 // One wait under way; lives on the stack of who waits.
 struct Espera {
     std::vector<ObjetoP> objetos;
-    bool todos;
+    bool todos = false;
     bool hecha = false;
     DWORD resultado = WAIT_TIMEOUT;
     std::condition_variable aviso;
@@ -278,7 +278,8 @@ DWORD WaitForSingleObject(HANDLE objeto, DWORD milisegundos) {
 DWORD WaitForMultipleObjects(DWORD cuenta, const HANDLE* asas, BOOL todos, DWORD milisegundos) {
     if (cuenta == 0 || cuenta > MAXIMUM_WAIT_OBJECTS || asas == nullptr) return WAIT_FAILED;
     hilos::PuntoDeParada();
-    Espera espera{{}, todos != FALSE};
+    Espera espera;
+    espera.todos = todos != FALSE;
     std::unique_lock guarda(LaCasa().cerrojo);
     for (DWORD i = 0; i < cuenta; ++i) {
         ObjetoP objeto = Busca(asas[i]);
