@@ -1,0 +1,37 @@
+// The system that coordinates refer to: an ellipsoid and a zone of the transverse Mercator grid on it.
+#pragma once
+
+#include "model/CElipsoide.h"
+#include "platform/CString.h"
+
+namespace Vertiz {
+
+/// A plane reference system: UTM on an ellipsoid. Coordinates are metres, easting and northing.
+class CSistemaReferencia {
+  public:
+    CSistemaReferencia() = default;
+
+    /// A system known by its name only: the default ellipsoid, and no zone yet.
+    explicit CSistemaReferencia(const CString& Nombre) : m_Nombre(Nombre) {}
+
+    /// @param nHuso  UTM zone, 1 to 60; 0 when none is set
+    /// @param bNorte true in the northern hemisphere
+    CSistemaReferencia(const CString& Nombre, const CElipsoide& Elipsoide, int nHuso, bool bNorte)
+        : m_Nombre(Nombre), m_Elipsoide(Elipsoide), m_nHuso(nHuso), m_bNorte(bNorte) {}
+
+    const CString& GetNombre() const { return m_Nombre; }
+    const CElipsoide& GetElipsoide() const { return m_Elipsoide; }
+    int GetHuso() const { return m_nHuso; }
+    bool EsNorte() const { return m_bNorte; }
+
+    /// True when coordinates can be computed in it: a valid ellipsoid and a zone of 1 to 60.
+    bool EsValido() const { return m_Elipsoide.EsValido() && m_nHuso >= 1 && m_nHuso <= 60; }
+
+  private:
+    CString m_Nombre;
+    CElipsoide m_Elipsoide;
+    int m_nHuso = 0;
+    bool m_bNorte = true;
+};
+
+}  // namespace Vertiz

@@ -1,0 +1,43 @@
+// The unit that angles are given in.
+#pragma once
+
+#include <numbers>
+
+namespace Vertiz {
+
+/// Unit of angles, by its code: 0 none (a value is used as it is, as radians), 1 radians, 2 gons (400 in a circle),
+/// 3 degrees (360 in a circle). Any other code counts as 0.
+class CUnidadAngular {
+  public:
+    enum Codigo : int { NINGUNA = 0, RADIANES = 1, CENTESIMAL = 2, SEXAGESIMAL = 3 };
+
+    constexpr CUnidadAngular(int nCodigo = NINGUNA)
+        : m_nCodigo(nCodigo >= NINGUNA && nCodigo <= SEXAGESIMAL ? nCodigo : NINGUNA) {}
+
+    constexpr int GetCodigo() const { return m_nCodigo; }
+
+    /// What a full circle measures in this unit.
+    constexpr double Circulo() const {
+        switch (m_nCodigo) {
+            case CENTESIMAL:
+                return 400.0;
+            case SEXAGESIMAL:
+                return 360.0;
+            default:
+                return 2.0 * std::numbers::pi;
+        }
+    }
+
+    /// An angle of this unit in radians.
+    constexpr double ARadianes(double dAngulo) const { return dAngulo * (2.0 * std::numbers::pi / Circulo()); }
+
+    /// An angle in radians in this unit.
+    constexpr double DesdeRadianes(double dAngulo) const { return dAngulo * (Circulo() / (2.0 * std::numbers::pi)); }
+
+    constexpr bool operator==(const CUnidadAngular&) const = default;
+
+  private:
+    int m_nCodigo;
+};
+
+}  // namespace Vertiz
