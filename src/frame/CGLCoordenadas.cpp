@@ -2,11 +2,10 @@
 // that the GL space is built on. Scale and exaggeration reach the vertices here alone, in TerrenoAGL.
 
 #include <algorithm>
-#include <array>
 #include <cmath>
-#include <limits>
 
 #include "frame/CGL.h"
+#include "frame/EsquinasCaja.h"
 #include "frame/MatricesGL.h"
 #include "model/CMatrizCuadrada.h"
 #include "model/CNubePuntos.h"
@@ -21,14 +20,6 @@ constexpr int kConica = Vertiz::CDataTransformacion::CONICA;
 constexpr int kEsferica = Vertiz::CDataTransformacion::ESFERICA;
 constexpr double kSinCota = 2147483647.0;
 constexpr double kRangoMinimo = 0.01;
-
-// The eight corners of a box, heights first, then west to east, then south to north.
-std::array<CCoor3D<double>, 8> Esquinas(const CMaximas<double>& m) {
-    const CCoor3D<double>&a = m.Minima(), &b = m.Maxima();
-    return {CCoor3D<double>(a.x, a.y, a.z, 0), CCoor3D<double>(a.x, a.y, b.z, 0), CCoor3D<double>(b.x, a.y, a.z, 0),
-            CCoor3D<double>(b.x, a.y, b.z, 0), CCoor3D<double>(a.x, b.y, a.z, 0), CCoor3D<double>(a.x, b.y, b.z, 0),
-            CCoor3D<double>(b.x, b.y, a.z, 0), CCoor3D<double>(b.x, b.y, b.z, 0)};
-}
 
 double Rango(double minimo, double maximo) { return std::max(maximo < minimo ? 0.0 : maximo - minimo, kRangoMinimo); }
 
@@ -241,7 +232,7 @@ int CGL::TerrenoAPantalla(CPoint& pt, const CCoor3D<double>& p, double* pz, bool
 
 void CGL::TerrenoAPantalla(const CMaximas<double>& m, CMaximas<double>& salida, double escala, int* viewport,
                            double* modelview, double* proyeccion) {
-    for (const CCoor3D<double>& esquina : Esquinas(m)) {
+    for (const CCoor3D<double>& esquina : EsquinasCaja(m)) {
         CCoor3D<double> gl, ventana;
         if (!TerrenoAGL(esquina, gl.x, gl.y, gl.z, escala, false)) continue;
         if (gluProject(gl.x, gl.y, gl.z, modelview, proyeccion, viewport, &ventana.x, &ventana.y, &ventana.z) == GL_TRUE)
@@ -363,7 +354,7 @@ int CGL::PantallaZATerreno(const CPoint& pt, CCoor3D<double>& c, double winz, bo
 // A box of terrain coordinates as the box of its corners on the image.
 CMaximas<double> CGL::EnImagen(const CMaximas<double>& m) const {
     CMaximas<double> imagen;
-    for (const CCoor3D<double>& esquina : Esquinas(m)) {
+    for (const CCoor3D<double>& esquina : EsquinasCaja(m)) {
         CCoor3D<double> punto;
         if (TransformaConData(esquina, punto)) imagen.Nuevo(punto);
     }
