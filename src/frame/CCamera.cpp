@@ -15,8 +15,12 @@ using Vertiz::CMatrizCuadrada;
 
 constexpr double kPi = std::numbers::pi;
 
-double ARadianes(double grados) { return grados * kPi / 180.0; }
-double AGrados(double radianes) { return radianes * 180.0 / kPi; }
+double ARadianes(double grados) {
+    return grados * kPi / 180.0;
+}
+double AGrados(double radianes) {
+    return radianes * 180.0 / kPi;
+}
 
 Punto Unitario(Punto v) {
     v.Normaliza();
@@ -36,7 +40,9 @@ double MediaVuelta(double grados) {
     return grados;
 }
 
-bool EsCero(double v) { return std::abs(v) <= 1e-7; }
+bool EsCero(double v) {
+    return std::abs(v) <= 1e-7;
+}
 
 // A rotation held in single precision, as yaw and pitch have always been worked out.
 struct Cuaternion {
@@ -76,17 +82,21 @@ struct Giro {
         CMatrizCuadrada giros(3);
         giros.MatrizGiros3D(omega, fi, kappa);
         for (unsigned i = 0; i < 3; ++i)
-            for (unsigned j = 0; j < 3; ++j) m[i][j] = giros.Get(i, j);
+            for (unsigned j = 0; j < 3; ++j)
+                m[i][j] = giros.Get(i, j);
         const double so = std::sin(omega), co = std::cos(omega), sf = std::sin(fi), cf = std::cos(fi),
                      sk = std::sin(kappa), ck = std::cos(kappa);
         porOmega = {Fila3{0, 0, 0}, Fila3{-m[2][0], -m[2][1], -m[2][2]}, m[1]};
         porFi = {Fila3{-sf * ck, sf * sk, cf}, Fila3{so * cf * ck, -so * cf * sk, so * sf},
                  Fila3{-co * cf * ck, co * cf * sk, -co * sf}};
-        for (unsigned i = 0; i < 3; ++i) porKappa[i] = {m[i][1], -m[i][0], 0};
+        for (unsigned i = 0; i < 3; ++i)
+            porKappa[i] = {m[i][1], -m[i][0], 0};
     }
 };
 
-double Fila(const Fila3& f, const Fila3& v) { return f[0] * v[0] + f[1] * v[1] + f[2] * v[2]; }
+double Fila(const Fila3& f, const Fila3& v) {
+    return f[0] * v[0] + f[1] * v[1] + f[2] * v[2];
+}
 
 // One observation: the rotation has to carry `referencia` to `objetivo`.
 struct Observacion {
@@ -105,7 +115,8 @@ void EcuacionesNormales(const Giro& giro, const std::array<Observacion, 3>& obse
             const double l = o.objetivo[i] - Fila(giro.m[i], o.referencia);
             for (unsigned j = 0; j < 3; ++j) {
                 atl[j] += a[j] * l;
-                for (unsigned k = 0; k < 3; ++k) n.Set(j, k, n.Get(j, k) + a[j] * a[k]);
+                for (unsigned k = 0; k < 3; ++k)
+                    n.Set(j, k, n.Get(j, k) + a[j] * a[k]);
             }
         }
 }
@@ -123,9 +134,13 @@ double GradosEnVuelta(double radianes) {
 
 }  // namespace
 
-Punto CCamera::Direccion() const { return Unitario(m_View - m_Position); }
+Punto CCamera::Direccion() const {
+    return Unitario(m_View - m_Position);
+}
 
-Punto CCamera::Derecha() const { return Unitario((m_View - m_Position) * m_UpVector); }
+Punto CCamera::Derecha() const {
+    return Unitario((m_View - m_Position) * m_UpVector);
+}
 
 void CCamera::PositionCamera(const Punto& pos, const Punto& view, const Punto& up) {
     m_Position = pos;
@@ -158,7 +173,8 @@ bool CCamera::CalculaAngulos() {
         if (!n.InversaCholesky(inversa) && !n.InversaPivote(inversa)) return false;
         mayor = 0.0;
         for (unsigned i = 0; i < 3; ++i) {
-            const double correccion = inversa.Get(i, 0) * atl[0] + inversa.Get(i, 1) * atl[1] + inversa.Get(i, 2) * atl[2];
+            const double correccion =
+                inversa.Get(i, 0) * atl[0] + inversa.Get(i, 1) * atl[1] + inversa.Get(i, 2) * atl[2];
             if (!std::isfinite(correccion)) return false;
             mayor = std::max(mayor, std::abs(correccion));
             angulos[i] = EnVuelta(angulos[i] + correccion);

@@ -5,7 +5,9 @@
 
 namespace {
 
-int EscalaPaso(int paso, float factor) { return std::max(1, static_cast<int>(static_cast<float>(paso) * factor)); }
+int EscalaPaso(int paso, float factor) {
+    return std::max(1, static_cast<int>(static_cast<float>(paso) * factor));
+}
 
 // What two settings have to share to count as equal.
 auto Comparable(const CDataGL& d) {
@@ -27,9 +29,13 @@ bool CDataGL::operator==(const CDataGL& otro) const {
                       otro.m_VerObjetosMDT.end(), [](const auto& a, const auto& b) { return !(a != b); });
 }
 
-void CDataGL::AumentaVelocidad() { MultiplicaVelocidad(2.0F); }
+void CDataGL::AumentaVelocidad() {
+    MultiplicaVelocidad(2.0F);
+}
 
-void CDataGL::ReduceVelocidad() { MultiplicaVelocidad(0.5F); }
+void CDataGL::ReduceVelocidad() {
+    MultiplicaVelocidad(0.5F);
+}
 
 void CDataGL::MultiplicaVelocidad(float factor) {
     m_fVelocidad *= factor;

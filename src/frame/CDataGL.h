@@ -59,42 +59,42 @@ class LUMBRA_API CDataGL {
     /// Colour of a terrain surface: 0 wire, 1 plain, 2 hypsometric, 3 point colour, 4 intensity, 5 LiDAR class, 6 cut
     /// and fill.
     unsigned m_nModoRelleno = 1;
-    int m_nTipoColorLineas = 0;                        ///< colour of lines
-    ColoresNubeLiDAR m_nTipoLIDAR = ColorIntensidad;  ///< colour of point clouds
-    Vertiz::CDataGamaColor m_GamaColor{L""};           ///< hypsometric ramp
-    int m_bRotacion = 1;                               ///< rotation mode, 0 or 1
-    int m_bLimites = 0;                                ///< show limits
-    int m_bEdificios = 1;                              ///< show buildings
-    int m_bArboles = 1;                                ///< show trees
+    int m_nTipoColorLineas = 0;                               ///< colour of lines
+    ColoresNubeLiDAR m_nTipoLIDAR = ColorIntensidad;          ///< colour of point clouds
+    Vertiz::CDataGamaColor m_GamaColor{L""};                  ///< hypsometric ramp
+    int m_bRotacion = 1;                                      ///< rotation mode, 0 or 1
+    int m_bLimites = 0;                                       ///< show limits
+    int m_bEdificios = 1;                                     ///< show buildings
+    int m_bArboles = 1;                                       ///< show trees
     std::vector<Vertiz::CInfoClasificacion> m_VerObjetosMDT;  ///< visible object classes
-    int m_bRupturas = 1;                               ///< show breaklines
-    int m_bReferencia = 1;                             ///< draw references
-    int m_bCurvado = 0;                                ///< show contours
-    int m_bBase = 0;                                   ///< show base
-    int m_bMaximasObjeto = 1;                          ///< the scene's own extent counts in `GetMaximas`
-    int m_bLuz = 1;                                    ///< lighting on
-    int m_bLimitesProyecto = 1;                        ///< show project limits
-    int m_bRelleno = 0;                                ///< fill: terrains are lit only when on
-    int m_bPuntosCamara = 1;                           ///< show camera stations
-    int m_bMascara = 1;                                ///< show the photo mask
-    int m_bMarcasFoto = 0;                             ///< draw marks on photographs
-    int m_bMarcasTerreno = 0;                          ///< draw marks on the terrain
-    int m_bVerPlanos = 0;                              ///< show planes
-    int m_bVerPuntosConPlanos = 0;                     ///< show points that have planes
-    int m_bVerPuntosSinPlanos = 1;                     ///< show points without planes
-    int m_bOrto = 1;                                   ///< orthographic view
-    unsigned m_nEjes = 1;                              ///< axes: 0 off, 1 in the corner, else in the middle
-    int m_bImagenFondo = 0;                            ///< sky image on
-    CString m_SzImagenFondo;                           ///< path of the sky image
-    float m_fVelocidad = 0.125F;                       ///< zoom step
-    int m_nPasoTrans = 10;                             ///< step of a move, pixels
-    int m_nPasoAngulo = 5;                             ///< step of a rotation, degrees
-    int m_nCalidadTextos = 0;                          ///< deviation of text outlines, hundredths
-    int m_bTextos3D = 1;                               ///< outline fonts instead of bitmap fonts
-    int m_nAlturaTextos = 14;                          ///< height of the bitmap font, pixels
-    short m_nAlfaSuperficie = 20;                      ///< surface transparency
-    short m_nAlfaImagen = 50;                          ///< image transparency
-    int m_nMaxPuntosTrazados = 10000;                  ///< point budget of a drawing
+    int m_bRupturas = 1;                                      ///< show breaklines
+    int m_bReferencia = 1;                                    ///< draw references
+    int m_bCurvado = 0;                                       ///< show contours
+    int m_bBase = 0;                                          ///< show base
+    int m_bMaximasObjeto = 1;                                 ///< the scene's own extent counts in `GetMaximas`
+    int m_bLuz = 1;                                           ///< lighting on
+    int m_bLimitesProyecto = 1;                               ///< show project limits
+    int m_bRelleno = 0;                                       ///< fill: terrains are lit only when on
+    int m_bPuntosCamara = 1;                                  ///< show camera stations
+    int m_bMascara = 1;                                       ///< show the photo mask
+    int m_bMarcasFoto = 0;                                    ///< draw marks on photographs
+    int m_bMarcasTerreno = 0;                                 ///< draw marks on the terrain
+    int m_bVerPlanos = 0;                                     ///< show planes
+    int m_bVerPuntosConPlanos = 0;                            ///< show points that have planes
+    int m_bVerPuntosSinPlanos = 1;                            ///< show points without planes
+    int m_bOrto = 1;                                          ///< orthographic view
+    unsigned m_nEjes = 1;                                     ///< axes: 0 off, 1 in the corner, else in the middle
+    int m_bImagenFondo = 0;                                   ///< sky image on
+    CString m_SzImagenFondo;                                  ///< path of the sky image
+    float m_fVelocidad = 0.125F;                              ///< zoom step
+    int m_nPasoTrans = 10;                                    ///< step of a move, pixels
+    int m_nPasoAngulo = 5;                                    ///< step of a rotation, degrees
+    int m_nCalidadTextos = 0;                                 ///< deviation of text outlines, hundredths
+    int m_bTextos3D = 1;                                      ///< outline fonts instead of bitmap fonts
+    int m_nAlturaTextos = 14;                                 ///< height of the bitmap font, pixels
+    short m_nAlfaSuperficie = 20;                             ///< surface transparency
+    short m_nAlfaImagen = 50;                                 ///< image transparency
+    int m_nMaxPuntosTrazados = 10000;                         ///< point budget of a drawing
 
   private:
     void MultiplicaVelocidad(float factor);

@@ -1,5 +1,5 @@
-// The coordinate chain: terrain units to GL space and back, GL space to pixels and back, the projection, and the extents
-// that the GL space is built on. Scale and exaggeration reach the vertices here alone, in TerrenoAGL.
+// The coordinate chain: terrain units to GL space and back, GL space to pixels and back, the projection, and the
+// extents that the GL space is built on. Scale and exaggeration reach the vertices here alone, in TerrenoAGL.
 
 #include <algorithm>
 #include <cmath>
@@ -11,8 +11,8 @@
 #include "model/CNubePuntos.h"
 
 using Vertiz::CCoor3D;
-using Vertiz::CMaximas;
 using Vertiz::CMatrizCuadrada;
+using Vertiz::CMaximas;
 
 namespace {
 
@@ -21,7 +21,9 @@ constexpr int kEsferica = Vertiz::CDataTransformacion::ESFERICA;
 constexpr double kSinCota = 2147483647.0;
 constexpr double kRangoMinimo = 0.01;
 
-double Rango(double minimo, double maximo) { return std::max(maximo < minimo ? 0.0 : maximo - minimo, kRangoMinimo); }
+double Rango(double minimo, double maximo) {
+    return std::max(maximo < minimo ? 0.0 : maximo - minimo, kRangoMinimo);
+}
 
 // Walks the cells of a square block from its middle outwards, turn by turn: one to the right, one up, two left, two
 // down, three right... until `parar(i, j)` says so or the walk leaves the block.
@@ -81,7 +83,8 @@ bool CGL::TerrenoAGL(const CCoor3D<double>& p, double& x, double& y, double& z, 
     CCoor3D<double> q(0, 0, 0, 0);
     if (porFoto && !esferica) {
         const Vertiz::CDataSemilla& semilla = DameSemilla();
-        CCoor3D<double> a(p.x * escala + semilla.GetX(), p.y * escala + semilla.GetY(), p.z * escala + semilla.GetZ(), 0);
+        CCoor3D<double> a(p.x * escala + semilla.GetX(), p.y * escala + semilla.GetY(), p.z * escala + semilla.GetZ(),
+                          0);
         if (a.z < m_nCotaRaster + 1) a.z = m_DataTransformacion.m_dCotaReferencia;
         if (!TransformaConData(a, q)) return false;
         q.z = a.z;
@@ -147,7 +150,8 @@ bool CGL::TransformaConData(const CCoor3D<double>& entra, CCoor3D<double>& sale)
 void CGL::SetDataTransformacion(const Vertiz::CDataTransformacion& data) {
     m_DataTransformacion = data;
     if (m_nTipoImagenFondo != 2 && m_nTipoImagenFondo != 5)
-        for (CGL* hijo : Hijos()) hijo->SetDataTransformacion(data);
+        for (CGL* hijo : Hijos())
+            hijo->SetDataTransformacion(data);
     if (data.GetTipo() != kEsferica) return;
 
     double a = 0, b = 0, c = 0, sinUso = 0;
@@ -235,7 +239,8 @@ void CGL::TerrenoAPantalla(const CMaximas<double>& m, CMaximas<double>& salida, 
     for (const CCoor3D<double>& esquina : EsquinasCaja(m)) {
         CCoor3D<double> gl, ventana;
         if (!TerrenoAGL(esquina, gl.x, gl.y, gl.z, escala, false)) continue;
-        if (gluProject(gl.x, gl.y, gl.z, modelview, proyeccion, viewport, &ventana.x, &ventana.y, &ventana.z) == GL_TRUE)
+        if (gluProject(gl.x, gl.y, gl.z, modelview, proyeccion, viewport, &ventana.x, &ventana.y, &ventana.z) ==
+            GL_TRUE)
             salida.Nuevo(ventana);
     }
 }
@@ -381,9 +386,13 @@ int CGL::GetMaximas(CMaximas<double>& m) const {
     return resultado;
 }
 
-int CGL::GetMaximasReferencia(CMaximas<double>& m, int fondo) const { return GetMaximasHijos(m_Referencias, m, fondo); }
+int CGL::GetMaximasReferencia(CMaximas<double>& m, int fondo) const {
+    return GetMaximasHijos(m_Referencias, m, fondo);
+}
 
-int CGL::GetMaximasVinculos(CMaximas<double>& m, int fondo) const { return GetMaximasHijos(m_Vinculos, m, fondo); }
+int CGL::GetMaximasVinculos(CMaximas<double>& m, int fondo) const {
+    return GetMaximasHijos(m_Vinculos, m, fondo);
+}
 
 int CGL::GetMaximasHijos(const std::vector<CGL*>& hijos, CMaximas<double>& m, int fondo) const {
     int resultado = 0;
@@ -412,7 +421,8 @@ void CGL::CalculaCamaraDesdeMatrices() {
     if (HayErrorGL()) return;
     CMatrizCuadrada a(4), inversa(4);
     for (unsigned i = 0; i < 4; ++i)
-        for (unsigned j = 0; j < 4; ++j) a.Set(i, j, m[4 * i + j]);
+        for (unsigned j = 0; j < 4; ++j)
+            a.Set(i, j, m[4 * i + j]);
     if (!a.InversaPivote(inversa)) return;
     const CCoor3D<double> ojo(inversa.Get(3, 0), inversa.Get(3, 1), inversa.Get(3, 2), 0);
     const CCoor3D<double> atras(a.Get(0, 2), a.Get(1, 2), a.Get(2, 2), 0);
@@ -441,6 +451,7 @@ double CGL::BuscaCotaProximaConReferencias(double& x, double& y, const CPoint& p
     for (const CGL* hijo : hijos)
         if (hijo->Proyecta(p)) return p.z;
     p.z = 0;
-    for (CGL* hijo : hijos) hijo->BuscaCotaProxima(pt, p, bBuscarPunto);
+    for (CGL* hijo : hijos)
+        hijo->BuscaCotaProxima(pt, p, bBuscarPunto);
     return p.z;
 }

@@ -9,7 +9,7 @@
 
 #include "frame/CGL.h"
 #include "frame/ListaGL.h"
-#include "platform/CString.h"
+#include "platform/Conversiones.h"
 
 using Vertiz::CCoor3D;
 using Vertiz::CTexto;
@@ -19,7 +19,9 @@ namespace {
 // A mark without a place keeps its index in m_MarcasGL with this point.
 const CCoor3D<double> kSinLugar(std::numeric_limits<double>::quiet_NaN(), 0, 0, 0);
 
-bool TieneLugar(const CCoor3D<double>& p) { return !std::isnan(p.x); }
+bool TieneLugar(const CCoor3D<double>& p) {
+    return !std::isnan(p.x);
+}
 
 // Lets the context go at the end of a public entry that took it when none was current.
 class DevuelveContexto {
@@ -35,9 +37,13 @@ class DevuelveContexto {
 
 }  // namespace
 
-bool CGL::EsMarcaFoto(unsigned i) const { return m_Marcas[i].Punto(0).z <= COTA_SIN_TERRENO; }
+bool CGL::EsMarcaFoto(unsigned i) const {
+    return m_Marcas[i].Punto(0).z <= COTA_SIN_TERRENO;
+}
 
-bool CGL::EsMarcaTerreno(unsigned i) const { return m_Marcas[i].Punto(0).z >= COTA_SIN_TERRENO; }
+bool CGL::EsMarcaTerreno(unsigned i) const {
+    return m_Marcas[i].Punto(0).z >= COTA_SIN_TERRENO;
+}
 
 // White, unless the background is.
 void CGL::ColorMarcas() const {
@@ -90,7 +96,7 @@ int CGL::CompilaMarca(unsigned i) {
     }
     // Without fonts the codes would call whatever other lists have these numbers.
     if (m_nListaFuentes != 0) {
-        std::u16string texto = AUtf16(marca.Texto());
+        std::u16string texto = AUtf16(marca.Texto().GetString());
         std::erase_if(texto, [](char16_t c) { return c >= N_GLIFOS; });
         glCallLists(static_cast<GLsizei>(texto.size()), GL_UNSIGNED_SHORT, texto.data());
         if (HayErrorGL()) return 0;
@@ -124,9 +130,13 @@ int CGL::CompilaMarcas() {
     return 1;
 }
 
-int CGL::OnIniciarMarcas() { return m_Marcas.empty() ? 1 : CompilaMarcas(); }
+int CGL::OnIniciarMarcas() {
+    return m_Marcas.empty() ? 1 : CompilaMarcas();
+}
 
-int CGL::OnIniciarMedidas() { return m_Medidas.empty() ? 1 : CompilaMarcas(); }
+int CGL::OnIniciarMedidas() {
+    return m_Medidas.empty() ? 1 : CompilaMarcas();
+}
 
 int CGL::RenderTextosMarcas(GLuint listaPuntos, bool (CGL::*deEstas)(unsigned) const) {
     if (listaPuntos != 0) glCallList(listaPuntos);
@@ -152,12 +162,18 @@ int CGL::RenderTextosMarcas(GLuint listaPuntos, bool (CGL::*deEstas)(unsigned) c
     return 1;
 }
 
-int CGL::OnRenderMarcasFoto() { return RenderTextosMarcas(m_nListaPuntosMarcasFoto, &CGL::EsMarcaFoto); }
+int CGL::OnRenderMarcasFoto() {
+    return RenderTextosMarcas(m_nListaPuntosMarcasFoto, &CGL::EsMarcaFoto);
+}
 
 // Measures have no geometry of their own: they draw the marks on photographs once more.
-int CGL::OnRenderMedidas() { return OnRenderMarcasFoto(); }
+int CGL::OnRenderMedidas() {
+    return OnRenderMarcasFoto();
+}
 
-int CGL::OnRenderMarcasTerreno() { return RenderTextosMarcas(m_nListaPuntosMarcasTerreno, &CGL::EsMarcaTerreno); }
+int CGL::OnRenderMarcasTerreno() {
+    return RenderTextosMarcas(m_nListaPuntosMarcasTerreno, &CGL::EsMarcaTerreno);
+}
 
 // Deletes the lists of the marks as they are, changes the marks, and builds the lists anew.
 template <class Cambio>

@@ -1,6 +1,6 @@
-// The user's moves: zoom, pan, turn, fit, and the rubber-band shapes. They change the camera or the projection; the host
-// renders afterwards. In perspective a zoom moves the camera; in orthographic and spherical views it multiplies the
-// projection, and a spherical view never pans, since its eye is the sphere's centre.
+// The user's moves: zoom, pan, turn, fit, and the rubber-band shapes. They change the camera or the projection; the
+// host renders afterwards. In perspective a zoom moves the camera; in orthographic and spherical views it multiplies
+// the projection, and a spherical view never pans, since its eye is the sphere's centre.
 
 #include <algorithm>
 #include <cmath>
@@ -17,12 +17,18 @@ using Vertiz::CMaximas;
 
 namespace {
 
-double ARadianes(double grados) { return grados * std::numbers::pi / 180.0; }
+double ARadianes(double grados) {
+    return grados * std::numbers::pi / 180.0;
+}
 
-int Redondea(double v) { return static_cast<int>(v + 0.5); }
+int Redondea(double v) {
+    return static_cast<int>(v + 0.5);
+}
 
 // The step of a zoom from what was asked for: the speed of the settings stands for 0.
-double PasoZoom(double paso, double velocidad) { return std::max(0.2, std::abs(paso == 0.0 ? velocidad : paso)); }
+double PasoZoom(double paso, double velocidad) {
+    return std::max(0.2, std::abs(paso == 0.0 ? velocidad : paso));
+}
 
 // How much a step zooms by, before the factor 1.2; 0 for a step of exactly 1.
 double FactorZoom(double paso) {
@@ -175,7 +181,8 @@ void CGL::ApuntaACaja(const CMaximas<double>& m) {
                pt.x <= viewport[0] + viewport[2] && pt.y <= viewport[1] + viewport[3];
     };
     // A box of one point would fit for ever.
-    for (int paso = 0; paso < 100 && dentro(m.Minima()) && dentro(m.Maxima()); ++paso) OnZoomIn(0);
+    for (int paso = 0; paso < 100 && dentro(m.Minima()) && dentro(m.Maxima()); ++paso)
+        OnZoomIn(0);
     OnZoomOut(0);
 }
 
@@ -236,7 +243,8 @@ bool CGL::AjustaPerspectiva(const CMaximas<double>& cajaGL) {
     if (EsEsferica()) return true;  // the eye stays
     double radio = 0;
     const CCoor3D<double> vista = m_Camara.View();
-    for (const CCoor3D<double>& esquina : EsquinasCaja(cajaGL)) radio = std::max(radio, vista.Distancia(esquina, 1));
+    for (const CCoor3D<double>& esquina : EsquinasCaja(cajaGL))
+        radio = std::max(radio, vista.Distancia(esquina, 1));
     // The whole angle, not half of it: the model keeps some margin.
     const double distancia = 2.0 * radio / std::tan(ARadianes(m_fAnguloVista));
     const CCoor3D<double> e = m_Camara.Position() - vista;
@@ -267,20 +275,30 @@ void CGL::OnZoomExtensionSeleccion() {
     if (GetMaximasSeleccion(m) != 0) ZoomExtension(m);
 }
 
-double CGL::GetZoom() const { return EsOrtografica() ? m_dZoom : 1.0; }
+double CGL::GetZoom() const {
+    return EsOrtografica() ? m_dZoom : 1.0;
+}
 
 void CGL::SetZoom(double zoom) {
     if (!EsOrtografica()) return;
     if (EscalaProyeccion(zoom / m_dZoom, 1.0)) m_dZoom = zoom;
 }
 
-void CGL::SetAngulos(double x, double y, double z) { m_Camara.SetAngulos(x, y, z); }
+void CGL::SetAngulos(double x, double y, double z) {
+    m_Camara.SetAngulos(x, y, z);
+}
 
-void CGL::SetAnguloX(double grados, int bVista) { SumaAnguloX(grados - GetAnguloX(), bVista, nullptr); }
+void CGL::SetAnguloX(double grados, int bVista) {
+    SumaAnguloX(grados - GetAnguloX(), bVista, nullptr);
+}
 
-void CGL::SetAnguloY(double grados, int bVista) { SumaAnguloY(grados - GetAnguloY(), bVista, nullptr); }
+void CGL::SetAnguloY(double grados, int bVista) {
+    SumaAnguloY(grados - GetAnguloY(), bVista, nullptr);
+}
 
-void CGL::SetAnguloZ(double grados, int bVista) { SumaAnguloZ(grados - GetAnguloZ(), bVista, nullptr); }
+void CGL::SetAnguloZ(double grados, int bVista) {
+    SumaAnguloZ(grados - GetAnguloZ(), bVista, nullptr);
+}
 
 void CGL::SumaAnguloX(double grados, int bVista, CCoor3D<double>* pivote) {
     GiraVista(grados, (m_Camara.View() - m_Camara.Position()) * m_Camara.UpVector(), bVista, pivote);
@@ -322,25 +340,45 @@ void CGL::GiraVista(double grados, CCoor3D<double> eje, int bVista, const CCoor3
     wglMakeCurrent(nullptr, nullptr);
 }
 
-void CGL::AumentaAnguloX(int bVista, CCoor3D<double>* pivote) { SumaAnguloX(m_Data.m_nPasoAngulo, bVista, pivote); }
+void CGL::AumentaAnguloX(int bVista, CCoor3D<double>* pivote) {
+    SumaAnguloX(m_Data.m_nPasoAngulo, bVista, pivote);
+}
 
-void CGL::AumentaAnguloY(int bVista, CCoor3D<double>* pivote) { SumaAnguloY(m_Data.m_nPasoAngulo, bVista, pivote); }
+void CGL::AumentaAnguloY(int bVista, CCoor3D<double>* pivote) {
+    SumaAnguloY(m_Data.m_nPasoAngulo, bVista, pivote);
+}
 
-void CGL::AumentaAnguloZ(int bVista, CCoor3D<double>* pivote) { SumaAnguloZ(m_Data.m_nPasoAngulo, bVista, pivote); }
+void CGL::AumentaAnguloZ(int bVista, CCoor3D<double>* pivote) {
+    SumaAnguloZ(m_Data.m_nPasoAngulo, bVista, pivote);
+}
 
-void CGL::ReduceAnguloX(int bVista, CCoor3D<double>* pivote) { SumaAnguloX(-m_Data.m_nPasoAngulo, bVista, pivote); }
+void CGL::ReduceAnguloX(int bVista, CCoor3D<double>* pivote) {
+    SumaAnguloX(-m_Data.m_nPasoAngulo, bVista, pivote);
+}
 
-void CGL::ReduceAnguloY(int bVista, CCoor3D<double>* pivote) { SumaAnguloY(-m_Data.m_nPasoAngulo, bVista, pivote); }
+void CGL::ReduceAnguloY(int bVista, CCoor3D<double>* pivote) {
+    SumaAnguloY(-m_Data.m_nPasoAngulo, bVista, pivote);
+}
 
-void CGL::ReduceAnguloZ(int bVista, CCoor3D<double>* pivote) { SumaAnguloZ(-m_Data.m_nPasoAngulo, bVista, pivote); }
+void CGL::ReduceAnguloZ(int bVista, CCoor3D<double>* pivote) {
+    SumaAnguloZ(-m_Data.m_nPasoAngulo, bVista, pivote);
+}
 
-void CGL::AumentaXTrans() { DesplazaX(1); }
+void CGL::AumentaXTrans() {
+    DesplazaX(1);
+}
 
-void CGL::ReduceXTrans() { DesplazaX(-1); }
+void CGL::ReduceXTrans() {
+    DesplazaX(-1);
+}
 
-void CGL::AumentaZTrans() { DesplazaZ(1); }
+void CGL::AumentaZTrans() {
+    DesplazaZ(1);
+}
 
-void CGL::ReduceZTrans() { DesplazaZ(-1); }
+void CGL::ReduceZTrans() {
+    DesplazaZ(-1);
+}
 
 // GL points of the window's middle and of the pixel (dx, dy) beside it.
 bool CGL::PuntosPaso(int dx, int dy, CCoor3D<double>& a, CCoor3D<double>& b) {

@@ -1,5 +1,5 @@
-// What is drawn round a scene's model: axes, camera models, light and material, and the colour of a height. The sky is in
-// CGLCielo.cpp, marks and measures in CGLMarcas.cpp.
+// What is drawn round a scene's model: axes, camera models, light and material, and the colour of a height. The sky is
+// in CGLCielo.cpp, marks and measures in CGLMarcas.cpp.
 
 #include <algorithm>
 #include <cmath>
@@ -48,7 +48,8 @@ void CompilaCuerpoCamara(double s) {
     glBegin(GL_QUADS);
     for (const auto& cara : caras) {
         glNormal3f(cara.nx, cara.ny, cara.nz);
-        for (const auto& v : cara.vertices) glVertex3d(v[0], v[1], v[2]);
+        for (const auto& v : cara.vertices)
+            glVertex3d(v[0], v[1], v[2]);
     }
     glEnd();
 }
@@ -99,7 +100,9 @@ int ContrastaColor(COLORREF& color, COLORREF referencia) {
 }
 
 // Ends every list that has changed the polygon mode.
-void CGL::RestauraModo() const { glPolygonMode(GL_FRONT_AND_BACK, GetTipoColorMDT() != 0 ? GL_FILL : GL_LINE); }
+void CGL::RestauraModo() const {
+    glPolygonMode(GL_FRONT_AND_BACK, GetTipoColorMDT() != 0 ? GL_FILL : GL_LINE);
+}
 
 int CGL::OnIniciarEjes() {
     if (m_bEsReferencia != 0) return 1;
@@ -245,7 +248,8 @@ int CGL::SetLight() {
     if (HayErrorGL()) return 0;
     const float x = (50 - p[0]) / 10.0F, y = (50 - p[2]) / 10.0F, z = (p[1] - 50) / 10.0F;
     const auto cuatro = [](GLenum luz, GLenum parametro, float v) { return FijaLuz(luz, parametro, v, v, v, v); };
-    const bool bien = FijaLuz(GL_LIGHT0, GL_POSITION, x, y, z, 1.0F) && FijaLuz(GL_LIGHT1, GL_POSITION, x, y, z, 1.0F) &&
+    const bool bien = FijaLuz(GL_LIGHT0, GL_POSITION, x, y, z, 1.0F) &&
+                      FijaLuz(GL_LIGHT1, GL_POSITION, x, y, z, 1.0F) &&
                       cuatro(GL_LIGHT0, GL_AMBIENT, (p[3] - 50) / 50.0F) && cuatro(GL_LIGHT1, GL_AMBIENT, 0.5F) &&
                       cuatro(GL_LIGHT0, GL_DIFFUSE, (p[4] - 50) / 50.0F) && cuatro(GL_LIGHT1, GL_DIFFUSE, 1.0F) &&
                       cuatro(GL_LIGHT0, GL_SPECULAR, (p[5] - 50) / 50.0F) && cuatro(GL_LIGHT1, GL_SPECULAR, 1.0F);
@@ -278,9 +282,10 @@ void CGL::glColorTintaHipsometrica(double z, bool bInterpolar, double sombra) co
     const std::vector<Vertiz::CColorCota>& paradas = m_Data.m_GamaColor.Paradas();
     int canales[3] = {0, 0, 0};
     // The first stop above z, from the second on: at and above the last stop there is none, and the colour is black.
-    const auto alta = paradas.size() < 2 ? paradas.end()
-                                         : std::upper_bound(paradas.begin() + 1, paradas.end(), z,
-                                                            [](double cota, const auto& p) { return cota < p.m_dCota; });
+    const auto alta = paradas.size() < 2
+                          ? paradas.end()
+                          : std::upper_bound(paradas.begin() + 1, paradas.end(), z,
+                                             [](double cota, const auto& p) { return cota < p.m_dCota; });
     if (alta != paradas.end()) {
         const Vertiz::CColorCota& a = *(alta - 1);
         const Vertiz::CColorCota& b = *alta;
@@ -290,7 +295,8 @@ void CGL::glColorTintaHipsometrica(double z, bool bInterpolar, double sombra) co
             canales[i] = bInterpolar ? static_cast<int>((altos[i] - bajos[i]) * t + 0.5 + bajos[i]) : bajos[i];
     }
     if (sombra >= 0.0)
-        for (int& canal : canales) canal = Sombreado(canal, sombra);
+        for (int& canal : canales)
+            canal = Sombreado(canal, sombra);
     // Channels are not clamped: below the first stop they wrap.
     glColor3f(static_cast<float>(canales[0] & 0xFF) / 255.0F, static_cast<float>(canales[1] & 0xFF) / 255.0F,
               static_cast<float>(canales[2] & 0xFF) / 255.0F);

@@ -22,7 +22,8 @@ struct MatricesGL {
 
     /// GL space to window coordinates: x and y in pixels with y upwards, z the depth from 0 to 1.
     [[nodiscard]] bool Proyecta(const Vertiz::CCoor3D<double>& p, Vertiz::CCoor3D<double>& ventana) const {
-        return gluProject(p.x, p.y, p.z, modelview, proyeccion, viewport, &ventana.x, &ventana.y, &ventana.z) == GL_TRUE;
+        return gluProject(p.x, p.y, p.z, modelview, proyeccion, viewport, &ventana.x, &ventana.y, &ventana.z) ==
+               GL_TRUE;
     }
     /// And back.
     [[nodiscard]] bool Desproyecta(double x, double y, double z, Vertiz::CCoor3D<double>& p) const {

@@ -20,7 +20,9 @@ void EsperaPunto(const Punto& obtenido, double x, double y, double z, double tol
 }
 
 // Difference of two angles in degrees, the short way round.
-double Diferencia(double a, double b) { return std::remainder(a - b, 360.0); }
+double Diferencia(double a, double b) {
+    return std::remainder(a - b, 360.0);
+}
 
 void EsperaAngulos(const CCamera& camara, double x, double y, double z, double tolerancia = 1e-6) {
     EXPECT_NEAR(Diferencia(camara.GetAnguloX(), x), 0.0, tolerancia);
@@ -247,9 +249,10 @@ TEST(CCamera, AxesOfAnglesFollowTheOrderOfRotation) {
         double m[16];
         CCamera camara;
         camara.AnglesToAxes({0, 30, 0, 0}, m, orden);
-        const double esperado[16] = {std::cos(30 * kRad), 0, std::sin(30 * kRad), 0, 0, 1, 0, 0,
+        const double esperado[16] = {std::cos(30 * kRad),  0, std::sin(30 * kRad), 0, 0, 1, 0, 0,
                                      -std::sin(30 * kRad), 0, std::cos(30 * kRad), 0, 0, 0, 0, 1};
-        for (int i = 0; i < 16; ++i) EXPECT_NEAR(m[i], esperado[i], 1e-15) << "order " << orden << ", element " << i;
+        for (int i = 0; i < 16; ++i)
+            EXPECT_NEAR(m[i], esperado[i], 1e-15) << "order " << orden << ", element " << i;
     }
 }
 

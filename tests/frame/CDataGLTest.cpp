@@ -5,7 +5,8 @@
 TEST(CDataGL, NewSettingsHaveTheirDefaults) {
     const CDataGL d;
     const int luz[11] = {0, 0, 100, 59, 100, 46, 59, 100, 0, 100, 0};
-    for (int i = 0; i < 11; ++i) EXPECT_EQ(d.m_nLuzParam[i], luz[i]) << i;
+    for (int i = 0; i < 11; ++i)
+        EXPECT_EQ(d.m_nLuzParam[i], luz[i]) << i;
     EXPECT_EQ(d.m_nColorFondo, 0xFEF1E0);
     EXPECT_EQ(d.m_nColorDEM, 0x62C5DD);
     EXPECT_EQ(d.m_nColorNada, 0xFF0000);
