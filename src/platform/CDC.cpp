@@ -15,6 +15,16 @@ Tabla<HDC, Dispositivo>& Dispositivos() {
     return t;
 }
 
+Dispositivo::Dispositivo() {
+    struct {
+        LOGPALETTE m_Cabecera;
+        PALETTEENTRY m_Otra;
+    } dos = {{0x300, 2, {{0, 0, 0, 0}}}, {255, 255, 255, 0}};
+    m_PaletaPropia.CreatePalette(&dos.m_Cabecera);
+}
+
+std::shared_ptr<Bitmap> Dispositivo::BitmapPropio() const { return Bitmaps().Busca(m_Propio.GetSafeHandle()); }
+
 Dispositivo::~Dispositivo() {
     if (!m_Lienzo || !m_Lienzo->m_Bitmap) return;
     std::lock_guard cierre(CerrojoContextos());
@@ -116,6 +126,19 @@ CBitmap* CDC::GetCurrentBitmap() const {
     CBitmap* clase = dispositivo->m_Lienzo->m_Bitmap->m_pClase;
     return clase ? clase : &dispositivo->m_Propio;
 }
+
+CPalette* CDC::SelectPalette(CPalette* paleta, BOOL) {
+    const auto dispositivo = Dispositivos().Busca(m_hDC);
+    if (!dispositivo || !paleta || !paleta->m_Paleta) {
+        AnotaFallo("there is no palette to select, or no device context.");
+        return nullptr;
+    }
+    const auto anterior = dispositivo->m_Paleta;
+    dispositivo->m_Paleta = paleta->m_Paleta;
+    return anterior && anterior->m_pClase ? anterior->m_pClase : &dispositivo->m_PaletaPropia;
+}
+
+UINT CDC::RealizePalette() { return 0; }
 
 CClientDC::CClientDC(CWnd* ventana) {
     auto lienzo = ventana ? Ventanas().Busca(ventana->GetSafeHwnd()) : nullptr;

@@ -5,6 +5,7 @@
 #include "platform/Backend.h"
 #include "platform/CBitmap.h"
 #include "platform/CDC.h"
+#include "platform/CPalette.h"
 #include "platform/CWnd.h"
 
 #include <cstdint>
@@ -13,8 +14,6 @@
 #include <thread>
 #include <unordered_map>
 #include <vector>
-
-class CPalette;
 
 namespace plataforma {
 
@@ -74,10 +73,22 @@ class Lienzo {
     bool Admite(const FormatoPixel& formato) const;
 };
 
+/// Entries of a palette.
+struct Paleta {
+    std::vector<PALETTEENTRY> m_Entradas;
+    CPalette* m_pClase = nullptr;  ///< the object of the host that holds it, if any
+};
+
 /// A device context.
 struct Dispositivo {
     std::shared_ptr<Lienzo> m_Lienzo;
-    std::unique_ptr<CBitmap> m_BitmapPropio;  ///< of one pixel, selected in a memory device context from the start
+    std::shared_ptr<Paleta> m_Paleta;
+    CBitmap m_Propio;         ///< of one pixel, selected in a memory device context from the start
+    CPalette m_PaletaPropia;  ///< black and white, selected from the start
+
+    Dispositivo();
+    ~Dispositivo();
+    std::shared_ptr<Bitmap> BitmapPropio() const;
 };
 
 Tabla<HBITMAP, Bitmap>& Bitmaps();
