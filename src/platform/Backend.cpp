@@ -87,7 +87,9 @@ std::string NombreBackendActual() {
     return e.m_Nombre;
 }
 
-const std::vector<ViaFallida>& ViasFallidas() { return LaEleccion().m_Fallidas; }
+const std::vector<ViaFallida>& ViasFallidas() {
+    return LaEleccion().m_Fallidas;
+}
 
 bool FuerzaBackend(const std::string& nombre) {
     const auto& vias = Vias();
@@ -141,4 +143,6 @@ void OrdenaFormatos(std::vector<FormatoPixel>& formatos) {
 
 }  // namespace plataforma
 
-std::string UltimoFalloGL() { return plataforma::FalloDelHilo(); }
+std::string UltimoFalloGL() {
+    return plataforma::FalloDelHilo();
+}

@@ -1,7 +1,7 @@
 #pragma once
-// The one interface between the platform's classes and the ways of getting windows and rendering contexts. Each way is a
-// `Backend`, in a folder of its own; a table lists them in the order in which they are tried, and the first one that can
-// be connected serves the whole process. Only the files of this folder include this.
+// The one interface between the platform's classes and the ways of getting windows and rendering contexts. Each way is
+// a `Backend`, in a folder of its own; a table lists them in the order in which they are tried, and the first one that
+// can be connected serves the whole process. Only the files of this folder include this.
 //
 // A backend holds no state of the classes above it: it makes native objects, which are freed by their destructors, and
 // reports events as plain values. Every function that can fail gives its reason as a sentence.
@@ -19,10 +19,10 @@ namespace plataforma {
 /// and drawing to both GL_FRONT and GL_BACK is possible (one store may answer to both names).
 struct FormatoPixel {
     std::uintptr_t m_Nativo = 0;  ///< what the backend knows it by
-    int m_nAlfa = 0;  ///< bits
+    int m_nAlfa = 0;              ///< bits
     int m_nProfundidad = 0;
     int m_nEstarcido = 0;
-    int m_nAcumulacion = 0;  ///< bits of all four components
+    int m_nAcumulacion = 0;   ///< bits of all four components
     bool m_bVentana = false;  ///< can draw on windows
     bool m_bMemoria = false;  ///< can draw on off-screen surfaces
     bool m_bLento = false;    ///< the driver warns of it
@@ -77,7 +77,7 @@ struct Evento {
 
 /// The screen: 0 for what isn't known.
 struct Pantalla {
-    int m_nAncho = 0, m_nAlto = 0;      ///< pixels
+    int m_nAncho = 0, m_nAlto = 0;   ///< pixels
     double m_dPuntosPulgada = 96.0;  ///< pixels an inch
 };
 
@@ -123,7 +123,8 @@ class Backend {
     virtual std::unique_ptr<VentanaNativa> CreaVentana(const Rectangulo& donde, std::uintptr_t padre,
                                                        std::string& motivo) = 0;
     virtual std::unique_ptr<VentanaNativa> EnvuelveVentana(std::uintptr_t id, std::string& motivo) = 0;
-    /// The next thing that happened, waiting for it that long at most; empty when nothing did. A negative wait is for ever.
+    /// The next thing that happened, waiting for it that long at most; empty when nothing did. A negative wait is for
+    /// ever.
     virtual std::optional<Evento> SiguienteEvento(std::chrono::milliseconds espera) = 0;
 
   protected:

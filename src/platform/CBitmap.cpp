@@ -17,7 +17,8 @@ Tabla<HBITMAP, Bitmap>& Bitmaps() {
 }
 
 std::shared_ptr<Bitmap> CreaBitmap(int ancho, int alto, int bits) {
-    const std::string cual = std::to_string(ancho) + " x " + std::to_string(alto) + " pixels of " + std::to_string(bits) + " bits";
+    const std::string cual =
+        std::to_string(ancho) + " x " + std::to_string(alto) + " pixels of " + std::to_string(bits) + " bits";
     if (ancho < 1 || alto < 1 || (bits != 24 && bits != 32)) {
         AnotaFallo("no bitmap has " + cual + ".");
         return nullptr;
@@ -48,7 +49,9 @@ using namespace plataforma;
 
 CBitmap::CBitmap() = default;
 
-CBitmap::~CBitmap() { DeleteObject(); }
+CBitmap::~CBitmap() {
+    DeleteObject();
+}
 
 BOOL CBitmap::CreateCompatibleBitmap(CDC* dc, int ancho, int alto) {
     const auto dispositivo = dc ? Dispositivos().Busca(dc->GetSafeHdc()) : nullptr;
@@ -112,4 +115,6 @@ HBITMAP CreateDIBSection(HDC, const BITMAPINFO* info, UINT, void** bits, HANDLE,
     return Bitmaps().Inserta(std::move(bitmap));
 }
 
-BOOL DeleteObject(HBITMAP h) { return Bitmaps().Saca(h) != nullptr; }
+BOOL DeleteObject(HBITMAP h) {
+    return Bitmaps().Saca(h) != nullptr;
+}

@@ -23,7 +23,9 @@ Dispositivo::Dispositivo() {
     m_PaletaPropia.CreatePalette(&dos.m_Cabecera);
 }
 
-std::shared_ptr<Bitmap> Dispositivo::BitmapPropio() const { return Bitmaps().Busca(m_Propio.GetSafeHandle()); }
+std::shared_ptr<Bitmap> Dispositivo::BitmapPropio() const {
+    return Bitmaps().Busca(m_Propio.GetSafeHandle());
+}
 
 Dispositivo::~Dispositivo() {
     if (!m_Lienzo || !m_Lienzo->m_Bitmap) return;
@@ -37,7 +39,9 @@ using namespace plataforma;
 
 CDC::CDC() = default;
 
-CDC::~CDC() { CDC::DeleteDC(); }
+CDC::~CDC() {
+    CDC::DeleteDC();
+}
 
 BOOL CDC::CreateCompatibleDC(CDC*) {
     if (m_hDC) return AnotaFallo("the object has a device context already.");
@@ -81,13 +85,19 @@ int CDC::GetDeviceCaps(int indice) const {
         pantalla.m_nAlto = donde.m_nAlto;
     }
     switch (indice) {
-        case HORZRES: return pantalla.m_nAncho;
-        case VERTRES: return pantalla.m_nAlto;
-        case BITSPIXEL: return bitmap ? bitmap->m_nBits : 32;
-        case PLANES: return 1;
+        case HORZRES:
+            return pantalla.m_nAncho;
+        case VERTRES:
+            return pantalla.m_nAlto;
+        case BITSPIXEL:
+            return bitmap ? bitmap->m_nBits : 32;
+        case PLANES:
+            return 1;
         case LOGPIXELSX:
-        case LOGPIXELSY: return static_cast<int>(std::lround(pantalla.m_dPuntosPulgada));
-        default: return 0;
+        case LOGPIXELSY:
+            return static_cast<int>(std::lround(pantalla.m_dPuntosPulgada));
+        default:
+            return 0;
     }
 }
 
@@ -138,7 +148,9 @@ CPalette* CDC::SelectPalette(CPalette* paleta, BOOL) {
     return anterior && anterior->m_pClase ? anterior->m_pClase : &dispositivo->m_PaletaPropia;
 }
 
-UINT CDC::RealizePalette() { return 0; }
+UINT CDC::RealizePalette() {
+    return 0;
+}
 
 CClientDC::CClientDC(CWnd* ventana) {
     auto lienzo = ventana ? Ventanas().Busca(ventana->GetSafeHwnd()) : nullptr;

@@ -10,7 +10,9 @@ using plataforma::Paleta;
 
 CPalette::CPalette() = default;
 
-CPalette::~CPalette() { DeleteObject(); }
+CPalette::~CPalette() {
+    DeleteObject();
+}
 
 BOOL CPalette::CreatePalette(const LOGPALETTE* paleta) {
     if (m_Paleta || !paleta || paleta->palNumEntries == 0) return FALSE;
@@ -27,7 +29,9 @@ BOOL CPalette::DeleteObject() {
     return TRUE;
 }
 
-int CPalette::GetEntryCount() const { return m_Paleta ? static_cast<int>(m_Paleta->m_Entradas.size()) : 0; }
+int CPalette::GetEntryCount() const {
+    return m_Paleta ? static_cast<int>(m_Paleta->m_Entradas.size()) : 0;
+}
 
 UINT CPalette::GetPaletteEntries(UINT primera, UINT n, PALETTEENTRY* entradas) const {
     const UINT hay = static_cast<UINT>(GetEntryCount());

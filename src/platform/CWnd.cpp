@@ -60,8 +60,8 @@ BOOL CWnd::CreateEx(DWORD estiloEx, LPCWSTR clase, LPCWSTR titulo, DWORD estilo,
 
     std::string motivo;
     auto lienzo = std::make_shared<Lienzo>();
-    lienzo->m_Ventana = backend->CreaVentana({cs.x, cs.y, cs.cx, cs.cy},
-                                             cs.hwndParent ? cs.hwndParent->VentanaNativa() : 0, motivo);
+    lienzo->m_Ventana =
+        backend->CreaVentana({cs.x, cs.y, cs.cx, cs.cy}, cs.hwndParent ? cs.hwndParent->VentanaNativa() : 0, motivo);
     if (!lienzo->m_Ventana) return AnotaFallo(motivo);
     m_hWnd = Ventanas().Inserta(lienzo);
     m_pPadre = cs.hwndParent;
@@ -112,7 +112,8 @@ BOOL CWnd::DestroyWindow() {
         const auto it = std::find_if(todas.begin(), todas.end(), [this](const CWnd* w) { return w->m_pPadre == this; });
         return it == todas.end() ? nullptr : *it;
     };
-    while (CWnd* w = hija()) w->DestroyWindow();
+    while (CWnd* w = hija())
+        w->DestroyWindow();
     OnDestroy();
     const auto lienzo = Ventanas().Saca(m_hWnd);
     if (!lienzo) return TRUE;  // OnDestroy destroyed it
@@ -164,7 +165,9 @@ void CWnd::GetClientRect(CRect* rect) const {
     *rect = CRect(0, 0, medidas.m_nAncho, medidas.m_nAlto);
 }
 
-void CWnd::Invalidate(BOOL) { m_bRepinta = m_hWnd != nullptr; }
+void CWnd::Invalidate(BOOL) {
+    m_bRepinta = m_hWnd != nullptr;
+}
 
 std::uintptr_t CWnd::VentanaNativa() const {
     const auto lienzo = Ventanas().Busca(m_hWnd);
@@ -174,7 +177,8 @@ std::uintptr_t CWnd::VentanaNativa() const {
 CWnd* CWnd::Busca(std::uintptr_t nativa) {
     std::lock_guard cierre(LasAbiertas().m_Cerrojo);
     const auto& todas = LasAbiertas().m_Ventanas;
-    const auto it = std::find_if(todas.begin(), todas.end(), [&](const CWnd* w) { return w->VentanaNativa() == nativa; });
+    const auto it =
+        std::find_if(todas.begin(), todas.end(), [&](const CWnd* w) { return w->VentanaNativa() == nativa; });
     return it == todas.end() ? nullptr : *it;
 }
 
@@ -225,11 +229,21 @@ void CWnd::AvisaTamano(int cx, int cy) {
 void CWnd::Despacha(const Evento& e) {
     const CPoint pt(e.m_nX, e.m_nY);
     switch (e.m_Tipo) {
-        case TipoEvento::tamano: AvisaTamano(e.m_nX, e.m_nY); break;
-        case TipoEvento::repinta: m_bRepinta = true; break;
-        case TipoEvento::cierra: OnClose(); break;
-        case TipoEvento::destruida: DestroyWindow(); break;
-        case TipoEvento::raton: OnMouseMove(e.m_nEstado, pt); break;
+        case TipoEvento::tamano:
+            AvisaTamano(e.m_nX, e.m_nY);
+            break;
+        case TipoEvento::repinta:
+            m_bRepinta = true;
+            break;
+        case TipoEvento::cierra:
+            OnClose();
+            break;
+        case TipoEvento::destruida:
+            DestroyWindow();
+            break;
+        case TipoEvento::raton:
+            OnMouseMove(e.m_nEstado, pt);
+            break;
         case TipoEvento::pulsa:
             if (e.m_nBoton == 1) OnLButtonDown(e.m_nEstado, pt);
             if (e.m_nBoton == 2) OnMButtonDown(e.m_nEstado, pt);
@@ -240,19 +254,32 @@ void CWnd::Despacha(const Evento& e) {
             if (e.m_nBoton == 2) OnMButtonUp(e.m_nEstado, pt);
             if (e.m_nBoton == 3) OnRButtonUp(e.m_nEstado, pt);
             break;
-        case TipoEvento::rueda: OnMouseWheel(e.m_nEstado, static_cast<short>(e.m_nBoton * WHEEL_DELTA), pt); break;
-        case TipoEvento::tecla: OnKeyDown(e.m_nTecla, 1, 0); break;
-        case TipoEvento::teclaArriba: OnKeyUp(e.m_nTecla, 1, 0); break;
-        case TipoEvento::ninguno: break;
+        case TipoEvento::rueda:
+            OnMouseWheel(e.m_nEstado, static_cast<short>(e.m_nBoton * WHEEL_DELTA), pt);
+            break;
+        case TipoEvento::tecla:
+            OnKeyDown(e.m_nTecla, 1, 0);
+            break;
+        case TipoEvento::teclaArriba:
+            OnKeyUp(e.m_nTecla, 1, 0);
+            break;
+        case TipoEvento::ninguno:
+            break;
     }
 }
 
-BOOL CWnd::PreCreateWindow(CREATESTRUCT&) { return TRUE; }
-int CWnd::OnCreate(LPCREATESTRUCT) { return 0; }
+BOOL CWnd::PreCreateWindow(CREATESTRUCT&) {
+    return TRUE;
+}
+int CWnd::OnCreate(LPCREATESTRUCT) {
+    return 0;
+}
 void CWnd::OnDestroy() {}
 void CWnd::OnSize(UINT, int, int) {}
 void CWnd::OnPaint() {}
-void CWnd::OnClose() { DestroyWindow(); }
+void CWnd::OnClose() {
+    DestroyWindow();
+}
 void CWnd::OnMouseMove(UINT, CPoint) {}
 void CWnd::OnLButtonDown(UINT, CPoint) {}
 void CWnd::OnLButtonUp(UINT, CPoint) {}
@@ -260,6 +287,8 @@ void CWnd::OnMButtonDown(UINT, CPoint) {}
 void CWnd::OnMButtonUp(UINT, CPoint) {}
 void CWnd::OnRButtonDown(UINT, CPoint) {}
 void CWnd::OnRButtonUp(UINT, CPoint) {}
-BOOL CWnd::OnMouseWheel(UINT, short, CPoint) { return FALSE; }
+BOOL CWnd::OnMouseWheel(UINT, short, CPoint) {
+    return FALSE;
+}
 void CWnd::OnKeyDown(UINT, UINT, UINT) {}
 void CWnd::OnKeyUp(UINT, UINT, UINT) {}

@@ -158,7 +158,7 @@ class LUMBRA_API CWnd {
     static CWnd* Busca(HWND hWnd);
 
     CWnd* m_pPadre = nullptr;
-    bool m_bEnvuelta = false;          // the window is somebody else's
-    bool m_bRepinta = false;           // OnPaint is due
+    bool m_bEnvuelta = false;       // the window is somebody else's
+    bool m_bRepinta = false;        // OnPaint is due
     int m_nAncho = 0, m_nAlto = 0;  // of the last OnSize
 };

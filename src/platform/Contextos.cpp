@@ -38,7 +38,8 @@ struct Contexto {
 };
 
 ContextoNativo* Grupo::Nativo() const {
-    auto it = std::find_if(m_Miembros.begin(), m_Miembros.end(), [](const Contexto* c) { return c->m_Nativo != nullptr; });
+    auto it =
+        std::find_if(m_Miembros.begin(), m_Miembros.end(), [](const Contexto* c) { return c->m_Nativo != nullptr; });
     return it == m_Miembros.end() ? nullptr : (*it)->m_Nativo.get();
 }
 
@@ -191,9 +192,13 @@ BOOL wglMakeCurrent(HDC hdc, HGLRC hrc) {
     return TRUE;
 }
 
-HGLRC wglGetCurrentContext() { return t_Vinculo.m_hRC; }
+HGLRC wglGetCurrentContext() {
+    return t_Vinculo.m_hRC;
+}
 
-HDC wglGetCurrentDC() { return t_Vinculo.m_hDC; }
+HDC wglGetCurrentDC() {
+    return t_Vinculo.m_hDC;
+}
 
 BOOL wglShareLists(HGLRC uno, HGLRC otro) {
     const auto a = Contextos().Busca(uno);

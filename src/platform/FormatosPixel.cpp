@@ -23,8 +23,9 @@ bool Lienzo::PreparaSuperficie(Backend& backend) {
         medidas = {0, 0, m_Bitmap->m_nAncho, m_Bitmap->m_nAlto};
     }
     const bool sigueSola = m_Superficie && m_Superficie->m_nAncho == 0;
-    const bool vale = m_Superficie && (sigueSola || (m_Superficie->m_nAncho == medidas.m_nAncho &&
-                                                     m_Superficie->m_nAlto == medidas.m_nAlto));
+    const bool vale =
+        m_Superficie &&
+        (sigueSola || (m_Superficie->m_nAncho == medidas.m_nAncho && m_Superficie->m_nAlto == medidas.m_nAlto));
     if (vale) return true;
 
     const CapacidadesGL& c = backend.Capacidades();
@@ -58,7 +59,8 @@ PIXELFORMATDESCRIPTOR Describe(const FormatoPixel& f, bool unBufer) {
     d.cAlphaBits = static_cast<BYTE>(f.m_nAlfa);
     d.cAlphaShift = f.m_nAlfa ? 24 : 0;
     d.cAccumBits = static_cast<BYTE>(f.m_nAcumulacion);
-    d.cAccumRedBits = d.cAccumGreenBits = d.cAccumBlueBits = d.cAccumAlphaBits = static_cast<BYTE>(f.m_nAcumulacion / 4);
+    d.cAccumRedBits = d.cAccumGreenBits = d.cAccumBlueBits = d.cAccumAlphaBits =
+        static_cast<BYTE>(f.m_nAcumulacion / 4);
     d.cDepthBits = static_cast<BYTE>(f.m_nProfundidad);
     d.cStencilBits = static_cast<BYTE>(f.m_nEstarcido);
     d.iLayerType = PFD_MAIN_PLANE;
@@ -88,10 +90,9 @@ int ChoosePixelFormat(HDC hdc, const PIXELFORMATDESCRIPTOR* pfd) {
     for (std::size_t i = 0; i < formatos.size(); ++i) {
         const FormatoPixel& f = formatos[i];
         if (!dispositivo->m_Lienzo->Admite(f)) continue;
-        const auto nota =
-            std::tuple(f.m_bLento, -f.m_nProfundidad,
-                       falta(f.m_nAlfa, pfd->cAlphaBits) + falta(f.m_nEstarcido, pfd->cStencilBits) +
-                           falta(f.m_nAcumulacion, pfd->cAccumBits));
+        const auto nota = std::tuple(f.m_bLento, -f.m_nProfundidad,
+                                     falta(f.m_nAlfa, pfd->cAlphaBits) + falta(f.m_nEstarcido, pfd->cStencilBits) +
+                                         falta(f.m_nAcumulacion, pfd->cAccumBits));
         if (mejor && nota >= mejorNota) continue;
         mejor = static_cast<int>(i) + 1;
         mejorNota = nota;

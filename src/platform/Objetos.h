@@ -17,8 +17,8 @@
 
 namespace plataforma {
 
-/// Handles and the objects behind them. A handle is a number that is never given out twice, so that one kept for too long
-/// is refused and can't hit a newer object. An object taken out lives on for those who hold it.
+/// Handles and the objects behind them. A handle is a number that is never given out twice, so that one kept for too
+/// long is refused and can't hit a newer object. An object taken out lives on for those who hold it.
 template <class Handle, class Objeto>
 class Tabla {
   public:
@@ -103,7 +103,7 @@ std::shared_ptr<Bitmap> CreaBitmap(int ancho, int alto, int bits);
 
 /// What is current on this thread.
 struct Actual {
-    Lienzo* m_pLienzo = nullptr;        ///< null when no context is current
+    Lienzo* m_pLienzo = nullptr;    ///< null when no context is current
     bool m_bConSuperficie = false;  ///< drawing goes somewhere
 };
 Actual ActualDelHilo();

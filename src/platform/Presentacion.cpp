@@ -59,8 +59,10 @@ void CopiaEnBitmap(const FuncionesGL& gl, Bitmap& bitmap, GLenum bufer) {
     gl.m_pPushAttrib(GL_PIXEL_MODE_BIT);
     gl.m_pPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
     gl.m_pReadBuffer(bufer);
-    for (GLenum escala : {GL_RED_SCALE, GL_GREEN_SCALE, GL_BLUE_SCALE}) gl.m_pPixelTransferf(escala, 1.0f);
-    for (GLenum suma : {GL_RED_BIAS, GL_GREEN_BIAS, GL_BLUE_BIAS}) gl.m_pPixelTransferf(suma, 0.0f);
+    for (GLenum escala : {GL_RED_SCALE, GL_GREEN_SCALE, GL_BLUE_SCALE})
+        gl.m_pPixelTransferf(escala, 1.0f);
+    for (GLenum suma : {GL_RED_BIAS, GL_GREEN_BIAS, GL_BLUE_BIAS})
+        gl.m_pPixelTransferf(suma, 0.0f);
     gl.m_pPixelTransferi(GL_MAP_COLOR, GL_FALSE);
     for (GLenum cero : {GL_PACK_SWAP_BYTES, GL_PACK_ROW_LENGTH, GL_PACK_SKIP_ROWS, GL_PACK_SKIP_PIXELS})
         gl.m_pPixelStorei(cero, 0);

@@ -1,6 +1,6 @@
 // Contexts without any display, through EGL: on a graphics card that the vendor's library enumerates, or on Mesa's
-// surfaceless platform. Both give off-screen surfaces ("pbuffers") of one colour store, to which GL_FRONT and GL_BACK are
-// two names; a swap is nothing.
+// surfaceless platform. Both give off-screen surfaces ("pbuffers") of one colour store, to which GL_FRONT and GL_BACK
+// are two names; a swap is nothing.
 //
 // A display of EGL is one for the whole process and isn't counted by its users, so it is never terminated: that would
 // end the contexts that the host has on it.
@@ -22,20 +22,35 @@ namespace {
 /// What went wrong in the last call of EGL on this thread, and what to do about it.
 std::string FalloEGL() {
     switch (eglGetError()) {
-        case EGL_SUCCESS: return "EGL gives no reason.";
-        case EGL_NOT_INITIALIZED: return "EGL can't be initialised: the driver isn't there or may not be opened; install libgl1-mesa-dri, or let this user read /dev/dri (groups video and render).";
-        case EGL_BAD_ACCESS: return "EGL says that the context or the surface is in use on another thread.";
-        case EGL_BAD_ALLOC: return "EGL has not enough memory for it.";
-        case EGL_BAD_ATTRIBUTE: return "EGL doesn't know an attribute.";
-        case EGL_BAD_CONTEXT: return "EGL says that the context isn't valid.";
-        case EGL_BAD_CONFIG: return "EGL says that the pixel format can't be used for it.";
-        case EGL_BAD_CURRENT_SURFACE: return "EGL says that the current surface is no more.";
-        case EGL_BAD_DISPLAY: return "EGL has no such display.";
-        case EGL_BAD_SURFACE: return "EGL says that the surface isn't valid.";
-        case EGL_BAD_MATCH: return "EGL says that the context and the surface don't fit together.";
-        case EGL_BAD_PARAMETER: return "EGL says that an argument is wrong.";
-        case EGL_CONTEXT_LOST: return "EGL lost the context, as after the machine has slept.";
-        default: return "EGL fails for a reason that it doesn't name.";
+        case EGL_SUCCESS:
+            return "EGL gives no reason.";
+        case EGL_NOT_INITIALIZED:
+            return "EGL can't be initialised: the driver isn't there or may not be opened; install libgl1-mesa-dri, or "
+                   "let this user read /dev/dri (groups video and render).";
+        case EGL_BAD_ACCESS:
+            return "EGL says that the context or the surface is in use on another thread.";
+        case EGL_BAD_ALLOC:
+            return "EGL has not enough memory for it.";
+        case EGL_BAD_ATTRIBUTE:
+            return "EGL doesn't know an attribute.";
+        case EGL_BAD_CONTEXT:
+            return "EGL says that the context isn't valid.";
+        case EGL_BAD_CONFIG:
+            return "EGL says that the pixel format can't be used for it.";
+        case EGL_BAD_CURRENT_SURFACE:
+            return "EGL says that the current surface is no more.";
+        case EGL_BAD_DISPLAY:
+            return "EGL has no such display.";
+        case EGL_BAD_SURFACE:
+            return "EGL says that the surface isn't valid.";
+        case EGL_BAD_MATCH:
+            return "EGL says that the context and the surface don't fit together.";
+        case EGL_BAD_PARAMETER:
+            return "EGL says that an argument is wrong.";
+        case EGL_CONTEXT_LOST:
+            return "EGL lost the context, as after the machine has slept.";
+        default:
+            return "EGL fails for a reason that it doesn't name.";
     }
 }
 
@@ -92,11 +107,11 @@ class BackendEGL : public Backend {
     std::unique_ptr<ContextoNativo> CreaContexto(const FormatoPixel& formato, ContextoNativo* comparte,
                                                  std::string& motivo) override {
         eglBindAPI(EGL_OPENGL_API);
-        // Without attributes a context of the lowest version is asked for, which drivers answer with their compatibility
-        // profile: the one that has the fixed pipeline.
-        EGLContext nativo = eglCreateContext(m_Pantalla, Configuracion(formato),
-                                             comparte ? static_cast<ContextoEGL*>(comparte)->m_Contexto : EGL_NO_CONTEXT,
-                                             nullptr);
+        // Without attributes a context of the lowest version is asked for, which drivers answer with their
+        // compatibility profile: the one that has the fixed pipeline.
+        EGLContext nativo =
+            eglCreateContext(m_Pantalla, Configuracion(formato),
+                             comparte ? static_cast<ContextoEGL*>(comparte)->m_Contexto : EGL_NO_CONTEXT, nullptr);
         if (nativo == EGL_NO_CONTEXT) {
             motivo = "no OpenGL context can be made: " + FalloEGL();
             return nullptr;
@@ -131,7 +146,9 @@ class BackendEGL : public Backend {
     std::optional<Evento> SiguienteEvento(std::chrono::milliseconds) override { return std::nullopt; }
 
   private:
-    static EGLConfig Configuracion(const FormatoPixel& formato) { return reinterpret_cast<EGLConfig>(formato.m_Nativo); }
+    static EGLConfig Configuracion(const FormatoPixel& formato) {
+        return reinterpret_cast<EGLConfig>(formato.m_Nativo);
+    }
     int Atributo(EGLConfig configuracion, EGLint cual) const {
         EGLint valor = 0;
         eglGetConfigAttrib(m_Pantalla, configuracion, cual, &valor);
@@ -150,11 +167,11 @@ void BackendEGL::LeeFormatos() {
     eglGetConfigs(m_Pantalla, todas.data(), cuantas, &cuantas);
     const bool distingueReales = Contiene(eglQueryString(m_Pantalla, EGL_EXTENSIONS), "EGL_EXT_pixel_format_float");
     for (EGLConfig c : todas) {
-        if (Atributo(c, EGL_RED_SIZE) != 8 || Atributo(c, EGL_GREEN_SIZE) != 8 || Atributo(c, EGL_BLUE_SIZE) != 8) continue;
+        if (Atributo(c, EGL_RED_SIZE) != 8 || Atributo(c, EGL_GREEN_SIZE) != 8 || Atributo(c, EGL_BLUE_SIZE) != 8)
+            continue;
         if (Atributo(c, EGL_SAMPLES) > 0 || !(Atributo(c, EGL_RENDERABLE_TYPE) & EGL_OPENGL_BIT)) continue;
         if (!(Atributo(c, EGL_SURFACE_TYPE) & EGL_PBUFFER_BIT)) continue;
-        if (distingueReales &&
-            Atributo(c, EGL_COLOR_COMPONENT_TYPE_EXT) != EGL_COLOR_COMPONENT_TYPE_FIXED_EXT)
+        if (distingueReales && Atributo(c, EGL_COLOR_COMPONENT_TYPE_EXT) != EGL_COLOR_COMPONENT_TYPE_FIXED_EXT)
             continue;
         FormatoPixel f;
         f.m_Nativo = reinterpret_cast<std::uintptr_t>(c);
@@ -187,7 +204,9 @@ bool BackendEGL::Conecta(bool directo, std::string& motivo) {
     }
     const char* extensiones = eglQueryString(m_Pantalla, EGL_EXTENSIONS);
     if (!Contiene(extensiones, "EGL_KHR_surfaceless_context")) {
-        motivo = "the driver can't make a context current without a surface (EGL_KHR_surfaceless_context); install a newer one.";
+        motivo =
+            "the driver can't make a context current without a surface (EGL_KHR_surfaceless_context); install a newer "
+            "one.";
         return false;
     }
     if (!eglBindAPI(EGL_OPENGL_API)) {
@@ -223,7 +242,9 @@ std::unique_ptr<Backend> ConectaPantalla(EGLenum plataforma, void* nativa, std::
 std::unique_ptr<Backend> ConectaEGLDispositivo(std::string& motivo) {
     const char* extensiones = eglQueryString(EGL_NO_DISPLAY, EGL_EXTENSIONS);
     if (!Contiene(extensiones, "EGL_EXT_platform_device")) {
-        motivo = "the EGL library can't list graphics cards (EGL_EXT_platform_device); install the vendor's driver, or Mesa's libegl-mesa0.";
+        motivo =
+            "the EGL library can't list graphics cards (EGL_EXT_platform_device); install the vendor's driver, or "
+            "Mesa's libegl-mesa0.";
         return nullptr;
     }
     auto lista = reinterpret_cast<PFNEGLQUERYDEVICESEXTPROC>(eglGetProcAddress("eglQueryDevicesEXT"));
@@ -247,7 +268,8 @@ std::unique_ptr<Backend> ConectaEGLDispositivo(std::string& motivo) {
 
 std::unique_ptr<Backend> ConectaEGLSinSuperficie(std::string& motivo) {
     if (!Contiene(eglQueryString(EGL_NO_DISPLAY, EGL_EXTENSIONS), "EGL_MESA_platform_surfaceless")) {
-        motivo = "Mesa's EGL isn't installed (EGL_MESA_platform_surfaceless); install libegl-mesa0 and libgl1-mesa-dri.";
+        motivo =
+            "Mesa's EGL isn't installed (EGL_MESA_platform_surfaceless); install libegl-mesa0 and libgl1-mesa-dri.";
         return nullptr;
     }
     return ConectaPantalla(EGL_PLATFORM_SURFACELESS_MESA, nullptr, motivo);

@@ -24,7 +24,9 @@ class ContextoGLX : public ContextoNativo {
     GLXContext m_Contexto;
 };
 
-GLXFBConfig Configuracion(const FormatoPixel& formato) { return reinterpret_cast<GLXFBConfig>(formato.m_Nativo); }
+GLXFBConfig Configuracion(const FormatoPixel& formato) {
+    return reinterpret_cast<GLXFBConfig>(formato.m_Nativo);
+}
 
 class BackendGLX : public Backend {
   public:
@@ -84,8 +86,8 @@ class BackendGLX : public Backend {
 std::unique_ptr<Superficie> BackendGLX::CreaMemoria(int ancho, int alto, const FormatoPixel& formato,
                                                     std::string& motivo) {
     GuardaErroresX guarda(m_Display);
-    const std::array<int, 7> medidas = {GLX_PBUFFER_WIDTH, ancho, GLX_PBUFFER_HEIGHT, alto, GLX_PRESERVED_CONTENTS, True,
-                                        None};
+    const std::array<int, 7> medidas = {
+        GLX_PBUFFER_WIDTH, ancho, GLX_PBUFFER_HEIGHT, alto, GLX_PRESERVED_CONTENTS, True, None};
     const GLXPbuffer nativa = glXCreatePbuffer(m_Display, Configuracion(formato), medidas.data());
     if (guarda.Error() != 0 || nativa == None) {
         motivo = "the display can't give an off-screen surface of " + std::to_string(ancho) + " x " +
@@ -128,7 +130,8 @@ bool BackendGLX::LeeFormatos(std::string& motivo) {
     GLXFBConfig* todas = glXGetFBConfigs(m_Display, m_Conexion->NPantalla(), &cuantas);
     for (int i = 0; i < cuantas; ++i) {
         GLXFBConfig c = todas[i];
-        if (Atributo(c, GLX_RED_SIZE) != 8 || Atributo(c, GLX_GREEN_SIZE) != 8 || Atributo(c, GLX_BLUE_SIZE) != 8) continue;
+        if (Atributo(c, GLX_RED_SIZE) != 8 || Atributo(c, GLX_GREEN_SIZE) != 8 || Atributo(c, GLX_BLUE_SIZE) != 8)
+            continue;
         if (Atributo(c, GLX_SAMPLES) > 0 || Atributo(c, GLX_STEREO) || Atributo(c, GLX_LEVEL) != 0) continue;
         if (Atributo(c, GLX_RENDER_TYPE) != GLX_RGBA_BIT || !Atributo(c, GLX_DOUBLEBUFFER)) continue;
         XVisualInfo* visual = glXGetVisualFromFBConfig(m_Display, c);
@@ -150,10 +153,12 @@ bool BackendGLX::LeeFormatos(std::string& motivo) {
     }
     if (todas) XFree(todas);
     OrdenaFormatos(m_Formatos);
-    const auto ventana =
-        std::find_if(m_Formatos.begin(), m_Formatos.end(), [](const FormatoPixel& f) { return f.m_bVentana && f.m_bMemoria; });
+    const auto ventana = std::find_if(m_Formatos.begin(), m_Formatos.end(),
+                                      [](const FormatoPixel& f) { return f.m_bVentana && f.m_bMemoria; });
     if (ventana == m_Formatos.end()) {
-        motivo = "the display offers no double-buffered pixel format with 8 bits a colour and a depth buffer; install libgl1-mesa-dri or the vendor's driver.";
+        motivo =
+            "the display offers no double-buffered pixel format with 8 bits a colour and a depth buffer; install "
+            "libgl1-mesa-dri or the vendor's driver.";
         return false;
     }
     m_pFormatoVentana = &*ventana;
@@ -192,7 +197,8 @@ bool BackendGLX::Prueba(std::string& motivo) {
 bool BackendGLX::Conecta(std::string& motivo) {
     int mayor = 0, menor = 0, error = 0, evento = 0;
     if (!glXQueryExtension(m_Display, &error, &evento) || !glXQueryVersion(m_Display, &mayor, &menor)) {
-        motivo = "the X server has no GLX extension; start it with GLX (Xvfb: +extension GLX) and install libgl1-mesa-dri.";
+        motivo =
+            "the X server has no GLX extension; start it with GLX (Xvfb: +extension GLX) and install libgl1-mesa-dri.";
         return false;
     }
     if (mayor * 100 + menor < 103) {

@@ -59,8 +59,8 @@ XErrorHandler PonManejador() {
 }
 
 unsigned Estado(unsigned x) {
-    return (x & Button1Mask ? MK_LBUTTON : 0) | (x & Button2Mask ? MK_MBUTTON : 0) | (x & Button3Mask ? MK_RBUTTON : 0) |
-           (x & ShiftMask ? MK_SHIFT : 0) | (x & ControlMask ? MK_CONTROL : 0);
+    return (x & Button1Mask ? MK_LBUTTON : 0) | (x & Button2Mask ? MK_MBUTTON : 0) |
+           (x & Button3Mask ? MK_RBUTTON : 0) | (x & ShiftMask ? MK_SHIFT : 0) | (x & ControlMask ? MK_CONTROL : 0);
 }
 
 /// VK_ value of a key; 0 for one that has none.
@@ -69,13 +69,17 @@ unsigned Tecla(KeySym s) {
         KeySym m_X;
         unsigned m_Vk;
     };
-    static constexpr Par pares[] = {
-        {XK_BackSpace, VK_BACK}, {XK_Tab, VK_TAB},         {XK_Return, VK_RETURN},  {XK_KP_Enter, VK_RETURN},
-        {XK_Shift_L, VK_SHIFT},  {XK_Shift_R, VK_SHIFT},   {XK_Control_L, VK_CONTROL}, {XK_Control_R, VK_CONTROL},
-        {XK_Escape, VK_ESCAPE},  {XK_space, VK_SPACE},     {XK_Prior, VK_PRIOR},    {XK_Next, VK_NEXT},
-        {XK_End, VK_END},        {XK_Home, VK_HOME},       {XK_Left, VK_LEFT},      {XK_Up, VK_UP},
-        {XK_Right, VK_RIGHT},    {XK_Down, VK_DOWN},       {XK_Insert, VK_INSERT},  {XK_Delete, VK_DELETE},
-        {XK_KP_Add, VK_ADD},     {XK_KP_Subtract, VK_SUBTRACT}};
+    static constexpr Par pares[] = {{XK_BackSpace, VK_BACK},    {XK_Tab, VK_TAB},
+                                    {XK_Return, VK_RETURN},     {XK_KP_Enter, VK_RETURN},
+                                    {XK_Shift_L, VK_SHIFT},     {XK_Shift_R, VK_SHIFT},
+                                    {XK_Control_L, VK_CONTROL}, {XK_Control_R, VK_CONTROL},
+                                    {XK_Escape, VK_ESCAPE},     {XK_space, VK_SPACE},
+                                    {XK_Prior, VK_PRIOR},       {XK_Next, VK_NEXT},
+                                    {XK_End, VK_END},           {XK_Home, VK_HOME},
+                                    {XK_Left, VK_LEFT},         {XK_Up, VK_UP},
+                                    {XK_Right, VK_RIGHT},       {XK_Down, VK_DOWN},
+                                    {XK_Insert, VK_INSERT},     {XK_Delete, VK_DELETE},
+                                    {XK_KP_Add, VK_ADD},        {XK_KP_Subtract, VK_SUBTRACT}};
     if (s >= XK_a && s <= XK_z) return static_cast<unsigned>(s - XK_a + 'A');
     if ((s >= XK_A && s <= XK_Z) || (s >= XK_0 && s <= XK_9)) return static_cast<unsigned>(s);
     if (s >= XK_F1 && s <= XK_F12) return static_cast<unsigned>(s - XK_F1 + VK_F1);
@@ -116,7 +120,9 @@ Evento Traduce(XEvent& x, const ConexionX11& conexion) {
                 static_cast<Atom>(x.xclient.data.l[0]) == conexion.AtomoBorra())
                 e.m_Tipo = TipoEvento::cierra;
             break;
-        case DestroyNotify: e.m_Tipo = TipoEvento::destruida; break;
+        case DestroyNotify:
+            e.m_Tipo = TipoEvento::destruida;
+            break;
         case MotionNotify:
             e.m_Tipo = TipoEvento::raton;
             e.m_nX = x.xmotion.x;
@@ -124,14 +130,17 @@ Evento Traduce(XEvent& x, const ConexionX11& conexion) {
             e.m_nEstado = Estado(x.xmotion.state);
             break;
         case ButtonPress:
-        case ButtonRelease: TraduceBoton(x.xbutton, e); break;
+        case ButtonRelease:
+            TraduceBoton(x.xbutton, e);
+            break;
         case KeyPress:
         case KeyRelease:
             e.m_nTecla = Tecla(XLookupKeysym(&x.xkey, 0));
             e.m_nEstado = Estado(x.xkey.state);
             if (e.m_nTecla) e.m_Tipo = x.type == KeyPress ? TipoEvento::tecla : TipoEvento::teclaArriba;
             break;
-        default: break;
+        default:
+            break;
     }
     return e;
 }
@@ -147,9 +156,10 @@ std::unique_ptr<ConexionX11> ConexionX11::Abre(std::string& motivo) {
     Display* display = XOpenDisplay(nullptr);
     if (!display) {
         const char* nombre = std::getenv("DISPLAY");
-        motivo = nombre && *nombre ? std::string("the display \"") + nombre +
-                                         "\" can't be opened: no X server runs there, or it refuses this user (see xauth)."
-                                   : "DISPLAY isn't set: there is no X display; start from a desktop session or under xvfb-run.";
+        motivo = nombre && *nombre
+                     ? std::string("the display \"") + nombre +
+                           "\" can't be opened: no X server runs there, or it refuses this user (see xauth)."
+                     : "DISPLAY isn't set: there is no X display; start from a desktop session or under xvfb-run.";
         return nullptr;
     }
     return std::unique_ptr<ConexionX11>(new ConexionX11(display));
@@ -163,7 +173,8 @@ ConexionX11::ConexionX11(Display* display)
     }
     PonManejador();
     // A server that goes away would end the process too. Calls to Xlib then return without having done anything.
-    XSetIOErrorExitHandler(display, [](Display*, void*) {}, nullptr);
+    XSetIOErrorExitHandler(
+        display, [](Display*, void*) {}, nullptr);
     m_Protocolos = XInternAtom(display, "WM_PROTOCOLS", False);
     m_Borra = XInternAtom(display, "WM_DELETE_WINDOW", False);
 }

@@ -33,8 +33,8 @@ class ConexionX11 {
     Atom m_Protocolos, m_Borra;
 };
 
-/// Holds back the errors of calls to Xlib that can fail, from here to the end of the block. An error that nobody handles
-/// would end the host's process.
+/// Holds back the errors of calls to Xlib that can fail, from here to the end of the block. An error that nobody
+/// handles would end the host's process.
 class GuardaErroresX {
   public:
     explicit GuardaErroresX(Display* display);

@@ -19,8 +19,8 @@ VisualID VisualDe(Display* display, const FormatoPixel& formato) {
     return static_cast<VisualID>(id);
 }
 
-std::unique_ptr<VentanaX11> VentanaX11::Crea(ConexionX11& conexion, const FormatoPixel& formato, const Rectangulo& donde,
-                                             Window padre, std::string& motivo) {
+std::unique_ptr<VentanaX11> VentanaX11::Crea(ConexionX11& conexion, const FormatoPixel& formato,
+                                             const Rectangulo& donde, Window padre, std::string& motivo) {
     Display* display = conexion.Xlib();
     XVisualInfo* visual = glXGetVisualFromFBConfig(display, reinterpret_cast<GLXFBConfig>(formato.m_Nativo));
     if (!visual) {
@@ -33,12 +33,12 @@ std::unique_ptr<VentanaX11> VentanaX11::Crea(ConexionX11& conexion, const Format
     atributos.colormap = mapa;
     atributos.border_pixel = 0;
     atributos.background_pixmap = None;  // the server paints nothing between two pictures
-    atributos.event_mask = ExposureMask | StructureNotifyMask | PointerMotionMask | ButtonPressMask | ButtonReleaseMask |
-                           KeyPressMask | KeyReleaseMask;
-    const Window id = XCreateWindow(display, padre ? padre : conexion.Raiz(), donde.m_nX, donde.m_nY,
-                                    static_cast<unsigned>(donde.m_nAncho), static_cast<unsigned>(donde.m_nAlto), 0,
-                                    visual->depth, InputOutput, visual->visual,
-                                    CWColormap | CWBorderPixel | CWBackPixmap | CWEventMask, &atributos);
+    atributos.event_mask = ExposureMask | StructureNotifyMask | PointerMotionMask | ButtonPressMask |
+                           ButtonReleaseMask | KeyPressMask | KeyReleaseMask;
+    const Window id =
+        XCreateWindow(display, padre ? padre : conexion.Raiz(), donde.m_nX, donde.m_nY,
+                      static_cast<unsigned>(donde.m_nAncho), static_cast<unsigned>(donde.m_nAlto), 0, visual->depth,
+                      InputOutput, visual->visual, CWColormap | CWBorderPixel | CWBackPixmap | CWEventMask, &atributos);
     const VisualID idVisual = visual->visualid;
     XFree(visual);
     if (const int error = guarda.Error()) {
@@ -130,8 +130,8 @@ bool VentanaX11::Admite(const FormatoPixel& formato) const {
 }
 
 std::unique_ptr<Superficie> VentanaX11::CreaSuperficie(const FormatoPixel&, std::string&) {
-    // The window itself, and no GLXWindow: the host's toolkit may have made one for a window that is wrapped here, and a
-    // window can have only one.
+    // The window itself, and no GLXWindow: the host's toolkit may have made one for a window that is wrapped here, and
+    // a window can have only one.
     return std::make_unique<SuperficieGLX>(m_Conexion.Xlib(), m_Id, false);
 }
 
