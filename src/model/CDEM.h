@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "model/CDataSemilla.h"
@@ -18,6 +19,9 @@
 namespace Vertiz {
 
 class CIndiceCeldas;
+class Parche;
+struct PuntoParche;
+struct RectanguloCelda;
 
 /// Terrain heights in one of two forms.
 ///
@@ -63,7 +67,6 @@ class LUMBRA_API CDEM : public CObjetoFichero {
     /// @param oeste, sur      absolute position of the sample (0, 0)
     CDEM(unsigned filas, unsigned columnas, double celdaX, double celdaY, double oeste, double sur,
          const CDataSemilla& semilla = CDataSemilla());
-    ~CDEM() override;
 
     // ---- The regular form. The matrix gives 0.0 outside itself and ignores writing there. ----
     CMatriz<float>& Matriz() { return m_Matriz; }
@@ -145,13 +148,12 @@ class LUMBRA_API CDEM : public CObjetoFichero {
     /// @param punto      in: the cell; out: x, y and the absolute height z
     /// @param fraccionX  from the west, 0 to 1; at 0 and 1 only the samples of that side have to be there and valid
     /// @param fraccionY  from the south
-    /// @param oeste, sur      where the sample (0, 0) is taken to lie, for x and y: GetOeste() and GetSur() give absolute
-    ///                        coordinates. In cell-list form they are added to the coordinates of the lists
-    /// @param bSuavizado      the smooth surface, if the grid has one
-    /// @param bSoloCota       x and y stay as they are
+    /// @param origenX, origenY  taken away from the absolute x and y: 0 gives absolute, the seed's offset local ones
+    /// @param bSuavizado        the smooth surface, if the grid has one
+    /// @param bSoloCota         x and y stay as they are
     /// @return false, with nothing changed, outside the cell or the grid, and in a void
-    bool DamePunto(CPuntoDEM& punto, double fraccionX, double fraccionY, double oeste, double sur, bool bSuavizado,
-                   bool bSoloCota) const;
+    bool DamePunto(CPuntoDEM& punto, double fraccionX, double fraccionY, double origenX, double origenY,
+                   bool bSuavizado, bool bSoloCota) const;
 
     /// Puts a point on the surface (the smooth one when the grid is smoothed).
     /// @param punto  in: x, y; out: z
@@ -186,6 +188,16 @@ class LUMBRA_API CDEM : public CObjetoFichero {
 
   private:
     bool TieneVectores() const;
+    bool EsCota(float cota) const;
+    bool Sitio(double x, double y, double origenX, double origenY, CPuntoDEM& celda) const;
+    std::vector<double> Cortes(const CCoor3D<double>& a, const CCoor3D<double>& b, double origenX,
+                               double origenY) const;
+    void CuentaMatriz();
+    void CuentaLista();
+    void CalculaVectoresLista();
+    bool DameRectangulo(unsigned celda, RectanguloCelda& rectangulo) const;
+    std::optional<Parche> DameParche(unsigned fila, unsigned columna, const PuntoParche& a, const PuntoParche& b,
+                                     bool bSuavizado) const;
 
     CMatriz<float> m_Matriz, m_VectorX, m_VectorY, m_VectorZ;
     double m_dNulo = -9989.0;

@@ -68,9 +68,9 @@ CDataGamaColor::CDataGamaColor(const CString& texto) {
 
 CDataGamaColor CDataGamaColor::Terreno(double cotaMin, double cotaMax) {
     // Lightness rises with height all the way, so that the ramp also reads in black and white.
-    static constexpr CColorCota kColores[] = {{0.00, 46, 107, 58},   {0.15, 94, 145, 74},   {0.32, 158, 178, 98},
-                                              {0.50, 207, 193, 126}, {0.66, 196, 158, 112}, {0.80, 176, 140, 122},
-                                              {0.92, 214, 205, 200}, {1.00, 252, 252, 252}};
+    static constexpr CColorCota kColores[] = {{0.00, 46, 107, 58},   {0.15, 88, 140, 70},   {0.32, 146, 170, 90},
+                                              {0.50, 200, 186, 116}, {0.66, 214, 186, 140}, {0.80, 222, 198, 170},
+                                              {0.92, 236, 224, 212}, {1.00, 252, 252, 252}};
     constexpr double kMargen = 0.01;  // of the range, at each end
     const double rango = std::max(cotaMax - cotaMin, 1e-6 * std::max({1.0, std::abs(cotaMin), std::abs(cotaMax)}));
     CDataGamaColor gama;
