@@ -21,6 +21,7 @@ namespace Vertiz {
 class CIndiceCeldas;
 class Parche;
 struct PuntoParche;
+struct Rayo;
 struct RectanguloCelda;
 
 /// Terrain heights in one of two forms.
@@ -192,6 +193,10 @@ class LUMBRA_API CDEM : public CObjetoFichero {
     bool Sitio(double x, double y, double origenX, double origenY, CPuntoDEM& celda) const;
     std::vector<double> Cortes(const CCoor3D<double>& a, const CCoor3D<double>& b, double origenX,
                                double origenY) const;
+    bool CortaMatriz(const Rayo& rayo, CCoor3D<double>& resultado) const;
+    bool CortaLista(const Rayo& rayo, CCoor3D<double>& resultado) const;
+    std::vector<std::vector<CCoor3D<double>>> ContornosMatriz() const;
+    std::vector<std::vector<CCoor3D<double>>> ContornosLista() const;
     void CuentaMatriz();
     void CuentaLista();
     void CalculaVectoresLista();

@@ -6,10 +6,8 @@
 
 #include <algorithm>
 #include <cstdlib>
-#include <cstring>
 #include <limits>
 #include <new>
-#include <string>
 #include <utility>
 #include <vector>
 
@@ -28,12 +26,11 @@ T* Elementos(std::uint64_t n, bool limpiar) {
 /// A side after n more, never below 1.
 std::int64_t Crecido(unsigned lado, int n) { return std::max<std::int64_t>(1, std::int64_t(lado) + n); }
 
-std::wstring NombreTemporal() {
-    wchar_t carpeta[1024] = L"", nombre[1280] = L"";
-    const DWORD n = GetTempPathW(1024, carpeta);
-    if (n == 0 || n >= 1024) std::wcscpy(carpeta, L".");
-    if (GetTempFileNameW(carpeta, L"Matrix", 0, nombre) == 0) return L"Matrix.Tmp";
-    return nombre;
+CString NombreTemporal() {
+    wchar_t carpeta[MAX_PATH] = L"", nombre[MAX_PATH] = L"";
+    const DWORD n = GetTempPathW(MAX_PATH, carpeta);
+    const bool bCarpeta = n > 0 && n < MAX_PATH;
+    return GetTempFileNameW(bCarpeta ? carpeta : L".", L"Matrix", 0, nombre) != 0 ? nombre : L"Matrix.Tmp";
 }
 
 }  // namespace
@@ -141,12 +138,10 @@ template <class T>
 void CMatriz<T>::Rellena(T valor) {
     const std::vector<T> fila(m_bEnFichero ? m_nColumnas : 0, valor);
     for (unsigned f = 0; f < m_nFilas; ++f) {
-        if (T* p = Fila(f)) {
+        if (T* p = Fila(f))
             std::fill_n(p, m_nColumnas, valor);
-        } else {
-            m_pFichero->Seek(LONGLONG(f) * m_nColumnas * LONGLONG(sizeof(T)), CFile::begin);
-            m_pFichero->Write(fila.data(), UINT(fila.size() * sizeof(T)));
-        }
+        else
+            EscribeFichero(f, 0, fila.data(), m_nColumnas);
     }
 }
 
@@ -166,14 +161,17 @@ template <class T>
 void CMatriz<T>::CopiaComun(const CMatriz& otra) {
     const unsigned filas = std::min(m_nFilas, otra.m_nFilas);
     const unsigned columnas = std::min(m_nColumnas, otra.m_nColumnas);
+    std::vector<T> leida(otra.m_bEnFichero ? columnas : 0);
     for (unsigned f = 0; f < filas; ++f) {
-        T* destino = Fila(f);
         const T* origen = otra.Fila(f);
-        if (destino && origen) {
-            std::copy_n(origen, columnas, destino);
-        } else {
-            for (unsigned c = 0; c < columnas; ++c) Set(f, c, otra.Get(f, c));
+        if (!origen) {
+            otra.LeeFichero(f, 0, leida.data(), columnas);
+            origen = leida.data();
         }
+        if (T* destino = Fila(f))
+            std::copy_n(origen, columnas, destino);
+        else
+            EscribeFichero(f, 0, origen, columnas);
     }
 }
 
@@ -213,21 +211,19 @@ void CMatriz<T>::ReservaFichero(bool limpiar) {
     const std::uint64_t filas = std::exchange(m_nFilas, 0), columnas = std::exchange(m_nColumnas, 0);
     if (filas * columnas > std::uint64_t(std::numeric_limits<std::ptrdiff_t>::max()) / sizeof(T))
         throw std::bad_array_new_length();
-    const std::vector<T> fila(limpiar ? columnas : 0, T(0));
-    m_sFichero = CString(NombreTemporal().c_str());
+    const std::vector<T> ceros(limpiar ? columnas : 0, T(0));
+    m_sFichero = NombreTemporal();
     m_pFichero = new CFile;
     m_bEnFichero = 1;
-    try {
-        if (m_pFichero->Open(m_sFichero, CFile::modeCreate | CFile::modeReadWrite)) {
-            for (std::uint64_t f = 0; f < filas && limpiar; ++f)
-                m_pFichero->Write(fila.data(), UINT(columnas * sizeof(T)));
-            m_nFilas = std::uint32_t(filas);
-            m_nColumnas = std::uint32_t(columnas);
-            return;
-        }
-    } catch (...) {  // no room for it: as a file that can't be opened
+    bool bHecho = m_pFichero->Open(m_sFichero, CFile::modeCreate | CFile::modeReadWrite);
+    for (std::uint64_t f = 0; f < filas && limpiar && bHecho; ++f)
+        bHecho = m_pFichero->Write(ceros.data(), columnas * sizeof(T));
+    if (!bHecho) {
+        Libera();
+        return;
     }
-    Libera();
+    m_nFilas = std::uint32_t(filas);
+    m_nColumnas = std::uint32_t(columnas);
 }
 
 template <class T>
@@ -245,16 +241,16 @@ void CMatriz<T>::Libera() noexcept {
 }
 
 template <class T>
-T CMatriz<T>::LeeFichero(unsigned fila, unsigned columna) const {
-    T valor(0);
+void CMatriz<T>::LeeFichero(unsigned fila, unsigned columna, T* datos, unsigned n) const {
     m_pFichero->Seek((LONGLONG(fila) * m_nColumnas + columna) * LONGLONG(sizeof(T)), CFile::begin);
-    return m_pFichero->Read(&valor, sizeof(T)) == sizeof(T) ? valor : T(0);
+    const std::size_t leidos = m_pFichero->Read(datos, n * sizeof(T)) / sizeof(T);
+    std::fill(datos + leidos, datos + n, T(0));
 }
 
 template <class T>
-void CMatriz<T>::EscribeFichero(unsigned fila, unsigned columna, T valor) {
+void CMatriz<T>::EscribeFichero(unsigned fila, unsigned columna, const T* datos, unsigned n) {
     m_pFichero->Seek((LONGLONG(fila) * m_nColumnas + columna) * LONGLONG(sizeof(T)), CFile::begin);
-    m_pFichero->Write(&valor, sizeof(T));
+    m_pFichero->Write(datos, n * sizeof(T));
 }
 
 template class CMatriz<double>;
