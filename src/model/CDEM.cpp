@@ -12,7 +12,9 @@ namespace Vertiz {
 
 namespace {
 
-bool EsTamano(double v) { return std::isfinite(v) && v > 0.0; }
+bool EsTamano(double v) {
+    return std::isfinite(v) && v > 0.0;
+}
 
 /// Least and greatest of what it is shown.
 struct Intervalo {
@@ -35,7 +37,9 @@ CMaximas<double> Caja(const Intervalo& x, const Intervalo& y, const Intervalo& z
 
 }  // namespace
 
-CDEM::CDEM() { Clear(); }
+CDEM::CDEM() {
+    Clear();
+}
 
 CDEM::CDEM(unsigned filas, unsigned columnas, double celdaX, double celdaY, double oeste, double sur,
            const CDataSemilla& semilla)
@@ -60,7 +64,8 @@ void CDEM::SetOrigen(double oeste, double sur) {
 }
 
 void CDEM::Clear() {
-    for (CMatriz<float>* matriz : {&m_Matriz, &m_VectorX, &m_VectorY, &m_VectorZ}) matriz->Redimensiona();
+    for (CMatriz<float>* matriz : {&m_Matriz, &m_VectorX, &m_VectorY, &m_VectorZ})
+        matriz->Redimensiona();
     m_Puntos.clear();
     m_ListaX.clear();
     m_ListaY.clear();
@@ -128,7 +133,9 @@ void CDEM::CuentaLista() {
     m_pIndice = std::make_shared<const CIndiceCeldas>(rectangulos);
 }
 
-bool CDEM::EsCota(float cota) const { return std::isfinite(cota) && double(cota) > m_dNulo; }
+bool CDEM::EsCota(float cota) const {
+    return std::isfinite(cota) && double(cota) > m_dNulo;
+}
 
 bool CDEM::EsValido(unsigned fila, unsigned columna) const {
     if (m_bListaCeldas) return fila < m_Puntos.size() && EsCota(m_Puntos[fila].m_fCota);
@@ -151,7 +158,8 @@ bool CDEM::EsCeldaValida(unsigned fila, unsigned columna, unsigned paso) const {
 bool CDEM::DameRectangulo(unsigned celda, RectanguloCelda& rectangulo) const {
     const auto& p = m_Celdas[celda].m_nPuntos;
     for (const std::uint32_t i : p)
-        if (i >= m_Puntos.size() || m_Puntos[i].m_nX >= m_ListaX.size() || m_Puntos[i].m_nY >= m_ListaY.size()) return false;
+        if (i >= m_Puntos.size() || m_Puntos[i].m_nX >= m_ListaX.size() || m_Puntos[i].m_nY >= m_ListaY.size())
+            return false;
     const RectanguloCelda r{m_ListaX[m_Puntos[p[0]].m_nX], m_ListaY[m_Puntos[p[0]].m_nY], m_ListaX[m_Puntos[p[3]].m_nX],
                             m_ListaY[m_Puntos[p[1]].m_nY]};
     if (!EsTamano(r.m_dEste - r.m_dOeste) || !EsTamano(r.m_dNorte - r.m_dSur)) return false;

@@ -50,9 +50,9 @@ class LUMBRA_API CDEM : public CObjetoFichero {
     };
     /// A point of the cell list.
     struct CPunto {
-        float m_fCota = 0.0f;                                       ///< absolute height
-        std::uint32_t m_nX = 0, m_nY = 0;                           ///< places in the lists of X and of Y
-        std::uint32_t m_nInfo = 0;                                  ///< the application's
+        float m_fCota = 0.0f;                                           ///< absolute height
+        std::uint32_t m_nX = 0, m_nY = 0;                               ///< places in the lists of X and of Y
+        std::uint32_t m_nInfo = 0;                                      ///< the application's
         float m_fVectorX = 0.0f, m_fVectorY = 0.0f, m_fVectorZ = 0.0f;  ///< upward normal of the surface; see smoothing
     };
     /// A cell of the cell list: its points in the order south-west, north-west, north-east, south-east. West and south
@@ -142,7 +142,8 @@ class LUMBRA_API CDEM : public CObjetoFichero {
     /// The sample is inside the matrix and valid. In cell-list form `fila` is the point's index.
     bool EsValido(unsigned fila, unsigned columna) const;
     /// The four corners of the square whose south-west sample is (fila, columna) are valid.
-    /// @param paso  side of the square, in samples. In cell-list form `fila` is the cell's index and the rest isn't read
+    /// @param paso  side of the square, in samples. In cell-list form `fila` is the cell's index and the rest isn't
+    /// read
     bool EsCeldaValida(unsigned fila, unsigned columna, unsigned paso) const;
 
     /// The surface's height at a fraction of a cell.

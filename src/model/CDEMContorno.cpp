@@ -120,7 +120,8 @@ std::vector<std::vector<CCoor3D<double>>> CDEM::ContornosMatriz() const {
     const std::int64_t filas = std::int64_t(GetFilas()) - 1, columnas = std::int64_t(GetColumnas()) - 1;
     std::vector<bool> celdas(std::size_t(filas * columnas));
     for (std::int64_t f = 0, i = 0; f < filas; ++f)
-        for (std::int64_t c = 0; c < columnas; ++c, ++i) celdas[std::size_t(i)] = EsCeldaValida(unsigned(f), unsigned(c), 1);
+        for (std::int64_t c = 0; c < columnas; ++c, ++i)
+            celdas[std::size_t(i)] = EsCeldaValida(unsigned(f), unsigned(c), 1);
     for (const Anillo& anillo : TrazaContornos(filas, columnas, std::move(celdas)).Traza()) {
         auto& contorno = contornos.emplace_back();
         for (const Nudo& n : anillo)
@@ -156,7 +157,8 @@ std::vector<std::vector<CCoor3D<double>>> CDEM::ContornosLista() const {
             std::fill_n(celdas.begin() + std::ptrdiff_t(f * columnas + c0), c1 - c0, true);
         const std::int64_t esquinas[4] = {f0 * (columnas + 1) + c0, f1 * (columnas + 1) + c0, f1 * (columnas + 1) + c1,
                                           f0 * (columnas + 1) + c1};
-        for (int k = 0; k < 4; ++k) cotas.emplace(esquinas[k], m_Puntos[m_Celdas[i].m_nPuntos[k]].m_fCota);
+        for (int k = 0; k < 4; ++k)
+            cotas.emplace(esquinas[k], m_Puntos[m_Celdas[i].m_nPuntos[k]].m_fCota);
     }
     for (const Anillo& anillo : TrazaContornos(filas, columnas, std::move(celdas)).Traza()) {
         auto& contorno = contornos.emplace_back();
@@ -182,7 +184,8 @@ int CDEM::DameBase(CDibujo<int>& dibujo) const {
         }
         linea << linea.Punto(0);
     }
-    for (const CLinea<int>& linea : lineas) dibujo.Inserta(linea);
+    for (const CLinea<int>& linea : lineas)
+        dibujo.Inserta(linea);
     return 1;
 }
 

@@ -13,7 +13,9 @@ namespace Vertiz {
 
 namespace {
 
-bool EsFinito(const CCoor3D<double>& p) { return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z); }
+bool EsFinito(const CCoor3D<double>& p) {
+    return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
+}
 
 CCoor3D<double> Punto(const Rayo& rayo, double t) {
     return CCoor3D<double>(rayo.o.x + t * rayo.d.x, rayo.o.y + t * rayo.d.y, rayo.o.z + t * rayo.d.z, 0);
@@ -76,7 +78,7 @@ class CorteRayo {
 
 /// The ray is in local coordinates in plan; its heights are absolute, as the samples'.
 bool CDEM::CortaMatriz(const Rayo& rayo, CCoor3D<double>& resultado) const {
-    const Reticula celdas{m_dOeste - m_Semilla.GetX(), m_dSur - m_Semilla.GetY(), m_dCeldaX, m_dCeldaY,
+    const Reticula celdas{m_dOeste - m_Semilla.GetX(),  m_dSur - m_Semilla.GetY(),      m_dCeldaX, m_dCeldaY,
                           std::int64_t(GetFilas()) - 1, std::int64_t(GetColumnas()) - 1};
     CorteRayo corte(rayo);
     int lado = 0;  // where the ray left the cell before; 0 when that had no surface
@@ -112,7 +114,8 @@ bool CDEM::CortaLista(const Rayo& rayo, CCoor3D<double>& resultado) const {
         for (const std::uint32_t i : m_pIndice->Cuadro(fila, columna)) {
             RectanguloCelda celda;
             if (i >= m_Celdas.size() || !DameRectangulo(i, celda)) continue;
-            celda = {celda.m_dOeste - origenX, celda.m_dSur - origenY, celda.m_dEste - origenX, celda.m_dNorte - origenY};
+            celda = {celda.m_dOeste - origenX, celda.m_dSur - origenY, celda.m_dEste - origenX,
+                     celda.m_dNorte - origenY};
             TramoRayo tramo;
             tramo.Recorta(rayo.o.x, rayo.d.x, celda.m_dOeste, celda.m_dEste);
             tramo.Recorta(rayo.o.y, rayo.d.y, celda.m_dSur, celda.m_dNorte);
@@ -120,7 +123,8 @@ bool CDEM::CortaLista(const Rayo& rayo, CCoor3D<double>& resultado) const {
             const auto parche = DameParche(i, 0, corte.Lugar(tramo.t0, celda), corte.Lugar(tramo.t1, celda), true);
             if (parche) corte.Mira(*parche, celda, tramo);
         }
-        return corte.Parametro() <= cuadro.t1;  // a cell may reach beyond this square: what it gave may not be the first
+        return corte.Parametro() <=
+               cuadro.t1;  // a cell may reach beyond this square: what it gave may not be the first
     });
     if (corte.Encontrado()) resultado = corte.Resultado();
     return corte.Encontrado();

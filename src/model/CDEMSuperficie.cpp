@@ -58,8 +58,8 @@ bool CDEM::TieneVectores() const {
 std::optional<Parche> CDEM::DameParche(unsigned fila, unsigned columna, const PuntoParche& a, const PuntoParche& b,
                                        bool bSuavizado) const {
     const bool bSuave = bSuavizado && TieneVectores();
-    const bool bOeste = a.u < 1.0 || b.u < 1.0, bEste = a.u > 0.0 || b.u > 0.0;
-    const bool bSur = a.v < 1.0 || b.v < 1.0, bNorte = a.v > 0.0 || b.v > 0.0;
+    const bool bOeste = a.u < 1.0 || b.u<1.0, bEste = a.u> 0.0 || b.u > 0.0;
+    const bool bSur = a.v < 1.0 || b.v<1.0, bNorte = a.v> 0.0 || b.v > 0.0;
     const bool cuentan[4] = {bSur && bOeste, bSur && bEste, bNorte && bOeste, bNorte && bEste};
     std::array<EsquinaParche, 4> esquinas{};
 
@@ -83,8 +83,8 @@ std::optional<Parche> CDEM::DameParche(unsigned fila, unsigned columna, const Pu
         const unsigned f = fila + i / 2, c = columna + i % 2;
         if (!cuentan[i]) continue;
         if (!EsValido(f, c)) return std::nullopt;
-        esquinas[i] = bSuave ? Esquina(m_Matriz.Get(f, c), m_VectorX.Get(f, c), m_VectorY.Get(f, c), m_VectorZ.Get(f, c),
-                                       m_dCeldaX, m_dCeldaY)
+        esquinas[i] = bSuave ? Esquina(m_Matriz.Get(f, c), m_VectorX.Get(f, c), m_VectorY.Get(f, c),
+                                       m_VectorZ.Get(f, c), m_dCeldaX, m_dCeldaY)
                              : EsquinaParche{m_Matriz.Get(f, c), 0.0, 0.0};
     }
     return Parche(esquinas, bSuave);
@@ -158,13 +158,15 @@ std::vector<double> CDEM::Cortes(const CCoor3D<double>& a, const CCoor3D<double>
         if (t > 0.0 && t < 1.0) cortes.push_back(t);
     };
     const auto cortaLista = [&](double desde, double hasta, const std::vector<double>& lineas, double origen) {
-        for (const double linea : lineas) corta(desde, hasta, linea - origen);
+        for (const double linea : lineas)
+            corta(desde, hasta, linea - origen);
     };
     const auto cortaReticula = [&](double desde, double hasta, double inicio, double paso, unsigned lineas) {
         const double ultima = double(lineas) - 1.0;
         const double menor = std::clamp(std::floor((std::min(desde, hasta) - inicio) / paso), 0.0, ultima);
         const double mayor = std::clamp(std::ceil((std::max(desde, hasta) - inicio) / paso), 0.0, ultima);
-        for (double i = menor; i <= mayor; ++i) corta(desde, hasta, inicio + i * paso);
+        for (double i = menor; i <= mayor; ++i)
+            corta(desde, hasta, inicio + i * paso);
     };
     if (m_bListaCeldas) {
         cortaLista(a.x, b.x, m_ListaX, origenX);
@@ -199,7 +201,8 @@ bool CDEM::Proyecta(CLinea<double>& linea, bool bInserta, bool bConserva, bool b
             if (Proyecta(corte, nullptr, bAbsolutas)) puntos.push_back(corte);
         }
     }
-    while (linea.NPuntos() > puntos.size()) linea.BorraPunto(int(linea.NPuntos()) - 1, 1);
+    while (linea.NPuntos() > puntos.size())
+        linea.BorraPunto(int(linea.NPuntos()) - 1, 1);
     for (unsigned i = 0; i < puntos.size(); ++i) {
         if (i < linea.NPuntos())
             linea.ModificaPunto(i, puntos[i], false);
@@ -217,7 +220,8 @@ void CDEM::CalculaVectores() {
         return;
     }
     const unsigned filas = GetFilas(), columnas = GetColumnas();
-    for (CMatriz<float>* vector : {&m_VectorX, &m_VectorY, &m_VectorZ}) vector->Redimensiona(filas, columnas, 0);
+    for (CMatriz<float>* vector : {&m_VectorX, &m_VectorY, &m_VectorZ})
+        vector->Redimensiona(filas, columnas, 0);
     for (unsigned f = 0; f < filas; ++f) {
         for (unsigned c = 0; c < columnas; ++c) {
             // Before the first sample the index turns into the greatest one, which is outside.

@@ -30,8 +30,9 @@ bool TomaNumero(std::string_view& texto, N& numero) {
 
 std::optional<CColorCota> LeeParada(std::string_view texto) {
     CColorCota parada;
-    if (!TomaNumero(texto, parada.m_dCota) || !TomaNumero(texto, parada.m_nRojo) || !TomaNumero(texto, parada.m_nVerde) ||
-        !TomaNumero(texto, parada.m_nAzul) || texto.find_first_not_of(" \t") != std::string_view::npos)
+    if (!TomaNumero(texto, parada.m_dCota) || !TomaNumero(texto, parada.m_nRojo) ||
+        !TomaNumero(texto, parada.m_nVerde) || !TomaNumero(texto, parada.m_nAzul) ||
+        texto.find_first_not_of(" \t") != std::string_view::npos)
         return std::nullopt;
     return parada;
 }
@@ -40,7 +41,8 @@ std::optional<CColorCota> LeeParada(std::string_view texto) {
 std::optional<CDataGamaColor> LeeGama(const CString& ancho) {
     // Only ASCII is meaningful; anything else becomes a character that no number has.
     std::string texto;
-    for (const wchar_t* c = ancho; *c; ++c) texto += *c < 128 ? char(*c) : '?';
+    for (const wchar_t* c = ancho; *c; ++c)
+        texto += *c < 128 ? char(*c) : '?';
 
     CDataGamaColor gama;
     std::string_view resto = texto;
@@ -119,7 +121,8 @@ void CDataGamaColor::GetPrivateProfile(const CString& fichero, const CString& se
     const CString clave = prefijo + kClave, actual = Texto();
     std::wstring valor(1024, L'\0');
     for (;;) {
-        const auto leidos = GetPrivateProfileStringW(seccion, clave, actual, valor.data(), DWORD(valor.size()), fichero);
+        const auto leidos =
+            GetPrivateProfileStringW(seccion, clave, actual, valor.data(), DWORD(valor.size()), fichero);
         const bool cortado = leidos + 1 >= valor.size();  // a value that fills the buffer may go on
         if (!cortado || valor.size() > (1u << 24)) break;
         valor.resize(valor.size() * 4);

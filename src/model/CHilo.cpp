@@ -11,7 +11,9 @@ CHilo& CHilo::operator=(const CHilo& otro) {
     return *this;
 }
 
-CHilo::~CHilo() { CHilo::Stop(); }
+CHilo::~CHilo() {
+    CHilo::Stop();
+}
 
 void CHilo::Stop() {
     if (!m_hHilo) return;
@@ -20,11 +22,17 @@ void CHilo::Stop() {
     CloseHandle(hilo);
 }
 
-bool CHilo::SetPriority(int prioridad) { return m_hHilo && SetThreadPriority(m_hHilo, prioridad); }
+bool CHilo::SetPriority(int prioridad) {
+    return m_hHilo && SetThreadPriority(m_hHilo, prioridad);
+}
 
-bool CHilo::Suspender() { return m_hHilo && SuspendThread(m_hHilo) != DWORD(-1); }
+bool CHilo::Suspender() {
+    return m_hHilo && SuspendThread(m_hHilo) != DWORD(-1);
+}
 
-bool CHilo::Reanudar() { return m_hHilo && ResumeThread(m_hHilo) != DWORD(-1); }
+bool CHilo::Reanudar() {
+    return m_hHilo && ResumeThread(m_hHilo) != DWORD(-1);
+}
 
 bool CHilo::Arranca(DWORD (*cuerpo)(void*), void* dato) {
     if (m_hHilo) return false;

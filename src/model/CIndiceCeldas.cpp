@@ -7,7 +7,9 @@ namespace Vertiz {
 
 namespace {
 
-bool TieneArea(const RectanguloCelda& r) { return r.m_dOeste < r.m_dEste && r.m_dSur < r.m_dNorte; }
+bool TieneArea(const RectanguloCelda& r) {
+    return r.m_dOeste < r.m_dEste && r.m_dSur < r.m_dNorte;
+}
 
 std::int64_t Lugar(double valor, double inicio, double paso, std::int64_t n) {
     return std::int64_t(std::clamp(std::floor((valor - inicio) / paso), 0.0, double(n - 1)));
@@ -28,8 +30,12 @@ CIndiceCeldas::CIndiceCeldas(const std::vector<RectanguloCelda>& rectangulos) {
 
     // About a square for each cell; fewer when cells overlap so much that the lists would grow out of proportion.
     for (auto lado = std::int64_t(std::ceil(std::sqrt(double(n)))); lado > 0; lado /= 2) {
-        m_Cuadros = {todo.m_dOeste, todo.m_dSur, (todo.m_dEste - todo.m_dOeste) / double(lado),
-                     (todo.m_dNorte - todo.m_dSur) / double(lado), lado, lado};
+        m_Cuadros = {todo.m_dOeste,
+                     todo.m_dSur,
+                     (todo.m_dEste - todo.m_dOeste) / double(lado),
+                     (todo.m_dNorte - todo.m_dSur) / double(lado),
+                     lado,
+                     lado};
         if (Entradas(rectangulos) <= 8 * n + 64) break;
     }
 
@@ -45,7 +51,8 @@ CIndiceCeldas::CIndiceCeldas(const std::vector<RectanguloCelda>& rectangulos) {
     };
     // Counted two places ahead, added up to starts one place ahead, and moved on to their own place while filling.
     porCuadro([&](std::size_t cuadro, std::uint32_t) { ++m_Inicios[cuadro + 2]; });
-    for (std::size_t i = 2; i < m_Inicios.size(); ++i) m_Inicios[i] += m_Inicios[i - 1];
+    for (std::size_t i = 2; i < m_Inicios.size(); ++i)
+        m_Inicios[i] += m_Inicios[i - 1];
     m_Celdas.resize(m_Inicios.back());
     porCuadro([&](std::size_t cuadro, std::uint32_t celda) { m_Celdas[m_Inicios[cuadro + 1]++] = celda; });
 }

@@ -24,7 +24,9 @@ T* Elementos(std::uint64_t n, bool limpiar) {
 }
 
 /// A side after n more, never below 1.
-std::int64_t Crecido(unsigned lado, int n) { return std::max<std::int64_t>(1, std::int64_t(lado) + n); }
+std::int64_t Crecido(unsigned lado, int n) {
+    return std::max<std::int64_t>(1, std::int64_t(lado) + n);
+}
 
 CString NombreTemporal() {
     wchar_t carpeta[MAX_PATH] = L"", nombre[MAX_PATH] = L"";
@@ -194,9 +196,11 @@ void CMatriz<T>::Reserva(bool unBloque, bool limpiar) {
         m_ppFilas = new T*[filas];
         std::uint64_t hechas = 0;
         try {
-            for (; hechas < filas; ++hechas) m_ppFilas[hechas] = Elementos<T>(columnas, limpiar);
+            for (; hechas < filas; ++hechas)
+                m_ppFilas[hechas] = Elementos<T>(columnas, limpiar);
         } catch (...) {
-            while (hechas > 0) std::free(m_ppFilas[--hechas]);
+            while (hechas > 0)
+                std::free(m_ppFilas[--hechas]);
             delete[] std::exchange(m_ppFilas, nullptr);
             throw;
         }
@@ -229,7 +233,8 @@ void CMatriz<T>::ReservaFichero(bool limpiar) {
 template <class T>
 void CMatriz<T>::Libera() noexcept {
     std::free(std::exchange(m_pDatos, nullptr));
-    for (unsigned f = 0; m_ppFilas && f < m_nFilas; ++f) std::free(m_ppFilas[f]);
+    for (unsigned f = 0; m_ppFilas && f < m_nFilas; ++f)
+        std::free(m_ppFilas[f]);
     delete[] std::exchange(m_ppFilas, nullptr);
     if (m_pFichero) {
         delete std::exchange(m_pFichero, nullptr);  // closes it

@@ -17,7 +17,8 @@ Densa ADensa(const CMatrizCuadrada& m) {
     const unsigned n = m.GetFilas();
     Densa d(n, n);
     for (unsigned i = 0; i < n; ++i)
-        for (unsigned j = 0; j < n; ++j) d(i, j) = m.Get(i, j);
+        for (unsigned j = 0; j < n; ++j)
+            d(i, j) = m.Get(i, j);
     return d;
 }
 
@@ -26,7 +27,8 @@ bool Entrega(const Densa& d, CMatrizCuadrada& m) {
     const auto n = unsigned(d.rows());
     if (m.GetFilas() != n) m.Redimensiona(n, n, 0);
     for (unsigned i = 0; i < n; ++i)
-        for (unsigned j = 0; j < n; ++j) m.Set(i, j, d(i, j));
+        for (unsigned j = 0; j < n; ++j)
+            m.Set(i, j, d(i, j));
     return true;
 }
 
@@ -44,11 +46,14 @@ void CMatrizCuadrada::AumentaFilas(int n) {
     CMatrizCuadrada mayor(unsigned(std::clamp<std::int64_t>(std::int64_t(GetFilas()) + n, 1, UINT32_MAX)));
     const unsigned comun = std::min(GetFilas(), mayor.GetFilas());
     for (unsigned i = 0; i < comun; ++i)
-        for (unsigned j = 0; j < comun; ++j) mayor.Set(i, j, Get(i, j));
+        for (unsigned j = 0; j < comun; ++j)
+            mayor.Set(i, j, Get(i, j));
     Intercambia(mayor);
 }
 
-void CMatrizCuadrada::AumentaColumnas(int n) { AumentaFilas(n); }
+void CMatrizCuadrada::AumentaColumnas(int n) {
+    AumentaFilas(n);
+}
 
 void CMatrizCuadrada::Redimensiona(unsigned filas, unsigned columnas, int limpiar) {
     const unsigned lado = std::max(filas, columnas);
@@ -64,7 +69,8 @@ void CMatrizCuadrada::MatrizGiros3D(double omega, double fi, double kappa) {
                                {so * sk - co * sf * ck, so * ck + co * sf * sk, co * cf}};
     if (GetFilas() != 3) Redimensiona(3, 3, 0);
     for (unsigned i = 0; i < 3; ++i)
-        for (unsigned j = 0; j < 3; ++j) Set(i, j, giro[i][j]);
+        for (unsigned j = 0; j < 3; ++j)
+            Set(i, j, giro[i][j]);
 }
 
 bool CMatrizCuadrada::GetAngulos(double& omega, double& fi, double& kappa, double& escala) const {

@@ -6,6 +6,8 @@ namespace Vertiz {
 
 IPorcentaje::~IPorcentaje() = default;
 
-IPorcentaje* PorcentajeActual() { return dynamic_cast<IPorcentaje*>(AfxGetApp()); }
+IPorcentaje* PorcentajeActual() {
+    return dynamic_cast<IPorcentaje*>(AfxGetApp());
+}
 
 }  // namespace Vertiz

@@ -9,7 +9,9 @@ namespace Vertiz {
 namespace {
 
 /// Exact at both ends, and at equal ones.
-double Mezcla(double a, double b, double t) { return a == b ? a : a * (1.0 - t) + b * t; }
+double Mezcla(double a, double b, double t) {
+    return a == b ? a : a * (1.0 - t) + b * t;
+}
 
 /// A polynomial by its Bernstein coefficients.
 struct Bernstein {
@@ -49,7 +51,8 @@ std::optional<double> PrimeraRaiz(const Bernstein& p, double inicio, double larg
 /// Combinations of n things taken k at a time, for n up to 6.
 double Combinaciones(int n, int k) {
     double c = 1.0;
-    for (int i = 1; i <= k; ++i) c = c * (n - k + i) / i;
+    for (int i = 1; i <= k; ++i)
+        c = c * (n - k + i) / i;
     return c;
 }
 
@@ -84,7 +87,8 @@ double Parche::Flor(Puntos puntos, double inicio, double fin, int finales) const
 
 double Parche::Cota(PuntoParche p) const {
     Puntos columna{};
-    for (int j = 0; j <= m_nGrado; ++j) columna[j] = Flor(m_Red[j], p.u, p.u, 0);
+    for (int j = 0; j <= m_nGrado; ++j)
+        columna[j] = Flor(m_Red[j], p.u, p.u, 0);
     return Flor(columna, p.v, p.v, 0);
 }
 
@@ -93,16 +97,17 @@ std::optional<double> Parche::PrimerCorte(PuntoParche a, double za, PuntoParche 
     std::array<Puntos, kMaximo> parte{};
     for (int i = 0; i <= m_nGrado; ++i) {
         Puntos columna{};
-        for (int j = 0; j <= m_nGrado; ++j) columna[j] = Flor(m_Red[j], a.u, b.u, i);
-        for (int j = 0; j <= m_nGrado; ++j) parte[j][i] = Flor(columna, a.v, b.v, j);
+        for (int j = 0; j <= m_nGrado; ++j)
+            columna[j] = Flor(m_Red[j], a.u, b.u, i);
+        for (int j = 0; j <= m_nGrado; ++j)
+            parte[j][i] = Flor(columna, a.v, b.v, j);
     }
     Bernstein diferencia{2 * m_nGrado, {}};
     for (int k = 0; k <= 2 * m_nGrado; ++k) {
         double cota = 0.0;
         for (int i = std::max(0, k - m_nGrado); i <= std::min(k, m_nGrado); ++i)
             cota += Combinaciones(m_nGrado, i) * Combinaciones(m_nGrado, k - i) * parte[k - i][i];
-        diferencia.m_Coeficientes[k] =
-            Mezcla(za, zb, k / (2.0 * m_nGrado)) - cota / Combinaciones(2 * m_nGrado, k);
+        diferencia.m_Coeficientes[k] = Mezcla(za, zb, k / (2.0 * m_nGrado)) - cota / Combinaciones(2 * m_nGrado, k);
     }
     return PrimeraRaiz(diferencia, 0.0, 1.0, 0);
 }

@@ -3,7 +3,8 @@
 // A cell is held as a Bezier patch over the unit square, u to the east and v to the north: of degree 1 it is the
 // bilinear surface, of degree 3 the Ferguson patch with slopes at its corners and no twist. In this form values stay
 // within the control points' range, and the restriction to a straight line is a polynomial in Bernstein form whose
-// coefficients are sums of control points: G. Farin, "Curves and Surfaces for CAGD", 5th edition (2002), chapters 4, 14.
+// coefficients are sums of control points: G. Farin, "Curves and Surfaces for CAGD", 5th edition (2002), chapters
+// 4, 14.
 #pragma once
 
 #include <array>

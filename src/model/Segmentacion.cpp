@@ -18,17 +18,20 @@ std::vector<float> MascaraGauss(float sigma) {
 void NormalizaMascara(std::vector<float>& mascara) {
     if (mascara.empty()) return;
     double suma = 0.0;
-    for (std::size_t i = 1; i < mascara.size(); ++i) suma += std::abs(double(mascara[i]));
+    for (std::size_t i = 1; i < mascara.size(); ++i)
+        suma += std::abs(double(mascara[i]));
     suma = 2.0 * suma + std::abs(double(mascara[0]));
     if (suma == 0.0) return;
-    for (float& elemento : mascara) elemento = float(elemento / suma);
+    for (float& elemento : mascara)
+        elemento = float(elemento / suma);
 }
 
 void Convoluciona(const CMatriz<float>& origen, CMatriz<float>& destino, const std::vector<float>& mascara) {
     const std::int64_t columnas = origen.GetColumnas();
     std::vector<float> fila(static_cast<std::size_t>(columnas));
     for (unsigned i = 0; i < origen.GetFilas(); ++i) {
-        for (unsigned j = 0; j < columnas; ++j) fila[j] = origen.Get(i, j);
+        for (unsigned j = 0; j < columnas; ++j)
+            fila[j] = origen.Get(i, j);
         for (std::int64_t j = 0; j < columnas; ++j) {
             double suma = mascara.empty() ? 0.0 : double(mascara[0]) * fila[std::size_t(j)];
             for (std::size_t k = 1; k < mascara.size(); ++k) {
@@ -67,12 +70,14 @@ double DiferenciaColor(const CMatriz<float>& a, const CMatriz<float>& b, const C
 void Bosque::Reinicia(unsigned vertices) {
     m_nComponentes = vertices;
     m_Vertices.resize(vertices);
-    for (unsigned i = 0; i < vertices; ++i) m_Vertices[i] = {0, i, 1};
+    for (unsigned i = 0; i < vertices; ++i)
+        m_Vertices[i] = {0, i, 1};
 }
 
 unsigned Bosque::Raiz(unsigned vertice) {
     unsigned raiz = vertice;
-    while (m_Vertices[raiz].m_nPadre != raiz) raiz = m_Vertices[raiz].m_nPadre;
+    while (m_Vertices[raiz].m_nPadre != raiz)
+        raiz = m_Vertices[raiz].m_nPadre;
     m_Vertices[vertice].m_nPadre = raiz;
     return raiz;
 }
@@ -88,7 +93,8 @@ unsigned Bosque::Une(unsigned a, unsigned b) {
 
 void SegmentaGrafo(Bosque& bosque, int vertices, std::vector<Arista>& aristas, float c) {
     // Weights that aren't numbers go to the end: they have no place in the order of the others.
-    const auto fin = std::partition(aristas.begin(), aristas.end(), [](const Arista& a) { return !std::isnan(a.m_fPeso); });
+    const auto fin =
+        std::partition(aristas.begin(), aristas.end(), [](const Arista& a) { return !std::isnan(a.m_fPeso); });
     std::sort(aristas.begin(), fin, [](const Arista& a, const Arista& b) { return a.m_fPeso < b.m_fPeso; });
 
     const auto n = unsigned(std::max(vertices, 0));
