@@ -39,10 +39,10 @@ class LUMBRA_API CDataHelmertNTV2 {
     /// @return false when a point had no result, or when the operation can't be made (EsValida false, grid missing):
     ///         then all points stay as they were
     /// @thread any; each has a geodetic context of its own
-    bool Transforma(std::span<CCoor3D<double>> Puntos) const;
+    bool Transforma(std::span<CCoor3D<double>> puntos) const;
 
     /// The other way.
-    bool TransformaInversa(std::span<CCoor3D<double>> Puntos) const;
+    bool TransformaInversa(std::span<CCoor3D<double>> puntos) const;
 };
 
 }  // namespace Vertiz
