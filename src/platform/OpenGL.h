@@ -6,4 +6,6 @@
 
 /// True when OpenGL has recorded an error since the last look; the look clears it. With no current context there is
 /// nothing to report, and the answer is false.
-[[nodiscard]] inline bool HayErrorGL() { return glGetError() != GL_NO_ERROR; }
+[[nodiscard]] inline bool HayErrorGL() {
+    return glGetError() != GL_NO_ERROR;
+}

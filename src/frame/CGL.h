@@ -1,0 +1,779 @@
+#pragma once
+// CGL: the base of every scene. It holds the OpenGL context, the camera, the settings, the extents that the GL space is
+// built on, the child scenes, the overlays, the sketch line and the selection; a concrete scene adds its model.
+//
+// The life of a scene, in the order in which a host calls it:
+//
+//     Crear            makes the context on a window, or on a device context (a bitmap, for pictures without a window)
+//     (the model)      given to the concrete scene; it is borrowed and must outlive the scene
+//     OnZoomExtension  fixes the GL space from the model's extents; this first time it does not run Iniciar
+//     Iniciar          compiles every display list
+//     Resize           sets viewport and projection
+//     OnZoomExtension  now fits the view
+//     Render           draws a frame and presents it
+//     Destruir         frees everything; the scene may be created again afterwards
+//
+// Colours, scale and vertical exaggeration live inside the lists: a change of any of them needs a new Iniciar. After
+// SetOrtogonal the projection is rebuilt by Resize and the view fitted by OnZoomExtension. A host that takes one single
+// picture calls SetBkColor before Render, since OnRender clears with the colour of the frame before.
+//
+// The hooks. Each public entry takes the context, calls its hook, and lets the context go when all went well.
+//
+//     OnCreate(window, descriptor)    once, in Crear, before any context exists; may adjust the pixel format
+//     OnIniciar()                     in Iniciar, context current: compile the model's lists. Must be given
+//     OnIniciarSeleccion()            whenever the selection may have changed: compile its list. Must be given
+//     OnIniciarLimites(), ...Base(), ...Edificios(), ...Rupturas(), ...Arboles(), ...Curvado(), ...Vista()
+//                                     compile one layer alone; nothing to do here
+//     OnResize(cx, cy)                in Resize, context current: viewport and projection
+//     OnRender()                      in Render, context current: clear, camera, call the lists. Must be given. A child
+//                                     (EsReferencia) neither clears nor sets the camera: it draws in its parent's frame
+//     OnLiberarContexto(bBorrar)      before the scene parts from its context, which is current if there is one: delete
+//                                     the lists and textures that the scene made in it (bBorrar), or only forget them
+//                                     when a copy of the scene goes on using them. The model stays. It may come twice.
+//                                     A concrete destructor calls Destruir, since here its overrides are gone already
+//
+// Each hook leaves the context current. A hook that meets a GL error returns 0 at once, with the context current and an
+// open list left open; the next operation ends that list when it takes the context (MakeCurrent).
+//
+// Queries that must be given: DameSemilla, Precision, GetMaximasObjeto, GetMaximasSeleccion, DamePuntoSeleccion2. They
+// are asked at any time, without a context.
+//
+// Spaces. Terrain: the model's units, local (without the seed's offset) where nothing else is said. GL: a box about 1
+// across round the origin, terrain X to x, Z to y, Y to -z. Pixels: of the window, y downwards.
+//
+// Results: 1 good, 0 failure, where nothing else is said. Everything runs on the host's thread, but for MakeCurrent
+// with a shared context and for TerrenoAGL, which workers call too. No operation throws, except for a failed
+// allocation.
+
+#include <memory>
+#include <vector>
+
+#include "frame/CCamera.h"
+#include "frame/CDataGL.h"
+#include "model/CCoor.h"
+#include "model/CDataSemilla.h"
+#include "model/CDataTransformacion.h"
+#include "model/CDigiTab.h"
+#include "model/CInfoClasificacion.h"
+#include "model/CLinea.h"
+#include "model/CMaximas.h"
+#include "model/CPosicionEntidad.h"
+#include "model/CTexto.h"
+#include "platform/CPalette.h"
+#include "platform/CPoint.h"
+#include "platform/CString.h"
+#include "platform/Contextos.h"
+#include "platform/Exporta.h"
+#include "platform/OpenGL.h"
+
+class CDC;
+class CWnd;
+
+namespace Vertiz {
+class CAtrDigi;
+class IRaster;
+}  // namespace Vertiz
+
+/// Moves a colour that can hardly be told from another: when all three channels differ by less than 10, each is moved
+/// by 128 modulo 256, and by 1 more when it was 128 or above.
+/// @return 1 when the colour moved, 0 otherwise
+LUMBRA_API int ContrastaColor(COLORREF& color, COLORREF referencia);
+
+/// The base of all scenes; see the top of this file for its life and its hooks.
+class LUMBRA_API CGL {
+  public:
+    CGL();
+    /// A copy shares the context, the lists and the children of the other scene, and has shared contexts and a depth
+    /// block of its own. Selection, sketch, marks, measures, transformation and name are not copied. Of all copies the
+    /// last one to be destroyed frees what they share; the earlier ones only forget it.
+    CGL(const CGL& otra);
+
+    // ---- Virtual operations: life ----------------------------------------------------------------------------------
+    virtual ~CGL();
+    /// Lets go of what this scene had (as Destruir does) and copies as the copy constructor does.
+    virtual CGL& operator=(const CGL& otra);
+    /// Compiles all lists: the scene's own, the children's, the overlays. May be repeated at any time.
+    virtual int Iniciar();
+    /// Compiles the list of the selection.
+    virtual int IniciarSeleccion();
+    virtual int OnResize(int cx, int cy);
+
+    // ---- Virtual operations: sketch line ---------------------------------------------------------------------------
+    /// Adds the point of the model under a pixel to the sketch.
+    /// @param bBuscarPunto look for a vertex of the model near the pixel (handed on to PantallaATerreno)
+    virtual void InsertaPuntoLineaNueva(const CPoint& pt, bool bBuscarPunto);
+    /// Moves the last point, the one that follows the cursor.
+    /// @param p     absolute terrain coordinates where the seed applies, as in InsertaPuntoLineaNueva
+    /// @param bGoma wipe the old segment from the screen and show the new one
+    /// @return false with an empty sketch
+    virtual bool ModificaUltimoPuntoLineaNueva(const Vertiz::CCoor3D<double>& p, int bGoma);
+    /// The same, to the point of the model under a pixel.
+    virtual bool ModificaUltimoPuntoLineaNueva(const CPoint& pt, int bGoma);
+
+    // ---- Virtual operations: layers --------------------------------------------------------------------------------
+    virtual int OnIniciarLimites() { return 1; }
+    virtual int OnIniciarBase() { return 1; }
+    virtual int OnIniciarEdificios() { return 1; }
+    virtual int OnIniciarRupturas() { return 1; }
+    virtual int OnIniciarArboles() { return 1; }
+    virtual int OnIniciarCurvado() { return 1; }
+    virtual int OnIniciarVista() { return 1; }
+    virtual int OnIniciarSeleccion() = 0;
+
+    // ---- Virtual operations: model ---------------------------------------------------------------------------------
+    /// Gives a terrain point the height of the model under it. @return false when there is none
+    virtual bool Proyecta(Vertiz::CCoor3D<double>& p) const;
+    /// Finds the terrain point under a pixel.
+    /// @return 0.0 when it lies in the model's box, 2147483647.0 otherwise; c may then hold a point of a child
+    virtual double BuscaCotaProxima(const CPoint& pt, Vertiz::CCoor3D<double>& c, bool bBuscarPunto);
+    virtual void InsertaUltimaEntidadVista(unsigned entidad);
+    /// The seed of the model: decimals of its integers, offset of its coordinates.
+    virtual const Vertiz::CDataSemilla& DameSemilla() const = 0;
+    virtual bool HayTexturas() const { return false; }
+    virtual bool HaySuavizado() const { return false; }
+    virtual bool HayRupturas() const { return false; }
+
+    // ---- Virtual operations: view selection, composition, zoom -----------------------------------------------------
+    /// @return the sum of the children's answers, here as in InvierteSeleccion and OnSeleccionVentana
+    virtual unsigned OnVistaSeleccion(int v);
+    virtual unsigned InvierteSeleccion();
+    /// Takes a scene as reference: drawn in this one's frame while the setting "Referencia" is on. This scene owns it
+    /// from now on. It takes this scene's context; one of its own is released first, with all that lives in it.
+    virtual void ReferenciaNuevo(CGL* r);
+    /// Takes a scene as link: always drawn. Otherwise as ReferenciaNuevo.
+    virtual void VinculoNuevo(CGL* r);
+    /// Moves nearer: the camera in perspective, the projection in orthographic and spherical views.
+    /// @param paso step; 0 takes the speed of the settings; its size counts, never below 0.2
+    virtual void OnZoomIn(double paso);
+    /// The same after bringing the point under a pixel to the middle of the window.
+    virtual void OnZoomIn(const CPoint& pt, double paso);
+    virtual void OnZoomOut(double paso);
+    virtual void OnZoomOut(const CPoint& pt, double paso);
+    /// Brings the point under a pixel to the middle of the window. @return that point, in GL space
+    virtual Vertiz::CCoor3D<double> OnZoomCentrado(const CPoint& pt);
+    /// Hands settings, camera, selections and view selection on to another scene; to itself only the settings.
+    virtual void IgualaVariables(CGL* r) const;
+
+    // ---- Virtual operations: selection (x, y are pixels) -----------------------------------------------------------
+    virtual unsigned OnSeleccionVentana(int x, int y, double radio, int modo, int bReferencias, int bVinculos);
+    virtual unsigned OnSeleccionVentana(Vertiz::CLinea<int>& linea, int modo, int bReferencias, int bVinculos,
+                                        short tipo, bool b1, bool b2);
+    virtual unsigned OnSeleccionVentana(int x0, int y0, int x1, int y1, int modo, int bReferencias, int bVinculos);
+    virtual unsigned OnSeleccion(const Vertiz::CAtrDigi& atributo, int acumular);
+    /// Picks under a pixel. The base asks the children and feeds recorded points and sketch.
+    /// @param desdeInicio  non-zero searches from the beginning, 0 resumes after the last hit
+    /// @param tipo         kind of thing to pick
+    /// @param acumular     0 clears the selection first
+    /// @param modo         0 selects; 1 also records the point; 2 records it and adds it to the sketch; 3 adds it to
+    /// the
+    ///                     sketch without recording
+    /// @param bPuntoLibre  without a hit, modes 2 and 3 take the point of the model under the pixel
+    /// @param e, f         handed on to the children
+    /// @return non-zero when something was hit; 0 also when a child cannot give its point
+    virtual unsigned OnSeleccion(int x, int y, int desdeInicio, unsigned tipo, int acumular, int bReferencias,
+                                 int bVinculos, unsigned modo, int bPuntoLibre, int e, int f);
+    /// Empties the selection and the recorded points, the children's when asked, and the sketch when asked.
+    virtual void Deselecciona(int bReferencias, int bVinculos, int bLinea);
+    virtual void DeseleccionaLa2();
+    virtual void Borra(const std::vector<Vertiz::CPosicionEntidad>& entidades, Vertiz::CMaximas<int>& maximas);
+    virtual void BorraSeleccion(Vertiz::CMaximas<int>& maximas);
+    /// Number of things selected, here and in the children of the lists asked for.
+    virtual unsigned CantidadSeleccion(int bReferencias, int bVinculos) const;
+    /// Number of entities of the view selection, here and in all children.
+    virtual unsigned CantidadVistaSeleccion() const;
+    /// Recorded point i; its Tipo tells whose it is: 0 this scene's, 1 to n references, above n links.
+    /// @return false past the end
+    virtual bool DamePuntoSeleccion(Vertiz::CCoor3D<double>& c, int i) const;
+
+    // ---- Virtual operations: coordinates ---------------------------------------------------------------------------
+    /// Finds the point of the model under a pixel by reading the depth buffer and looking round in a growing spiral.
+    /// @param c              out: terrain units, or GL space when bGL
+    /// @param bPixelHallado  give the point of the pixel where geometry was met rather than that of pt
+    /// @param bBuscarPunto   take the height of a vertex near the pixel (OnBuscaPunto)
+    /// @return 1 found; 0 no context or no matrices. A click on nothing gives a point at the far end of the view
+    virtual int PantallaATerreno(const CPoint& pt, Vertiz::CCoor3D<double>& c, bool bGL, bool bPixelHallado,
+                                 bool bBuscarPunto);
+    /// The pixel of a point in terrain units (GL space when bGL), and its window depth when pz is given.
+    /// @return 0 without a window size, context or extents, or when the point is left out
+    virtual int TerrenoAPantalla(CPoint& pt, const Vertiz::CCoor3D<double>& p, double* pz, bool bGL);
+    /// Extents of this scene's own model and of what is selected in it, in local terrain units.
+    /// @return 0 when there is nothing
+    virtual int GetMaximasObjeto(Vertiz::CMaximas<double>& m) const = 0;
+    virtual int GetMaximasSeleccion(Vertiz::CMaximas<double>& m) const = 0;
+    /// 10 to the power of the seed's decimals: model integers in a terrain unit; 1.0 without a model.
+    virtual double Precision() const = 0;
+    /// From GL space to terrain units divided by escala.
+    virtual void GLATerreno(Vertiz::CCoor3D<double>& c, double x, double y, double z, double escala) const;
+    /// Finds a vertex of the model near a pixel, in terrain units. @return 0 none
+    virtual int OnBuscaPunto(int x, int y, Vertiz::CCoor3D<double>& punto, int conOctree);
+
+    // ---- Virtual operations: queries -------------------------------------------------------------------------------
+    virtual bool HaySeleccion(int bReferencias, int bVinculos) const;
+    virtual bool HayVistaSeleccion() const;
+    virtual void SetSeleccion(const std::vector<Vertiz::CPosicionEntidad>& seleccion);
+    virtual bool EsCubicacion() const { return false; }
+    /// True when any child says so; the two last ones also ask this scene.
+    virtual bool TienePuntos() const;
+    virtual bool TieneLidar() const;
+    virtual bool TieneLaserTerrestre() const;
+    virtual bool TieneSuavizado() const;
+    virtual bool TieneRupturas() const;
+    /// Point i of the second selection, in terrain units.
+    virtual bool DamePuntoSeleccion2(Vertiz::CCoor3D<double>& c, int i) = 0;
+    /// May adjust the pixel format that Crear is about to choose; pVentana is null for a device context.
+    /// @return 0 ends Crear with 0
+    virtual int OnCreate(CWnd* pVentana, PIXELFORMATDESCRIPTOR* pDescriptor);
+    /// Fills the 256 entries of a palette for a colour index format.
+    virtual int OnCreatePaletteCI(LOGPALETTE* pPaleta);
+    /// Moves the GL point a onto the surface, along the ray to b.
+    virtual bool ProyectaVector(Vertiz::CCoor3D<double>& a, Vertiz::CCoor3D<double> b) const;
+    virtual int OnIniciar() = 0;
+    virtual int OnRender() = 0;
+    /// See the top of this file. @param bBorrar delete what the scene made in the context; otherwise only forget it
+    virtual void OnLiberarContexto(bool bBorrar);
+
+    // ---- Life ------------------------------------------------------------------------------------------------------
+    /// Makes the scene's contexts on a window. Refused while the scene has a context.
+    /// @param tipoPixel PFD_TYPE_RGBA or PFD_TYPE_COLORINDEX
+    /// @param flags     PFD_... flags, usually PFD_DRAW_TO_WINDOW | PFD_SUPPORT_OPENGL | PFD_DOUBLEBUFFER
+    int Crear(CWnd* pVentana, int tipoPixel, DWORD flags);
+    /// Makes them on a device context, which is borrowed and must outlive the scene; its bitmap gives the colour bits.
+    int Crear(CDC* pDC, int tipoPixel, DWORD flags);
+    /// Makes a context current, and ends a display list that a failed operation left open in it.
+    /// @param p the context to take, one of the shared ones; null takes the main one
+    /// @return 0 without a context, or when it stays current on another thread for a tenth of a second
+    /// @thread any, with a context of its own
+    int MakeCurrent(HGLRC* p);
+    /// Sets viewport and projection, in pixels. @return 0 when a side is below 1, without any effect
+    int Resize(int cx, int cy);
+    /// Draws a frame and presents it: model, camera stations, references, links, axes, marks, measures, sketch.
+    int Render();
+    /// Non-zero draws the sketch's last segment straight to the screen, 0 calls the list of the whole sketch.
+    int RenderLineaNueva(int bRapido);
+    /// Reads the largest texture side, never above 1024.
+    int SetMaxSizeTextura();
+    /// Frees children, lists, textures and contexts; a child gives up its parent's. May be called again.
+    void Destruir();
+    /// Forgets context, device context, palette and children without freeing any.
+    void Anular();
+    /// Destroys all children of one kind.
+    void ClearReferencias();
+    void ClearVinculos();
+    /// 1 when OpenGL reports an error; the argument is ignored.
+    int OutputGlError(const wchar_t* texto);
+    /// Compile one layer of this scene and of its children.
+    int IniciarLimites();
+    int IniciarBase();
+    int IniciarArboles();
+    int IniciarEdificios();
+    int IniciarRupturas();
+    int IniciarCurvado();
+    /// Compiles the children; a tipo of -1 takes all references, another one only those of that scene type.
+    int OnIniciarReferencia(int tipo);
+    int OnIniciarVinculos();
+
+    // ---- What this scene is ----------------------------------------------------------------------------------------
+    /// -1 none, 1 grid, 2 drawing, 3 image on a TIN, 4 TIN, 5 and 6 further drawings, 7 tetrahedra, 8 spherical image.
+    int GetTipo() const { return m_nTipo; }
+    void SetTipo(int tipo) { m_nTipo = tipo; }
+    /// The name that references and links are found by; it is copied.
+    CString GetNombre() const { return m_Nombre; }
+    void SetNombre(const CString& nombre) { m_Nombre = nombre; }
+    bool EsMDT() const { return m_nTipo == 1 || m_nTipo == 4 || m_nTipo == 7; }
+    /// The view turns round a fixed eye inside a spherical image.
+    bool EsEsferica() const { return m_nTipo == 8 || TieneImagenEsferica(); }
+    /// The view is orthographic; every other one is in perspective.
+    bool EsOrtografica() const { return m_Data.m_bOrto != 0 && !EsEsferica(); }
+    /// How this scene relates to a photograph: 0 not at all; 2, 4, 6 it is the conic, ortho, spherical background; 1,
+    /// 3, 5 it is drawn over such a one.
+    int GetTipoImagenFondo() const { return m_nTipoImagenFondo; }
+    void SetImagenConicaFondo() { m_nTipoImagenFondo = 2; }
+    void SetImagenOrtoFondo() { m_nTipoImagenFondo = 4; }
+    void SetImagenEsfericaFondo() { m_nTipoImagenFondo = 6; }
+    bool TieneImagen() const { return m_nTipoImagenFondo != 0; }
+    bool TieneImagenConica() const { return m_nTipoImagenFondo == 1 || m_nTipoImagenFondo == 2; }
+    bool TieneImagenOrto() const { return m_nTipoImagenFondo == 3 || m_nTipoImagenFondo == 4; }
+    bool TieneImagenEsferica() const { return m_nTipoImagenFondo == 5 || m_nTipoImagenFondo == 6; }
+    bool EsImagenConicaFondo() const { return m_nTipoImagenFondo == 2; }
+    bool EsImagenOrtoFondo() const { return m_nTipoImagenFondo == 4; }
+    bool EsImagenEsfericaFondo() const { return m_nTipoImagenFondo == 6; }
+    /// The transformation is that of a conic photograph, of a spherical image.
+    bool EsImagenConica() const;
+    bool EsImagenEsferica() const;
+    /// An image takes part, here or as a child that holds a plain image.
+    bool HayImagen() const;
+    /// This scene or a child is of the kind asked for.
+    bool TieneMDT() const;
+    bool TieneDEM() const;
+    bool TieneTIN() const;
+    bool TieneTIN3D() const;
+    bool TieneDibujo() const;
+    bool TieneCubicacion() const;
+
+    // ---- Coordinates -----------------------------------------------------------------------------------------------
+    /// From terrain to GL space, through the photograph's transformation where one applies. Touches no context.
+    /// @param p          terrain units times escala's inverse: 1.0 for real points, 1 / Precision() for model integers
+    /// @param bSinLimite ignore the largest distance from a spherical image's centre
+    /// @return false: leave the point out
+    /// @thread any
+    bool TerrenoAGL(const Vertiz::CCoor3D<double>& p, double& x, double& y, double& z, double escala,
+                    bool bSinLimite) const;
+    /// Grows salida by the window coordinates of a box's corners, with matrices read before. Touches no context.
+    void TerrenoAPantalla(const Vertiz::CMaximas<double>& m, Vertiz::CMaximas<double>& salida, double escala,
+                          int* viewport, double* modelview, double* proyeccion);
+    /// The point at a pixel and a window depth (0 near, 1 far), in terrain units or, when bGL, in GL space.
+    int PantallaZATerreno(const CPoint& pt, Vertiz::CCoor3D<double>& c, double winz, bool bGL);
+    /// From absolute terrain coordinates to the image's. @return false when the point has no image
+    bool TransformaConData(const Vertiz::CCoor3D<double>& entra, Vertiz::CCoor3D<double>& sale) const;
+    /// Sets the image transformation here and in the children; one of a spherical image turns the camera too.
+    void SetDataTransformacion(const Vertiz::CDataTransformacion& data);
+    Vertiz::CDataTransformacion GetDataTransformacion() const { return m_DataTransformacion; }
+    /// Fixes the GL space on a box in local terrain units. @return 1 when it differs from the former box
+    int EstableceMaxMin(const Vertiz::CMaximas<double>& m);
+    /// Grow m by the extents of the group, of the references, of the links (fondo: only those of that image value, all
+    /// when negative). @return 0 when nothing was found
+    int GetMaximas(Vertiz::CMaximas<double>& m) const;
+    int GetMaximasReferencia(Vertiz::CMaximas<double>& m, int fondo) const;
+    int GetMaximasVinculos(Vertiz::CMaximas<double>& m, int fondo) const;
+    /// The last ZoomExtension was given something to show.
+    bool HayMaximas() const { return !m_bMaximasVacias; }
+    /// Height times e; it takes effect at the next Iniciar. 0 is refused.
+    void SetExageracionVertical(float e);
+    float GetExageracionVertical() const { return m_fExageracionVertical; }
+    /// Minimum corner of the extents. @return 0 when they are empty
+    int DameOrigen(Vertiz::CCoor3D<double>& c) const;
+    /// Reads the camera back from the modelview matrix. The context must be current.
+    void CalculaCamaraDesdeMatrices();
+    /// Height of the children's models at (x, y) in terrain units, or of the picture under the pixel.
+    double BuscaCotaProximaConReferencias(double& x, double& y, const CPoint& pt, bool bBuscarPunto);
+
+    // ---- Navigation: changes camera or projection; the host renders afterwards -------------------------------------
+    /// Fits a rectangle of pixels into the window.
+    void OnZoomVentana(int arriba, int abajo, int izquierda, int derecha);
+    /// Fits a box in terrain units into the window, with a margin of one step.
+    void OnZoomVentana(const Vertiz::CMaximas<double>& m);
+    /// Builds the GL space on a box in terrain units, runs Iniciar when it has changed, and fits the view to it.
+    void ZoomExtension(const Vertiz::CMaximas<double>& m);
+    /// The same with the extents of the group, of this scene's model, of the references, of the selection.
+    void OnZoomExtension();
+    void OnZoomExtensionObjeto();
+    void OnZoomExtensionReferencia();
+    void OnZoomExtensionSeleccion();
+    /// Accumulated zoom of an orthographic view; 1.0 in any other.
+    double GetZoom() const;
+    void SetZoom(double zoom);
+    /// Angles of the camera, in degrees. bVista turns round the point looked at rather than round the eye; pivote is a
+    /// GL point that keeps its pixel.
+    void SetAngulos(double x, double y, double z);
+    void SetAnguloX(double grados, int bVista);
+    void SetAnguloY(double grados, int bVista);
+    void SetAnguloZ(double grados, int bVista);
+    double GetAnguloX() const { return m_Camara.GetAnguloX(); }
+    double GetAnguloY() const { return m_Camara.GetAnguloY(); }
+    double GetAnguloZ() const { return m_Camara.GetAnguloZ(); }
+    void SumaAnguloX(double grados, int bVista, Vertiz::CCoor3D<double>* pivote);
+    void SumaAnguloY(double grados, int bVista, Vertiz::CCoor3D<double>* pivote);
+    void SumaAnguloZ(double grados, int bVista, Vertiz::CCoor3D<double>* pivote);
+    /// One step of the settings, in degrees.
+    void AumentaAnguloX(int bVista, Vertiz::CCoor3D<double>* pivote);
+    void AumentaAnguloY(int bVista, Vertiz::CCoor3D<double>* pivote);
+    void AumentaAnguloZ(int bVista, Vertiz::CCoor3D<double>* pivote);
+    void ReduceAnguloX(int bVista, Vertiz::CCoor3D<double>* pivote);
+    void ReduceAnguloY(int bVista, Vertiz::CCoor3D<double>* pivote);
+    void ReduceAnguloZ(int bVista, Vertiz::CCoor3D<double>* pivote);
+    /// Pan by one step of the settings, in pixels.
+    void AumentaXTrans();
+    void ReduceXTrans();
+    void AumentaZTrans();
+    void ReduceZTrans();
+    /// Pan by GL units.
+    void SumaXTrans(double d);
+    void SumaYTrans(double d);
+    void SumaZTrans(double d);
+    void SumaTrans(const Vertiz::CCoor3D<double>& d);
+    /// The point looked at, in GL space.
+    Vertiz::CCoor3D<double> GetTrans() const { return m_Camara.View(); }
+    /// Lays the point looked at on the model.
+    void CompruebaCotaCamara();
+    /// Vertical field of view, in degrees.
+    float GetAnguloVista() const { return m_fAnguloVista; }
+    void SetAnguloVista(float grados) { m_fAnguloVista = grados; }
+    /// Feedback in XOR on the front buffer, in pixels: drawing it a second time wipes it.
+    void DrawZoomRect(int arriba, int abajo, int izquierda, int derecha);
+    void DrawSelCircle(int x0, int y0, int x1, int y1);
+
+    // ---- Overlays --------------------------------------------------------------------------------------------------
+    int OnIniciarEjes();
+    int OnIniciarCamara();
+    int OnIniciarCamaraPanoramica();
+    int OnIniciarPuntosCamara();
+    int OnIniciarCielo();
+    int OnIniciarMarcas();
+    int OnIniciarMedidas();
+    int OnRenderEjes();
+    int OnRenderCamara();
+    int OnRenderMarcasFoto();
+    int OnRenderMarcasTerreno();
+    int OnRenderMedidas();
+    /// Opens and reads the sky image of the settings into *pImagen, which may be replaced by another object.
+    int CargarImagenFondo(Vertiz::IRaster** pImagen);
+    /// Marks: texts at terrain points; at a height of -9989.0 or below, on a photograph. They are copied.
+    void NuevaMarca(const Vertiz::CTexto<double>& marca);
+    void ModificaMarca(unsigned i, const Vertiz::CTexto<double>& marca);
+    void BorraMarca(unsigned i);
+    void ClearMarcas();
+    void ClearMedidas();
+    /// Light and material from the eleven light parameters. The context must be current.
+    int SetLight();
+    int SetMaterial();
+    /// Clears the picture with the background of the settings.
+    int SetBkColor();
+    /// Sets the colour of a height from the ramp of the settings. The context must be current.
+    /// @param bInterpolar between two stops; otherwise the lower one's colour
+    /// @param sombra      0 black, 0.5 the colour itself, 1 white; negative without shading
+    void glColorTintaHipsometrica(double z, bool bInterpolar, double sombra) const;
+    /// Size of the camera models, in terrain units; it takes effect at the next Iniciar.
+    void SetSizeCamara(double size) { m_fSizeCamara = static_cast<float>(size); }
+
+    // ---- Sketch line -----------------------------------------------------------------------------------------------
+    /// 0 compiles the sketch's list; non-zero draws its last segment at once in XOR, which shows it or wipes it.
+    int OnIniciarLineaNueva(int bDirecto);
+    /// Adds a point in absolute terrain coordinates where the seed applies (photographs, spheres), local ones
+    /// otherwise.
+    void InsertaPuntoLineaNueva(const Vertiz::CCoor3D<double>& p);
+    void VaciaLineaNueva();
+    void CierraLineaNueva();
+    /// @return false with an empty sketch
+    bool DuplicaUltimoPuntoLineaNueva();
+    /// Undoes a digitised point: of the sketch, and of the selection where it came from.
+    /// @param bGoma keep the point that follows the cursor, and drop the one before it
+    void BorraUltimoPuntoLineaNueva(int bGoma);
+    /// 1 yellow, 3 wide; 3 all heights as the first point's; 4 all X and Y as the first point's; others as they are.
+    void SetTipoLineaNueva(unsigned tipo) { m_nTipoLineaNueva = tipo; }
+    unsigned GetTipoLineaNueva() const { return m_nTipoLineaNueva; }
+    void SetCerrarLineaNueva(int bCerrar) { m_bCerrarLineaNueva = bCerrar; }
+    int GetCerrarLineaNueva() const { return m_bCerrarLineaNueva; }
+    bool EsCerradaLineaNueva() const;
+    unsigned NPuntosLineaNueva() const;
+    /// Append the sketch to a line: in terrain units, in model integers, in pixels.
+    void DameLineaNuevaTerreno(Vertiz::CLinea<double>& l) const;
+    void DameLineaNuevaTerreno(Vertiz::CLinea<int>& l);
+    void DameLineaNuevaPantalla(Vertiz::CLinea<int>& l);
+
+    // ---- Selection -------------------------------------------------------------------------------------------------
+    /// As OnSeleccion, on the children of one kind alone.
+    unsigned OnSeleccionEnVinculos(int x, int y, int desdeInicio, unsigned tipo, int acumular, unsigned modo,
+                                   int bPuntoLibre, int e);
+    unsigned OnSeleccionEnReferencias(int x, int y, int desdeInicio, unsigned tipo, int acumular, unsigned modo,
+                                      int bPuntoLibre, int e);
+    /// Empty the list here and in all children.
+    void ClearSeleccion();
+    void ClearPuntosSeleccion();
+    void SumaSeleccion(const Vertiz::CPosicionEntidad& posicion) { m_Seleccion.push_back(posicion); }
+    void SumaSeleccion(const std::vector<Vertiz::CPosicionEntidad>& posiciones);
+    void SetSeleccion2Con1() { m_Seleccion2 = m_Seleccion; }
+    void SetSeleccion1Con2() { m_Seleccion = m_Seleccion2; }
+    void SetVistaSeleccion(std::vector<Vertiz::CPosicionEntidad>& vista, bool bIniciar);
+    std::vector<Vertiz::CPosicionEntidad> GetSeleccion() const { return m_Seleccion; }
+    std::vector<Vertiz::CPosicionEntidad> GetSeleccion2() const { return m_Seleccion2; }
+    std::vector<Vertiz::CCoor3D<double>> GetPuntosSeleccion() const { return m_PuntosSeleccion; }
+    std::vector<Vertiz::CPosicionEntidad> GetVistaSeleccion() const { return m_VistaSeleccion; }
+
+    // ---- Composition -----------------------------------------------------------------------------------------------
+    /// The first child of that name, case and all; null when there is none. It stays this scene's.
+    CGL* DameReferencia(const CString& nombre);
+    CGL* DameVinculo(const CString& nombre);
+    /// Take a child out and hand it over: the caller owns it. Null when there is none.
+    CGL* BorraReferencia(const CString& nombre);
+    CGL* BorraVinculo(const CString& nombre);
+    CGL* BorraVinculo(unsigned i);
+    int TieneReferencia() const { return !m_Referencias.empty(); }
+    int TieneVinculos() const { return !m_Vinculos.empty(); }
+    int EsReferencia() const { return m_bEsReferencia; }
+    /// What a child inherits before each Iniciar and OnRender: settings, camera, GL space, tables, transformation.
+    void SetVariablesReferencia(CGL* r) const;
+
+    // ---- Palette, capture, fonts -----------------------------------------------------------------------------------
+    /// Builds a palette where the device context needs one. @return 0 when it needs none
+    int CreatePalette();
+    /// One channel of a palette entry, 0 to 255: nbits of i from shift up, spread over a byte; 0 above 3 bits.
+    unsigned char ComponentFromIndex(int i, unsigned nbits, unsigned shift);
+    /// Reads the picture's lower left part as 24-bit blue, green, red, bottom row first, rows to 4 bytes.
+    /// @param buffer at least size.cy rows of size.cx pixels
+    /// @return 0 good, 3 no context, 4 failed read
+    int CapturaImagen(const CSize& size, char* buffer);
+    /// Builds the glyph lists. @return 1, at once while fonts are off
+    int CreaFuentes();
+    CPalette* GetPalette() { return m_pPalette; }
+
+    // ---- Settings --------------------------------------------------------------------------------------------------
+    // Those that hand back the former value.
+    unsigned SetQuad(unsigned v) { return Cambia(m_Data.m_nQuad, v); }
+    int SetBase(int v) { return Cambia(m_Data.m_bBase, v); }
+    int SetLimites(int v) { return Cambia(m_Data.m_bLimites, v); }
+    int SetPuntosCamara(int v) { return Cambia(m_Data.m_bPuntosCamara, v); }
+    int SetRelleno(int v) { return Cambia(m_Data.m_bRelleno, v); }
+    /// Also decides whether the scene's own extents count in GetMaximas.
+    int SetLimitesProyecto(int v) {
+        m_Data.m_bMaximasObjeto = v;
+        return Cambia(m_Data.m_bLimitesProyecto, v);
+    }
+    int SetEdificios(int v) { return Cambia(m_Data.m_bEdificios, v); }
+    int SetArboles(int v) { return Cambia(m_Data.m_bArboles, v); }
+    int SetRupturas(int v) { return Cambia(m_Data.m_bRupturas, v); }
+    int SetRotacion(int v) { return Cambia(m_Data.m_bRotacion, v); }
+    int SetOrtogonal(int v) { return Cambia(m_Data.m_bOrto, v); }
+    int SetLuz(int v) { return Cambia(m_Data.m_bLuz, v); }
+    unsigned SetEjes(unsigned v) { return Cambia(m_Data.m_nEjes, v); }
+    int SetReferencia(int v) { return Cambia(m_Data.m_bReferencia, v); }
+    int SetCurvado(int v) { return Cambia(m_Data.m_bCurvado, v); }
+    unsigned SetTipoColorMDT(unsigned v) { return Cambia(m_Data.m_nModoRelleno, v); }
+    // Those without a result.
+    void SetColorFondo(int rgb) { m_Data.m_nColorFondo = rgb; }
+    void SetColorDEM(int rgb) { m_Data.m_nColorDEM = rgb; }
+    void SetColorLIDAR(int rgb) { m_Data.m_nColorLIDAR = rgb; }
+    void SetImagenFondo(int v) { m_Data.m_bImagenFondo = v; }
+    void SetNombreImagenFondo(const CString& ruta) { m_Data.m_SzImagenFondo = ruta; }
+    void SetGrosorPuntos(int v) { m_Data.m_nGrosorPuntos = v; }
+    void SetTransparenciaSuperficie(short v) { m_Data.m_nAlfaSuperficie = v; }
+    void SetVerMascaraFoto(int v) { m_Data.m_bMascara = v; }
+    void SetVerPlanos(int v) { m_Data.m_bVerPlanos = v; }
+    void SetVerPuntosConPlanos(int v) { m_Data.m_bVerPuntosConPlanos = v; }
+    void SetVerPuntosSinPlanos(int v) { m_Data.m_bVerPuntosSinPlanos = v; }
+    void SetVerObjetosMDT(const std::vector<Vertiz::CInfoClasificacion>& v) { m_Data.m_VerObjetosMDT = v; }
+    void SetTipoLIDAR(ColoresNubeLiDAR v) { m_Data.m_nTipoLIDAR = v; }
+    void SetData(const CDataGL& data) { m_Data = data; }
+    /// Light parameter i, 0 to 10; any other index reads 0 and writes nothing.
+    int GetLightParam(short i) const { return i >= 0 && i < 11 ? m_Data.m_nLuzParam[i] : 0; }
+    void SetLightParam(int valor, short i) {
+        if (i >= 0 && i < 11) m_Data.m_nLuzParam[i] = valor;
+    }
+
+    unsigned GetQuad() const { return m_Data.m_nQuad; }
+    int GetBase() const { return m_Data.m_bBase; }
+    int GetLimites() const { return m_Data.m_bLimites; }
+    int GetPuntosCamara() const { return m_Data.m_bPuntosCamara; }
+    int GetRelleno() const { return m_Data.m_bRelleno; }
+    int GetLimitesProyecto() const { return m_Data.m_bLimitesProyecto; }
+    int GetEdificios() const { return m_Data.m_bEdificios; }
+    int GetArboles() const { return m_Data.m_bArboles; }
+    int GetRupturas() const { return m_Data.m_bRupturas; }
+    int GetRotacion() const { return m_Data.m_bRotacion; }
+    int GetOrtogonal() const { return m_Data.m_bOrto; }
+    int GetLuz() const { return m_Data.m_bLuz; }
+    unsigned GetEjes() const { return m_Data.m_nEjes; }
+    int GetReferencia() const { return m_Data.m_bReferencia; }
+    int GetCurvado() const { return m_Data.m_bCurvado; }
+    unsigned GetTipoColorMDT() const { return m_Data.m_nModoRelleno; }
+    int GetColorFondo() const { return m_Data.m_nColorFondo; }
+    int GetColorDEM() const { return m_Data.m_nColorDEM; }
+    int GetColorLIDAR() const { return m_Data.m_nColorLIDAR; }
+    int GetImagenFondo() const { return m_Data.m_bImagenFondo; }
+    CString GetNombreImagenFondo() const { return m_Data.m_SzImagenFondo; }
+    int GetGrosorPuntos() const { return m_Data.m_nGrosorPuntos; }
+    short GetTransparenciaSuperficie() const { return m_Data.m_nAlfaSuperficie; }
+    int GetVerMascaraFoto() const { return m_Data.m_bMascara; }
+    int GetVerPlanos() const { return m_Data.m_bVerPlanos; }
+    int GetVerPuntosConPlanos() const { return m_Data.m_bVerPuntosConPlanos; }
+    int GetVerPuntosSinPlanos() const { return m_Data.m_bVerPuntosSinPlanos; }
+    std::vector<Vertiz::CInfoClasificacion> GetVerObjetosMDT() const { return m_Data.m_VerObjetosMDT; }
+    ColoresNubeLiDAR GetTipoLIDAR() const { return m_Data.m_nTipoLIDAR; }
+    CDataGL GetData() const { return m_Data; }
+
+    // ---- State of the view -----------------------------------------------------------------------------------------
+    void SetPuntosSuavizado(int v) { m_nPuntosSuavizado = v; }
+    int GetPuntosSuavizado() const { return m_nPuntosSuavizado; }
+    /// Distances from the eye, in GL units; they take effect at the next Resize.
+    void SetPlanoCerca(float v) { m_fPlanoCerca = v; }
+    float GetPlanoCerca() const { return m_fPlanoCerca; }
+    void SetPlanoFondo(float v) { m_fPlanoFondo = v; }
+    float GetPlanoFondo() const { return m_fPlanoFondo; }
+    /// GL units in a terrain unit, GL units in a pixel.
+    void SetFactor(double v) { m_dFactor = v; }
+    double GetFactor() const { return m_dFactor; }
+    void SetFactorPantalla(double v) { m_dFactorPantalla = v; }
+    double GetFactorPantalla() const { return m_dFactorPantalla; }
+    void SetEscala(float v) { m_fEscala = v; }
+    float GetEscala() const { return m_fEscala; }
+    /// Sides of the extents, in terrain units.
+    void SetRangoX(float v) { m_dRangoX = v; }
+    double GetRangoX() const { return m_dRangoX; }
+    void SetRangoY(float v) { m_dRangoY = v; }
+    double GetRangoY() const { return m_dRangoY; }
+    void SetRangoZ(float v) { m_dRangoZ = v; }
+    double GetRangoZ() const { return m_dRangoZ; }
+    void SetCamara(const CCamera& camara) { m_Camara = camara; }
+    CCamera GetCamara() const { return m_Camara; }
+    CCamera& GetCamara() { return m_Camara; }
+    /// Tables of styles, borrowed: they must outlive the scene. Null for none.
+    void SetDigiTab(Vertiz::CDigiTab* p) { m_pDigiTab = p; }
+    Vertiz::CDigiTab* GetDigiTab() const { return m_pDigiTab; }
+    void SetLidarTab(Vertiz::CDigiTab* p) { m_pLidarTab = p; }
+    Vertiz::CDigiTab* GetLidarTab() const { return m_pLidarTab; }
+    void SetEcoTab(Vertiz::CDigiTab* p) { m_pEcoTab = p; }
+    Vertiz::CDigiTab* GetEcoTab() const { return m_pEcoTab; }
+    void SetVersionDigiTab(unsigned v) { m_nVersionDigiTab = v; }
+    unsigned GetVersionDigiTab() const { return m_nVersionDigiTab; }
+    void SetVersionLidarTab(unsigned v) { m_nVersionLidarTab = v; }
+    unsigned GetVersionLidarTab() const { return m_nVersionLidarTab; }
+    void SetVersionEcoTab(unsigned v) { m_nVersionEcoTab = v; }
+    unsigned GetVersionEcoTab() const { return m_nVersionEcoTab; }
+    void SetTiposObjetosMDT(const std::vector<unsigned char>& v) { m_TiposObjetosMDT = v; }
+    std::vector<unsigned char> GetTiposObjetosMDT() const { return m_TiposObjetosMDT; }
+    /// Largest side of a texture, in pixels.
+    void SetMaxTexDim(int v) { m_nMaxTexDim = v; }
+    int GetMaxTexDim() const { return m_nMaxTexDim; }
+
+  protected:
+    static constexpr unsigned N_GLIFOS = 1024;         ///< glyph lists of a font block, for UTF-16 codes from 0
+    static constexpr int MAX_LADO_TEXTURA = 1024;      ///< however much the hardware offers
+    static constexpr int LADO_PROFUNDIDAD = 1024;      ///< side of the depth block, in pixels
+    static constexpr double COTA_SIN_TERRENO = -9989;  ///< a height of this or below belongs to a photograph
+
+    template <class T>
+    static T Cambia(T& campo, T nuevo) {
+        const T anterior = campo;
+        campo = nuevo;
+        return anterior;
+    }
+    /// This scene lies on a photograph: points go through the image's transformation and back.
+    bool SobreFoto() const;
+    /// All children: references first, then links.
+    std::vector<CGL*> Hijos() const;
+
+    // ---- Device context and picture --------------------------------------------------------------------------------
+    CPalette* m_pPaletaAnterior = nullptr;  ///< selected in the device context before ours
+    int m_bDCExterno = 0;                   ///< 1: the device context is borrowed
+    Vertiz::CCoor3D<double> m_PuntoGL;      ///< last point found by PantallaATerreno, in GL space
+    int m_nMaxTexDim = 0;
+    CString m_Nombre;
+    int m_nTipo = -1;
+    GLuint m_nTexturaFondo = 0;  ///< sky image
+    int m_nAncho = 0;            ///< client size of the last Resize, in pixels
+    int m_nAlto = 0;
+    int m_nCotaRaster = -9999;  ///< height of image points that have none
+
+    // ---- View ------------------------------------------------------------------------------------------------------
+    CDataGL m_Data;
+    float m_fAnguloVista = 45.0F;  ///< vertical field of view, in degrees
+    double m_dRangoX = 0;          ///< sides of m_Maximas, in terrain units
+    double m_dRangoY = 0;
+    double m_dRangoZ = 0;
+    double m_dFactor = 1.0;          ///< GL units in a terrain unit
+    double m_dFactorPantalla = 1.0;  ///< GL units in a pixel
+    float m_fEscala = 1.0F;
+    double m_dAspecto = 1.0;        ///< width over height
+    double m_dZoom = 1.0;           ///< accumulated zoom of the projection
+    float m_fPlanoCerca = 0.0001F;  ///< bits 0x38D1B717
+    float m_fPlanoFondo = 20000.0F;
+    float m_fExageracionVertical = 1.0F;
+    int m_nPuntosSuavizado = 0;
+
+    // ---- Tables of styles ------------------------------------------------------------------------------------------
+    Vertiz::CDigiTab* m_pDigiTab = nullptr;  ///< all three borrowed
+    Vertiz::CDigiTab* m_pLidarTab = nullptr;
+    Vertiz::CDigiTab m_DigiTabEfectiva;  ///< working copy of the drawing scene
+    Vertiz::CDigiTab* m_pEcoTab = nullptr;
+    unsigned m_nVersionDigiTab = 0;
+    unsigned m_nVersionLidarTab = 0;
+    unsigned m_nVersionEcoTab = 0;
+    std::vector<unsigned char> m_TiposObjetosMDT = {0};  ///< object kinds of the terrain
+
+    // ---- Composition and extents -----------------------------------------------------------------------------------
+    int m_bEsReferencia = 0;     ///< 1: owned by another scene, as reference or link; stays so for life
+    int m_nTipoImagenFondo = 0;  ///< see GetTipoImagenFondo
+    Vertiz::CMaximas<double> m_Maximas;
+    bool m_bMaximasVacias = true;
+
+    // ---- Lists of the overlays -------------------------------------------------------------------------------------
+    GLuint m_nListaMarcas = 0;  ///< first of one list for each mark
+    GLuint m_nListaPuntosMarcasFoto = 0;
+    GLuint m_nListaPuntosMarcasTerreno = 0;
+    GLuint m_nListaLineaNueva = 0;
+    GLuint m_nListaCielo = 0;
+    GLuint m_nListaEjes = 0;
+    GLuint m_nListaCamara = 0;
+    GLuint m_nListaCamaraPanoramica = 0;
+    GLuint m_nListaReserva = 0;
+    float m_fSizeCamara = 1.0F;
+    GLuint m_nListaLimites = 0;  ///< compiled by the scenes
+
+    // ---- Camera, selection, sketch, marks --------------------------------------------------------------------------
+    CCamera m_Camara;
+    std::vector<Vertiz::CPosicionEntidad> m_Seleccion;
+    std::vector<Vertiz::CPosicionEntidad> m_Seleccion2;
+    std::vector<Vertiz::CCoor3D<double>> m_PuntosSeleccion;  ///< clicked points; Tipo tells whose (DamePuntoSeleccion)
+    Vertiz::CLinea<double> m_LineaNueva;                     ///< sketch in GL space
+    Vertiz::CLinea<double> m_LineaNuevaTerreno;              ///< in terrain space, kept only where an image takes part
+    int m_bCerrarLineaNueva = 0;
+    std::vector<Vertiz::CTexto<double>> m_Marcas;
+    Vertiz::CLinea<double> m_MarcasGL;  ///< GL position of each mark, Tipo its orientation in hundredths of a degree
+    int m_bVistaSeleccion = 0;
+    std::vector<Vertiz::CPosicionEntidad> m_VistaSeleccion;
+    Vertiz::CMaximas<double> m_MaximasVista;
+    Vertiz::CDataTransformacion m_DataTransformacion;
+    unsigned m_nTipoLineaNueva = 0;
+    std::unique_ptr<float[]> m_pBufferProfundidad;  ///< depth block of a click, so that picking allocates nothing
+    double m_dDistanciaEsferica = 80.0;  ///< points farther from a spherical image's centre are left out, terrain units
+    float m_fRadioEsfera = 0.5F;
+    std::vector<Vertiz::CLinea<double>> m_Medidas;
+    GLuint m_nListaMedidas = 0;
+
+    // ---- Contexts --------------------------------------------------------------------------------------------------
+    CPalette* m_pPalette = nullptr;
+    CDC* m_pDC = nullptr;
+    HGLRC m_hRC = nullptr;
+    std::unique_ptr<HGLRC[]> m_phRCShared;  ///< one for each worker, never shared between scenes
+    unsigned m_nHRCShared;                  ///< number of processors
+
+    // ---- Children, fonts, camera stations --------------------------------------------------------------------------
+    std::vector<CGL*> m_Referencias;  ///< owned, together with the copies of this scene
+    std::vector<CGL*> m_Vinculos;
+    bool m_bIniciarMalla = true;
+    GLuint m_nListaFuentes = 0;  ///< first of N_GLIFOS lists
+    GLuint m_nListaFuentesSeleccion = 0;
+    float m_fEscalaFuente = 1.0F;           ///< tallest glyph over 1.2
+    int m_bFuentes = 0;                     ///< glyph lists are built only when non-zero
+    Vertiz::CLinea<double> m_PuntosCamara;  ///< camera stations in terrain space; Tipo 0 conic, otherwise panoramic
+    Vertiz::CLinea<double> m_PuntosCamaraGL;
+    Vertiz::CLinea<double> m_AngulosCamara;  ///< of each station, in degrees
+    Vertiz::CDigiTab m_DigiTabTrabajo;       ///< second working table of the drawing scene
+
+  private:
+    // Palettes of 8-bit displays: levels of a channel of 1, 2 and 3 bits, and the system's colours with their places.
+    static const unsigned char m_oneto8[2];
+    static const unsigned char m_twoto8[4];
+    static const unsigned char m_threeto8[8];
+    static const int m_defaultOverride[13];
+    static const PALETTEENTRY m_defaultPalEntry[20];
+
+    // CGL.cpp
+    int CreaContextos(PIXELFORMATDESCRIPTOR& descriptor);
+    int CreaContextosCompartidos(CDC* pDC, HGLRC principal);
+    int PreparaProyeccion();
+    void CopiaDe(const CGL& otra);
+    void Presta(CGL& hijo) const;
+    void LiberaContexto(bool bBorrar);
+    void BorraListas();
+    void OlvidaListas();
+    void DestruirDC();
+    void DestruirHRCShared();
+    int IniciarHijo(CGL& hijo) const;
+    int RenderHijo(CGL& hijo) const;
+    void RenderPuntosCamara() const;
+    int RenderMarcas();
+    int IniciarCapa(int (CGL::*capa)(), bool bHijos);
+
+    // CGLSeleccion.cpp
+    void TomaHijo(CGL* r, std::vector<CGL*>& lista);
+    void AjustaFondo(CGL* r);
+    CGL* SueltaHijo(std::vector<CGL*>& lista, unsigned i);
+    void SetFondoGrupo(int fondo);
+    void ClearHijos(std::vector<CGL*>& lista);
+
+    // Copies count as owners of the context; each child counts the scenes that hold it. A child only looks at the
+    // owners of its parent's context, so that it knows when that is gone.
+    std::shared_ptr<const char> m_pDuenos;
+    std::weak_ptr<const char> m_pPrestamo;
+    unsigned m_nPadres = 0;
+};

@@ -1,0 +1,51 @@
+// The digitising table: which code is drawn how.
+#pragma once
+
+#include <vector>
+
+#include "model/CElementoDigiTab.h"
+
+namespace Vertiz {
+
+/// A table of styles, looked up by the kind and code of an entity.
+///
+/// Rows keep the order in which they came. A look-up takes logarithmic time; it prefers a row of the very kind to one
+/// of kind 0, which stands for every kind, and either to a row of code "*", which stands for every code. A look-up for
+/// kind 0 takes rows of any kind. Among rows that serve equally well the first one counts.
+/// @thread several threads may look up in a table at once while nobody changes it
+class LUMBRA_API CDigiTab {
+  public:
+    unsigned Cantidad() const { return unsigned(m_Elementos.size()); }
+    /// @param i below Cantidad(). The reference lasts until the table changes.
+    const CElementoDigiTab& operator[](unsigned i) const { return m_Elementos[i]; }
+
+    /// Adds a row at the end.
+    /// @param sustituye  true: a row of the same kind and code is replaced where it stands; false: it stays as it is
+    /// @return whether the element is now in the table
+    bool Inserta(const CElementoDigiTab& elemento, bool sustituye);
+    /// Replaces row i.
+    /// @param repetido  whether the kind and code may be those of another row already
+    /// @return false, with nothing changed, when there is no row i or the code would stand twice and may not
+    bool ModificaElemento(unsigned i, const CElementoDigiTab& elemento, bool repetido);
+
+    /// The style of an entity.
+    /// @param elemento  out: the row found; when there is none, it stays as it was
+    /// @return whether there is a row for it
+    bool GetElemento(const CTipoDat& tipo, CElementoDigiTab& elemento) const;
+    bool GetElemento(const CString& codigo, CTipoEntidad tipo, CElementoDigiTab& elemento) const;
+    /// The same without copying: the row found, or null. It lasts until the table changes.
+    const CElementoDigiTab* Busca(const CString& codigo, CTipoEntidad tipo) const;
+
+    /// A table of the rows that are not visible.
+    CDigiTab DameOcultos() const;
+    void clear();
+
+  private:
+    int BuscaExacto(const CElementoDigiTab& elemento) const;
+    void OrdenaFila(unsigned i);
+
+    std::vector<CElementoDigiTab> m_Elementos;
+    std::vector<unsigned> m_Orden;  // rows by code, then by row
+};
+
+}  // namespace Vertiz
