@@ -29,8 +29,8 @@ std::string SieteParametros(const CDataHelmertNTV2& d) {
 std::string Tuberia(const CDataHelmertNTV2& d) {
     std::string cambio;
     if (d.m_SzRejilla.IsEmpty())
-        cambio = " +step " + Geocentricas(d.m_Origen.GetElipsoide()) + " +step " + SieteParametros(d) +
-                 " +step +inv " + Geocentricas(d.m_Destino.GetElipsoide());
+        cambio = " +step " + Geocentricas(d.m_Origen.GetElipsoide()) + " +step " + SieteParametros(d) + " +step +inv " +
+                 Geocentricas(d.m_Destino.GetElipsoide());
     else
         cambio = " +step +proj=hgridshift +grids=" + geodesia::NombreFichero(d.m_SzRejilla);
     return "+proj=pipeline +step +inv " + UTM(d.m_Origen) + cambio + " +step " + UTM(d.m_Destino);

@@ -16,9 +16,13 @@ struct Vector3 {
     double x, y, z;
 };
 
-bool Finito(const Coor& p) { return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z); }
+bool Finito(const Coor& p) {
+    return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
+}
 
-double Det2(double a, double b, double c, double d) { return a * d - b * c; }
+double Det2(double a, double b, double c, double d) {
+    return a * d - b * c;
+}
 
 // A matrix of 3 x 3 by rows, with what the closed forms need of it.
 struct Matriz3 {
@@ -41,16 +45,21 @@ struct Matriz3 {
     }
 };
 
-bool EsRegular(double det) { return std::isfinite(det) && det != 0.0; }
+bool EsRegular(double det) {
+    return std::isfinite(det) && det != 0.0;
+}
 
 // ---- Types 2, 4 and 6 are one: a matrix on homogeneous coordinates.
 
 Matriz3 Homografia(const Datos& d) {
     const auto& p = d.m_Parametros;
     switch (d.m_nTipo) {
-        case Datos::SEMEJANZA_2D: return {{p[2], -p[3], p[0], p[3], p[2], p[1], 0.0, 0.0, 1.0}};
-        case Datos::AFIN_2D: return {{p[2], p[3], p[0], p[4], p[5], p[1], 0.0, 0.0, 1.0}};
-        default: return {{p[1], p[2], p[0], p[4], p[5], p[3], p[6], p[7], 1.0}};
+        case Datos::SEMEJANZA_2D:
+            return {{p[2], -p[3], p[0], p[3], p[2], p[1], 0.0, 0.0, 1.0}};
+        case Datos::AFIN_2D:
+            return {{p[2], p[3], p[0], p[4], p[5], p[1], 0.0, 0.0, 1.0}};
+        default:
+            return {{p[1], p[2], p[0], p[4], p[5], p[3], p[6], p[7], 1.0}};
     }
 }
 
@@ -77,7 +86,8 @@ Afin3 Espacial(const Datos& d) {
         CMatrizCuadrada giro(3);
         const CUnidadAngular unidad = d.m_UnidadAngular;
         giro.MatrizGiros3D(unidad.ARadianes(p[3]), unidad.ARadianes(p[4]), unidad.ARadianes(p[5]));
-        for (unsigned i = 0; i < 9; ++i) a.m.m[i] = p[6] * giro.Get(i / 3, i % 3);
+        for (unsigned i = 0; i < 9; ++i)
+            a.m.m[i] = p[6] * giro.Get(i / 3, i % 3);
     }
     return a;
 }
@@ -129,8 +139,7 @@ bool InviertePolinomio(const Datos& d, Coor& p) {
         if (!std::isfinite(dx) || !std::isfinite(dy)) return false;
         x -= dx;
         y -= dy;
-        if (std::abs(dx) + std::abs(dy) <= kTolerancia * (1.0 + std::abs(x) + std::abs(y)))
-            return Asigna(p, x, y, p.z);
+        if (std::abs(dx) + std::abs(dy) <= kTolerancia * (1.0 + std::abs(x) + std::abs(y))) return Asigna(p, x, y, p.z);
     }
     return false;
 }
@@ -215,8 +224,10 @@ bool Recorre(std::span<Coor> puntos, bool con3D, F&& f) {
 }  // namespace
 
 CDataTransformacion::CDataTransformacion(CUnidadAngular unidad) : m_UnidadAngular(unidad) {
-    for (unsigned i = 0; i < 3; ++i) m_Rotacion.Set(i, i, 1.0);
-    for (unsigned i = 0; i < 2; ++i) m_Interior.Set(i, i, 1.0);
+    for (unsigned i = 0; i < 3; ++i)
+        m_Rotacion.Set(i, i, 1.0);
+    for (unsigned i = 0; i < 2; ++i)
+        m_Interior.Set(i, i, 1.0);
 }
 
 void CDataTransformacion::SetAngulos(double omega, double fi, double kappa) {
@@ -233,26 +244,32 @@ bool CDataTransformacion::ExisteTransformacion() const {
     switch (m_nTipo) {
         case SEMEJANZA_2D:
         case AFIN_2D:
-        case PROYECTIVA_2D: return std::isfinite(p[0] + p[1]) && EsRegular(Homografia(*this).Det());
+        case PROYECTIVA_2D:
+            return std::isfinite(p[0] + p[1]) && EsRegular(Homografia(*this).Det());
         case POLINOMIO_2:
             return std::all_of(p.begin(), p.end(), [](double v) { return std::isfinite(v); }) &&
                    EsRegular(Det2(p[1], p[2], p[7], p[8]));
         case SEMEJANZA_3D:
             return std::all_of(p.begin(), p.begin() + 7, [](double v) { return std::isfinite(v); }) && p[6] != 0.0;
-        case AFIN_3D: return std::isfinite(p[0] + p[1] + p[2]) && EsRegular(Espacial(*this).m.Det());
-        case HELMERT_7: return m_Datum.EsValida() && m_Datum.m_SzRejilla.IsEmpty();
-        case REJILLA_NTV2: return m_Datum.EsValida() && !m_Datum.m_SzRejilla.IsEmpty();
+        case AFIN_3D:
+            return std::isfinite(p[0] + p[1] + p[2]) && EsRegular(Espacial(*this).m.Det());
+        case HELMERT_7:
+            return m_Datum.EsValida() && m_Datum.m_SzRejilla.IsEmpty();
+        case REJILLA_NTV2:
+            return m_Datum.EsValida() && !m_Datum.m_SzRejilla.IsEmpty();
         case CONICA:
             if (!(m_dFocal > 0.0) || !std::isfinite(m_dFocal)) return false;
             [[fallthrough]];
         case ESFERICA: {
             if (m_Rotacion.GetFilas() != 3 || m_Interior.GetFilas() != 2 || !Finito(m_CentroProyeccion)) return false;
             Matriz3 r;
-            for (unsigned i = 0; i < 9; ++i) r.m[i] = m_Rotacion.Get(i / 3, i % 3);
+            for (unsigned i = 0; i < 9; ++i)
+                r.m[i] = m_Rotacion.Get(i / 3, i % 3);
             return EsRegular(r.Det()) && EsRegular(Det2(m_Interior.Get(0, 0), m_Interior.Get(0, 1),
                                                         m_Interior.Get(1, 0), m_Interior.Get(1, 1)));
         }
-        default: return false;
+        default:
+            return false;
     }
 }
 
@@ -292,7 +309,8 @@ bool CDataTransformacion::Transforma(std::span<Coor> puntos) const {
             const Matriz3 inversa = Homografia(*this).Adjunta();
             return Recorre(puntos, false, [&](Coor& p) { return AplicaHomografia(inversa, p); });
         }
-        case POLINOMIO_2: return Recorre(puntos, false, [&](Coor& p) { return InviertePolinomio(*this, p); });
+        case POLINOMIO_2:
+            return Recorre(puntos, false, [&](Coor& p) { return InviertePolinomio(*this, p); });
         case SEMEJANZA_3D:
         case AFIN_3D: {
             const Afin3 a = Espacial(*this);
@@ -301,8 +319,10 @@ bool CDataTransformacion::Transforma(std::span<Coor> puntos) const {
             return Recorre(puntos, true, [&](Coor& p) { return AplicaEspacialInversa(a, adjunta, det, p); });
         }
         case HELMERT_7:
-        case REJILLA_NTV2: return m_Datum.TransformaInversa(puntos);
-        default: return Recorre(puntos, false, [&](Coor& p) { return Proyecta(*this, p); });
+        case REJILLA_NTV2:
+            return m_Datum.TransformaInversa(puntos);
+        default:
+            return Recorre(puntos, false, [&](Coor& p) { return Proyecta(*this, p); });
     }
 }
 
@@ -315,15 +335,18 @@ bool CDataTransformacion::TransformaInversa(std::span<Coor> puntos) const {
             const Matriz3 directa = Homografia(*this);
             return Recorre(puntos, false, [&](Coor& p) { return AplicaHomografia(directa, p); });
         }
-        case POLINOMIO_2: return Recorre(puntos, false, [&](Coor& p) { return AplicaPolinomio(*this, p); });
+        case POLINOMIO_2:
+            return Recorre(puntos, false, [&](Coor& p) { return AplicaPolinomio(*this, p); });
         case SEMEJANZA_3D:
         case AFIN_3D: {
             const Afin3 a = Espacial(*this);
             return Recorre(puntos, true, [&](Coor& p) { return AplicaEspacial(a, p); });
         }
         case HELMERT_7:
-        case REJILLA_NTV2: return m_Datum.Transforma(puntos);
-        default: return Recorre(puntos, false, [&](Coor& p) { return Restituye(*this, p.z, p); });
+        case REJILLA_NTV2:
+            return m_Datum.Transforma(puntos);
+        default:
+            return Recorre(puntos, false, [&](Coor& p) { return Restituye(*this, p.z, p); });
     }
 }
 

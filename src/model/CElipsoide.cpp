@@ -10,7 +10,9 @@ namespace {
 constexpr int kWGS84 = 26;
 
 // b / a, or 0 for an eccentricity that no ellipse has.
-double RelacionSemiejes(double e2) { return e2 < 1.0 ? std::sqrt(1.0 - e2) : 0.0; }
+double RelacionSemiejes(double e2) {
+    return e2 < 1.0 ? std::sqrt(1.0 - e2) : 0.0;
+}
 
 }  // namespace
 
@@ -19,11 +21,17 @@ CElipsoide::CElipsoide() : CElipsoide(*Busca(kWGS84)) {}
 CElipsoide::CElipsoide(int id, const CString& nombre, double a, double e2)
     : m_nId(id), m_Nombre(nombre), m_dA(a), m_dE2(e2) {}
 
-double CElipsoide::DameB() const { return m_dA * RelacionSemiejes(m_dE2); }
+double CElipsoide::DameB() const {
+    return m_dA * RelacionSemiejes(m_dE2);
+}
 
-double CElipsoide::DameAplanamiento() const { return 1.0 - RelacionSemiejes(m_dE2); }
+double CElipsoide::DameAplanamiento() const {
+    return 1.0 - RelacionSemiejes(m_dE2);
+}
 
-bool CElipsoide::EsValido() const { return std::isfinite(m_dA) && m_dA > 0.0 && m_dE2 >= 0.0 && m_dE2 < 1.0; }
+bool CElipsoide::EsValido() const {
+    return std::isfinite(m_dA) && m_dA > 0.0 && m_dE2 >= 0.0 && m_dE2 < 1.0;
+}
 
 const std::array<CElipsoide, CElipsoide::kCantidadTabla>& CElipsoide::Tabla() {
     static const std::array<CElipsoide, kCantidadTabla> tabla = {{

@@ -13,7 +13,8 @@ enum class Sentido { AlTerreno, ALaImagen };
 // The coordinates go through the transformation in one piece, so that it prepares itself once.
 bool TransformaTodos(std::vector<CPuntoPortula>& puntos, const CDataTransformacion& data, Sentido sentido, bool con3D) {
     std::vector<CCoor3D<double>> coordenadas(puntos.begin(), puntos.end());
-    const bool todos = sentido == Sentido::AlTerreno ? data.TransformaInversa(coordenadas) : data.Transforma(coordenadas);
+    const bool todos =
+        sentido == Sentido::AlTerreno ? data.TransformaInversa(coordenadas) : data.Transforma(coordenadas);
     for (std::size_t i = 0; i < puntos.size(); ++i) {
         puntos[i].x = coordenadas[i].x;
         puntos[i].y = coordenadas[i].y;

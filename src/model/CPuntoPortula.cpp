@@ -11,7 +11,9 @@
 namespace Vertiz {
 namespace {
 
-bool EsHuso(int huso) { return huso >= 1 && huso <= 60; }
+bool EsHuso(int huso) {
+    return huso >= 1 && huso <= 60;
+}
 
 // The zone of 6 degrees that holds a longitude in radians; 180 degrees is the start of zone 1 again.
 int HusoDeLongitud(double longitud) {

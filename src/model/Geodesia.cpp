@@ -55,7 +55,7 @@ std::string Numero(double valor) {
 
 std::string NombreFichero(const CString& nombre) {
     std::string texto = "\"";
-    for (const char c : nombre.AUtf8()) {
+    for (const char c : nombre.Utf8()) {
         if (c == '"') texto += '"';
         texto += c;
     }
@@ -81,8 +81,8 @@ bool Aplica(PJ* operacion, Sentido sentido, std::span<CCoor3D<double>> puntos) {
         PJ_COORD c = proj_coord(p.x, p.y, p.z, 0.0);
         proj_errno_reset(operacion);
         c = proj_trans(operacion, sentido == Sentido::Directo ? PJ_FWD : PJ_INV, c);
-        const bool bien = proj_errno(operacion) == 0 && std::isfinite(c.xyz.x) && std::isfinite(c.xyz.y) &&
-                          std::isfinite(c.xyz.z);
+        const bool bien =
+            proj_errno(operacion) == 0 && std::isfinite(c.xyz.x) && std::isfinite(c.xyz.y) && std::isfinite(c.xyz.z);
         if (!bien) c = proj_coord(nan, nan, nan, 0.0);
         p.x = c.xyz.x;
         p.y = c.xyz.y;
