@@ -45,6 +45,8 @@ bool Cambia(const CDataHelmertNTV2& d, geodesia::Sentido sentido, std::span<CCoo
 }  // namespace
 
 bool CDataHelmertNTV2::EsValida() const {
+    // In PROJ's lists of grids a comma parts names, and an at sign marks one that may be missing without a word.
+    if (m_SzRejilla.Find(L',') >= 0 || m_SzRejilla.GetAt(0) == L'@') return false;
     const double parametros[] = {m_dTX, m_dTY, m_dTZ, m_dRX, m_dRY, m_dRZ, m_dEscala};
     return m_Origen.EsValido() && m_Destino.EsValido() &&
            std::all_of(std::begin(parametros), std::end(parametros), [](double p) { return std::isfinite(p); });

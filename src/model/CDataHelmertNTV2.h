@@ -31,7 +31,8 @@ class LUMBRA_API CDataHelmertNTV2 {
 
     CString m_SzRejilla;  ///< path or name of the NTv2 grid; empty for the seven parameters
 
-    /// Both systems are valid and all parameters finite. A grid is looked for when it is used.
+    /// Both systems are valid, all parameters finite, and the grid's name has no comma and no @ in front. The grid
+    /// itself is looked for when it is used.
     bool EsValida() const;
 
     /// Points of the first system to the second, in place, x and y in metres, z metres over the ellipsoid.

@@ -46,8 +46,8 @@ Geo AGeodesicas(const CElipsoide& e, const Coor& c) {
 
 Geo DeUTM(const CSistemaReferencia& s, const Coor& c) {
     Geo g{0, 0, c.z};
-    EXPECT_TRUE(CPuntoPortula(0, 1, c.x, c.y, c.z, 0, L"")
-                    .UTMToGeo(g.lat, g.lon, s.GetElipsoide(), s.GetHuso(), s.EsNorte()));
+    EXPECT_TRUE(
+        CPuntoPortula(0, 1, c.x, c.y, c.z, 0, L"").UTMToGeo(g.lat, g.lon, s.GetElipsoide(), s.GetHuso(), s.EsNorte()));
     return g;
 }
 

@@ -80,7 +80,8 @@ TEST(CDataTransformacion, NewOneHasNoTransformationAndIdentityMatrices) {
     EXPECT_EQ(d.m_UnidadAngular.GetCodigo(), 3);
     EXPECT_FALSE(d.ExisteTransformacion());
     for (unsigned i = 0; i < 3; ++i)
-        for (unsigned j = 0; j < 3; ++j) EXPECT_EQ(d.GetRotacion().Get(i, j), i == j ? 1.0 : 0.0);
+        for (unsigned j = 0; j < 3; ++j)
+            EXPECT_EQ(d.GetRotacion().Get(i, j), i == j ? 1.0 : 0.0);
     Coor p(1, 2, 3);
     EXPECT_FALSE(d.Transforma(p, p));
     EsperaIgual(p, Coor(1, 2, 3), 0);
@@ -88,11 +89,13 @@ TEST(CDataTransformacion, NewOneHasNoTransformationAndIdentityMatrices) {
 }
 
 TEST(CDataTransformacion, TypesWithoutMeaningDoNotExist) {
-    for (const int tipo : {-1, 0, 9, 10, 13, 99}) EXPECT_FALSE(Mapa(tipo, {0, 0, 1, 1, 1, 1}).ExisteTransformacion());
+    for (const int tipo : {-1, 0, 9, 10, 13, 99})
+        EXPECT_FALSE(Mapa(tipo, {0, 0, 1, 1, 1, 1}).ExisteTransformacion());
 }
 
 TEST(CDataTransformacion, OnlyTypes1And3And8AreThreeDimensional) {
-    for (int tipo = 0; tipo <= 12; ++tipo) EXPECT_EQ(Mapa(tipo, {}).Es3D(), tipo == 1 || tipo == 3 || tipo == 8);
+    for (int tipo = 0; tipo <= 12; ++tipo)
+        EXPECT_EQ(Mapa(tipo, {}).Es3D(), tipo == 1 || tipo == 3 || tipo == 8);
 }
 
 // ---- Conic photograph
@@ -304,8 +307,8 @@ TEST(CDataTransformacion, MapFormulasGoFromTheImageToTheTerrain) {
     EsperaIgual(Mapa(4, {100, 200, 1, 2, 3, 4}).TransformaInversa(p, nullptr, -1), Coor(111, 225, 5), 1e-12);
     EsperaIgual(Mapa(5, {1, 1, 0, 0.5, 0, 0.25, 2, 0, 1, 0, 0.5, 0}).TransformaInversa(p, nullptr, -1),
                 Coor(12.5, 12, 5), 1e-12);
-    EsperaIgual(Mapa(6, {1, 2, 3, 4, 5, 6, 0.5, 0.25}).TransformaInversa(p, nullptr, -1),
-                Coor(19 / 3.5, 43 / 3.5, 5), 1e-12);
+    EsperaIgual(Mapa(6, {1, 2, 3, 4, 5, 6, 0.5, 0.25}).TransformaInversa(p, nullptr, -1), Coor(19 / 3.5, 43 / 3.5, 5),
+                1e-12);
     EsperaIgual(Mapa(8, {100, 200, 300, 1, 2, 3, 0, 1, 0, 2, 0, 1}).TransformaInversa(p, nullptr, -1),
                 Coor(126, 204, 311), 1e-12);
     // A quarter turn about Z and twice the size.
@@ -367,7 +370,8 @@ TEST(CDataTransformacion, LineAtInfinityOfAProjectiveMapFails) {
 Vertiz::CNubePuntos Nube(std::initializer_list<Coor> puntos) {
     Vertiz::CNubePuntos nube(Vertiz::CSistemaReferencia(L"Sistema Nuevo"), 0, 0, 4, 3);
     int numero = 0;
-    for (const Coor& p : puntos) nube.Inserta({0, ++numero, p.x, p.y, p.z, 0.0, L""}, false, 0);
+    for (const Coor& p : puntos)
+        nube.Inserta({0, ++numero, p.x, p.y, p.z, 0.0, L""}, false, 0);
     return nube;
 }
 

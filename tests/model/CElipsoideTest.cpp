@@ -15,7 +15,8 @@ TEST(CElipsoide, TableHas28RowsWithTheUserDefinedOneFirst) {
     EXPECT_EQ(tabla[0].GetId(), -1);
     EXPECT_EQ(tabla[0].GetNombre(), L"Definido por el usuario");
     EXPECT_EQ(tabla[0].DameA(), 0.0);
-    for (int i = 1; i < 28; ++i) EXPECT_EQ(tabla[i].GetId(), i);
+    for (int i = 1; i < 28; ++i)
+        EXPECT_EQ(tabla[i].GetId(), i);
 }
 
 TEST(CElipsoide, EveryRowButTheFirstHasTheShapeOfTheEarth) {
@@ -42,7 +43,9 @@ TEST(CElipsoide, SemiMinorAxisAndFlatteningAgreeWithPublishedOnes) {
     EXPECT_NEAR(bessel.DameB(), 6356078.963, 0.01);
 }
 
-TEST(CElipsoide, DefaultIsWGS84) { EXPECT_EQ(CElipsoide().GetId(), 26); }
+TEST(CElipsoide, DefaultIsWGS84) {
+    EXPECT_EQ(CElipsoide().GetId(), 26);
+}
 
 TEST(CElipsoide, NumberOutsideTheTableHasNoRow) {
     EXPECT_EQ(CElipsoide::Busca(0), nullptr);

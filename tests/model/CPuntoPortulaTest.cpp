@@ -16,9 +16,13 @@ using Vertiz::CPuntoPortula;
 constexpr double kPi = std::numbers::pi;
 constexpr double kNan = std::numeric_limits<double>::quiet_NaN();
 
-double Rad(double grados) { return grados * kPi / 180.0; }
+double Rad(double grados) {
+    return grados * kPi / 180.0;
+}
 
-CPuntoPortula Punto(double x, double y) { return CPuntoPortula(0, 1, x, y, 100.0, 0.0, L""); }
+CPuntoPortula Punto(double x, double y) {
+    return CPuntoPortula(0, 1, x, y, 100.0, 0.0, L"");
+}
 
 // Length of the meridian from the equator: Simpson's rule on a (1 - e2) / (1 - e2 sin2)^1.5.
 double ArcoMeridiano(const CElipsoide& e, double latitud) {
@@ -28,7 +32,8 @@ double ArcoMeridiano(const CElipsoide& e, double latitud) {
         return e.DameA() * (1.0 - e.DameE2()) / std::pow(1.0 - e.DameE2() * std::sin(t) * std::sin(t), 1.5);
     };
     double suma = f(0.0) + f(latitud);
-    for (int i = 1; i < n; ++i) suma += (i % 2 ? 4.0 : 2.0) * f(i * h);
+    for (int i = 1; i < n; ++i)
+        suma += (i % 2 ? 4.0 : 2.0) * f(i * h);
     return suma * h / 3.0;
 }
 
@@ -149,13 +154,13 @@ TEST(CPuntoPortula, ThreadsConvertAtTheSameTime) {
                 double latitud = 0, longitud = 0;
                 CPuntoPortula p = Punto(0, 0);
                 const bool bien = p.GeoToUTM(Rad(40.0), Rad(6.0 * huso - 182.0), e, huso, true) == huso &&
-                                  p.UTMToGeo(latitud, longitud, e, huso, true) &&
-                                  std::abs(latitud - Rad(40.0)) < 1e-10;
+                                  p.UTMToGeo(latitud, longitud, e, huso, true) && std::abs(latitud - Rad(40.0)) < 1e-10;
                 fallos[static_cast<std::size_t>(t)] += !bien;
             }
         });
     }
-    for (auto& h : hilos) h.join();
+    for (auto& h : hilos)
+        h.join();
     EXPECT_THAT(fallos, testing::Each(0));
 }
 
