@@ -68,6 +68,7 @@
 
 class CDC;
 class CWnd;
+struct MatricesGL;
 
 namespace Vertiz {
 class CAtrDigi;
@@ -763,6 +764,46 @@ class LUMBRA_API CGL {
     void RenderPuntosCamara() const;
     int RenderMarcas();
     int IniciarCapa(int (CGL::*capa)(), bool bHijos);
+
+    // CGLCoordenadas.cpp
+    struct ProfundidadFondo;
+    int ProyectaOrto(int& cx, int& cy, const double* vieja);
+    ProfundidadFondo MideFondo(const MatricesGL& matrices) const;
+    void LeeProfundidad(int x, int y);
+    bool BuscaPixel(const ProfundidadFondo& fondo, float& z, int& i, int& j) const;
+    int ProyectaPixel(const MatricesGL& matrices, int x, int y, Vertiz::CCoor3D<double>& c) const;
+    Vertiz::CMaximas<double> EnImagen(const Vertiz::CMaximas<double>& m) const;
+    int GetMaximasHijos(const std::vector<CGL*>& hijos, Vertiz::CMaximas<double>& m, int fondo) const;
+
+    // CGLNavegacion.cpp
+    int EscalaProyeccion(double plano, double fondo);
+    void ApuntaACaja(const Vertiz::CMaximas<double>& m);
+    bool AjustaOrto(const Vertiz::CMaximas<double>& cajaGL);
+    bool AjustaPerspectiva(const Vertiz::CMaximas<double>& cajaGL);
+    void GiraVista(double grados, Vertiz::CCoor3D<double> eje, int bVista, const Vertiz::CCoor3D<double>* pivote);
+    bool PuntosPaso(int dx, int dy, Vertiz::CCoor3D<double>& a, Vertiz::CCoor3D<double>& b);
+    void DesplazaX(int sentido);
+    void DesplazaZ(int sentido);
+
+    // CGLSuperpuestos.cpp, CGLCielo.cpp
+    void RestauraModo() const;
+    bool EntraEspacioIcono(double fondo, double z);
+    void DibujaIcono(GLuint lista) const;
+    bool CargaTexturaCielo(bool& bBuena);
+    void CompilaEsferaCielo() const;
+
+    // CGLMarcas.cpp
+    bool EsMarcaFoto(unsigned i) const;
+    bool EsMarcaTerreno(unsigned i) const;
+    void ColorMarcas() const;
+    void BorraListasMarcas();
+    int CompilaPuntosMarcas(GLuint& lista, bool (CGL::*deEstas)(unsigned) const);
+    int CompilaMarca(unsigned i);
+    Vertiz::CCoor3D<double> LugarMarca(unsigned i) const;
+    int CompilaMarcas();
+    int RenderTextosMarcas(GLuint listaPuntos, bool (CGL::*deEstas)(unsigned) const);
+    template <class Cambio>
+    void CambiaMarcas(Cambio cambio);
 
     // CGLSeleccion.cpp
     void TomaHijo(CGL* r, std::vector<CGL*>& lista);

@@ -1,0 +1,123 @@
+// The sky: a background colour, or an image on a sphere round the viewer.
+
+#include <algorithm>
+#include <vector>
+
+#include "frame/CGL.h"
+#include "frame/Cuadrica.h"
+#include "frame/ListaGL.h"
+#include "frame/MaterialGL.h"
+#include "platform/CFile.h"
+#include "platform/CStdioFile.h"
+#include "raster/IRaster.h"
+
+namespace {
+
+constexpr int kTipoJpeg = 22;
+
+// The picture in rows of red, green and blue, every nPaso-th pixel of it; a pixel that can't be read is white.
+std::vector<GLubyte> Muestras(const Vertiz::IRaster& imagen, int w, int h, int nPaso) {
+    std::vector<GLubyte> filas(static_cast<std::size_t>(w) * static_cast<std::size_t>(h) * 3);
+    GLubyte* destino = filas.data();
+    for (int fila = 0; fila < h; ++fila)
+        for (int columna = 0; columna < w; ++columna, destino += 3) {
+            BYTE pixel[4] = {255, 255, 255, 255};
+            if (!imagen.GetPixel(pixel, fila * nPaso, columna * nPaso, 0)) std::fill_n(pixel, 3, BYTE{255});
+            if (imagen.BytesPixel() == 1 && !imagen.TienePaleta()) pixel[1] = pixel[2] = pixel[0];
+            std::reverse_copy(pixel, pixel + 3, destino);
+        }
+    return filas;
+}
+
+}  // namespace
+
+int CGL::CargarImagenFondo(Vertiz::IRaster** pImagen) {
+    Vertiz::IRaster& imagen = **pImagen;
+    // A JPEG is read through a buffered stream.
+    CFile fichero;
+    CStdioFile flujo;
+    CFile& origen = imagen.Tipo() == kTipoJpeg ? flujo : fichero;
+    if (!origen.Open(m_Data.m_SzImagenFondo, CFile::modeRead | CFile::typeBinary)) return 0;
+    const bool leida = imagen.SetFichero(&origen) && imagen.Leer(true) == 1 && imagen.Leer(false) == 1;
+    imagen.CierraFichero();
+    origen.Close();
+    return leida ? 1 : 0;
+}
+
+// Fills m_nTexturaFondo from the sky image. False on a GL error; bBuena tells whether there is a texture to show.
+bool CGL::CargaTexturaCielo(bool& bBuena) {
+    bBuena = false;
+    glGenTextures(1, &m_nTexturaFondo);
+    glBindTexture(GL_TEXTURE_2D, m_nTexturaFondo);
+    if (HayErrorGL()) return false;
+    glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_REPEAT);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_REPEAT);
+    if (HayErrorGL()) return false;
+    glTexEnvf(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE);
+    if (HayErrorGL()) return false;
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
+    if (HayErrorGL()) return false;
+
+    Vertiz::IRaster* imagen = Vertiz::CreaRaster(m_Data.m_SzImagenFondo);
+    if (imagen != nullptr && CargarImagenFondo(&imagen) != 0) {
+        const int ancho = imagen->Ancho(), alto = std::abs(imagen->Alto());
+        const int lado = std::max(m_nMaxTexDim, 1);
+        const int paso = std::max(1, (std::max(ancho, alto) + lado - 1) / lado);
+        const int w = ancho / paso, h = alto / paso;
+        if (w > 0 && h > 0) {
+            const std::vector<GLubyte> filas = Muestras(*imagen, w, h, paso);
+            glTexImage2D(GL_TEXTURE_2D, 0, GL_COMPRESSED_RGB, w, h, 0, GL_RGB, GL_UNSIGNED_BYTE, filas.data());
+            bBuena = !HayErrorGL();
+        }
+    }
+    Vertiz::BorraRaster(imagen);
+    return true;
+}
+
+int CGL::OnIniciarCielo() {
+    if (!MakeCurrent(nullptr)) return 0;
+    BorraLista(m_nListaCielo);
+    if (HayErrorGL()) return 0;
+    if (m_nTexturaFondo != 0) glDeleteTextures(1, &m_nTexturaFondo);
+    m_nTexturaFondo = 0;
+    bool conImagen = false;
+    if (m_Data.m_bImagenFondo != 0 && !CargaTexturaCielo(conImagen)) return 0;
+
+    if (!AbreLista(m_nListaCielo)) return 0;
+    glEnable(GL_DEPTH_TEST);
+    if (m_nTipo != 3 && !EsEsferica()) {
+        glDisable(GL_LIGHTING);
+        if (HayErrorGL()) return 0;
+        glDisable(GL_LIGHT0);
+        if (HayErrorGL()) return 0;
+        glColorMaterial(GL_FRONT_AND_BACK, GL_AMBIENT_AND_DIFFUSE);
+        if (HayErrorGL()) return 0;
+        glEnable(GL_COLOR_MATERIAL);
+        if (HayErrorGL() || !MaterialNulo()) return 0;
+    }
+    if (conImagen) {
+        CompilaEsferaCielo();
+    } else {
+        const auto fondo = static_cast<COLORREF>(m_Data.m_nColorFondo);
+        glColor3f(GetRValue(fondo) / 255.0F, GetGValue(fondo) / 255.0F, GetBValue(fondo) / 255.0F);
+    }
+    glEndList();
+    return HayErrorGL() ? 0 : 1;
+}
+
+void CGL::CompilaEsferaCielo() const {
+    glColor3f(255.0F, 255.0F, 255.0F);
+    glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+    glEnable(GL_TEXTURE_2D);
+    glBindTexture(GL_TEXTURE_2D, m_nTexturaFondo);
+    glPushMatrix();
+    glPushAttrib(0xFFFFF);
+    Cuadrica esfera(GLU_FILL, GLU_SMOOTH);
+    gluQuadricTexture(esfera, GL_TRUE);
+    gluSphere(esfera, 1.0, 20, 16);
+    glPopAttrib();
+    glPopMatrix();
+    RestauraModo();
+}

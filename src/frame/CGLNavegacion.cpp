@@ -1,0 +1,493 @@
+// The user's moves: zoom, pan, turn, fit, and the rubber-band shapes. They change the camera or the projection; the
+// host renders afterwards. In perspective a zoom moves the camera; in orthographic and spherical views it multiplies
+// the projection, and a spherical view never pans, since its eye is the sphere's centre.
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <numbers>
+
+#include "frame/CGL.h"
+#include "frame/Cuadrica.h"
+#include "frame/EsquinasCaja.h"
+#include "frame/MatricesGL.h"
+
+using Vertiz::CCoor3D;
+using Vertiz::CMaximas;
+
+namespace {
+
+double ARadianes(double grados) {
+    return grados * std::numbers::pi / 180.0;
+}
+
+int Redondea(double v) {
+    return static_cast<int>(v + 0.5);
+}
+
+// The step of a zoom from what was asked for: the speed of the settings stands for 0.
+double PasoZoom(double paso, double velocidad) {
+    return std::max(0.2, std::abs(paso == 0.0 ? velocidad : paso));
+}
+
+// How much a step zooms by, before the factor 1.2; 0 for a step of exactly 1.
+double FactorZoom(double paso) {
+    const double v = std::abs(std::log10(paso));
+    return v == 1.0 ? v : v * 0.5;
+}
+
+// The accumulated zoom has always been kept with the 1.2 in single precision.
+constexpr double kFactorAcumulado = 1.2F;
+
+// State of the pipeline that drawing in XOR on the front buffer changes, put back at the end. GL_COLOR_LOGIC_OP itself
+// stays enabled: `Render` turns it off.
+class LapizXor {
+  public:
+    LapizXor() {
+        m_bProfundidad = glIsEnabled(GL_DEPTH_TEST);
+        glDisable(GL_DEPTH_TEST);
+        glGetIntegerv(GL_DEPTH_FUNC, &m_nFuncion);
+        glDepthFunc(GL_LEQUAL);
+    }
+    void Activa() {
+        glEnable(GL_COLOR_LOGIC_OP);
+        glGetIntegerv(GL_LOGIC_OP_MODE, &m_nOperacion);
+        glLogicOp(GL_XOR);
+        glColor3f(1.0F, 1.0F, 0.0F);
+    }
+    void Restaura() const {
+        glDrawBuffer(GL_BACK);
+        if (m_bProfundidad == GL_TRUE) glEnable(GL_DEPTH_TEST);
+        glDepthFunc(static_cast<GLenum>(m_nFuncion));
+        glLogicOp(static_cast<GLenum>(m_nOperacion));
+    }
+
+  private:
+    GLboolean m_bProfundidad = GL_FALSE;
+    GLint m_nFuncion = GL_LESS;
+    GLint m_nOperacion = GL_COPY;
+};
+
+}  // namespace
+
+// Multiplies the projection by diag(plano, plano, fondo, 1).
+int CGL::EscalaProyeccion(double plano, double fondo) {
+    if (!MakeCurrent(nullptr)) return 0;
+    glMatrixMode(GL_PROJECTION);
+    if (HayErrorGL()) return 0;
+    const GLdouble m[16] = {plano, 0, 0, 0, 0, plano, 0, 0, 0, 0, fondo, 0, 0, 0, 0, 1};
+    glMultMatrixd(m);
+    wglMakeCurrent(nullptr, nullptr);
+    return 1;
+}
+
+void CGL::OnZoomIn(double paso) {
+    const double p = PasoZoom(paso, m_Data.m_fVelocidad);
+    if (!EsOrtografica() && !EsEsferica()) {
+        m_Camara.MoveCamera(p);
+        return;
+    }
+    const double k = FactorZoom(p);
+    if (k != 0.0 && EscalaProyeccion(1.0 / (k * 1.2), 1.0)) m_dZoom /= k * kFactorAcumulado;
+}
+
+void CGL::OnZoomOut(double paso) {
+    const double p = PasoZoom(paso, m_Data.m_fVelocidad);
+    if (!EsOrtografica() && !EsEsferica()) {
+        m_Camara.MoveCamera(-p);
+        return;
+    }
+    const double k = FactorZoom(p);
+    if (k != 0.0 && EscalaProyeccion(k * 1.2, 1.0)) m_dZoom *= k * kFactorAcumulado;
+}
+
+void CGL::OnZoomIn(const CPoint& pt, double paso) {
+    OnZoomCentrado(pt);
+    OnZoomIn(paso);
+}
+
+void CGL::OnZoomOut(const CPoint& pt, double paso) {
+    OnZoomCentrado(pt);
+    OnZoomOut(paso);
+}
+
+CCoor3D<double> CGL::OnZoomCentrado(const CPoint& pt) {
+    const CPoint centro(Redondea(m_nAncho * 0.5), Redondea(m_nAlto * 0.5));
+    CCoor3D<double> punto, medio;
+    PantallaATerreno(pt, punto, true, false, false);
+    PantallaATerreno(centro, medio, true, false, false);
+    const CCoor3D<double> d = medio - punto;
+    m_Camara.PositionCamera(m_Camara.Position() - d, m_Camara.View() - d, m_Camara.UpVector());
+    return punto;
+}
+
+void CGL::OnZoomVentana(int arriba, int abajo, int izquierda, int derecha) {
+    const CPoint centro(Redondea((izquierda + derecha) * 0.5), Redondea((arriba + abajo) * 0.5));
+    const CCoor3D<double> p = OnZoomCentrado(centro);
+    if (derecha == izquierda || abajo == arriba) return;
+    const double z = std::min(static_cast<double>(m_nAncho) / (derecha - izquierda),
+                              static_cast<double>(m_nAlto) / (abajo - arriba));
+    if (z == 0.0) return;
+    if (EsOrtografica()) {
+        if (EscalaProyeccion(z, 1.0)) m_dZoom = z;  // replaced, not multiplied
+    } else {
+        const double distancia = m_Camara.Position().Distancia(p, 1);
+        m_Camara.MoveCamera(distancia - distancia / z);
+    }
+}
+
+void CGL::OnZoomVentana(const CMaximas<double>& m) {
+    if (EsEsferica()) {
+        ApuntaACaja(m);
+        return;
+    }
+    int izquierda = std::numeric_limits<int>::max(), derecha = std::numeric_limits<int>::min();
+    int arriba = izquierda, abajo = derecha;
+    for (const CCoor3D<double>& esquina : EsquinasCaja(m)) {
+        CPoint pt;
+        if (!TerrenoAPantalla(pt, esquina, nullptr, false)) continue;
+        izquierda = std::min(izquierda, static_cast<int>(pt.x));
+        derecha = std::max(derecha, static_cast<int>(pt.x));
+        arriba = std::min(arriba, static_cast<int>(pt.y));
+        abajo = std::max(abajo, static_cast<int>(pt.y));
+    }
+    if (izquierda > derecha) return;  // no corner has a pixel
+    if (izquierda == derecha) {
+        --izquierda;
+        ++derecha;
+    }
+    if (arriba == abajo) {
+        --arriba;
+        ++abajo;
+    }
+    OnZoomVentana(arriba, abajo, izquierda, derecha);
+    OnZoomOut(0);
+}
+
+// Inside a sphere: looks at the box's centre, and zooms in until the box no longer fits, then one step back.
+void CGL::ApuntaACaja(const CMaximas<double>& m) {
+    CCoor3D<double> vista;
+    TerrenoAGL(m.Centro(true), vista.x, vista.y, vista.z, 1.0, true);
+    m_Camara.PositionCamera(m_Camara.Position(), vista, m_Camara.UpVector());
+    Render();
+    GLint viewport[4] = {};
+    if (!MakeCurrent(nullptr)) return;
+    glGetIntegerv(GL_VIEWPORT, viewport);
+    if (HayErrorGL()) return;
+    wglMakeCurrent(nullptr, nullptr);
+    const auto dentro = [&](const CCoor3D<double>& esquina) {
+        CPoint pt;
+        return TerrenoAPantalla(pt, esquina, nullptr, false) != 0 && pt.x >= viewport[0] && pt.y >= viewport[1] &&
+               pt.x <= viewport[0] + viewport[2] && pt.y <= viewport[1] + viewport[3];
+    };
+    // A box of one point would fit for ever.
+    for (int paso = 0; paso < 100 && dentro(m.Minima()) && dentro(m.Maxima()); ++paso)
+        OnZoomIn(0);
+    OnZoomOut(0);
+}
+
+void CGL::ZoomExtension(const CMaximas<double>& m) {
+    m_fEscala = 1.0F;
+    CMaximas<double> caja = m;
+    if (caja.EstanVacias(true)) {
+        caja.Nuevo(CCoor3D<double>(0, 0, 0, 0));
+        caja.Nuevo(CCoor3D<double>(2000, 2000, 0, 0));
+    }
+    if (EstableceMaxMin(caja) != 0 && Iniciar() == 0) return;
+    if (m_nAncho == 0 || m_nAlto == 0) return;
+    if (!MakeCurrent(nullptr)) return;
+    glMatrixMode(GL_MODELVIEW);
+    if (HayErrorGL()) return;
+    glLoadIdentity();
+    if (HayErrorGL()) return;
+
+    const CCoor3D<double> origen(0, 0, 0, 0);
+    if (EsEsferica())
+        m_Camara.PositionCamera(origen, m_Camara.View(), m_Camara.UpVector());
+    else
+        m_Camara.PositionCamera(m_Camara.Position() - m_Camara.View(), origen, m_Camara.UpVector());
+    m_Camara.Look();
+
+    const CCoor3D<double> mitad(m_dRangoX * 0.5 * m_dFactor, m_dRangoZ * 0.5 * m_dFactor * m_fExageracionVertical,
+                                m_dRangoY * 0.5 * m_dFactor, 0);
+    CMaximas<double> cajaGL;
+    cajaGL.Nuevo(mitad);
+    cajaGL.Nuevo(mitad * -1.0);
+    if (EsOrtografica() ? !AjustaOrto(cajaGL) : !AjustaPerspectiva(cajaGL)) return;
+    wglMakeCurrent(nullptr, nullptr);
+    m_bMaximasVacias = m.EstanVacias(true);
+}
+
+// Scales the projection so that the box fills the window.
+bool CGL::AjustaOrto(const CMaximas<double>& cajaGL) {
+    MatricesGL matrices;
+    if (!matrices.Lee()) return false;
+    CMaximas<double> ventana;
+    for (const CCoor3D<double>& esquina : EsquinasCaja(cajaGL)) {
+        CCoor3D<double> pixel;
+        if (matrices.Proyecta(esquina, pixel)) ventana.Nuevo(pixel);
+    }
+    const double ancho = ventana.Maxima().x - ventana.Minima().x, alto = ventana.Maxima().y - ventana.Minima().y;
+    const double zoom = std::min(m_nAncho / ancho, m_nAlto / alto);
+    // A box seen edge on both ways has no size to fit.
+    if (!std::isfinite(zoom) || zoom <= 0.0) return true;
+    m_dZoom = zoom;
+    glMatrixMode(GL_PROJECTION);
+    const GLdouble escala[16] = {zoom, 0, 0, 0, 0, zoom, 0, 0, 0, 0, zoom, 0, 0, 0, 0, 1};
+    glMultMatrixd(escala);
+    return true;
+}
+
+// Moves the eye along the view until the whole box is seen.
+bool CGL::AjustaPerspectiva(const CMaximas<double>& cajaGL) {
+    if (EsEsferica()) return true;  // the eye stays
+    double radio = 0;
+    const CCoor3D<double> vista = m_Camara.View();
+    for (const CCoor3D<double>& esquina : EsquinasCaja(cajaGL))
+        radio = std::max(radio, vista.Distancia(esquina, 1));
+    // The whole angle, not half of it: the model keeps some margin.
+    const double distancia = 2.0 * radio / std::tan(ARadianes(m_fAnguloVista));
+    const CCoor3D<double> e = m_Camara.Position() - vista;
+    const CCoor3D<double> ojo = e * distancia;
+    m_Camara.PositionCamera(ojo, ojo - e, m_Camara.UpVector());
+    m_Camara.Look();
+    return true;
+}
+
+void CGL::OnZoomExtension() {
+    CMaximas<double> m;
+    GetMaximas(m);
+    ZoomExtension(m);
+}
+
+void CGL::OnZoomExtensionObjeto() {
+    CMaximas<double> m;
+    if (GetMaximasObjeto(m) != 0) ZoomExtension(m);
+}
+
+void CGL::OnZoomExtensionReferencia() {
+    CMaximas<double> m;
+    if (GetMaximasReferencia(m, -1) != 0) ZoomExtension(m);
+}
+
+void CGL::OnZoomExtensionSeleccion() {
+    CMaximas<double> m;
+    if (GetMaximasSeleccion(m) != 0) ZoomExtension(m);
+}
+
+double CGL::GetZoom() const {
+    return EsOrtografica() ? m_dZoom : 1.0;
+}
+
+void CGL::SetZoom(double zoom) {
+    if (!EsOrtografica()) return;
+    if (EscalaProyeccion(zoom / m_dZoom, 1.0)) m_dZoom = zoom;
+}
+
+void CGL::SetAngulos(double x, double y, double z) {
+    m_Camara.SetAngulos(x, y, z);
+}
+
+void CGL::SetAnguloX(double grados, int bVista) {
+    SumaAnguloX(grados - GetAnguloX(), bVista, nullptr);
+}
+
+void CGL::SetAnguloY(double grados, int bVista) {
+    SumaAnguloY(grados - GetAnguloY(), bVista, nullptr);
+}
+
+void CGL::SetAnguloZ(double grados, int bVista) {
+    SumaAnguloZ(grados - GetAnguloZ(), bVista, nullptr);
+}
+
+void CGL::SumaAnguloX(double grados, int bVista, CCoor3D<double>* pivote) {
+    GiraVista(grados, (m_Camara.View() - m_Camara.Position()) * m_Camara.UpVector(), bVista, pivote);
+}
+
+void CGL::SumaAnguloY(double grados, int bVista, CCoor3D<double>* pivote) {
+    GiraVista(grados, m_Camara.View() - m_Camara.Position(), bVista, pivote);
+}
+
+void CGL::SumaAnguloZ(double grados, int bVista, CCoor3D<double>* pivote) {
+    GiraVista(grados, m_Camara.UpVector(), bVista, pivote);
+}
+
+// Turns the view through the modelview matrix that the last frame left, so that the result is what the user sees turn,
+// and reads the camera back. The pivot is brought back to where it was.
+void CGL::GiraVista(double grados, CCoor3D<double> eje, int bVista, const CCoor3D<double>* pivote) {
+    if (EsEsferica()) {
+        pivote = nullptr;
+        bVista = 0;
+    }
+    const auto fijo = [&] { return bVista != 0 ? m_Camara.View() : m_Camara.Position(); };
+    CPoint pixel;
+    double z = 0;
+    if (pivote != nullptr) TerrenoAPantalla(pixel, *pivote, &z, true);
+    const CCoor3D<double> antes = pivote != nullptr ? *pivote : fijo();
+    eje.Normaliza();
+    if (!MakeCurrent(nullptr)) return;
+    glMatrixMode(GL_MODELVIEW);
+    if (HayErrorGL()) return;
+    glRotated(-grados, eje.x, eje.y, eje.z);
+    CalculaCamaraDesdeMatrices();
+    CCoor3D<double> despues = fijo();
+    if (pivote != nullptr) PantallaATerreno(pixel, despues, true, false, false);
+    if (!MakeCurrent(nullptr)) return;
+    glMatrixMode(GL_MODELVIEW);
+    const CCoor3D<double> d = despues - antes;
+    glTranslated(d.x, d.y, d.z);
+    CalculaCamaraDesdeMatrices();
+    wglMakeCurrent(nullptr, nullptr);
+}
+
+void CGL::AumentaAnguloX(int bVista, CCoor3D<double>* pivote) {
+    SumaAnguloX(m_Data.m_nPasoAngulo, bVista, pivote);
+}
+
+void CGL::AumentaAnguloY(int bVista, CCoor3D<double>* pivote) {
+    SumaAnguloY(m_Data.m_nPasoAngulo, bVista, pivote);
+}
+
+void CGL::AumentaAnguloZ(int bVista, CCoor3D<double>* pivote) {
+    SumaAnguloZ(m_Data.m_nPasoAngulo, bVista, pivote);
+}
+
+void CGL::ReduceAnguloX(int bVista, CCoor3D<double>* pivote) {
+    SumaAnguloX(-m_Data.m_nPasoAngulo, bVista, pivote);
+}
+
+void CGL::ReduceAnguloY(int bVista, CCoor3D<double>* pivote) {
+    SumaAnguloY(-m_Data.m_nPasoAngulo, bVista, pivote);
+}
+
+void CGL::ReduceAnguloZ(int bVista, CCoor3D<double>* pivote) {
+    SumaAnguloZ(-m_Data.m_nPasoAngulo, bVista, pivote);
+}
+
+void CGL::AumentaXTrans() {
+    DesplazaX(1);
+}
+
+void CGL::ReduceXTrans() {
+    DesplazaX(-1);
+}
+
+void CGL::AumentaZTrans() {
+    DesplazaZ(1);
+}
+
+void CGL::ReduceZTrans() {
+    DesplazaZ(-1);
+}
+
+// GL points of the window's middle and of the pixel (dx, dy) beside it.
+bool CGL::PuntosPaso(int dx, int dy, CCoor3D<double>& a, CCoor3D<double>& b) {
+    if (!MakeCurrent(nullptr)) return false;
+    GLint viewport[4] = {};
+    glGetIntegerv(GL_VIEWPORT, viewport);
+    if (HayErrorGL()) return false;
+    wglMakeCurrent(nullptr, nullptr);
+    const CPoint centro(viewport[2] / 2, viewport[3] / 2);
+    return PantallaATerreno(centro, a, true, false, false) != 0 &&
+           PantallaATerreno(CPoint(centro.x + dx, centro.y + dy), b, true, false, false) != 0;
+}
+
+void CGL::DesplazaX(int sentido) {
+    CCoor3D<double> a, b;
+    const bool hallados = PuntosPaso(sentido * m_Data.m_nPasoTrans, 0, a, b);
+    if (EsEsferica()) return;
+    if (hallados)
+        m_Camara.SumaTrans(b - a);
+    else
+        m_Camara.SumaXTrans(sentido * m_Data.m_nPasoTrans * m_dFactorPantalla);
+}
+
+void CGL::DesplazaZ(int sentido) {
+    CCoor3D<double> a, b;
+    const bool hallados = PuntosPaso(0, -sentido * m_Data.m_nPasoTrans, a, b);
+    if (EsEsferica()) return;
+    if (hallados)
+        m_Camara.SumaTrans(b - a);
+    else
+        m_Camara.SumaZTrans(sentido * m_Data.m_nPasoTrans * m_dFactorPantalla + m_Camara.View().z);
+}
+
+void CGL::SumaXTrans(double d) {
+    if (!EsEsferica()) m_Camara.SumaXTrans(d);
+}
+
+void CGL::SumaYTrans(double d) {
+    if (!EsEsferica()) m_Camara.SumaYTrans(d);
+}
+
+void CGL::SumaZTrans(double d) {
+    if (!EsEsferica()) m_Camara.SumaZTrans(d);
+}
+
+void CGL::SumaTrans(const CCoor3D<double>& d) {
+    if (!EsEsferica()) m_Camara.SumaTrans(d);
+}
+
+void CGL::CompruebaCotaCamara() {
+    if (EsEsferica()) return;
+    if (!MakeCurrent(nullptr)) return;
+    MatricesGL matrices;
+    CCoor3D<double> ventana, c;
+    if (!matrices.Lee() || !matrices.Proyecta(m_Camara.View(), ventana)) return;
+    wglMakeCurrent(nullptr, nullptr);
+    const CPoint pt(static_cast<int>(ventana.x), matrices.viewport[3] - static_cast<int>(ventana.y));
+    if (PantallaATerreno(pt, c, true, false, false) != 0)
+        m_Camara.PositionCamera(m_Camara.Position(), c, m_Camara.UpVector());
+}
+
+void CGL::DrawZoomRect(int arriba, int abajo, int izquierda, int derecha) {
+    if (!MakeCurrent(nullptr)) return;
+    glLineWidth(3.0F);
+    glDrawBuffer(GL_FRONT);
+    LapizXor lapiz;
+    MatricesGL matrices;
+    if (!matrices.Lee()) return;
+    glDisable(GL_LIGHTING);
+    if (HayErrorGL()) return;
+    glDisable(GL_LIGHT0);
+    if (HayErrorGL()) return;
+    lapiz.Activa();
+    const float z = 1.0F - m_fPlanoCerca;
+    const int esquinas[4][2] = {{izquierda, arriba}, {derecha, arriba}, {derecha, abajo}, {izquierda, abajo}};
+    glBegin(GL_LINE_LOOP);
+    for (const auto& [x, y] : esquinas) {
+        CCoor3D<double> p;
+        if (matrices.Desproyecta(x, m_nAlto - y, z, p)) glVertex3d(p.x, p.y, p.z);
+    }
+    glEnd();
+    lapiz.Restaura();
+    wglMakeCurrent(nullptr, nullptr);
+}
+
+void CGL::DrawSelCircle(int x0, int y0, int x1, int y1) {
+    if (!MakeCurrent(nullptr)) return;
+    glLineWidth(3.0F);
+    glDrawBuffer(GL_FRONT);
+    LapizXor lapiz;
+    MatricesGL matrices;
+    if (!matrices.Lee()) return;
+    glDisable(GL_LIGHTING);
+    if (HayErrorGL()) return;
+    glDisable(GL_LIGHT0);
+    if (HayErrorGL()) return;
+    lapiz.Activa();
+    const float z = 1.0F - m_fPlanoCerca;
+    const int alto = matrices.viewport[3];
+    CCoor3D<double> centro, borde;
+    if (matrices.Desproyecta(x0, alto - y0, z, centro) && matrices.Desproyecta(x1, alto - y1, z, borde)) {
+        const double radio = centro.Distancia(borde, 1);
+        glPushMatrix();
+        glTranslated(centro.x, centro.y, centro.z);
+        glRotated(90.0, 1.0, 0.0, 0.0);
+        Cuadrica cuadrica(GLU_LINE, GLU_NONE);
+        gluDisk(cuadrica, radio, radio, 20, 1);
+        glPopMatrix();
+    }
+    lapiz.Restaura();
+    wglMakeCurrent(nullptr, nullptr);
+}

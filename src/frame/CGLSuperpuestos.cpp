@@ -1,0 +1,303 @@
+// What is drawn round a scene's model: axes, camera models, light and material, and the colour of a height. The sky is
+// in CGLCielo.cpp, marks and measures in CGLMarcas.cpp.
+
+#include <algorithm>
+#include <cmath>
+
+#include "frame/CGL.h"
+#include "frame/Cuadrica.h"
+#include "frame/ListaGL.h"
+#include "frame/MaterialGL.h"
+#include "frame/MatricesGL.h"
+
+using Vertiz::CCoor3D;
+
+namespace {
+
+constexpr GLfloat kLargoEje = 0.21F, kBaseFlecha = 0.2F;
+
+// One axis: its line, and its arrow where the caller's transformation puts it.
+template <class Coloca>
+void CompilaEje(GLfloat x, GLfloat y, GLfloat z, Coloca coloca) {
+    glColor3f(x, y, z);
+    glBegin(GL_LINE_STRIP);
+    glVertex3f(0.0F, 0.0F, 0.0F);
+    glVertex3f(x * kLargoEje, y * kLargoEje, z * kLargoEje);
+    glEnd();
+    glPushMatrix();
+    coloca();
+    Cuadrica cono(GLU_FILL, GLU_SMOOTH);
+    gluCylinder(cono, 0.025, 0.0, 0.05, 10, 10);
+    glPopMatrix();
+}
+
+// The body of a camera model. Its normals don't all point away from their faces: so the models have always been lit.
+void CompilaCuerpoCamara(double s) {
+    const double a = s * 0.25, b = 2.0 * s / 3.0;
+    const struct {
+        GLfloat nx, ny, nz;
+        double vertices[4][3];
+    } caras[] = {
+        {0, 0, 1, {{s, b, -a}, {-s, b, -a}, {-s, b, a}, {s, b, a}}},
+        {0, 0, -1, {{s, -b, a}, {-s, -b, a}, {-s, -b, -a}, {s, -b, -a}}},
+        {1, 0, 0, {{s, b, a}, {-s, b, a}, {-s, -b, a}, {s, -b, a}}},
+        {-1, 0, 0, {{s, -b, -a}, {-s, -b, -a}, {-s, b, -a}, {s, b, -a}}},
+        {0, -1, 0, {{-s, b, a}, {-s, b, -a}, {-s, -b, -a}, {-s, -b, a}}},
+        {0, 1, 0, {{s, b, -a}, {s, b, a}, {s, -b, a}, {s, -b, -a}}},
+    };
+    glBegin(GL_QUADS);
+    for (const auto& cara : caras) {
+        glNormal3f(cara.nx, cara.ny, cara.nz);
+        for (const auto& v : cara.vertices)
+            glVertex3d(v[0], v[1], v[2]);
+    }
+    glEnd();
+}
+
+void CompilaObjetivo(double s) {
+    const double r = s / 3.0;
+    glPushMatrix();
+    glTranslated(0.0, 0.0, s * 0.25);
+    glColor3f(0.0F, 0.0F, 1.0F);
+    Cuadrica tubo(GLU_FILL, GLU_SMOOTH);
+    gluCylinder(tubo, r, r, r, 10, 10);
+    glTranslated(0.0, 0.0, r);
+    Cuadrica lente(GLU_FILL, GLU_SMOOTH);
+    gluDisk(lente, 0.0, r, 10, 10);
+    glPopMatrix();
+}
+
+bool FijaLuz(GLenum luz, GLenum parametro, float x, float y, float z, float w) {
+    const GLfloat valores[4] = {x, y, z, w};
+    glLightfv(luz, parametro, valores);
+    return !HayErrorGL();
+}
+
+bool FijaMaterial(GLenum parametro, float v) {
+    const GLfloat valores[4] = {v, v, v, 0.0F};
+    glMaterialfv(GL_FRONT_AND_BACK, parametro, valores);
+    return !HayErrorGL();
+}
+
+int Sombreado(int canal, double sombra) {
+    if (sombra < 0.5) return static_cast<int>(canal * 2.0 * sombra + 0.5);
+    return static_cast<int>((255 - canal) * (2.0 * sombra - 1.0) + canal);
+}
+
+}  // namespace
+
+int ContrastaColor(COLORREF& color, COLORREF referencia) {
+    const auto canal = [](COLORREF c, int i) { return static_cast<int>(c >> (8 * i) & 0xFF); };
+    for (int i = 0; i < 3; ++i)
+        if (std::abs(canal(color, i) - canal(referencia, i)) >= 10) return 0;
+    COLORREF movido = 0;
+    for (int i = 0; i < 3; ++i) {
+        const int c = canal(color, i);
+        movido |= static_cast<COLORREF>((c + 128 + (c >= 128 ? 1 : 0)) % 256) << (8 * i);
+    }
+    color = movido;
+    return 1;
+}
+
+// Ends every list that has changed the polygon mode.
+void CGL::RestauraModo() const {
+    glPolygonMode(GL_FRONT_AND_BACK, GetTipoColorMDT() != 0 ? GL_FILL : GL_LINE);
+}
+
+int CGL::OnIniciarEjes() {
+    if (m_bEsReferencia != 0) return 1;
+    // A child's Iniciar may have let the context go.
+    if (!MakeCurrent(nullptr)) return 0;
+    if (!AbreLista(m_nListaEjes)) return 0;
+    glDisable(GL_TEXTURE_2D);
+    glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 1);
+    if (!MaterialNulo()) return 0;
+    glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+    glLineWidth(5.0F);
+    glDisable(GL_LINE_STIPPLE);
+    CompilaEje(1.0F, 0.0F, 0.0F, [] {
+        glTranslatef(kBaseFlecha, 0.0F, 0.0F);
+        glRotatef(90.0F, 0.0F, 1.0F, 0.0F);
+    });
+    CompilaEje(0.0F, 1.0F, 0.0F, [] {
+        glTranslatef(0.0F, kBaseFlecha, 0.0F);
+        glRotatef(-90.0F, 1.0F, 0.0F, 0.0F);
+    });
+    CompilaEje(0.0F, 0.0F, 1.0F, [] { glTranslatef(0.0F, 0.0F, kBaseFlecha); });
+    RestauraModo();
+    glEndList();
+    return HayErrorGL() ? 0 : 1;
+}
+
+int CGL::OnIniciarCamara() {
+    if (m_bEsReferencia != 0) return 1;
+    if (!MakeCurrent(nullptr)) return 0;
+    if (!AbreLista(m_nListaCamara)) return 0;
+    const double s = m_fSizeCamara * m_dFactor;
+    glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+    glColor3f(1.0F, 0.0F, 0.0F);
+    glDisable(GL_TEXTURE_2D);
+    CompilaCuerpoCamara(s);
+    CompilaObjetivo(s);
+    RestauraModo();
+    glEndList();
+    return HayErrorGL() ? 0 : 1;
+}
+
+int CGL::OnIniciarCamaraPanoramica() {
+    if (m_bEsReferencia != 0) return 1;
+    if (!MakeCurrent(nullptr)) return 0;
+    if (!AbreLista(m_nListaCamaraPanoramica)) return 0;
+    glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+    glDisable(GL_TEXTURE_2D);
+    glPushMatrix();
+    glTranslatef(0.0F, 0.0F, 0.0F);
+    glColor3f(0.0F, 0.0F, 1.0F);
+    Cuadrica esfera(GLU_FILL, GLU_SMOOTH);
+    gluSphere(esfera, m_fSizeCamara * m_dFactor, 10, 10);
+    glPopMatrix();
+    RestauraModo();
+    glEndList();
+    return HayErrorGL() ? 0 : 1;
+}
+
+int CGL::OnIniciarPuntosCamara() {
+    if (!MakeCurrent(nullptr)) return 0;
+    m_PuntosCamaraGL.Clear();
+    for (unsigned i = 0; i < m_PuntosCamara.NPuntos(); ++i) {
+        const CCoor3D<double>& p = m_PuntosCamara.Punto(static_cast<int>(i));
+        double x = 0, y = 0, z = 0;
+        // One point for each station whatever happens, so that the angles keep their index.
+        TerrenoAGL(p, x, y, z, 1.0, false);
+        m_PuntosCamaraGL << CCoor3D<double>(x, y, z, p.GetTipo());
+    }
+    return 1;
+}
+
+// Enters a space of the icons' own, where they keep their size and turn with the camera: identity matrices, a
+// projection, and a place in the corner or in the middle of the view. SaleEspacioIcono leaves it, also after a failure.
+bool CGL::EntraEspacioIcono(double fondo, double z) {
+    for (const GLenum modo : {GL_MODELVIEW, GL_TEXTURE, GL_PROJECTION}) {
+        glMatrixMode(modo);
+        glPushMatrix();
+        glLoadIdentity();
+    }
+    const double a = m_dAspecto;
+    if (EsOrtografica()) {
+        glOrtho(-a, a, -1.0, 1.0, -fondo, fondo);
+    } else {
+        // The height is scaled by the sign of the aspect, not by its inverse.
+        const double signo = std::abs(a) <= 1e-7 ? 0.0 : std::copysign(1.0, a);
+        glScaled(1.0 / a, signo, -1.0 / a);
+    }
+    if (GetEjes() == 1) {
+        MatricesGL matrices;
+        CCoor3D<double> esquina;
+        if (!matrices.Lee() || !matrices.Desproyecta(0.0, 0.0, 0.0, esquina)) return false;
+        glTranslated(esquina.x + 0.25, esquina.y + 0.25, z);
+    }
+    glRotated(GetAnguloY(), 0.0, 1.0, 0.0);
+    glRotated(-GetAnguloZ(), 0.0, 0.0, 1.0);
+    glRotated(-GetAnguloX(), 1.0, 0.0, 0.0);
+    return true;
+}
+
+void CGL::DibujaIcono(GLuint lista) const {
+    glMatrixMode(GL_MODELVIEW);
+    if (lista != 0) glCallList(lista);
+}
+
+int CGL::OnRenderEjes() {
+    glDisable(GL_LIGHT0);
+    glEnable(GL_LIGHT1);
+    const bool colocado = EntraEspacioIcono(2.0 * m_fPlanoFondo, m_fPlanoFondo * 1.5);
+    if (colocado) DibujaIcono(m_nListaEjes);
+    glMatrixMode(GL_TEXTURE);
+    glPopMatrix();
+    glDisable(GL_LIGHT1);
+    glEnable(GL_LIGHT0);
+    glMatrixMode(GL_PROJECTION);
+    glPopMatrix();
+    glMatrixMode(GL_MODELVIEW);
+    glPopMatrix();
+    return colocado ? 1 : 0;
+}
+
+int CGL::OnRenderCamara() {
+    bool bien = EntraEspacioIcono(m_fPlanoFondo, 0.75);
+    if (bien) bien = SetMaterial() != 0 && SetLight() != 0;
+    if (bien) {
+        if (GetLuz() != 0) {
+            glEnable(GL_LIGHTING);
+            glEnable(GL_LIGHT0);
+        }
+        glColorMaterial(GL_FRONT_AND_BACK, GL_AMBIENT_AND_DIFFUSE);
+        glEnable(GL_COLOR_MATERIAL);
+        DibujaIcono(m_nListaCamara);
+    }
+    for (const GLenum modo : {GL_TEXTURE, GL_PROJECTION, GL_MODELVIEW}) {
+        glMatrixMode(modo);
+        glPopMatrix();
+    }
+    return bien ? 1 : 0;
+}
+
+int CGL::SetLight() {
+    const int* p = m_Data.m_nLuzParam;
+    glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 1);
+    if (HayErrorGL()) return 0;
+    const float x = (50 - p[0]) / 10.0F, y = (50 - p[2]) / 10.0F, z = (p[1] - 50) / 10.0F;
+    const auto cuatro = [](GLenum luz, GLenum parametro, float v) { return FijaLuz(luz, parametro, v, v, v, v); };
+    const bool bien = FijaLuz(GL_LIGHT0, GL_POSITION, x, y, z, 1.0F) &&
+                      FijaLuz(GL_LIGHT1, GL_POSITION, x, y, z, 1.0F) &&
+                      cuatro(GL_LIGHT0, GL_AMBIENT, (p[3] - 50) / 50.0F) && cuatro(GL_LIGHT1, GL_AMBIENT, 0.5F) &&
+                      cuatro(GL_LIGHT0, GL_DIFFUSE, (p[4] - 50) / 50.0F) && cuatro(GL_LIGHT1, GL_DIFFUSE, 1.0F) &&
+                      cuatro(GL_LIGHT0, GL_SPECULAR, (p[5] - 50) / 50.0F) && cuatro(GL_LIGHT1, GL_SPECULAR, 1.0F);
+    return bien ? 1 : 0;
+}
+
+int CGL::SetMaterial() {
+    const int* p = m_Data.m_nLuzParam;
+    glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 1);
+    if (HayErrorGL()) return 0;
+    if (!FijaMaterial(GL_AMBIENT, (p[6] - 50) / 50.0F) || !FijaMaterial(GL_DIFFUSE, (p[7] - 50) / 50.0F) ||
+        !FijaMaterial(GL_SPECULAR, (p[8] - 50) / 50.0F))
+        return 0;
+    glMaterialf(GL_FRONT_AND_BACK, GL_SHININESS, static_cast<GLfloat>(p[9]) * 5.0F / 100.0F);
+    if (HayErrorGL()) return 0;
+    return FijaMaterial(GL_EMISSION, static_cast<float>(p[10]) / 100.0F) ? 1 : 0;
+}
+
+int CGL::SetBkColor() {
+    if (!MakeCurrent(nullptr)) return 0;
+    const auto fondo = static_cast<COLORREF>(m_Data.m_nColorFondo);
+    glClearColor(GetRValue(fondo) / 255.0F, GetGValue(fondo) / 255.0F, GetBValue(fondo) / 255.0F, 0.0F);
+    if (HayErrorGL()) return 0;
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    if (HayErrorGL()) return 0;
+    return wglMakeCurrent(nullptr, nullptr) ? 1 : 0;
+}
+
+void CGL::glColorTintaHipsometrica(double z, bool bInterpolar, double sombra) const {
+    const std::vector<Vertiz::CColorCota>& paradas = m_Data.m_GamaColor.Paradas();
+    int canales[3] = {0, 0, 0};
+    // The first stop above z, from the second on: at and above the last stop there is none, and the colour is black.
+    const auto alta = paradas.size() < 2
+                          ? paradas.end()
+                          : std::upper_bound(paradas.begin() + 1, paradas.end(), z,
+                                             [](double cota, const auto& p) { return cota < p.m_dCota; });
+    if (alta != paradas.end()) {
+        const Vertiz::CColorCota& a = *(alta - 1);
+        const Vertiz::CColorCota& b = *alta;
+        const int bajos[3] = {a.m_nRojo, a.m_nVerde, a.m_nAzul}, altos[3] = {b.m_nRojo, b.m_nVerde, b.m_nAzul};
+        const double t = bInterpolar ? (z - a.m_dCota) / (b.m_dCota - a.m_dCota) : 0.0;
+        for (int i = 0; i < 3; ++i)
+            canales[i] = bInterpolar ? static_cast<int>((altos[i] - bajos[i]) * t + 0.5 + bajos[i]) : bajos[i];
+    }
+    if (sombra >= 0.0)
+        for (int& canal : canales)
+            canal = Sombreado(canal, sombra);
+    // Channels are not clamped: below the first stop they wrap.
+    glColor3f(static_cast<float>(canales[0] & 0xFF) / 255.0F, static_cast<float>(canales[1] & 0xFF) / 255.0F,
+              static_cast<float>(canales[2] & 0xFF) / 255.0F);
+}

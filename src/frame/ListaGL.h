@@ -1,0 +1,19 @@
+#pragma once
+// Display lists kept in a field: 0 means none.
+
+#include "platform/OpenGL.h"
+
+/// Deletes a list, if there is one, and zeroes its id.
+inline void BorraLista(GLuint& lista) {
+    if (lista != 0) glDeleteLists(lista, 1);
+    lista = 0;
+}
+
+/// Takes a new list in place of the old one and opens it for compiling. @return false on a GL error
+[[nodiscard]] inline bool AbreLista(GLuint& lista) {
+    BorraLista(lista);
+    if (HayErrorGL()) return false;
+    lista = glGenLists(1);
+    glNewList(lista, GL_COMPILE);
+    return !HayErrorGL();
+}

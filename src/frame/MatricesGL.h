@@ -1,0 +1,32 @@
+#pragma once
+// The viewport and the two matrices of the current context, and the projections through them.
+
+#include "model/CCoor.h"
+#include "platform/OpenGL.h"
+
+/// What GLU needs to go between GL space and window coordinates.
+struct MatricesGL {
+    GLint viewport[4] = {};
+    GLdouble modelview[16] = {};
+    GLdouble proyeccion[16] = {};
+
+    /// Reads all three. @return false on a GL error
+    [[nodiscard]] bool Lee() {
+        glGetIntegerv(GL_VIEWPORT, viewport);
+        if (HayErrorGL()) return false;
+        glGetDoublev(GL_MODELVIEW_MATRIX, modelview);
+        if (HayErrorGL()) return false;
+        glGetDoublev(GL_PROJECTION_MATRIX, proyeccion);
+        return !HayErrorGL();
+    }
+
+    /// GL space to window coordinates: x and y in pixels with y upwards, z the depth from 0 to 1.
+    [[nodiscard]] bool Proyecta(const Vertiz::CCoor3D<double>& p, Vertiz::CCoor3D<double>& ventana) const {
+        return gluProject(p.x, p.y, p.z, modelview, proyeccion, viewport, &ventana.x, &ventana.y, &ventana.z) ==
+               GL_TRUE;
+    }
+    /// And back.
+    [[nodiscard]] bool Desproyecta(double x, double y, double z, Vertiz::CCoor3D<double>& p) const {
+        return gluUnProject(x, y, z, modelview, proyeccion, viewport, &p.x, &p.y, &p.z) == GL_TRUE;
+    }
+};

@@ -1,0 +1,275 @@
+#include "frame/CCamera.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <limits>
+#include <numbers>
+#include <random>
+
+namespace {
+
+using Punto = CCamera::Punto;
+
+constexpr double kRad = std::numbers::pi / 180.0;
+
+void EsperaPunto(const Punto& obtenido, double x, double y, double z, double tolerancia = 1e-12) {
+    EXPECT_NEAR(obtenido.x, x, tolerancia);
+    EXPECT_NEAR(obtenido.y, y, tolerancia);
+    EXPECT_NEAR(obtenido.z, z, tolerancia);
+}
+
+// Difference of two angles in degrees, the short way round.
+double Diferencia(double a, double b) {
+    return std::remainder(a - b, 360.0);
+}
+
+void EsperaAngulos(const CCamera& camara, double x, double y, double z, double tolerancia = 1e-6) {
+    EXPECT_NEAR(Diferencia(camara.GetAnguloX(), x), 0.0, tolerancia);
+    EXPECT_NEAR(Diferencia(camara.GetAnguloY(), y), 0.0, tolerancia);
+    EXPECT_NEAR(Diferencia(camara.GetAnguloZ(), z), 0.0, tolerancia);
+}
+
+// The camera that every scene starts with: straight down, north up.
+CCamera Cenital() {
+    CCamera camara;
+    camara.PositionCamera({0, 1, 0, 0}, {0, 0, 0, 0}, {0, 0, -1, 0});
+    return camara;
+}
+
+}  // namespace
+
+TEST(CCamera, ANewCameraHasItsStartValuesTheOddRightVectorIncluded) {
+    const CCamera camara;
+    EsperaPunto(camara.Position(), 0, 0, 0, 0);
+    EsperaPunto(camara.View(), 0, 1, 0, 0);
+    EsperaPunto(camara.GetTrans(), 0, 1, 0, 0);
+    EsperaPunto(camara.ViewVector(), 0, 1, 0, 0);
+    EsperaPunto(camara.UpVector(), 0, 0, 1, 0);
+    EsperaPunto(camara.RightVector(), 1, 0, 1, 0);
+    EsperaPunto(camara.Strafe(), 0, 0, 0, 0);
+    EXPECT_EQ(camara.GetPitch(), 0.0);
+    EXPECT_EQ(camara.GetYaw(), 0.0);
+}
+
+TEST(CCamera, StraightDownIsAnglesZero) {
+    const CCamera camara = Cenital();
+    EXPECT_EQ(camara.GetAnguloX(), 0.0);
+    EXPECT_EQ(camara.GetAnguloY(), 0.0);
+    EXPECT_EQ(camara.GetAnguloZ(), 0.0);
+}
+
+TEST(CCamera, AnglesCarryTheReferenceDirectionsToTheVectors) {
+    // R = Rx(x) Ry(z) Rz(y) carries (0, -1, 0) to the view and (0, 0, -1) to up.
+    const double x = 25 * kRad, y = 40 * kRad, z = 10 * kRad;
+    const Punto vista(std::cos(z) * std::sin(y), -(std::cos(x) * std::cos(y) - std::sin(x) * std::sin(z) * std::sin(y)),
+                      -(std::sin(x) * std::cos(y) + std::cos(x) * std::sin(z) * std::sin(y)), 0);
+    const Punto arriba(-std::sin(z), std::sin(x) * std::cos(z), -std::cos(x) * std::cos(z), 0);
+    CCamera camara = Cenital();
+    camara.PositionCamera({0, 0, 0, 0}, vista, arriba);
+    EsperaAngulos(camara, 25, 40, 10);
+}
+
+TEST(CCamera, TiltAndTurnLeaveTheEyeWhereItWasForBothFlags) {
+    for (const int flag : {0, 1}) {
+        CCamera camara;
+        camara.PositionCamera({1, 2, 3, 0}, {1.5, 1.2, 2.5, 0}, {0, 1, 0.1, 0});
+        camara.SumaAnguloX(17, flag, nullptr);
+        EsperaPunto(camara.Position(), 1, 2, 3, 0);
+        camara.SumaAnguloY(-23, flag, nullptr);
+        EsperaPunto(camara.Position(), 1, 2, 3, 0);
+        const Punto ref(0.3, 0.2, 0.1, 0);
+        camara.SumaAnguloX(5, flag, &ref);
+        camara.SumaAnguloY(5, flag, &ref);
+        EsperaPunto(camara.Position(), 1, 2, 3, 0);
+    }
+}
+
+TEST(CCamera, TurningKeepsTheDistanceToTheTarget) {
+    CCamera camara;
+    camara.PositionCamera({1, 2, 3, 0}, {1.5, 1.2, 2.5, 0}, {0, 1, 0, 0});
+    const double antes = camara.Position().Distancia(camara.View(), 1);
+    camara.SumaAnguloX(17, 1, nullptr);
+    camara.SumaAnguloY(31, 0, nullptr);
+    camara.SumaAnguloZ(-12, 1, nullptr);
+    EXPECT_NEAR(camara.Position().Distancia(camara.View(), 1), antes, 1e-12);
+}
+
+TEST(CCamera, AReferencePointIsAddedToTheAxisAsItStands) {
+    CCamera camara;
+    camara.PositionCamera({0, 0, 0, 0}, {0, 0, -1, 0}, {0, 1, 0, 0});
+    const Punto ref(0, 0, -1, 0);  // with the up axis (0, 1, 0) the turn goes round (0, 1, -1)
+    Punto esperado = Punto(0, 0, -1, 0).Rotar(-90 * kRad, Punto(0, 1, -1, 0));
+    camara.SumaAnguloY(90, 1, &ref);
+    EsperaPunto(camara.View(), esperado.x, esperado.y, esperado.z);
+}
+
+TEST(CCamera, RollTurnsUpAndLeavesTheViewDirection) {
+    CCamera camara;
+    camara.PositionCamera({0, 0, 0, 0}, {0, 0, -1, 0}, {0, 1, 0, 0});
+    camara.SumaAnguloZ(90, 0, nullptr);
+    EsperaPunto(camara.View(), 0, 0, -1);
+    EsperaPunto(camara.UpVector(), -1, 0, 0);  // -90 degrees round (0, 0, -1)
+}
+
+TEST(CCamera, WantedAnglesAreTakenModulo360) {
+    CCamera camara = Cenital();
+    camara.SetAngulos(370, -10, 0);
+    EsperaAngulos(camara, 10, 350, 0, 1e-5);
+}
+
+TEST(CCamera, WalksToManyWantedAngles) {
+    std::mt19937 azar(7);
+    std::uniform_real_distribution<double> inclinacion(-80, 80), giro(0, 360), alabeo(-60, 60);
+    for (int i = 0; i < 30; ++i) {
+        const double x = inclinacion(azar), y = giro(azar), z = alabeo(azar);
+        CCamera camara = Cenital();
+        camara.SetAngulos(x, y, z);
+        EsperaAngulos(camara, x, y, z, 1e-4);
+    }
+}
+
+TEST(CCamera, AnglesThatAreNotNumbersChangeNothing) {
+    CCamera camara = Cenital();
+    camara.SetAngulos(std::numeric_limits<double>::quiet_NaN(), 0, std::numeric_limits<double>::infinity());
+    EsperaPunto(camara.View(), 0, 0, 0, 0);
+    EsperaAngulos(camara, 0, 0, 0, 0);
+}
+
+TEST(CCamera, NoStoredAngleReaches360) {
+    std::mt19937 azar(11);
+    std::normal_distribution<double> normal;
+    for (int i = 0; i < 500; ++i) {
+        CCamera camara;
+        camara.PositionCamera({0, 0, 0, 0}, {normal(azar), normal(azar), normal(azar), 0},
+                              {normal(azar), normal(azar), normal(azar), 0});
+        for (const double angulo : {camara.GetAnguloX(), camara.GetAnguloY(), camara.GetAnguloZ()}) {
+            EXPECT_GE(angulo, 0.0);
+            EXPECT_LT(angulo, 360.0);
+        }
+    }
+}
+
+TEST(CCamera, ACameraThatLooksNowhereKeepsItsAnglesOrStaysFinite) {
+    CCamera camara = Cenital();
+    camara.PositionCamera({1, 1, 1, 0}, {1, 1, 1, 0}, {0, 0, 0, 0});
+    for (const double angulo : {camara.GetAnguloX(), camara.GetAnguloY(), camara.GetAnguloZ()})
+        EXPECT_TRUE(std::isfinite(angulo));
+    const double nan = std::numeric_limits<double>::quiet_NaN();
+    const double antes = camara.GetAnguloX();
+    camara.PositionCamera({nan, 0, 0, 0}, {0, 0, 0, 0}, {0, 0, -1, 0});
+    EXPECT_FALSE(camara.CalculaAngulos());
+    EXPECT_EQ(camara.GetAnguloX(), antes);
+}
+
+TEST(CCamera, YawAndPitchGiveTheVectors) {
+    CCamera camara;
+    camara.SetYaw(90);
+    EsperaPunto(camara.ViewVector(), -1, 0, 0, 1e-6);
+    EsperaPunto(camara.View(), -1, 0, 0, 1e-6);
+    EsperaPunto(camara.UpVector(), 0, 1, 0, 1e-6);
+    EsperaPunto(camara.RightVector(), 0, 0, -1, 1e-6);
+    camara.SetPitch(90);  // the pitch stands on the left of the product: it turns the yawed vectors round x
+    EsperaPunto(camara.ViewVector(), -1, 0, 0, 1e-6);
+    EsperaPunto(camara.UpVector(), 0, 0, 1, 1e-6);
+    EsperaPunto(camara.RightVector(), 0, 1, 0, 1e-6);
+    EXPECT_EQ(camara.GetPitch(), 90.0);
+    EXPECT_EQ(camara.GetYaw(), 90.0);
+}
+
+TEST(CCamera, TheEyeKeepsItsOffsetFromANewTarget) {
+    CCamera camara = Cenital();
+    camara.SetTrans({5, 6, 7, 0});
+    EsperaPunto(camara.Position(), 5, 7, 7);
+    EsperaPunto(camara.View(), 5, 6, 7);
+}
+
+TEST(CCamera, DisplacingTheEyePutsTheTargetAlongTheViewVector) {
+    CCamera camara;
+    camara.DesplazaCamara({1, 2, 3, 0});
+    EsperaPunto(camara.Position(), 1, 2, 3);
+    EsperaPunto(camara.View(), 1, 3, 3);
+}
+
+TEST(CCamera, StrafingIgnoresHeight) {
+    CCamera camara;
+    camara.PositionCamera({0, 0, 0, 0}, {0, 0, -1, 0}, {1, 1, 0, 0});  // rolled: the right axis has a height
+    camara.StrafeCamera(2);
+    EXPECT_NE(camara.Strafe().y, 0.0);
+    EsperaPunto(camara.Position(), 2 * camara.Strafe().x, 0, 2 * camara.Strafe().z);
+    EsperaPunto(camara.View(), 2 * camara.Strafe().x, 0, -1 + 2 * camara.Strafe().z);
+}
+
+TEST(CCamera, SidewaysByXMovesExactlyThatMuch) {
+    CCamera camara;
+    camara.PositionCamera({0, 0, 0, 0}, {0.5, 0, -1, 0}, {0, 1, 0, 0});
+    camara.SumaXTrans(3);
+    EXPECT_NEAR(camara.Position().x, 3, 1e-12);
+}
+
+TEST(CCamera, AViewWithoutLeftAndRightIgnoresSidewaysByX) {
+    CCamera camara;
+    camara.PositionCamera({0, 0, 0, 0}, {1, 0, 0, 0}, {0, 1, 0, 0});  // looks along x: right is z
+    camara.SumaXTrans(3);
+    EsperaPunto(camara.Position(), 0, 0, 0, 0);
+    EsperaPunto(camara.View(), 1, 0, 0, 0);
+}
+
+TEST(CCamera, AdvanceByYMovesExactlyThatMuchAndALevelViewIgnoresIt) {
+    CCamera camara;
+    camara.PositionCamera({0, 0, 0, 0}, {1, 1, 0, 0}, {0, 1, 0, 0});
+    camara.SumaYTrans(2);
+    EXPECT_NEAR(camara.Position().y, 2, 1e-12);
+    EXPECT_NEAR(camara.Position().x, 2, 1e-12);
+    camara.PositionCamera({0, 0, 0, 0}, {1, 0, 0, 0}, {0, 1, 0, 0});
+    camara.SumaYTrans(2);
+    EsperaPunto(camara.Position(), 0, 0, 0, 0);
+}
+
+TEST(CCamera, MovingTheCameraGoesAlongTheView) {
+    CCamera camara = Cenital();
+    camara.MoveCamera(0.25);
+    EsperaPunto(camara.Position(), 0, 0.75, 0);
+    EsperaPunto(camara.View(), 0, -0.25, 0);
+}
+
+TEST(CCamera, HeightMovesAlongTheTurnedUpVector) {
+    CCamera camara = Cenital();
+    camara.StrafeCamera2(2, 0, 0);
+    EsperaPunto(camara.Strafe(), 0, 0, -1);
+    EsperaPunto(camara.Position(), 0, 1, -2);
+    camara = Cenital();
+    camara.SumaZTrans(0.5);  // angles 0: moves by eye z - 0.5 along up
+    EsperaPunto(camara.Position(), 0, 1, 0.5);
+}
+
+TEST(CCamera, AxesOfAnglesFollowTheOrderOfRotation) {
+    // With one angle alone all orders are the same rotation of one axis.
+    for (int orden = 1; orden <= 6; ++orden) {
+        double m[16];
+        CCamera camara;
+        camara.AnglesToAxes({0, 30, 0, 0}, m, orden);
+        const double esperado[16] = {std::cos(30 * kRad),  0, std::sin(30 * kRad), 0, 0, 1, 0, 0,
+                                     -std::sin(30 * kRad), 0, std::cos(30 * kRad), 0, 0, 0, 0, 1};
+        for (int i = 0; i < 16; ++i)
+            EXPECT_NEAR(m[i], esperado[i], 1e-15) << "order " << orden << ", element " << i;
+    }
+}
+
+TEST(CCamera, AxesOfAnglesAreARotationInEveryOrderAndAreWrittenToTheCamera) {
+    for (int orden = 1; orden <= 6; ++orden) {
+        double m[16];
+        CCamera camara;
+        camara.AnglesToAxes({20, 30, 40, 0}, m, orden);
+        const Punto izquierda(m[0], m[4], m[8], 0), arriba(m[1], m[5], m[9], 0), frente(m[2], m[6], m[10], 0);
+        EsperaPunto(izquierda * arriba, frente.x, frente.y, frente.z, 1e-12);
+        EXPECT_NEAR(izquierda.Distancia(Punto(0, 0, 0, 0), 1), 1.0, 1e-12) << "order " << orden;
+        EsperaPunto(camara.UpVector(), arriba.x, arriba.y, arriba.z, 0);
+        EsperaPunto(camara.View(), frente.x, frente.y, frente.z, 0);
+    }
+    double m[16];
+    CCamera camara;
+    camara.AnglesToAxes({20, 30, 40, 0}, m, 1);
+    EXPECT_NEAR(m[1], -std::sin(40 * kRad), 1e-15);
+    EXPECT_NEAR(m[2], std::cos(40 * kRad) * std::sin(30 * kRad), 1e-15);
+}

@@ -1,0 +1,81 @@
+#include "frame/CDataGL.h"
+
+#include <gtest/gtest.h>
+
+TEST(CDataGL, NewSettingsHaveTheirDefaults) {
+    const CDataGL d;
+    const int luz[11] = {0, 0, 100, 59, 100, 46, 59, 100, 0, 100, 0};
+    for (int i = 0; i < 11; ++i)
+        EXPECT_EQ(d.m_nLuzParam[i], luz[i]) << i;
+    EXPECT_EQ(d.m_nColorFondo, 0xFEF1E0);
+    EXPECT_EQ(d.m_nColorDEM, 0x62C5DD);
+    EXPECT_EQ(d.m_nColorNada, 0xFF0000);
+    EXPECT_EQ(d.m_nQuad, 2U);
+    EXPECT_EQ(d.m_nModoRelleno, 1U);
+    EXPECT_EQ(d.m_nTipoLIDAR, ColorIntensidad);
+    EXPECT_EQ(d.m_bOrto, 1);
+    EXPECT_EQ(d.m_nEjes, 1U);
+    EXPECT_EQ(d.m_bRelleno, 0);
+    EXPECT_EQ(d.m_bLuz, 1);
+    EXPECT_EQ(d.m_nPasoTrans, 10);
+    EXPECT_EQ(d.m_nPasoAngulo, 5);
+    EXPECT_EQ(d.m_nAlfaSuperficie, 20);
+    EXPECT_EQ(d.m_nAlfaImagen, 50);
+    EXPECT_EQ(d.m_nMaxPuntosTrazados, 10000);
+    EXPECT_DOUBLE_EQ(d.GetFactorVelocidad(), 1.0);
+}
+
+TEST(CDataGL, ASlowerSpeedNeverTakesTheStepsBelowOne) {
+    CDataGL d;
+    d.m_nPasoTrans = d.m_nPasoAngulo = 1;
+    d.ReduceVelocidad();
+    EXPECT_EQ(d.m_nPasoTrans, 1);
+    EXPECT_EQ(d.m_nPasoAngulo, 1);
+    EXPECT_FLOAT_EQ(d.m_fVelocidad, 0.0625F);
+}
+
+TEST(CDataGL, StepsAreTruncatedSoThatReducingAndIncreasingNeedNotCancelOut) {
+    CDataGL d;
+    d.ReduceVelocidad();
+    EXPECT_EQ(d.m_nPasoAngulo, 2);
+    d.AumentaVelocidad();
+    EXPECT_EQ(d.m_nPasoAngulo, 4);
+    EXPECT_EQ(d.m_nPasoTrans, 10);
+    EXPECT_FLOAT_EQ(d.m_fVelocidad, 0.125F);
+}
+
+TEST(CDataGL, TheSpeedFactorLeavesTheSteps) {
+    CDataGL d;
+    d.SetFactorVelocidad(2.0);
+    EXPECT_FLOAT_EQ(d.m_fVelocidad, 0.25F);
+    EXPECT_DOUBLE_EQ(d.GetFactorVelocidad(), 2.0);
+    EXPECT_EQ(d.m_nPasoTrans, 10);
+}
+
+TEST(CDataGL, ComparisonLeavesOutLightPointSizeSpeedStepsAndOwnExtent) {
+    const CDataGL base;
+    CDataGL d = base;
+    d.m_nLuzParam[4] = 1;
+    d.m_nGrosorPuntos = 7;
+    d.m_fVelocidad = 3.0F;
+    d.m_nPasoTrans = 3;
+    d.m_nPasoAngulo = 3;
+    d.m_bMaximasObjeto = 0;
+    EXPECT_TRUE(d == base);
+}
+
+TEST(CDataGL, ComparisonSeesEveryOtherSetting) {
+    const CDataGL base;
+    const auto difiere = [&](auto cambia) {
+        CDataGL d = base;
+        cambia(d);
+        return !(d == base);
+    };
+    EXPECT_TRUE(difiere([](CDataGL& d) { d.m_nColorFondo = 1; }));
+    EXPECT_TRUE(difiere([](CDataGL& d) { d.m_nQuad = 1; }));
+    EXPECT_TRUE(difiere([](CDataGL& d) { d.m_nModoRelleno = 2; }));
+    EXPECT_TRUE(difiere([](CDataGL& d) { d.m_SzImagenFondo = L"cielo.jpg"; }));
+    EXPECT_TRUE(difiere([](CDataGL& d) { d.m_bMarcasFoto = 1; }));
+    EXPECT_TRUE(difiere([](CDataGL& d) { d.m_nMaxPuntosTrazados = 1; }));
+    EXPECT_TRUE(difiere([](CDataGL& d) { d.m_VerObjetosMDT.resize(1); }));
+}
