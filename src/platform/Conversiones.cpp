@@ -3,6 +3,7 @@
 #include <iconv.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdint>
 
 namespace {

@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cerrno>
 #include <cstdio>
@@ -15,6 +16,7 @@
 #include "platform/Errores.h"
 #include "platform/Ficheros.h"
 
+#define SI_IMPLEMENTATION  // the templates' bodies, too
 #define SI_NO_CONVERSION
 #include <SimpleIni.h>
 
