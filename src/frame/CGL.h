@@ -49,7 +49,7 @@
 #include <vector>
 
 #include "frame/CCamera.h"
-#include "frame/CDataGL.h"
+#include "frame/CGLAjustes.h"
 #include "model/CCoor.h"
 #include "model/CDataSemilla.h"
 #include "model/CDataTransformacion.h"
@@ -59,6 +59,7 @@
 #include "model/CMaximas.h"
 #include "model/CPosicionEntidad.h"
 #include "model/CTexto.h"
+#include "platform/CBitmap.h"
 #include "platform/CPalette.h"
 #include "platform/CPoint.h"
 #include "platform/CString.h"
@@ -81,7 +82,7 @@ class IRaster;
 LUMBRA_API int ContrastaColor(COLORREF& color, COLORREF referencia);
 
 /// The base of all scenes; see the top of this file for its life and its hooks.
-class LUMBRA_API CGL {
+class LUMBRA_API CGL : public CGLAjustes {
   public:
     CGL();
     /// A copy shares the context, the lists and the children of the other scene, and has shared contexts and a depth
@@ -123,11 +124,11 @@ class LUMBRA_API CGL {
 
     // ---- Virtual operations: model ---------------------------------------------------------------------------------
     /// Gives a terrain point the height of the model under it. @return false when there is none
-    virtual bool Proyecta(Vertiz::CCoor3D<double>& p) const;
+    virtual bool Proyecta(Vertiz::CCoor3D<double>&) const { return false; }
     /// Finds the terrain point under a pixel.
     /// @return 0.0 when it lies in the model's box, 2147483647.0 otherwise; c may then hold a point of a child
     virtual double BuscaCotaProxima(const CPoint& pt, Vertiz::CCoor3D<double>& c, bool bBuscarPunto);
-    virtual void InsertaUltimaEntidadVista(unsigned entidad);
+    virtual void InsertaUltimaEntidadVista(unsigned) {}
     /// The seed of the model: decimals of its integers, offset of its coordinates.
     virtual const Vertiz::CDataSemilla& DameSemilla() const = 0;
     virtual bool HayTexturas() const { return false; }
@@ -160,7 +161,7 @@ class LUMBRA_API CGL {
     virtual unsigned OnSeleccionVentana(Vertiz::CLinea<int>& linea, int modo, int bReferencias, int bVinculos,
                                         short tipo, bool b1, bool b2);
     virtual unsigned OnSeleccionVentana(int x0, int y0, int x1, int y1, int modo, int bReferencias, int bVinculos);
-    virtual unsigned OnSeleccion(const Vertiz::CAtrDigi& atributo, int acumular);
+    virtual unsigned OnSeleccion(const Vertiz::CAtrDigi&, int) { return 0; }
     /// Picks under a pixel. The base asks the children and feeds recorded points and sketch.
     /// @param desdeInicio  non-zero searches from the beginning, 0 resumes after the last hit
     /// @param tipo         kind of thing to pick
@@ -176,8 +177,8 @@ class LUMBRA_API CGL {
     /// Empties the selection and the recorded points, the children's when asked, and the sketch when asked.
     virtual void Deselecciona(int bReferencias, int bVinculos, int bLinea);
     virtual void DeseleccionaLa2();
-    virtual void Borra(const std::vector<Vertiz::CPosicionEntidad>& entidades, Vertiz::CMaximas<int>& maximas);
-    virtual void BorraSeleccion(Vertiz::CMaximas<int>& maximas);
+    virtual void Borra(const std::vector<Vertiz::CPosicionEntidad>&, Vertiz::CMaximas<int>&) {}
+    virtual void BorraSeleccion(Vertiz::CMaximas<int>&) {}
     /// Number of things selected, here and in the children of the lists asked for.
     virtual unsigned CantidadSeleccion(int bReferencias, int bVinculos) const;
     /// Number of entities of the view selection, here and in all children.
@@ -206,7 +207,7 @@ class LUMBRA_API CGL {
     /// From GL space to terrain units divided by escala.
     virtual void GLATerreno(Vertiz::CCoor3D<double>& c, double x, double y, double z, double escala) const;
     /// Finds a vertex of the model near a pixel, in terrain units. @return 0 none
-    virtual int OnBuscaPunto(int x, int y, Vertiz::CCoor3D<double>& punto, int conOctree);
+    virtual int OnBuscaPunto(int, int, Vertiz::CCoor3D<double>&, int) { return 0; }
 
     // ---- Virtual operations: queries -------------------------------------------------------------------------------
     virtual bool HaySeleccion(int bReferencias, int bVinculos) const;
@@ -223,15 +224,15 @@ class LUMBRA_API CGL {
     virtual bool DamePuntoSeleccion2(Vertiz::CCoor3D<double>& c, int i) = 0;
     /// May adjust the pixel format that Crear is about to choose; pVentana is null for a device context.
     /// @return 0 ends Crear with 0
-    virtual int OnCreate(CWnd* pVentana, PIXELFORMATDESCRIPTOR* pDescriptor);
+    virtual int OnCreate(CWnd*, PIXELFORMATDESCRIPTOR*) { return 1; }
     /// Fills the 256 entries of a palette for a colour index format.
-    virtual int OnCreatePaletteCI(LOGPALETTE* pPaleta);
+    virtual int OnCreatePaletteCI(LOGPALETTE*) { return 0; }
     /// Moves the GL point a onto the surface, along the ray to b.
-    virtual bool ProyectaVector(Vertiz::CCoor3D<double>& a, Vertiz::CCoor3D<double> b) const;
+    virtual bool ProyectaVector(Vertiz::CCoor3D<double>&, Vertiz::CCoor3D<double>) const { return true; }
     virtual int OnIniciar() = 0;
     virtual int OnRender() = 0;
-    /// See the top of this file. @param bBorrar delete what the scene made in the context; otherwise only forget it
-    virtual void OnLiberarContexto(bool bBorrar);
+    /// See the top of this file. With true, delete what the scene made in the context; with false, only forget it.
+    virtual void OnLiberarContexto(bool) {}
 
     // ---- Life ------------------------------------------------------------------------------------------------------
     /// Makes the scene's contexts on a window. Refused while the scene has a context.
@@ -503,83 +504,9 @@ class LUMBRA_API CGL {
     /// @param buffer at least size.cy rows of size.cx pixels
     /// @return 0 good, 3 no context, 4 failed read
     int CapturaImagen(const CSize& size, char* buffer);
-    /// Builds the glyph lists. @return 1, at once while fonts are off
+    /// Makes the glyph lists of texts. There are none yet: texts show their points only. @return 1
     int CreaFuentes();
     CPalette* GetPalette() { return m_pPalette; }
-
-    // ---- Settings --------------------------------------------------------------------------------------------------
-    // Those that hand back the former value.
-    unsigned SetQuad(unsigned v) { return Cambia(m_Data.m_nQuad, v); }
-    int SetBase(int v) { return Cambia(m_Data.m_bBase, v); }
-    int SetLimites(int v) { return Cambia(m_Data.m_bLimites, v); }
-    int SetPuntosCamara(int v) { return Cambia(m_Data.m_bPuntosCamara, v); }
-    int SetRelleno(int v) { return Cambia(m_Data.m_bRelleno, v); }
-    /// Also decides whether the scene's own extents count in GetMaximas.
-    int SetLimitesProyecto(int v) {
-        m_Data.m_bMaximasObjeto = v;
-        return Cambia(m_Data.m_bLimitesProyecto, v);
-    }
-    int SetEdificios(int v) { return Cambia(m_Data.m_bEdificios, v); }
-    int SetArboles(int v) { return Cambia(m_Data.m_bArboles, v); }
-    int SetRupturas(int v) { return Cambia(m_Data.m_bRupturas, v); }
-    int SetRotacion(int v) { return Cambia(m_Data.m_bRotacion, v); }
-    int SetOrtogonal(int v) { return Cambia(m_Data.m_bOrto, v); }
-    int SetLuz(int v) { return Cambia(m_Data.m_bLuz, v); }
-    unsigned SetEjes(unsigned v) { return Cambia(m_Data.m_nEjes, v); }
-    int SetReferencia(int v) { return Cambia(m_Data.m_bReferencia, v); }
-    int SetCurvado(int v) { return Cambia(m_Data.m_bCurvado, v); }
-    unsigned SetTipoColorMDT(unsigned v) { return Cambia(m_Data.m_nModoRelleno, v); }
-    // Those without a result.
-    void SetColorFondo(int rgb) { m_Data.m_nColorFondo = rgb; }
-    void SetColorDEM(int rgb) { m_Data.m_nColorDEM = rgb; }
-    void SetColorLIDAR(int rgb) { m_Data.m_nColorLIDAR = rgb; }
-    void SetImagenFondo(int v) { m_Data.m_bImagenFondo = v; }
-    void SetNombreImagenFondo(const CString& ruta) { m_Data.m_SzImagenFondo = ruta; }
-    void SetGrosorPuntos(int v) { m_Data.m_nGrosorPuntos = v; }
-    void SetTransparenciaSuperficie(short v) { m_Data.m_nAlfaSuperficie = v; }
-    void SetVerMascaraFoto(int v) { m_Data.m_bMascara = v; }
-    void SetVerPlanos(int v) { m_Data.m_bVerPlanos = v; }
-    void SetVerPuntosConPlanos(int v) { m_Data.m_bVerPuntosConPlanos = v; }
-    void SetVerPuntosSinPlanos(int v) { m_Data.m_bVerPuntosSinPlanos = v; }
-    void SetVerObjetosMDT(const std::vector<Vertiz::CInfoClasificacion>& v) { m_Data.m_VerObjetosMDT = v; }
-    void SetTipoLIDAR(ColoresNubeLiDAR v) { m_Data.m_nTipoLIDAR = v; }
-    void SetData(const CDataGL& data) { m_Data = data; }
-    /// Light parameter i, 0 to 10; any other index reads 0 and writes nothing.
-    int GetLightParam(short i) const { return i >= 0 && i < 11 ? m_Data.m_nLuzParam[i] : 0; }
-    void SetLightParam(int valor, short i) {
-        if (i >= 0 && i < 11) m_Data.m_nLuzParam[i] = valor;
-    }
-
-    unsigned GetQuad() const { return m_Data.m_nQuad; }
-    int GetBase() const { return m_Data.m_bBase; }
-    int GetLimites() const { return m_Data.m_bLimites; }
-    int GetPuntosCamara() const { return m_Data.m_bPuntosCamara; }
-    int GetRelleno() const { return m_Data.m_bRelleno; }
-    int GetLimitesProyecto() const { return m_Data.m_bLimitesProyecto; }
-    int GetEdificios() const { return m_Data.m_bEdificios; }
-    int GetArboles() const { return m_Data.m_bArboles; }
-    int GetRupturas() const { return m_Data.m_bRupturas; }
-    int GetRotacion() const { return m_Data.m_bRotacion; }
-    int GetOrtogonal() const { return m_Data.m_bOrto; }
-    int GetLuz() const { return m_Data.m_bLuz; }
-    unsigned GetEjes() const { return m_Data.m_nEjes; }
-    int GetReferencia() const { return m_Data.m_bReferencia; }
-    int GetCurvado() const { return m_Data.m_bCurvado; }
-    unsigned GetTipoColorMDT() const { return m_Data.m_nModoRelleno; }
-    int GetColorFondo() const { return m_Data.m_nColorFondo; }
-    int GetColorDEM() const { return m_Data.m_nColorDEM; }
-    int GetColorLIDAR() const { return m_Data.m_nColorLIDAR; }
-    int GetImagenFondo() const { return m_Data.m_bImagenFondo; }
-    CString GetNombreImagenFondo() const { return m_Data.m_SzImagenFondo; }
-    int GetGrosorPuntos() const { return m_Data.m_nGrosorPuntos; }
-    short GetTransparenciaSuperficie() const { return m_Data.m_nAlfaSuperficie; }
-    int GetVerMascaraFoto() const { return m_Data.m_bMascara; }
-    int GetVerPlanos() const { return m_Data.m_bVerPlanos; }
-    int GetVerPuntosConPlanos() const { return m_Data.m_bVerPuntosConPlanos; }
-    int GetVerPuntosSinPlanos() const { return m_Data.m_bVerPuntosSinPlanos; }
-    std::vector<Vertiz::CInfoClasificacion> GetVerObjetosMDT() const { return m_Data.m_VerObjetosMDT; }
-    ColoresNubeLiDAR GetTipoLIDAR() const { return m_Data.m_nTipoLIDAR; }
-    CDataGL GetData() const { return m_Data; }
 
     // ---- State of the view -----------------------------------------------------------------------------------------
     void SetPuntosSuavizado(int v) { m_nPuntosSuavizado = v; }
@@ -631,12 +558,6 @@ class LUMBRA_API CGL {
     static constexpr int LADO_PROFUNDIDAD = 1024;      ///< side of the depth block, in pixels
     static constexpr double COTA_SIN_TERRENO = -9989;  ///< a height of this or below belongs to a photograph
 
-    template <class T>
-    static T Cambia(T& campo, T nuevo) {
-        const T anterior = campo;
-        campo = nuevo;
-        return anterior;
-    }
     /// This scene lies on a photograph: points go through the image's transformation and back.
     bool SobreFoto() const;
     /// All children: references first, then links.
@@ -654,8 +575,18 @@ class LUMBRA_API CGL {
     int m_nAlto = 0;
     int m_nCotaRaster = -9999;  ///< height of image points that have none
 
+    // ---- Printing: the memory bitmap of a page, its context, and what was current before ---------------------------
+    HDC m_hDCAnterior = nullptr;
+    HDC m_hDCMemoria = nullptr;
+    HGLRC m_hRCAnterior = nullptr;
+    HGLRC m_hRCImpresion = nullptr;
+    BITMAPINFOHEADER m_CabeceraImpresion{};
+    void* m_pBitsImpresion = nullptr;
+    HBITMAP m_hBitmapImpresion = nullptr;
+    int m_nAnchoImpresora = 0;  ///< page, in pixels
+    int m_nAltoImpresora = 0;
+
     // ---- View ------------------------------------------------------------------------------------------------------
-    CDataGL m_Data;
     float m_fAnguloVista = 45.0F;  ///< vertical field of view, in degrees
     double m_dRangoX = 0;          ///< sides of m_Maximas, in terrain units
     double m_dRangoY = 0;
@@ -748,22 +679,33 @@ class LUMBRA_API CGL {
     static const int m_defaultOverride[13];
     static const PALETTEENTRY m_defaultPalEntry[20];
 
+    using ListaHijos = std::vector<CGL*>;
+    struct Pulsacion;
+
     // CGL.cpp
-    int CreaContextos(PIXELFORMATDESCRIPTOR& descriptor);
-    int CreaContextosCompartidos(CDC* pDC, HGLRC principal);
-    int PreparaProyeccion();
     void CopiaDe(const CGL& otra);
-    void Presta(CGL& hijo) const;
-    void LiberaContexto(bool bBorrar);
+    void BorraTexturaFondo();
     void BorraListas();
     void OlvidaListas();
-    void DestruirDC();
-    void DestruirHRCShared();
     int IniciarHijo(CGL& hijo) const;
     int RenderHijo(CGL& hijo) const;
     void RenderPuntosCamara() const;
     int RenderMarcas();
     int IniciarCapa(int (CGL::*capa)(), bool bHijos);
+    template <class Condicion>
+    bool AlgunHijo(Condicion condicion) const;
+    template <class Condicion>
+    bool Alguna(Condicion condicion) const;
+
+    // CGLContexto.cpp
+    int CreaContextos(const PIXELFORMATDESCRIPTOR& descriptor);
+    int CreaContextoPrincipal(const PIXELFORMATDESCRIPTOR& descriptor);
+    int CreaContextosCompartidos();
+    int CargaProyeccion();
+    void Presta(CGL& hijo) const;
+    bool DejaContexto(bool bDestruirHijos);
+    void DestruirDC();
+    void DestruirHRCShared();
 
     // CGLCoordenadas.cpp
     struct ProfundidadFondo;
@@ -806,11 +748,35 @@ class LUMBRA_API CGL {
     void CambiaMarcas(Cambio cambio);
 
     // CGLSeleccion.cpp
-    void TomaHijo(CGL* r, std::vector<CGL*>& lista);
-    void AjustaFondo(CGL* r);
-    CGL* SueltaHijo(std::vector<CGL*>& lista, unsigned i);
+    bool EsFondo() const { return m_nTipoImagenFondo == 2 || m_nTipoImagenFondo == 4 || m_nTipoImagenFondo == 6; }
+    void TomaHijo(CGL& r);
+    void HeredaImagen(CGL& r, int fondo) const;
+    void AjustaProyeccion(const CGL& r);
     void SetFondoGrupo(int fondo);
-    void ClearHijos(std::vector<CGL*>& lista);
+    void AjustaFondoSin(const CGL& r);
+    static std::size_t BuscaHijo(const ListaHijos& lista, const CString& nombre);
+    static CGL* DameHijo(const ListaHijos& lista, const CString& nombre);
+    static CGL* SueltaHijo(ListaHijos& lista, std::size_t i);
+    static void OlvidaHijos(ListaHijos& lista);
+    static void DestruirHijos(ListaHijos& lista);
+    unsigned SeleccionaEnHijos(const Pulsacion& s, bool bReferencias, bool bVinculos);
+    static bool PreguntaHijos(const ListaHijos& hijos, int primero, const Pulsacion& s, unsigned& r,
+                              Vertiz::CCoor3D<double>& p);
+    void SumaALineaNueva(const CPoint& pt);
+    template <class Pregunta>
+    unsigned SumaHijos(bool bReferencias, bool bVinculos, Pregunta pregunta) const;
+
+    // CGLLineaNueva.cpp
+    int RehazLineaNueva(bool bSegmento);
+    void BorraUltimoPuntoSeleccion();
+    void BorraUltimoDigitado(bool bGoma);
+    Vertiz::CCoor3D<double> SinSemilla(const Vertiz::CCoor3D<double>& p) const;
+    int EstiloLineaNueva() const;
+    void TrazaLineaNueva(unsigned primero) const;
+
+    // CGLImpresion.cpp
+    bool NecesitaPaleta(const PIXELFORMATDESCRIPTOR& descriptor) const;
+    void LlenaPaleta(const PIXELFORMATDESCRIPTOR& descriptor, PALETTEENTRY* entradas);
 
     // Copies count as owners of the context; each child counts the scenes that hold it. A child only looks at the
     // owners of its parent's context, so that it knows when that is gone.

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "model/CDataSemilla.h"
@@ -18,6 +19,10 @@
 namespace Vertiz {
 
 class CIndiceCeldas;
+class Parche;
+struct PuntoParche;
+struct Rayo;
+struct RectanguloCelda;
 
 /// Terrain heights in one of two forms.
 ///
@@ -45,9 +50,9 @@ class LUMBRA_API CDEM : public CObjetoFichero {
     };
     /// A point of the cell list.
     struct CPunto {
-        float m_fCota = 0.0f;                                       ///< absolute height
-        std::uint32_t m_nX = 0, m_nY = 0;                           ///< places in the lists of X and of Y
-        std::uint32_t m_nInfo = 0;                                  ///< the application's
+        float m_fCota = 0.0f;                                           ///< absolute height
+        std::uint32_t m_nX = 0, m_nY = 0;                               ///< places in the lists of X and of Y
+        std::uint32_t m_nInfo = 0;                                      ///< the application's
         float m_fVectorX = 0.0f, m_fVectorY = 0.0f, m_fVectorZ = 0.0f;  ///< upward normal of the surface; see smoothing
     };
     /// A cell of the cell list: its points in the order south-west, north-west, north-east, south-east. West and south
@@ -63,7 +68,6 @@ class LUMBRA_API CDEM : public CObjetoFichero {
     /// @param oeste, sur      absolute position of the sample (0, 0)
     CDEM(unsigned filas, unsigned columnas, double celdaX, double celdaY, double oeste, double sur,
          const CDataSemilla& semilla = CDataSemilla());
-    ~CDEM() override;
 
     // ---- The regular form. The matrix gives 0.0 outside itself and ignores writing there. ----
     CMatriz<float>& Matriz() { return m_Matriz; }
@@ -138,20 +142,20 @@ class LUMBRA_API CDEM : public CObjetoFichero {
     /// The sample is inside the matrix and valid. In cell-list form `fila` is the point's index.
     bool EsValido(unsigned fila, unsigned columna) const;
     /// The four corners of the square whose south-west sample is (fila, columna) are valid.
-    /// @param paso  side of the square, in samples. In cell-list form `fila` is the cell's index and the rest isn't read
+    /// @param paso  side of the square, in samples. In cell-list form `fila` is the cell's index and the rest isn't
+    /// read
     bool EsCeldaValida(unsigned fila, unsigned columna, unsigned paso) const;
 
     /// The surface's height at a fraction of a cell.
     /// @param punto      in: the cell; out: x, y and the absolute height z
     /// @param fraccionX  from the west, 0 to 1; at 0 and 1 only the samples of that side have to be there and valid
     /// @param fraccionY  from the south
-    /// @param oeste, sur      where the sample (0, 0) is taken to lie, for x and y: GetOeste() and GetSur() give absolute
-    ///                        coordinates. In cell-list form they are added to the coordinates of the lists
-    /// @param bSuavizado      the smooth surface, if the grid has one
-    /// @param bSoloCota       x and y stay as they are
+    /// @param origenX, origenY  taken away from the absolute x and y: 0 gives absolute, the seed's offset local ones
+    /// @param bSuavizado        the smooth surface, if the grid has one
+    /// @param bSoloCota         x and y stay as they are
     /// @return false, with nothing changed, outside the cell or the grid, and in a void
-    bool DamePunto(CPuntoDEM& punto, double fraccionX, double fraccionY, double oeste, double sur, bool bSuavizado,
-                   bool bSoloCota) const;
+    bool DamePunto(CPuntoDEM& punto, double fraccionX, double fraccionY, double origenX, double origenY,
+                   bool bSuavizado, bool bSoloCota) const;
 
     /// Puts a point on the surface (the smooth one when the grid is smoothed).
     /// @param punto  in: x, y; out: z
@@ -186,6 +190,20 @@ class LUMBRA_API CDEM : public CObjetoFichero {
 
   private:
     bool TieneVectores() const;
+    bool EsCota(float cota) const;
+    bool Sitio(double x, double y, double origenX, double origenY, CPuntoDEM& celda) const;
+    std::vector<double> Cortes(const CCoor3D<double>& a, const CCoor3D<double>& b, double origenX,
+                               double origenY) const;
+    bool CortaMatriz(const Rayo& rayo, CCoor3D<double>& resultado) const;
+    bool CortaLista(const Rayo& rayo, CCoor3D<double>& resultado) const;
+    std::vector<std::vector<CCoor3D<double>>> ContornosMatriz() const;
+    std::vector<std::vector<CCoor3D<double>>> ContornosLista() const;
+    void CuentaMatriz();
+    void CuentaLista();
+    void CalculaVectoresLista();
+    bool DameRectangulo(unsigned celda, RectanguloCelda& rectangulo) const;
+    std::optional<Parche> DameParche(unsigned fila, unsigned columna, const PuntoParche& a, const PuntoParche& b,
+                                     bool bSuavizado) const;
 
     CMatriz<float> m_Matriz, m_VectorX, m_VectorY, m_VectorZ;
     double m_dNulo = -9989.0;

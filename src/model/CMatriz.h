@@ -59,7 +59,10 @@ class LUMBRA_API CMatriz {
     T Get(unsigned fila, unsigned columna) const {
         if (fila >= m_nFilas || columna >= m_nColumnas) return T(0);
         if (m_pDatos) return m_pDatos[std::uint64_t(fila) * m_nColumnas + columna];
-        return m_ppFilas ? m_ppFilas[fila][columna] : LeeFichero(fila, columna);
+        if (m_ppFilas) return m_ppFilas[fila][columna];
+        T valor;
+        LeeFichero(fila, columna, &valor, 1);
+        return valor;
     }
     /// Writes an element; nothing happens out of range.
     void Set(unsigned fila, unsigned columna, T valor) {
@@ -69,7 +72,7 @@ class LUMBRA_API CMatriz {
         else if (m_ppFilas)
             m_ppFilas[fila][columna] = valor;
         else
-            EscribeFichero(fila, columna, valor);
+            EscribeFichero(fila, columna, &valor, 1);
     }
     /// Sets all elements.
     void Rellena(T valor);
@@ -97,8 +100,8 @@ class LUMBRA_API CMatriz {
     void Reserva(bool unBloque, bool limpiar);
     void ReservaFichero(bool limpiar);
     void Libera() noexcept;
-    T LeeFichero(unsigned fila, unsigned columna) const;
-    void EscribeFichero(unsigned fila, unsigned columna, T valor);
+    void LeeFichero(unsigned fila, unsigned columna, T* datos, unsigned n) const;
+    void EscribeFichero(unsigned fila, unsigned columna, const T* datos, unsigned n);
 
     std::uint32_t m_nFilas = 0, m_nColumnas = 0;
     T** m_ppFilas = nullptr;

@@ -6,7 +6,6 @@
 #include "platform/Tipos.h"
 
 #include <memory>
-#include <vector>
 
 struct PALETTEENTRY {
     BYTE peRed, peGreen, peBlue, peFlags;
@@ -19,6 +18,11 @@ struct LOGPALETTE {
     PALETTEENTRY palPalEntry[1];
 };
 
+namespace plataforma {
+struct Paleta;
+}
+
+/// A palette: a table of colours.
 class LUMBRA_API CPalette {
   public:
     CPalette();
@@ -45,6 +49,5 @@ class LUMBRA_API CPalette {
 
   private:
     friend class CDC;
-    struct Objeto;
-    std::shared_ptr<Objeto> m_Objeto;  // shared with the device contexts that have it selected
+    std::shared_ptr<plataforma::Paleta> m_Paleta;  // shared with the device contexts that have it selected
 };

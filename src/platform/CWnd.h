@@ -9,6 +9,10 @@
 
 class CWnd;
 
+namespace plataforma {
+struct Evento;
+}
+
 /// A window by handle.
 using HWND = struct HandleVentana*;
 
@@ -146,4 +150,15 @@ class LUMBRA_API CWnd {
     /// Keys: letters and digits by their capital's ASCII code, others by the VK_ values above.
     virtual void OnKeyDown(UINT tecla, UINT repeticiones, UINT flags);
     virtual void OnKeyUp(UINT tecla, UINT repeticiones, UINT flags);
+
+  private:
+    void AvisaTamano(int cx, int cy);
+    void Despacha(const plataforma::Evento& e);
+    static CWnd* Busca(std::uintptr_t nativa);
+    static CWnd* Busca(HWND hWnd);
+
+    CWnd* m_pPadre = nullptr;
+    bool m_bEnvuelta = false;       // the window is somebody else's
+    bool m_bRepinta = false;        // OnPaint is due
+    int m_nAncho = 0, m_nAlto = 0;  // of the last OnSize
 };

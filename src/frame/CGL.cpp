@@ -1,0 +1,447 @@
+// The life of a scene: building, copying and destroying it, compiling its lists, and the render pass. What ties it to
+// OpenGL contexts is in CGLContexto.cpp.
+
+#include "frame/CGL.h"
+
+#include <algorithm>
+
+#include "frame/EntradaPublica.h"
+#include "platform/CDC.h"
+#include "platform/Hilos.h"
+
+namespace {
+
+using Punto = Vertiz::CCoor3D<double>;
+
+unsigned NumeroProcesadores() {
+    SYSTEM_INFO info{};
+    GetSystemInfo(&info);
+    return info.dwNumberOfProcessors;
+}
+
+void BorraLista(GLuint& lista, GLsizei cuantas = 1) {
+    if (lista != 0) glDeleteLists(lista, cuantas);
+    lista = 0;
+}
+
+/// One flag for each kind of error at the most; with a lost context the errors never end.
+void OlvidaErroresGL() {
+    constexpr int MAX_ERRORES = 16;
+    for (int i = 0; i < MAX_ERRORES && HayErrorGL(); ++i) {
+    }
+}
+
+/// A conic camera looks down its own axis: the station's angles turn the model, which stands along y.
+void GiraCamaraConica(const Punto& angulos) {
+    glRotated(90, 1, 0, 0);
+    glRotated(angulos.x, 1, 0, 0);
+    glRotated(-angulos.y, 0, 1, 0);
+    glRotated(angulos.z, 0, 0, 1);
+}
+
+}  // namespace
+
+// ---- Building, copying, destroying ---------------------------------------------------------------------------------
+
+CGL::CGL()
+    : m_LineaNueva(CString(L"nuevo")),
+      m_LineaNuevaTerreno(CString(L"nuevo")),
+      m_MarcasGL(CString(L"nuevo")),
+      m_pBufferProfundidad(std::make_unique<float[]>(LADO_PROFUNDIDAD * LADO_PROFUNDIDAD)),
+      m_nHRCShared(NumeroProcesadores()),
+      m_PuntosCamara(CString(L"nuevo")),
+      m_PuntosCamaraGL(CString(L"nuevo")),
+      m_AngulosCamara(CString(L"nuevo")),
+      m_pDuenos(std::make_shared<char>()) {
+    m_Camara.PositionCamera(Punto(0, 1, 0), Punto(0, 0, 0), Punto(0, 0, -1));
+}
+
+CGL::CGL(const CGL& otra) : CGL() {
+    CopiaDe(otra);
+    if (m_hRC) CreaContextosCompartidos();
+}
+
+CGL& CGL::operator=(const CGL& otra) {
+    if (this == &otra) return *this;
+    Destruir();
+    CopiaDe(otra);
+    if (m_hRC) CreaContextosCompartidos();
+    return *this;
+}
+
+void CGL::CopiaDe(const CGL& otra) {
+    CGLAjustes::operator=(otra);
+    // The context, and who answers for it.
+    m_pDuenos = otra.m_pDuenos;
+    m_pPrestamo = otra.m_pPrestamo;
+    m_hRC = otra.m_hRC;
+    m_pDC = otra.m_pDC;
+    m_pPalette = otra.m_pPalette;
+    m_pPaletaAnterior = otra.m_pPaletaAnterior;
+    m_nHRCShared = otra.m_nHRCShared;
+    m_bDCExterno = otra.m_bDCExterno;
+    m_nMaxTexDim = otra.m_nMaxTexDim;
+    m_hDCAnterior = otra.m_hDCAnterior;
+    m_hDCMemoria = otra.m_hDCMemoria;
+    m_hRCAnterior = otra.m_hRCAnterior;
+    m_hRCImpresion = otra.m_hRCImpresion;
+    m_CabeceraImpresion = otra.m_CabeceraImpresion;
+    m_pBitsImpresion = otra.m_pBitsImpresion;
+    m_hBitmapImpresion = otra.m_hBitmapImpresion;
+    m_nAnchoImpresora = otra.m_nAnchoImpresora;
+    m_nAltoImpresora = otra.m_nAltoImpresora;
+    // The view.
+    m_fAnguloVista = otra.m_fAnguloVista;
+    m_dRangoX = otra.m_dRangoX;
+    m_dRangoY = otra.m_dRangoY;
+    m_dRangoZ = otra.m_dRangoZ;
+    m_dFactor = otra.m_dFactor;
+    m_dFactorPantalla = otra.m_dFactorPantalla;
+    m_fEscala = otra.m_fEscala;
+    m_dAspecto = otra.m_dAspecto;
+    m_dZoom = otra.m_dZoom;
+    m_fPlanoCerca = otra.m_fPlanoCerca;
+    m_fPlanoFondo = otra.m_fPlanoFondo;
+    m_fExageracionVertical = otra.m_fExageracionVertical;
+    m_nPuntosSuavizado = otra.m_nPuntosSuavizado;
+    m_nAncho = otra.m_nAncho;
+    m_nAlto = otra.m_nAlto;
+    m_Camara = otra.m_Camara;
+    m_PuntoGL = otra.m_PuntoGL;
+    // What the scene is.
+    m_nTipo = otra.m_nTipo;
+    m_bEsReferencia = otra.m_bEsReferencia;
+    m_nTipoImagenFondo = otra.m_nTipoImagenFondo;
+    m_Maximas = otra.m_Maximas;
+    m_nCotaRaster = otra.m_nCotaRaster;
+    m_dDistanciaEsferica = otra.m_dDistanciaEsferica;
+    m_fRadioEsfera = otra.m_fRadioEsfera;
+    m_TiposObjetosMDT = otra.m_TiposObjetosMDT;
+    m_bIniciarMalla = otra.m_bIniciarMalla;
+    m_nTipoLineaNueva = otra.m_nTipoLineaNueva;
+    m_bCerrarLineaNueva = otra.m_bCerrarLineaNueva;
+    m_bVistaSeleccion = otra.m_bVistaSeleccion;
+    m_VistaSeleccion = otra.m_VistaSeleccion;
+    m_MaximasVista = otra.m_MaximasVista;
+    m_PuntosCamara = otra.m_PuntosCamara;
+    m_PuntosCamaraGL = otra.m_PuntosCamaraGL;
+    m_AngulosCamara = otra.m_AngulosCamara;
+    m_fSizeCamara = otra.m_fSizeCamara;
+    // Tables.
+    m_pDigiTab = otra.m_pDigiTab;
+    m_pLidarTab = otra.m_pLidarTab;
+    m_pEcoTab = otra.m_pEcoTab;
+    m_DigiTabEfectiva = otra.m_DigiTabEfectiva;
+    m_DigiTabTrabajo = otra.m_DigiTabTrabajo;
+    m_nVersionDigiTab = otra.m_nVersionDigiTab;
+    m_nVersionLidarTab = otra.m_nVersionLidarTab;
+    m_nVersionEcoTab = otra.m_nVersionEcoTab;
+    // Lists and textures.
+    m_nTexturaFondo = otra.m_nTexturaFondo;
+    m_nListaMarcas = otra.m_nListaMarcas;
+    m_nListaPuntosMarcasFoto = otra.m_nListaPuntosMarcasFoto;
+    m_nListaPuntosMarcasTerreno = otra.m_nListaPuntosMarcasTerreno;
+    m_nListaLineaNueva = otra.m_nListaLineaNueva;
+    m_nListaCielo = otra.m_nListaCielo;
+    m_nListaEjes = otra.m_nListaEjes;
+    m_nListaCamara = otra.m_nListaCamara;
+    m_nListaCamaraPanoramica = otra.m_nListaCamaraPanoramica;
+    m_nListaReserva = otra.m_nListaReserva;
+    m_nListaLimites = otra.m_nListaLimites;
+    m_nListaMedidas = otra.m_nListaMedidas;
+    m_nListaFuentes = otra.m_nListaFuentes;
+    m_nListaFuentesSeleccion = otra.m_nListaFuentesSeleccion;
+    m_fEscalaFuente = otra.m_fEscalaFuente;
+    m_bFuentes = otra.m_bFuentes;
+    // Children.
+    m_Referencias = otra.m_Referencias;
+    m_Vinculos = otra.m_Vinculos;
+    for (CGL* hijo : Hijos())
+        ++hijo->m_nPadres;
+}
+
+CGL::~CGL() {
+    Destruir();
+    if (m_hRCImpresion) wglDeleteContext(m_hRCImpresion);
+    if (m_hDCMemoria) CDC().Attach(m_hDCMemoria);  // deleted with the object that takes it over
+    if (m_hBitmapImpresion) DeleteObject(m_hBitmapImpresion);
+}
+
+void CGL::Destruir() {
+    if (!DejaContexto(true)) Anular();
+}
+
+void CGL::Anular() {
+    m_hRCImpresion = nullptr;
+    m_hDCMemoria = nullptr;
+    m_hBitmapImpresion = nullptr;
+    m_hRC = nullptr;
+    m_pDC = nullptr;
+    m_pPalette = nullptr;
+    OlvidaHijos(m_Referencias);
+    OlvidaHijos(m_Vinculos);
+    m_nTexturaFondo = 0;
+    m_nTipoImagenFondo = 0;
+    m_nTipo = -1;
+    m_pDuenos = std::make_shared<char>();
+}
+
+void CGL::ClearReferencias() {
+    DestruirHijos(m_Referencias);
+}
+
+void CGL::ClearVinculos() {
+    DestruirHijos(m_Vinculos);
+}
+
+void CGL::BorraTexturaFondo() {
+    if (m_nTexturaFondo == 0 || !MakeCurrent(nullptr)) return;
+    glDeleteTextures(1, &m_nTexturaFondo);
+    m_nTexturaFondo = 0;
+    wglMakeCurrent(nullptr, nullptr);
+}
+
+void CGL::BorraListas() {
+    BorraLista(m_nListaPuntosMarcasFoto);
+    BorraLista(m_nListaPuntosMarcasTerreno);
+    BorraLista(m_nListaMarcas, static_cast<GLsizei>(m_Marcas.size()));
+    if (m_bFuentes) {
+        BorraLista(m_nListaFuentes, N_GLIFOS);
+        BorraLista(m_nListaFuentesSeleccion, N_GLIFOS);
+    }
+    for (GLuint* lista : {&m_nListaLineaNueva, &m_nListaCielo, &m_nListaEjes, &m_nListaCamara,
+                          &m_nListaCamaraPanoramica, &m_nListaReserva, &m_nListaLimites, &m_nListaMedidas}) {
+        BorraLista(*lista);
+    }
+}
+
+void CGL::OlvidaListas() {
+    m_nTexturaFondo = 0;
+    for (GLuint* lista : {&m_nListaMarcas, &m_nListaPuntosMarcasFoto, &m_nListaPuntosMarcasTerreno, &m_nListaLineaNueva,
+                          &m_nListaCielo, &m_nListaEjes, &m_nListaCamara, &m_nListaCamaraPanoramica, &m_nListaReserva,
+                          &m_nListaLimites, &m_nListaMedidas, &m_nListaFuentes, &m_nListaFuentesSeleccion}) {
+        *lista = 0;
+    }
+}
+
+// ---- Compiling -----------------------------------------------------------------------------------------------------
+
+int CGL::Iniciar() {
+    if (!MakeCurrent(nullptr)) return 0;
+    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &m_nMaxTexDim);
+    if (HayErrorGL()) return 0;
+    m_nMaxTexDim = std::min(m_nMaxTexDim, MAX_LADO_TEXTURA);
+
+    const int r = OnIniciar() && OnIniciarReferencia(-1) && OnIniciarVinculos() && OnIniciarEjes() &&
+                  OnIniciarCamara() && OnIniciarCamaraPanoramica() && OnIniciarPuntosCamara() && OnIniciarLineaNueva(0);
+    if (m_nListaFuentes == 0 && !CreaFuentes()) return 0;
+    const int rMarcas = r && (m_Marcas.empty() || OnIniciarMarcas());
+    const int rMedidas = rMarcas && (m_Medidas.empty() || OnIniciarMedidas());
+    return wglMakeCurrent(nullptr, nullptr) ? rMedidas : 0;
+}
+
+int CGL::IniciarSeleccion() {
+    if (!MakeCurrent(nullptr)) return 0;
+    const int r = OnIniciarSeleccion();
+    wglMakeCurrent(nullptr, nullptr);
+    return r;
+}
+
+int CGL::IniciarHijo(CGL& hijo) const {
+    SetVariablesReferencia(&hijo);
+    return hijo.Iniciar();
+}
+
+int CGL::OnIniciarReferencia(int tipo) {
+    return std::ranges::all_of(
+        m_Referencias, [&](CGL* hijo) { return (tipo != -1 && hijo->m_nTipo != tipo) || IniciarHijo(*hijo) != 0; });
+}
+
+int CGL::OnIniciarVinculos() {
+    return std::ranges::all_of(m_Vinculos, [&](CGL* hijo) { return IniciarHijo(*hijo) != 0; });
+}
+
+int CGL::IniciarCapa(int (CGL::*capa)(), bool bHijos) {
+    const EntradaPublica entrada;
+    const auto inicia = [capa](CGL* escena) { return (escena->*capa)() != 0; };
+    if (!MakeCurrent(nullptr) || !inicia(this)) return 0;
+    if (bHijos) {
+        if (m_Data.m_bReferencia && !std::ranges::all_of(m_Referencias, inicia)) return 0;
+        if (!std::ranges::all_of(m_Vinculos, inicia)) return 0;
+    }
+    return entrada.Acaba(1);
+}
+
+int CGL::IniciarLimites() {
+    return IniciarCapa(&CGL::OnIniciarLimites, m_nTipo == 8);
+}
+
+int CGL::IniciarBase() {
+    return EsEsferica() ? 1 : IniciarCapa(&CGL::OnIniciarBase, true);
+}
+
+int CGL::IniciarArboles() {
+    return IniciarCapa(&CGL::OnIniciarArboles, true);
+}
+
+int CGL::IniciarEdificios() {
+    return IniciarCapa(&CGL::OnIniciarEdificios, true);
+}
+
+int CGL::IniciarRupturas() {
+    return IniciarCapa(&CGL::OnIniciarRupturas, true);
+}
+
+int CGL::IniciarCurvado() {
+    return IniciarCapa(&CGL::OnIniciarCurvado, true);
+}
+
+// ---- Drawing -------------------------------------------------------------------------------------------------------
+
+int CGL::Resize(int cx, int cy) {
+    if (cx < 1 || cy < 1 || !MakeCurrent(nullptr)) return 0;
+    const int r = OnResize(cx, cy);
+    m_nAncho = cx;
+    m_nAlto = cy;
+    wglMakeCurrent(nullptr, nullptr);
+    return r;
+}
+
+int CGL::Render() {
+    if (!MakeCurrent(nullptr)) return 0;
+    glDisable(GL_COLOR_LOGIC_OP);  // what was drawn in XOR puts back the operation, but leaves it on
+    if (!OnRender()) return 0;
+    if (m_Data.m_bPuntosCamara) RenderPuntosCamara();
+
+    const auto dibuja = [this](CGL* hijo) { return RenderHijo(*hijo) != 0; };
+    if (m_Data.m_bReferencia && !std::ranges::all_of(m_Referencias, dibuja)) return 0;
+    if (!std::ranges::all_of(m_Vinculos, dibuja)) return 0;
+
+    if (m_Data.m_nEjes != 0 && m_nTipoImagenFondo == 0 && m_nTipo != 3) OnRenderEjes();
+    if (!m_Marcas.empty() && !RenderMarcas()) return 0;
+    if (!m_Medidas.empty()) OnRenderMedidas();
+    glPointSize(static_cast<GLfloat>(m_Data.m_nGrosorPuntos));
+
+    if (!SwapBuffers(m_pDC->GetSafeHdc())) return 0;
+    // After the presentation, since this list draws in XOR on the visible buffer: the sketch lies on the new frame.
+    if (m_nListaLineaNueva) glCallList(m_nListaLineaNueva);
+    OlvidaErroresGL();
+    return wglMakeCurrent(nullptr, nullptr);
+}
+
+void CGL::RenderPuntosCamara() const {
+    for (unsigned i = 0; i < m_PuntosCamaraGL.NPuntos(); ++i) {
+        const Punto& p = m_PuntosCamaraGL.Punto(static_cast<int>(i));
+        glPushMatrix();
+        glTranslated(p.x, p.y, p.z);
+        if (p.GetTipo() == 0) {
+            GiraCamaraConica(i < m_AngulosCamara.NPuntos() ? m_AngulosCamara.Punto(static_cast<int>(i)) : Punto());
+            glCallList(m_nListaCamara);
+        } else {
+            glCallList(m_nListaCamaraPanoramica);
+        }
+        glPopMatrix();
+    }
+}
+
+int CGL::RenderHijo(CGL& hijo) const {
+    SetVariablesReferencia(&hijo);
+    if (!hijo.OnRender()) return 0;
+    glFlush();
+    return 1;
+}
+
+int CGL::RenderMarcas() {
+    glDisable(GL_LIGHTING);
+    if (HayErrorGL()) return 0;
+    glDisable(GL_LIGHT0);
+    if (HayErrorGL()) return 0;
+    glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+    if (HayErrorGL()) return 0;
+    if (m_Data.m_bMarcasFoto) OnRenderMarcasFoto();
+    if (m_Data.m_bMarcasTerreno) OnRenderMarcasTerreno();
+    return 1;
+}
+
+int CGL::OutputGlError(const wchar_t*) {
+    return HayErrorGL() ? 1 : 0;
+}
+
+// ---- What the group holds ------------------------------------------------------------------------------------------
+
+std::vector<CGL*> CGL::Hijos() const {
+    std::vector<CGL*> hijos = m_Referencias;
+    hijos.insert(hijos.end(), m_Vinculos.begin(), m_Vinculos.end());
+    return hijos;
+}
+
+template <class Condicion>
+bool CGL::AlgunHijo(Condicion condicion) const {
+    return std::ranges::any_of(m_Referencias, condicion) || std::ranges::any_of(m_Vinculos, condicion);
+}
+
+template <class Condicion>
+bool CGL::Alguna(Condicion condicion) const {
+    return condicion(this) || AlgunHijo(condicion);
+}
+
+bool CGL::TieneMDT() const {
+    return Alguna([](const CGL* e) { return e->EsMDT(); });
+}
+
+bool CGL::TieneDEM() const {
+    return Alguna([](const CGL* e) { return e->m_nTipo == 1; });
+}
+
+bool CGL::TieneTIN() const {
+    return Alguna([](const CGL* e) { return e->m_nTipo == 4 || e->m_nTipo == 7; });
+}
+
+bool CGL::TieneTIN3D() const {
+    return Alguna([](const CGL* e) { return e->m_nTipo == 7; });
+}
+
+bool CGL::TieneDibujo() const {
+    return Alguna([](const CGL* e) { return e->m_nTipo == 2 || e->m_nTipo == 5 || e->m_nTipo == 6; });
+}
+
+bool CGL::TieneCubicacion() const {
+    return Alguna([](const CGL* e) { return e->EsCubicacion(); });
+}
+
+bool CGL::TienePuntos() const {
+    return AlgunHijo([](const CGL* e) { return e->TienePuntos(); });
+}
+
+bool CGL::TieneLidar() const {
+    return AlgunHijo([](const CGL* e) { return e->TieneLidar(); });
+}
+
+bool CGL::TieneLaserTerrestre() const {
+    return AlgunHijo([](const CGL* e) { return e->TieneLaserTerrestre(); });
+}
+
+bool CGL::TieneSuavizado() const {
+    return HaySuavizado() || AlgunHijo([](const CGL* e) { return e->TieneSuavizado(); });
+}
+
+bool CGL::TieneRupturas() const {
+    return HayRupturas() || AlgunHijo([](const CGL* e) { return e->TieneRupturas(); });
+}
+
+bool CGL::HayImagen() const {
+    return m_nTipo == 3 || TieneImagen() || AlgunHijo([](const CGL* e) { return e->m_nTipo == 3; });
+}
+
+bool CGL::EsImagenConica() const {
+    return m_DataTransformacion.GetTipo() == Vertiz::CDataTransformacion::CONICA;
+}
+
+bool CGL::EsImagenEsferica() const {
+    return m_DataTransformacion.GetTipo() == Vertiz::CDataTransformacion::ESFERICA;
+}
+
+bool CGL::SobreFoto() const {
+    return (m_bEsReferencia || m_nTipoImagenFondo == 1) && m_nTipoImagenFondo != 2 &&
+           m_DataTransformacion.ExisteTransformacion();
+}

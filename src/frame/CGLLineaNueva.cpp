@@ -1,0 +1,343 @@
+// The line that the user is digitising. It lies in GL space, and where an image takes part in terrain space too, since
+// a point of a photograph cannot be brought back exactly from GL space. Its last point follows the cursor.
+//
+// It is drawn in XOR on the visible buffer: drawing a segment a second time wipes it, so that the cursor can be
+// followed without drawing the scene again. The list holds the same drawing for Render to call on each new frame.
+
+#include <algorithm>
+
+#include "frame/CGL.h"
+#include "frame/EntradaPublica.h"
+
+using Vertiz::CCoor3D;
+using Vertiz::CLinea;
+
+namespace {
+
+constexpr GLfloat GROSOR_MINIMO = 3.0F;
+
+/// What drawing in XOR changes in OpenGL, to be put back afterwards. Not by a destructor: an error leaves it as it is.
+struct EstadoXor {
+    GLboolean bProfundidad;
+    GLint nProfundidad;
+    GLint nLogica;
+};
+
+bool EmpiezaXor(EstadoXor& estado) {
+    glDrawBuffer(GL_FRONT);
+    estado.bProfundidad = glIsEnabled(GL_DEPTH_TEST);
+    glDisable(GL_DEPTH_TEST);
+    glGetIntegerv(GL_DEPTH_FUNC, &estado.nProfundidad);
+    glDepthFunc(GL_LEQUAL);
+    glDisable(GL_LIGHTING);
+    if (HayErrorGL()) return false;
+    glDisable(GL_LIGHT0);
+    if (HayErrorGL()) return false;
+    glEnable(GL_COLOR_LOGIC_OP);
+    glGetIntegerv(GL_LOGIC_OP_MODE, &estado.nLogica);
+    glLogicOp(GL_XOR);
+    return true;
+}
+
+void TerminaXor(const EstadoXor& estado) {
+    glDrawBuffer(GL_BACK);
+    if (estado.bProfundidad) glEnable(GL_DEPTH_TEST);
+    glDepthFunc(static_cast<GLenum>(estado.nProfundidad));
+    glLogicOp(static_cast<GLenum>(estado.nLogica));
+}
+
+void PonTrama(int estilo) {
+    if (estilo == 0) {
+        glDisable(GL_LINE_STIPPLE);
+        return;
+    }
+    constexpr GLushort TRAMAS[] = {0x00FF, 0x0101, 0x1C47, 0x3927};
+    glEnable(GL_LINE_STIPPLE);
+    if (estilo >= 1 && estilo <= 4) glLineStipple(1, TRAMAS[estilo - 1]);
+}
+
+void CambiaUltimo(CLinea<double>& linea, const CCoor3D<double>& p) {
+    if (linea.NPuntos() > 0) linea.ModificaPunto(linea.NPuntos() - 1, p, true);
+}
+
+void BorraUltimo(CLinea<double>& linea) {
+    if (linea.NPuntos() > 0) linea.BorraPunto(static_cast<int>(linea.NPuntos()) - 1, 1);
+}
+
+}  // namespace
+
+// ---- Drawing -------------------------------------------------------------------------------------------------------
+
+int CGL::OnIniciarLineaNueva(int bDirecto) {
+    if (!m_pDigiTab) return 1;
+    if (!MakeCurrent(nullptr)) return 0;
+    if (!bDirecto && m_nListaLineaNueva) {
+        glDeleteLists(m_nListaLineaNueva, 1);
+        m_nListaLineaNueva = 0;
+        if (HayErrorGL()) return 0;
+    }
+    if (m_LineaNueva.NPuntos() < 2) return 1;
+    if (!bDirecto) {
+        m_nListaLineaNueva = glGenLists(1);
+        glNewList(m_nListaLineaNueva, GL_COMPILE);
+        if (HayErrorGL()) return 0;
+    }
+    EstadoXor estado;
+    if (!EmpiezaXor(estado) || !EstiloLineaNueva()) return 0;
+    TrazaLineaNueva(bDirecto ? m_LineaNueva.NPuntos() - 2 : 0);
+    TerminaXor(estado);
+    if (bDirecto) {
+        glFlush();
+        return 1;
+    }
+    glEndList();
+    return HayErrorGL() ? 0 : 1;
+}
+
+int CGL::EstiloLineaNueva() const {
+    if (m_nTipoLineaNueva == 1) {
+        glDisable(GL_LINE_STIPPLE);
+        glLineWidth(GROSOR_MINIMO);
+        glColor3f(1.0F, 1.0F, 0.0F);
+        return 1;
+    }
+    Vertiz::CElementoDigiTab elemento(Vertiz::CTipoEntidad::Linea, L"nuevo", 70, 70, 70, 0.0F, 0, L"", 1);
+    m_pDigiTab->GetElemento(m_LineaNueva, elemento);
+    COLORREF color = elemento.GetColor();
+    ContrastaColor(color, static_cast<COLORREF>(m_Data.m_nColorFondo));
+    glColor3f(GetRValue(color) / 255.0F, GetGValue(color) / 255.0F, GetBValue(color) / 255.0F);
+    if (HayErrorGL()) return 0;
+    glLineWidth(std::max(GROSOR_MINIMO, elemento.GetGrosor()));
+    if (HayErrorGL()) return 0;
+    PonTrama(elemento.GetEstilo());
+    return 1;
+}
+
+/// Draws from a point on. The kinds 3 and 4 hold the height, or the place in plan, of the first point of all.
+void CGL::TrazaLineaNueva(unsigned primero) const {
+    const bool bCotaFija = m_nTipoLineaNueva == 3;
+    const bool bPlantaFija = m_nTipoLineaNueva == 4;
+    CCoor3D<double> t0;
+    glBegin(GL_LINE_STRIP);
+    for (unsigned i = primero; i < m_LineaNueva.NPuntos(); ++i) {
+        CCoor3D<double> p = m_LineaNueva.Punto(static_cast<int>(i));
+        if (bCotaFija || bPlantaFija) {
+            CCoor3D<double> t;
+            GLATerreno(t, p.x, p.y, p.z, 1.0);
+            if (i == 0) t0 = t;
+            if (bCotaFija) t.z = t0.z;
+            if (bPlantaFija) t.ActualizaXY(t0.x, t0.y);
+            TerrenoAGL(t, p.x, p.y, p.z, 1.0, false);
+        }
+        glVertex3f(static_cast<GLfloat>(p.x), static_cast<GLfloat>(p.y), static_cast<GLfloat>(p.z));
+    }
+    glEnd();
+}
+
+/// Compiles the list anew, and draws the last segment too when asked to.
+/// @return as OnIniciarLineaNueva
+int CGL::RehazLineaNueva(bool bSegmento) {
+    const int r = OnIniciarLineaNueva(0);
+    return bSegmento ? OnIniciarLineaNueva(1) : r;
+}
+
+int CGL::RenderLineaNueva(int bRapido) {
+    const EntradaPublica entrada;
+    if (bRapido) {
+        entrada.Acaba(OnIniciarLineaNueva(1));
+        return 1;
+    }
+    if (!MakeCurrent(nullptr)) return 0;
+    if (m_nListaLineaNueva) glCallList(m_nListaLineaNueva);
+    wglMakeCurrent(nullptr, nullptr);
+    return 1;
+}
+
+// ---- Changing ------------------------------------------------------------------------------------------------------
+
+/// The points of images come in absolute coordinates; the scene's are local.
+CCoor3D<double> CGL::SinSemilla(const CCoor3D<double>& p) const {
+    const bool bFoto = m_nTipoImagenFondo == 1 || m_nTipoImagenFondo == 2 || TieneImagenEsferica();
+    if (!EsImagenConica() && !EsImagenEsferica() && !bFoto) return p;
+    const Vertiz::CDataSemilla& semilla = DameSemilla();
+    return p - CCoor3D<double>(semilla.GetX(), semilla.GetY(), semilla.GetZ());
+}
+
+void CGL::InsertaPuntoLineaNueva(const CPoint& pt, bool bBuscarPunto) {
+    const EntradaPublica entrada;
+    CCoor3D<double> a;
+    BuscaCotaProxima(pt, a, bBuscarPunto);
+    if (HayImagen()) m_LineaNuevaTerreno << a;
+    CCoor3D<double> c;
+    TerrenoAGL(a, c.x, c.y, c.z, 1.0, false);
+    m_LineaNueva << c;
+    entrada.Acaba(RehazLineaNueva(true));
+}
+
+void CGL::InsertaPuntoLineaNueva(const CCoor3D<double>& p) {
+    const EntradaPublica entrada;
+    const CCoor3D<double> a = SinSemilla(p);
+    if (HayImagen()) m_LineaNuevaTerreno << a;
+    CCoor3D<double> c;
+    TerrenoAGL(a, c.x, c.y, c.z, 1.0, true);
+    CambiaUltimo(m_LineaNueva, c);
+    m_LineaNueva << c;
+    entrada.Acaba(RehazLineaNueva(true));
+}
+
+bool CGL::ModificaUltimoPuntoLineaNueva(const CPoint& pt, int bGoma) {
+    if (m_LineaNueva.NPuntos() == 0) return false;
+    const EntradaPublica entrada;
+    if (bGoma) OnIniciarLineaNueva(1);
+    CCoor3D<double> c = m_LineaNueva.end();
+    PantallaATerreno(pt, c, true, false, false);
+    CambiaUltimo(m_LineaNueva, c);
+    if (SobreFoto()) {
+        BuscaCotaProxima(pt, c, true);
+        m_LineaNuevaTerreno.ModificaPunto(m_LineaNueva.NPuntos() - 1, c, true);
+    }
+    entrada.Acaba(RehazLineaNueva(bGoma != 0));
+    return true;
+}
+
+bool CGL::ModificaUltimoPuntoLineaNueva(const CCoor3D<double>& p, int bGoma) {
+    if (m_LineaNueva.NPuntos() == 0) return false;
+    const EntradaPublica entrada;
+    if (bGoma) OnIniciarLineaNueva(1);
+    const CCoor3D<double> a = SinSemilla(p);
+    if (HayImagen()) m_LineaNuevaTerreno.ModificaPunto(m_LineaNueva.NPuntos() - 1, a, true);
+    CCoor3D<double> c;
+    TerrenoAGL(a, c.x, c.y, c.z, 1.0, true);
+    CambiaUltimo(m_LineaNueva, c);
+    entrada.Acaba(RehazLineaNueva(bGoma != 0));
+    return true;
+}
+
+void CGL::VaciaLineaNueva() {
+    const EntradaPublica entrada;
+    m_LineaNueva.Clear();
+    m_LineaNuevaTerreno.Clear();
+    entrada.Acaba(RehazLineaNueva(false));
+}
+
+void CGL::CierraLineaNueva() {
+    const EntradaPublica entrada;
+    m_LineaNueva.Cierra();
+    m_LineaNuevaTerreno.Cierra();
+    entrada.Acaba(RehazLineaNueva(false));
+}
+
+bool CGL::DuplicaUltimoPuntoLineaNueva() {
+    if (m_LineaNueva.NPuntos() == 0) return false;
+    const EntradaPublica entrada;
+    const CCoor3D<double> ultimo = m_LineaNueva.end();
+    m_LineaNueva << ultimo;
+    if (HayImagen() && m_LineaNuevaTerreno.NPuntos() > 0) {
+        const CCoor3D<double> ultimoTerreno = m_LineaNuevaTerreno.end();
+        m_LineaNuevaTerreno << ultimoTerreno;
+    }
+    entrada.Acaba(RehazLineaNueva(false));
+    return true;
+}
+
+void CGL::BorraUltimoPuntoLineaNueva(int bGoma) {
+    const EntradaPublica entrada;
+    BorraUltimoPuntoSeleccion();
+    if (m_LineaNueva.NPuntos() >= 2) BorraUltimoDigitado(bGoma != 0);
+    MakeCurrent(nullptr);
+    entrada.Acaba(OnIniciarSeleccion());
+}
+
+/// Undoes the last recorded point where it came from.
+void CGL::BorraUltimoPuntoSeleccion() {
+    if (m_PuntosSeleccion.empty()) return;
+    const int dueno = m_PuntosSeleccion.back().GetTipoCompleto();
+    if (dueno == 0) {
+        if (!m_Seleccion.empty()) m_Seleccion.pop_back();
+    } else {
+        const std::vector<CGL*> hijos = Hijos();
+        const auto i = static_cast<std::size_t>(dueno - 1);
+        if (i < hijos.size()) hijos[i]->BorraUltimoPuntoLineaNueva(1);
+    }
+    m_PuntosSeleccion.pop_back();
+}
+
+/// Deletes the last point or, with bGoma, the one before it, so that the point that follows the cursor stays.
+void CGL::BorraUltimoDigitado(bool bGoma) {
+    const bool bTerreno = SobreFoto();
+    const CCoor3D<double> a = m_LineaNueva.end();
+    const CCoor3D<double> b = m_LineaNuevaTerreno.end();
+    OnIniciarLineaNueva(1);
+    BorraUltimo(m_LineaNueva);
+    if (bTerreno) BorraUltimo(m_LineaNuevaTerreno);
+    if (bGoma) {
+        OnIniciarLineaNueva(1);
+        BorraUltimo(m_LineaNueva);
+        m_LineaNueva << a;
+        if (bTerreno) {
+            BorraUltimo(m_LineaNuevaTerreno);
+            m_LineaNuevaTerreno << b;
+        }
+        OnIniciarLineaNueva(1);
+    }
+    OnIniciarLineaNueva(0);
+}
+
+// ---- Reading -------------------------------------------------------------------------------------------------------
+
+bool CGL::EsCerradaLineaNueva() const {
+    return m_LineaNueva.EsCerrada();
+}
+
+unsigned CGL::NPuntosLineaNueva() const {
+    return m_LineaNueva.NPuntos();
+}
+
+void CGL::DameLineaNuevaTerreno(CLinea<double>& l) const {
+    const bool bTerreno = SobreFoto();
+    for (unsigned i = 0; i < m_LineaNueva.NPuntos(); ++i) {
+        if (bTerreno) {
+            l << m_LineaNuevaTerreno.Punto(static_cast<int>(i));
+            continue;
+        }
+        const CCoor3D<double>& p = m_LineaNueva.Punto(static_cast<int>(i));
+        CCoor3D<double> c;
+        GLATerreno(c, p.x, p.y, p.z, 1.0);
+        l << c;
+    }
+}
+
+void CGL::DameLineaNuevaTerreno(CLinea<int>& l) {
+    const double escala = 1.0 / Precision();
+    const bool bTerreno = HayImagen();
+    for (unsigned i = 0; i < m_LineaNueva.NPuntos(); ++i) {
+        CCoor3D<double> c;
+        if (bTerreno) {
+            c = m_LineaNuevaTerreno.Punto(static_cast<int>(i)) / escala;
+        } else {
+            const CCoor3D<double>& p = m_LineaNueva.Punto(static_cast<int>(i));
+            GLATerreno(c, p.x, p.y, p.z, escala);
+        }
+        l << CCoor3D<int>(c);
+    }
+}
+
+void CGL::DameLineaNuevaPantalla(CLinea<int>& l) {
+    if (!MakeCurrent(nullptr)) return;
+    GLint vista[4];
+    GLdouble modelo[16], proyeccion[16];
+    glGetIntegerv(GL_VIEWPORT, vista);
+    if (HayErrorGL()) return;
+    glGetDoublev(GL_MODELVIEW_MATRIX, modelo);
+    if (HayErrorGL()) return;
+    glGetDoublev(GL_PROJECTION_MATRIX, proyeccion);
+    if (HayErrorGL()) return;
+    for (unsigned i = 0; i < m_LineaNueva.NPuntos(); ++i) {
+        const CCoor3D<double>& p = m_LineaNueva.Punto(static_cast<int>(i));
+        CCoor3D<double> w;
+        if (!gluProject(p.x, p.y, p.z, modelo, proyeccion, vista, &w.x, &w.y, &w.z)) return;
+        w.y = vista[3] - w.y;
+        l << CCoor3D<int>(w);
+    }
+    wglMakeCurrent(nullptr, nullptr);
+}

@@ -1,0 +1,111 @@
+#pragma once
+// The objects behind the handles: bitmaps, what device contexts draw on, device contexts. Only the files of this folder
+// include this.
+
+#include "platform/Backend.h"
+#include "platform/CBitmap.h"
+#include "platform/CDC.h"
+#include "platform/CPalette.h"
+#include "platform/CWnd.h"
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <thread>
+#include <unordered_map>
+#include <vector>
+
+namespace plataforma {
+
+/// Handles and the objects behind them. A handle is a number that is never given out twice, so that one kept for too
+/// long is refused and can't hit a newer object. An object taken out lives on for those who hold it.
+template <class Handle, class Objeto>
+class Tabla {
+  public:
+    Handle Inserta(std::shared_ptr<Objeto> objeto) {
+        std::lock_guard cierre(m_Cerrojo);
+        m_Objetos.emplace(++m_nUltimo, std::move(objeto));
+        return reinterpret_cast<Handle>(m_nUltimo);
+    }
+    std::shared_ptr<Objeto> Busca(Handle handle) const {
+        std::lock_guard cierre(m_Cerrojo);
+        auto it = m_Objetos.find(reinterpret_cast<std::uintptr_t>(handle));
+        return it == m_Objetos.end() ? nullptr : it->second;
+    }
+    std::shared_ptr<Objeto> Saca(Handle handle) {
+        std::lock_guard cierre(m_Cerrojo);
+        auto it = m_Objetos.find(reinterpret_cast<std::uintptr_t>(handle));
+        if (it == m_Objetos.end()) return nullptr;
+        auto objeto = std::move(it->second);
+        m_Objetos.erase(it);
+        return objeto;
+    }
+
+  private:
+    mutable std::mutex m_Cerrojo;
+    std::unordered_map<std::uintptr_t, std::shared_ptr<Objeto>> m_Objetos;
+    std::uintptr_t m_nUltimo = 0;
+};
+
+/// Pixels of a bitmap: rows from the bottom up, padded to 4 bytes, blue first.
+struct Bitmap {
+    int m_nAncho = 0, m_nAlto = 0;
+    int m_nBits = 0;  ///< a pixel: 24 or 32
+    int m_nPaso = 0;  ///< bytes a row
+    std::vector<BYTE> m_Pixeles;
+    CBitmap* m_pClase = nullptr;  ///< the object of the host that holds it, if any
+    bool m_bSeleccionado = false;
+};
+
+/// What device contexts draw on: the client area of a window, shared by all its device contexts, or the bitmap selected
+/// in one memory device context. `CerrojoContextos` guards its fields.
+class Lienzo {
+  public:
+    std::unique_ptr<VentanaNativa> m_Ventana;  ///< null in a memory device context
+    std::shared_ptr<Bitmap> m_Bitmap;          ///< null for a window
+    int m_nFormato = 0;                        ///< from 1; 0: not set yet
+    std::shared_ptr<Superficie> m_Superficie;  ///< made with the format
+    std::thread::id m_Hilo;                    ///< who draws on the surface, where it serves one thread at a time
+
+    /// Makes the surface, or makes it anew when the size of what it stands for has changed and nobody draws on it.
+    /// @return false with the reason noted
+    bool PreparaSuperficie(Backend& backend);
+    bool Admite(const FormatoPixel& formato) const;
+};
+
+/// Entries of a palette.
+struct Paleta {
+    std::vector<PALETTEENTRY> m_Entradas;
+    CPalette* m_pClase = nullptr;  ///< the object of the host that holds it, if any
+};
+
+/// A device context.
+struct Dispositivo {
+    std::shared_ptr<Lienzo> m_Lienzo;
+    std::shared_ptr<Paleta> m_Paleta;
+    CBitmap m_Propio;         ///< of one pixel, selected in a memory device context from the start
+    CPalette m_PaletaPropia;  ///< black and white, selected from the start
+
+    Dispositivo();
+    ~Dispositivo();
+    std::shared_ptr<Bitmap> BitmapPropio() const;
+};
+
+Tabla<HBITMAP, Bitmap>& Bitmaps();
+Tabla<HDC, Dispositivo>& Dispositivos();
+Tabla<HWND, Lienzo>& Ventanas();
+
+/// Guards canvases, contexts and their groups.
+std::mutex& CerrojoContextos();
+
+/// Makes a bitmap; null, with the reason noted, when sizes or depth can't be had.
+std::shared_ptr<Bitmap> CreaBitmap(int ancho, int alto, int bits);
+
+/// What is current on this thread.
+struct Actual {
+    Lienzo* m_pLienzo = nullptr;    ///< null when no context is current
+    bool m_bConSuperficie = false;  ///< drawing goes somewhere
+};
+Actual ActualDelHilo();
+
+}  // namespace plataforma

@@ -1,0 +1,223 @@
+// The connection to an X11 display.
+
+#include "platform/glx/ConexionX11.h"
+
+#include "platform/CWnd.h"
+
+#include <X11/Xutil.h>
+#include <X11/keysym.h>
+#include <poll.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cstdlib>
+#include <mutex>
+
+namespace plataforma {
+
+namespace {
+
+/// What the error handler knows. Errors of other connections go to whoever handled them before.
+struct ErroresX {
+    std::mutex m_Cerrojo;
+    std::vector<Display*> m_Nuestras;
+    XErrorHandler m_pAjeno = nullptr;
+    std::atomic<int> m_nCuantos{0};
+    std::atomic<int> m_nUltimo{0};
+};
+
+ErroresX& Errores() {
+    static ErroresX& e = *new ErroresX;
+    return e;
+}
+
+int Manejador(Display* display, XErrorEvent* error) {
+    ErroresX& e = Errores();
+    XErrorHandler ajeno = nullptr;
+    {
+        std::lock_guard cierre(e.m_Cerrojo);
+        if (std::find(e.m_Nuestras.begin(), e.m_Nuestras.end(), display) != e.m_Nuestras.end()) {
+            e.m_nUltimo = error->error_code;
+            ++e.m_nCuantos;
+            return 0;
+        }
+        ajeno = e.m_pAjeno;
+    }
+    return ajeno ? ajeno(display, error) : 0;
+}
+
+/// Puts our handler first. It stays there: what OpenGL sends to the display fails at any later time, when the window of
+/// a toolkit has gone, say.
+/// @return the one that was there
+XErrorHandler PonManejador() {
+    XErrorHandler anterior = XSetErrorHandler(Manejador);
+    if (anterior != Manejador) {
+        std::lock_guard cierre(Errores().m_Cerrojo);
+        Errores().m_pAjeno = anterior;
+    }
+    return anterior;
+}
+
+unsigned Estado(unsigned x) {
+    return (x & Button1Mask ? MK_LBUTTON : 0) | (x & Button2Mask ? MK_MBUTTON : 0) |
+           (x & Button3Mask ? MK_RBUTTON : 0) | (x & ShiftMask ? MK_SHIFT : 0) | (x & ControlMask ? MK_CONTROL : 0);
+}
+
+/// VK_ value of a key; 0 for one that has none.
+unsigned Tecla(KeySym s) {
+    struct Par {
+        KeySym m_X;
+        unsigned m_Vk;
+    };
+    static constexpr Par pares[] = {{XK_BackSpace, VK_BACK},    {XK_Tab, VK_TAB},
+                                    {XK_Return, VK_RETURN},     {XK_KP_Enter, VK_RETURN},
+                                    {XK_Shift_L, VK_SHIFT},     {XK_Shift_R, VK_SHIFT},
+                                    {XK_Control_L, VK_CONTROL}, {XK_Control_R, VK_CONTROL},
+                                    {XK_Escape, VK_ESCAPE},     {XK_space, VK_SPACE},
+                                    {XK_Prior, VK_PRIOR},       {XK_Next, VK_NEXT},
+                                    {XK_End, VK_END},           {XK_Home, VK_HOME},
+                                    {XK_Left, VK_LEFT},         {XK_Up, VK_UP},
+                                    {XK_Right, VK_RIGHT},       {XK_Down, VK_DOWN},
+                                    {XK_Insert, VK_INSERT},     {XK_Delete, VK_DELETE},
+                                    {XK_KP_Add, VK_ADD},        {XK_KP_Subtract, VK_SUBTRACT}};
+    if (s >= XK_a && s <= XK_z) return static_cast<unsigned>(s - XK_a + 'A');
+    if ((s >= XK_A && s <= XK_Z) || (s >= XK_0 && s <= XK_9)) return static_cast<unsigned>(s);
+    if (s >= XK_F1 && s <= XK_F12) return static_cast<unsigned>(s - XK_F1 + VK_F1);
+    const auto par = std::find_if(std::begin(pares), std::end(pares), [s](const Par& p) { return p.m_X == s; });
+    return par == std::end(pares) ? 0 : par->m_Vk;
+}
+
+void TraduceBoton(const XButtonEvent& b, Evento& e) {
+    e.m_nX = b.x;
+    e.m_nY = b.y;
+    e.m_nEstado = Estado(b.state);
+    if (b.button >= 1 && b.button <= 3) {
+        e.m_Tipo = b.type == ButtonPress ? TipoEvento::pulsa : TipoEvento::suelta;
+        e.m_nBoton = static_cast<int>(b.button);
+        // The server tells what was held before this button.
+        const unsigned suyo = b.button == 1 ? MK_LBUTTON : b.button == 2 ? MK_MBUTTON : MK_RBUTTON;
+        e.m_nEstado = b.type == ButtonPress ? e.m_nEstado | suyo : e.m_nEstado & ~suyo;
+    } else if (b.type == ButtonPress && (b.button == 4 || b.button == 5)) {
+        e.m_Tipo = TipoEvento::rueda;
+        e.m_nBoton = b.button == 4 ? 1 : -1;
+    }
+}
+
+Evento Traduce(XEvent& x, const ConexionX11& conexion) {
+    Evento e;
+    e.m_Ventana = x.xany.window;
+    switch (x.type) {
+        case Expose:
+            if (x.xexpose.count == 0) e.m_Tipo = TipoEvento::repinta;
+            break;
+        case ConfigureNotify:
+            e.m_Tipo = TipoEvento::tamano;
+            e.m_nX = x.xconfigure.width;
+            e.m_nY = x.xconfigure.height;
+            break;
+        case ClientMessage:
+            if (x.xclient.message_type == conexion.AtomoProtocolos() &&
+                static_cast<Atom>(x.xclient.data.l[0]) == conexion.AtomoBorra())
+                e.m_Tipo = TipoEvento::cierra;
+            break;
+        case DestroyNotify:
+            e.m_Tipo = TipoEvento::destruida;
+            break;
+        case MotionNotify:
+            e.m_Tipo = TipoEvento::raton;
+            e.m_nX = x.xmotion.x;
+            e.m_nY = x.xmotion.y;
+            e.m_nEstado = Estado(x.xmotion.state);
+            break;
+        case ButtonPress:
+        case ButtonRelease:
+            TraduceBoton(x.xbutton, e);
+            break;
+        case KeyPress:
+        case KeyRelease:
+            e.m_nTecla = Tecla(XLookupKeysym(&x.xkey, 0));
+            e.m_nEstado = Estado(x.xkey.state);
+            if (e.m_nTecla) e.m_Tipo = x.type == KeyPress ? TipoEvento::tecla : TipoEvento::teclaArriba;
+            break;
+        default:
+            break;
+    }
+    return e;
+}
+
+}  // namespace
+
+std::unique_ptr<ConexionX11> ConexionX11::Abre(std::string& motivo) {
+    static const bool hilos = XInitThreads() != 0;  // before any other call of Xlib
+    if (!hilos) {
+        motivo = "the X library can't be used from several threads; install Debian's libx11-6.";
+        return nullptr;
+    }
+    Display* display = XOpenDisplay(nullptr);
+    if (!display) {
+        const char* nombre = std::getenv("DISPLAY");
+        motivo = nombre && *nombre
+                     ? std::string("the display \"") + nombre +
+                           "\" can't be opened: no X server runs there, or it refuses this user (see xauth)."
+                     : "DISPLAY isn't set: there is no X display; start from a desktop session or under xvfb-run.";
+        return nullptr;
+    }
+    return std::unique_ptr<ConexionX11>(new ConexionX11(display));
+}
+
+ConexionX11::ConexionX11(Display* display)
+    : m_Display(display), m_nPantalla(DefaultScreen(display)), m_Raiz(RootWindow(display, m_nPantalla)) {
+    {
+        std::lock_guard cierre(Errores().m_Cerrojo);
+        Errores().m_Nuestras.push_back(display);
+    }
+    PonManejador();
+    // A server that goes away would end the process too. Calls to Xlib then return without having done anything.
+    XSetIOErrorExitHandler(
+        display, [](Display*, void*) {}, nullptr);
+    m_Protocolos = XInternAtom(display, "WM_PROTOCOLS", False);
+    m_Borra = XInternAtom(display, "WM_DELETE_WINDOW", False);
+}
+
+ConexionX11::~ConexionX11() {
+    XCloseDisplay(m_Display);
+    std::lock_guard cierre(Errores().m_Cerrojo);
+    std::erase(Errores().m_Nuestras, m_Display);
+}
+
+Pantalla ConexionX11::Mide() const {
+    Pantalla p{DisplayWidth(m_Display, m_nPantalla), DisplayHeight(m_Display, m_nPantalla), 96.0};
+    const int mm = DisplayHeightMM(m_Display, m_nPantalla);
+    if (mm > 0) p.m_dPuntosPulgada = p.m_nAlto * 25.4 / mm;
+    return p;
+}
+
+std::optional<Evento> ConexionX11::SiguienteEvento(std::chrono::milliseconds espera) {
+    const GuardaErroresX guarda(m_Display);
+    if (XPending(m_Display) <= 0) {
+        if (espera.count() == 0) return std::nullopt;
+        pollfd canal = {ConnectionNumber(m_Display), POLLIN, 0};
+        poll(&canal, 1, espera.count() < 0 ? -1 : static_cast<int>(espera.count()));
+        if (XPending(m_Display) <= 0) return std::nullopt;
+    }
+    XEvent x;
+    XNextEvent(m_Display, &x);
+    return Traduce(x, *this);
+}
+
+GuardaErroresX::GuardaErroresX(Display* display)
+    : m_Display(display), m_pAnterior(PonManejador()), m_nErroresAntes(Errores().m_nCuantos) {}
+
+GuardaErroresX::~GuardaErroresX() {
+    if (m_pAnterior == Manejador) return;
+    // The host has put a handler of its own since: what is under way must come back before it is in charge again.
+    XSync(m_Display, False);
+    XSetErrorHandler(m_pAnterior);
+}
+
+int GuardaErroresX::Error() {
+    XSync(m_Display, False);
+    return Errores().m_nCuantos == m_nErroresAntes ? 0 : Errores().m_nUltimo.load();
+}
+
+}  // namespace plataforma

@@ -1,0 +1,55 @@
+#pragma once
+// The connection to an X11 display: opening it, keeping its errors from the host's process, reading its events.
+
+#include "platform/Backend.h"
+
+#include <X11/Xlib.h>
+
+namespace plataforma {
+
+/// A connection of the library's own: the host's toolkit has another, whose errors and events are none of our business.
+class ConexionX11 {
+  public:
+    /// @return null, with a sentence why, when no display can be opened
+    static std::unique_ptr<ConexionX11> Abre(std::string& motivo);
+    ~ConexionX11();
+    ConexionX11(const ConexionX11&) = delete;
+    ConexionX11& operator=(const ConexionX11&) = delete;
+
+    Display* Xlib() const { return m_Display; }
+    int NPantalla() const { return m_nPantalla; }
+    Window Raiz() const { return m_Raiz; }
+    Atom AtomoBorra() const { return m_Borra; }
+    Atom AtomoProtocolos() const { return m_Protocolos; }
+    Pantalla Mide() const;
+    std::optional<Evento> SiguienteEvento(std::chrono::milliseconds espera);
+
+  private:
+    explicit ConexionX11(Display* display);
+
+    Display* m_Display;
+    int m_nPantalla;
+    Window m_Raiz;
+    Atom m_Protocolos, m_Borra;
+};
+
+/// Holds back the errors of calls to Xlib that can fail, from here to the end of the block. An error that nobody
+/// handles would end the host's process.
+class GuardaErroresX {
+  public:
+    explicit GuardaErroresX(Display* display);
+    ~GuardaErroresX();
+    GuardaErroresX(const GuardaErroresX&) = delete;
+    GuardaErroresX& operator=(const GuardaErroresX&) = delete;
+
+    /// Waits until the server has done all that it was asked.
+    /// @return code of the last error since the block began; 0 for none
+    int Error();
+
+  private:
+    Display* m_Display;
+    XErrorHandler m_pAnterior;
+    int m_nErroresAntes;
+};
+
+}  // namespace plataforma

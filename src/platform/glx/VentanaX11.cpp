@@ -1,0 +1,138 @@
+// Windows of an X11 display.
+
+#include "platform/glx/VentanaX11.h"
+
+#include <X11/Xatom.h>
+#include <X11/Xutil.h>
+
+namespace plataforma {
+
+SuperficieGLX::~SuperficieGLX() {
+    if (!m_bPbuffer) return;
+    GuardaErroresX guarda(m_Display);
+    glXDestroyPbuffer(m_Display, m_Dibujable);
+}
+
+VisualID VisualDe(Display* display, const FormatoPixel& formato) {
+    int id = 0;
+    glXGetFBConfigAttrib(display, reinterpret_cast<GLXFBConfig>(formato.m_Nativo), GLX_VISUAL_ID, &id);
+    return static_cast<VisualID>(id);
+}
+
+std::unique_ptr<VentanaX11> VentanaX11::Crea(ConexionX11& conexion, const FormatoPixel& formato,
+                                             const Rectangulo& donde, Window padre, std::string& motivo) {
+    Display* display = conexion.Xlib();
+    XVisualInfo* visual = glXGetVisualFromFBConfig(display, reinterpret_cast<GLXFBConfig>(formato.m_Nativo));
+    if (!visual) {
+        motivo = "the pixel format has no visual that a window could be made with.";
+        return nullptr;
+    }
+    GuardaErroresX guarda(display);
+    const Colormap mapa = XCreateColormap(display, conexion.Raiz(), visual->visual, AllocNone);
+    XSetWindowAttributes atributos = {};
+    atributos.colormap = mapa;
+    atributos.border_pixel = 0;
+    atributos.background_pixmap = None;  // the server paints nothing between two pictures
+    atributos.event_mask = ExposureMask | StructureNotifyMask | PointerMotionMask | ButtonPressMask |
+                           ButtonReleaseMask | KeyPressMask | KeyReleaseMask;
+    const Window id =
+        XCreateWindow(display, padre ? padre : conexion.Raiz(), donde.m_nX, donde.m_nY,
+                      static_cast<unsigned>(donde.m_nAncho), static_cast<unsigned>(donde.m_nAlto), 0, visual->depth,
+                      InputOutput, visual->visual, CWColormap | CWBorderPixel | CWBackPixmap | CWEventMask, &atributos);
+    const VisualID idVisual = visual->visualid;
+    XFree(visual);
+    if (const int error = guarda.Error()) {
+        XFreeColormap(display, mapa);
+        motivo = "the display refuses the window (error " + std::to_string(error) + ").";
+        return nullptr;
+    }
+    if (!padre) {
+        Atom borra = conexion.AtomoBorra();
+        XSetWMProtocols(display, id, &borra, 1);
+        XSizeHints sitio = {};  // a window manager places windows as it likes unless told that the place is meant
+        sitio.flags = USPosition | USSize;
+        sitio.x = donde.m_nX;
+        sitio.y = donde.m_nY;
+        sitio.width = donde.m_nAncho;
+        sitio.height = donde.m_nAlto;
+        XSetWMNormalHints(display, id, &sitio);
+    }
+    return std::unique_ptr<VentanaX11>(new VentanaX11(conexion, id, idVisual, mapa, true));
+}
+
+std::unique_ptr<VentanaX11> VentanaX11::Envuelve(ConexionX11& conexion, Window id, std::string& motivo) {
+    GuardaErroresX guarda(conexion.Xlib());
+    XWindowAttributes atributos;
+    if (!XGetWindowAttributes(conexion.Xlib(), id, &atributos) || atributos.c_class != InputOutput) {
+        motivo = "the display has no window " + std::to_string(id) + " that can be drawn on.";
+        return nullptr;
+    }
+    const VisualID visual = XVisualIDFromVisual(atributos.visual);
+    return std::unique_ptr<VentanaX11>(new VentanaX11(conexion, id, visual, 0, false));
+}
+
+VentanaX11::~VentanaX11() {
+    if (!m_bPropia) return;
+    GuardaErroresX guarda(m_Conexion.Xlib());
+    XDestroyWindow(m_Conexion.Xlib(), m_Id);
+    XFreeColormap(m_Conexion.Xlib(), m_Mapa);
+    XFlush(m_Conexion.Xlib());
+}
+
+void VentanaX11::Muestra(bool visible) {
+    GuardaErroresX guarda(m_Conexion.Xlib());
+    if (visible)
+        XMapWindow(m_Conexion.Xlib(), m_Id);
+    else
+        XUnmapWindow(m_Conexion.Xlib(), m_Id);
+    XFlush(m_Conexion.Xlib());
+}
+
+void VentanaX11::Mueve(const Rectangulo& donde) {
+    GuardaErroresX guarda(m_Conexion.Xlib());
+    XMoveResizeWindow(m_Conexion.Xlib(), m_Id, donde.m_nX, donde.m_nY, static_cast<unsigned>(donde.m_nAncho),
+                      static_cast<unsigned>(donde.m_nAlto));
+    XFlush(m_Conexion.Xlib());
+}
+
+void VentanaX11::Titula(const std::string& utf8) {
+    Display* display = m_Conexion.Xlib();
+    GuardaErroresX guarda(display);
+    const Atom tipo = XInternAtom(display, "UTF8_STRING", False);
+    const auto* bytes = reinterpret_cast<const unsigned char*>(utf8.data());
+    for (const char* nombre : {"_NET_WM_NAME", "WM_NAME"})
+        XChangeProperty(display, m_Id, XInternAtom(display, nombre, False), tipo, 8, PropModeReplace, bytes,
+                        static_cast<int>(utf8.size()));
+    XFlush(display);
+}
+
+std::optional<Rectangulo> VentanaX11::Medidas() const {
+    GuardaErroresX guarda(m_Conexion.Xlib());
+    Window raiz = 0;
+    int x = 0, y = 0;
+    unsigned ancho = 0, alto = 0, borde = 0, fondo = 0;
+    if (!XGetGeometry(m_Conexion.Xlib(), m_Id, &raiz, &x, &y, &ancho, &alto, &borde, &fondo)) return std::nullopt;
+    return Rectangulo{x, y, static_cast<int>(ancho), static_cast<int>(alto)};
+}
+
+void VentanaX11::Retira() {
+    if (!m_bPropia) return;
+    GuardaErroresX guarda(m_Conexion.Xlib());
+    XSelectInput(m_Conexion.Xlib(), m_Id, 0);
+    XUnmapWindow(m_Conexion.Xlib(), m_Id);
+    // A parent takes its children along when it is destroyed.
+    XReparentWindow(m_Conexion.Xlib(), m_Id, m_Conexion.Raiz(), 0, 0);
+    XSync(m_Conexion.Xlib(), False);
+}
+
+bool VentanaX11::Admite(const FormatoPixel& formato) const {
+    return formato.m_bVentana && VisualDe(m_Conexion.Xlib(), formato) == m_Visual;
+}
+
+std::unique_ptr<Superficie> VentanaX11::CreaSuperficie(const FormatoPixel&, std::string&) {
+    // The window itself, and no GLXWindow: the host's toolkit may have made one for a window that is wrapped here, and
+    // a window can have only one.
+    return std::make_unique<SuperficieGLX>(m_Conexion.Xlib(), m_Id, false);
+}
+
+}  // namespace plataforma
