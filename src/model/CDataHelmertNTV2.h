@@ -31,7 +31,8 @@ class LUMBRA_API CDataHelmertNTV2 {
 
     CString m_SzRejilla;  ///< path or name of the NTv2 grid; empty for the seven parameters
 
-    /// Both systems are valid and all parameters finite. A grid is looked for when it is used.
+    /// Both systems are valid, all parameters finite, and the grid's name has no comma and no @ in front. The grid
+    /// itself is looked for when it is used.
     bool EsValida() const;
 
     /// Points of the first system to the second, in place, x and y in metres, z metres over the ellipsoid.
@@ -39,10 +40,10 @@ class LUMBRA_API CDataHelmertNTV2 {
     /// @return false when a point had no result, or when the operation can't be made (EsValida false, grid missing):
     ///         then all points stay as they were
     /// @thread any; each has a geodetic context of its own
-    bool Transforma(std::span<CCoor3D<double>> Puntos) const;
+    bool Transforma(std::span<CCoor3D<double>> puntos) const;
 
     /// The other way.
-    bool TransformaInversa(std::span<CCoor3D<double>> Puntos) const;
+    bool TransformaInversa(std::span<CCoor3D<double>> puntos) const;
 };
 
 }  // namespace Vertiz

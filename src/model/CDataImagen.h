@@ -18,9 +18,9 @@ class LUMBRA_API CDataImagen {
 
     CDataImagen() = default;
 
-    /// @param dXOeste, dYNorte outer corner of the first pixel, terrain units
-    /// @param dPixelX, dPixelY size of a pixel, terrain units, both positive
-    CDataImagen(double dXOeste, double dYNorte, double dPixelX, double dPixelY, int nTipo);
+    /// @param xOeste, yNorte outer corner of the first pixel, terrain units
+    /// @param pixelX, pixelY size of a pixel, terrain units, both positive
+    CDataImagen(double xOeste, double yNorte, double pixelX, double pixelY, int tipo);
 
     double m_dXOeste = 0.0;
     double m_dYNorte = 0.0;

@@ -15,11 +15,11 @@ class LUMBRA_API CElipsoide {
     /// The library's default ellipsoid, that of WGS-84.
     CElipsoide();
 
-    /// @param nId   number in the table; -1 for one that the user defines
-    /// @param Nombre name shown to users; copied
-    /// @param dA    semi-major axis, metres
-    /// @param dE2   first eccentricity squared, from 0 (sphere) to below 1
-    CElipsoide(int nId, const CString& Nombre, double dA, double dE2);
+    /// @param id   number in the table; -1 for one that the user defines
+    /// @param nombre name shown to users; copied
+    /// @param a    semi-major axis, metres
+    /// @param e2   first eccentricity squared, from 0 (sphere) to below 1
+    CElipsoide(int id, const CString& nombre, double a, double e2);
 
     int GetId() const { return m_nId; }
     const CString& GetNombre() const { return m_Nombre; }
@@ -39,13 +39,13 @@ class LUMBRA_API CElipsoide {
     /// True for an ellipsoid that coordinates can be computed on: a above 0, e2 from 0 to below 1, both finite.
     bool EsValido() const;
 
-    static constexpr int m_nCantidadTabla = 28;
+    static constexpr int kCantidadTabla = 28;
 
     /// The table of known ellipsoids. The first row, number -1, is the empty one that a user fills in.
-    static const std::array<CElipsoide, m_nCantidadTabla>& Tabla();
+    static const std::array<CElipsoide, kCantidadTabla>& Tabla();
 
     /// The row with this number, or null.
-    static const CElipsoide* Busca(int nId);
+    static const CElipsoide* Busca(int id);
 
   private:
     int m_nId;

@@ -17,12 +17,12 @@ class LUMBRA_API CPuntoPortula : public CCoor3D<double> {
   public:
     CPuntoPortula();
 
-    /// @param Unidad      unit of x and y when they are angles, 0 when they are lengths
-    /// @param nNumero     number of the point
-    /// @param dOndulacion height of the geoid over the ellipsoid at the point, metres
-    /// @param Nombre      name, may be empty; copied
-    CPuntoPortula(CUnidadAngular Unidad, int nNumero, double x, double y, double z, double dOndulacion,
-                  const CString& Nombre);
+    /// @param unidad      unit of x and y when they are angles, 0 when they are lengths
+    /// @param numero     number of the point
+    /// @param ondulacion height of the geoid over the ellipsoid at the point, metres
+    /// @param nombre      name, may be empty; copied
+    CPuntoPortula(CUnidadAngular unidad, int numero, double x, double y, double z, double ondulacion,
+                  const CString& nombre);
 
     CUnidadAngular GetUnidad() const { return m_Unidad; }
     int GetNumero() const { return m_nNumero; }
@@ -30,26 +30,26 @@ class LUMBRA_API CPuntoPortula : public CCoor3D<double> {
     const CString& GetNombre() const { return m_Nombre; }
 
     /// Latitude and longitude of a point whose x and y are UTM coordinates in metres.
-    /// @param dLatitud, dLongitud out: radians, north and east positive
-    /// @param Elipsoide ellipsoid of both
-    /// @param nHuso     UTM zone, 1 to 60
-    /// @param bNorte    true in the northern hemisphere; in the southern one 10 000 km stand before the northing
+    /// @param latitud, longitud out: radians, north and east positive
+    /// @param elipsoide ellipsoid of both
+    /// @param huso     UTM zone, 1 to 60
+    /// @param norte    true in the northern hemisphere; in the southern one 10 000 km stand before the northing
     /// @return false, with the results untouched, for a bad ellipsoid or zone, or coordinates with no inverse
     /// Source: PROJ, "utm" (the transverse Mercator of Poder and Engsager).
-    bool UTMToGeo(double& dLatitud, double& dLongitud, const CElipsoide& Elipsoide, int nHuso, bool bNorte) const;
+    bool UTMToGeo(double& latitud, double& longitud, const CElipsoide& elipsoide, int huso, bool norte) const;
 
     /// Sets x and y to the UTM coordinates, in metres, of a latitude and a longitude; z stays. The angular unit
     /// becomes 0. A zone of 0 takes the one that holds the longitude (6 degrees wide, without the exceptions of
     /// Norway and Svalbard).
-    /// @param dLatitud, dLongitud radians, north and east positive
+    /// @param latitud, longitud radians, north and east positive
     /// @return the zone used, or 0 with the point untouched when there is no result
-    int GeoToUTM(double dLatitud, double dLongitud, const CElipsoide& Elipsoide, int nHuso, bool bNorte);
+    int GeoToUTM(double latitud, double longitud, const CElipsoide& elipsoide, int huso, bool norte);
 
     /// The point moved by a transformation, in plan (the height stays) or in space. They go from the image's or the
     /// local system's side to the terrain, like CNubePuntos::Transforma2D and 3D.
     /// @return false, with the point untouched, when it has no image
-    bool Transforma2D(const CDataTransformacion& Data);
-    bool Transforma3D(const CDataTransformacion& Data);
+    bool Transforma2D(const CDataTransformacion& data);
+    bool Transforma3D(const CDataTransformacion& data);
 
   private:
     CUnidadAngular m_Unidad;

@@ -12,12 +12,12 @@ class CSistemaReferencia {
     CSistemaReferencia() = default;
 
     /// A system known by its name only: the default ellipsoid, and no zone yet.
-    explicit CSistemaReferencia(const CString& Nombre) : m_Nombre(Nombre) {}
+    explicit CSistemaReferencia(const CString& nombre) : m_Nombre(nombre) {}
 
-    /// @param nHuso  UTM zone, 1 to 60; 0 when none is set
-    /// @param bNorte true in the northern hemisphere
-    CSistemaReferencia(const CString& Nombre, const CElipsoide& Elipsoide, int nHuso, bool bNorte)
-        : m_Nombre(Nombre), m_Elipsoide(Elipsoide), m_nHuso(nHuso), m_bNorte(bNorte) {}
+    /// @param huso  UTM zone, 1 to 60; 0 when none is set
+    /// @param norte true in the northern hemisphere
+    CSistemaReferencia(const CString& nombre, const CElipsoide& elipsoide, int huso, bool norte)
+        : m_Nombre(nombre), m_Elipsoide(elipsoide), m_nHuso(huso), m_bNorte(norte) {}
 
     const CString& GetNombre() const { return m_Nombre; }
     const CElipsoide& GetElipsoide() const { return m_Elipsoide; }

@@ -11,8 +11,8 @@ class CUnidadAngular {
   public:
     enum Codigo : int { NINGUNA = 0, RADIANES = 1, CENTESIMAL = 2, SEXAGESIMAL = 3 };
 
-    constexpr CUnidadAngular(int nCodigo = NINGUNA)
-        : m_nCodigo(nCodigo >= NINGUNA && nCodigo <= SEXAGESIMAL ? nCodigo : NINGUNA) {}
+    constexpr CUnidadAngular(int codigo = NINGUNA)
+        : m_nCodigo(codigo >= NINGUNA && codigo <= SEXAGESIMAL ? codigo : NINGUNA) {}
 
     constexpr int GetCodigo() const { return m_nCodigo; }
 
@@ -29,10 +29,10 @@ class CUnidadAngular {
     }
 
     /// An angle of this unit in radians.
-    constexpr double ARadianes(double dAngulo) const { return dAngulo * (2.0 * std::numbers::pi / Circulo()); }
+    constexpr double ARadianes(double angulo) const { return angulo * (2.0 * std::numbers::pi / Circulo()); }
 
     /// An angle in radians in this unit.
-    constexpr double DesdeRadianes(double dAngulo) const { return dAngulo * (Circulo() / (2.0 * std::numbers::pi)); }
+    constexpr double DesdeRadianes(double angulo) const { return angulo * (Circulo() / (2.0 * std::numbers::pi)); }
 
     constexpr bool operator==(const CUnidadAngular&) const = default;
 

@@ -1,8 +1,6 @@
 // The image that scenes see, whatever the format of its file.
 #pragma once
 
-#include <memory>
-
 #include "platform/CString.h"
 #include "platform/Exporta.h"
 #include "platform/Tipos.h"
@@ -26,17 +24,17 @@ class LUMBRA_API IRaster {
     virtual void Limpiar() = 0;
 
     /// Copies up to 256 characters of the image's name.
-    virtual void SetNombre(const wchar_t* Nombre) = 0;
+    virtual void SetNombre(const wchar_t* nombre) = 0;
 
     /// Takes the open source file, not owned, and goes to its start.
-    virtual bool SetFichero(CFile* pFichero) = 0;
+    virtual bool SetFichero(CFile* fichero) = 0;
 
     /// Ends the use of the source file.
     virtual bool CierraFichero() = 0;
 
     /// Reads the image, or only its header, from the source file.
     /// @return 1 read, 2 cancelled or without room for the pixels, 0 not an image of this format
-    virtual int Leer(bool bSoloCabecera) = 0;
+    virtual int Leer(bool soloCabecera) = 0;
 
     virtual int Alto100() const = 0;     ///< height in hundredths of a pixel, never negative
     virtual int Ancho100() const = 0;    ///< width in hundredths of a pixel
@@ -51,39 +49,39 @@ class LUMBRA_API IRaster {
     virtual const BYTE* Paleta() const = 0;  ///< 256 entries of 4 bytes, owned by the raster; null without palette
 
     /// Makes a new image of this size in place of what there was.
-    /// @param nBits     8 or 24
-    /// @param pRelleno  colour of all pixels, BytesPixel bytes; null leaves them 0
-    /// @param pDatos    pixels to copy, bottom row first, rows of BytesFila; null for none
-    /// @param pPaleta   256 entries of 4 bytes to copy; null for none
+    /// @param bits     8 or 24
+    /// @param relleno  colour of all pixels, BytesPixel bytes; null leaves them 0
+    /// @param datos    pixels to copy, bottom row first, rows of BytesFila; null for none
+    /// @param paleta   256 entries of 4 bytes to copy; null for none
     /// @return 1 made, 0 bad size or depth, 2 no room
-    virtual int Crear(int nAncho, int nAlto, int nBits, float fResolucion, const BYTE* pRelleno, const BYTE* pDatos,
-                      const BYTE* pPaleta, bool bSoloCabecera) = 0;
+    virtual int Crear(int ancho, int alto, int bits, float resolucion, const BYTE* relleno, const BYTE* datos,
+                      const BYTE* paleta, bool soloCabecera) = 0;
 
     /// Writes one pixel of BytesPixel bytes; false outside the image.
-    virtual bool SetPixel(int nFila, int nColumna, const BYTE* pPixel) = 0;
+    virtual bool SetPixel(int fila, int columna, const BYTE* pixel) = 0;
 
-    /// Reads one pixel; with a radius, adds the average of the window weighted by inverse distance to pPixel.
-    /// @return false outside the image, with pPixel untouched
-    virtual bool GetPixel(BYTE* pPixel, int nFila, int nColumna, int nRadio) const = 0;
+    /// Reads one pixel; with a radius, adds the average of the window weighted by inverse distance to pixel.
+    /// @return false outside the image, with pixel untouched
+    virtual bool GetPixel(BYTE* pixel, int fila, int columna, int radio) const = 0;
 
-    /// Reads nPixeles pixels of a row from nColumna on, as far as the image goes.
-    virtual bool GetFila(BYTE* pFila, int nFila, int nColumna, int nPixeles) const = 0;
+    /// Reads cantidad pixels of a row from columna on, as far as the image goes.
+    virtual bool GetFila(BYTE* pixeles, int fila, int columna, int cantidad) const = 0;
 
     /// Halves the image in place.
-    virtual int Reducir(int nInterpolacion, int nNivel) = 0;
+    virtual int Reducir(int interpolacion, int nivel) = 0;
 
     virtual int NumMuestras() const = 0;  ///< samples of a pixel
     virtual int Tipo() const = 0;         ///< 20 TIFF, 21 BMP, 22 JPEG, 23 ECW
 };
 
 /// Borrar, for a pointer that may be null.
-inline void BorraRaster(IRaster* pRaster) {
-    if (pRaster) pRaster->Borrar();
+inline void BorraRaster(IRaster* raster) {
+    if (raster) raster->Borrar();
 }
 
 /// An empty raster for a file of this name, by the end of the name without regard to case; the caller owns it and goes
 /// on with SetFichero and Leer.
 /// @return null for a name that no format of the library takes; no format is there yet, so always null
-LUMBRA_API IRaster* CreaRaster(const wchar_t* Nombre);
+LUMBRA_API IRaster* CreaRaster(const wchar_t* nombre);
 
 }  // namespace Vertiz
