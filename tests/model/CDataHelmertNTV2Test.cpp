@@ -178,7 +178,7 @@ class FicheroNTv2 {
     }
     ~FicheroNTv2() { std::filesystem::remove(m_Ruta); }
 
-    CString Nombre() const { return CString(m_Ruta.wstring()); }
+    CString Nombre() const { return CString(m_Ruta.string().c_str()); }
 
   private:
     static void Clave(std::ofstream& f, const char* clave) {
