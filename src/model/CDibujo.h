@@ -66,7 +66,7 @@ class LUMBRA_API CDibujo : public CObjetoFichero {
 
     CDataSemilla& Semilla() { return m_Semilla; }
     const CDataSemilla& Semilla() const { return m_Semilla; }
-    /// 10 to the seed's decimals: stored units in a terrain unit of a drawing in fixed point.
+    /// How many stored units make a terrain unit: 10 to the seed's decimals in fixed point, 1 with real coordinates.
     double Precision() const;
 
     std::uint16_t GetTipoFichero() const { return m_nTipoFichero; }
@@ -81,7 +81,7 @@ class LUMBRA_API CDibujo : public CObjetoFichero {
     std::uint64_t CantidadPuntos() const { return m_nPuntos; }
     unsigned CantidadTextos() const { return m_nTextos; }
     /// Least and greatest intensity, 0 to 65535, of the points of point sets; both 0 when there are none.
-    int IntensidadMinima() const { return m_nIntensidadMin > m_nIntensidadMax ? 0 : m_nIntensidadMin; }
+    int IntensidadMinima() const { return m_nIntensidadMin == kSinIntensidad ? 0 : m_nIntensidadMin; }
     int IntensidadMaxima() const { return m_nIntensidadMax; }
     /// Whether some point of a point set has an intensity.
     bool TieneIntensidad() const { return m_nIntensidadMax > 0; }
@@ -136,11 +136,11 @@ class LUMBRA_API CDibujo : public CObjetoFichero {
     /// Cuts lines with a closed one.
     /// @param entrada   what is cut; entities of fewer than two points and texts are passed over
     /// @param limite    the closed line; heights don't matter. Points where it cuts get their height from the line cut
-    /// @param salida    out: the pieces, with code and attributes of their lines, in the order of these; it may not be
-    ///                  entrada
+    /// @param salida    out: the pieces only, with code and attributes of their lines and in the order of these; it may
+    ///                  not be entrada
     /// @param dentro    not 0: what lies inside or on the limit; 0: what lies outside
     /// @param abiertas  not 0: all lines are cut as lines; 0: closed lines are cut as areas and give closed pieces, the
-    ///                  outer ones first, each followed by its holes
+    ///                  outer ones first, each followed by its holes; new corners take heights from both lines
     /// @param porcentaje  progress and cancel, or null
     /// @return 1 done; 0 when limite is not a valid closed line; 2 cancelled, with the pieces made so far
     static int CortaConLimite(const CDibujo& entrada, const CLinea<T>& limite, CDibujo& salida, int dentro,
@@ -154,10 +154,10 @@ class LUMBRA_API CDibujo : public CObjetoFichero {
     /// its own first point is closed.
     /// @return index of the entity that has the points now
     unsigned JuntaAntesDeInsertar(const CLinea<T>& linea);
-    /// Joins open lines end to end into longer ones, in plan. Where more than two ends meet, lines are paired so that
-    /// what is joined turns as sharply as it can to one side, and a chain that comes back to a point where it has been
-    /// is closed there: outlines that touch at a corner come out apart. The joined line takes the place, code and
-    /// attributes of its first part. Points of real coordinates that are nearer than 0.01 units are one point.
+    /// Joins open lines end to end into longer ones, in plan, in linear time. Where more than two ends meet, a line goes
+    /// on as straight as it can, and one that comes back to a point where it has been is closed there: outlines that
+    /// touch at a corner come out apart. The joined line takes place, direction, code and attributes of its earliest
+    /// part. Ends in real coordinates meet when they are within 0.01 units, which makes up for rounding.
     /// @param distancia     ends this far apart in plan still meet, stored units
     /// @param cota          and this far apart in height, if comparaCotas
     /// @param mismoCodigo   not 0: only lines of the same code are joined
@@ -185,20 +185,21 @@ class LUMBRA_API CDibujo : public CObjetoFichero {
 
     // Files.
 
-    /// Adds the lines of a text file: each row has a code, x, y and, unless the point has no height, z, in absolute
-    /// terrain units, parted by blanks, tabs, commas or semicolons; the decimal sign is a point. Rows of the
-    /// same code that follow one another are one line; an empty row ends it. "#" begins a remark. UTF-8 and Latin 1 are
-    /// read. The format is docs/breaklines.md.
-    /// @param porcentaje  progress, cancel and messages; null looks for the application's
-    /// @return 1 done; 2 cancelled; 0 when the file can't be read or has a row that isn't right, which a message
-    ///         tells with its number. After 0 and 2 the drawing is as before.
+    /// Adds the lines of a text file with a row for each point: code, x, y and z in absolute terrain units, parted by
+    /// blanks, tabs, commas or semicolons; the decimal sign is a point. Rows of one code that follow each other are one
+    /// line, and an empty row ends it. A row that begins with "#" is a remark. UTF-8 is read, and Windows-1252.
+    /// docs/breaklines.md tells more.
+    /// @param porcentaje  progress (of 100), cancel and messages, at this object's level; null takes the application's
+    /// @return 1 done; 2 cancelled; 0 when the file can't be read or has a row that isn't right: a message tells which.
+    ///         After 0 and 2 the drawing is as before
     int Read(const CString& fichero, IPorcentaje* porcentaje = nullptr);
 
   private:
     struct CExtremos;
+    static constexpr int kSinIntensidad = 65536;
 
     void Cuenta(const CEntidadDigi<T>& entidad);
-    void RecalculaMaximas();
+    void Recuenta();
     void Quita(const std::vector<bool>& sobran);
     bool EsRecinto(unsigned i) const;
 
@@ -207,7 +208,7 @@ class LUMBRA_API CDibujo : public CObjetoFichero {
     CMaximas<T> m_Maximas;
     std::uint64_t m_nPuntos = 0;
     unsigned m_nTextos = 0;
-    int m_nIntensidadMin = 65536;
+    int m_nIntensidadMin = kSinIntensidad;
     int m_nIntensidadMax = 0;
     std::uint16_t m_nTipoFichero = fdDibujo;
     std::unique_ptr<CExtremos> m_pExtremos;  // where lines end, for JuntaAntesDeInsertar; made when first needed

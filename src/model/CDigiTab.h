@@ -9,9 +9,9 @@ namespace Vertiz {
 
 /// A table of styles, looked up by the kind and code of an entity.
 ///
-/// Rows keep the order in which they came. A look-up takes logarithmic time; it prefers a row of the very kind to one
-/// of kind 0, which stands for every kind, and either to a row of code "*", which stands for every code. A look-up for
-/// kind 0 takes rows of any kind. Among rows that serve equally well the first one counts.
+/// Rows keep the order in which they came. A look-up takes logarithmic time. It prefers a row of the very code to one
+/// whose code is a pattern ("*" for any characters), and then a row of the very kind to one for lines, which serves the
+/// kinds that have no row of their own. Among rows that serve equally well the first one counts.
 /// @thread several threads may look up in a table at once while nobody changes it
 class LUMBRA_API CDigiTab {
   public:
@@ -41,11 +41,14 @@ class LUMBRA_API CDigiTab {
     void clear();
 
   private:
-    int BuscaExacto(const CElementoDigiTab& elemento) const;
-    void OrdenaFila(unsigned i);
+    auto Lugar(const CString& codigo, unsigned i) const;
+    void Coloca(unsigned i);
+    void Descoloca(unsigned i);
+    int BuscaRepetido(const CTipoDat& tipo) const;
 
     std::vector<CElementoDigiTab> m_Elementos;
-    std::vector<unsigned> m_Orden;  // rows by code, then by row
+    std::vector<unsigned> m_Orden;     // rows by code, then by place
+    std::vector<unsigned> m_Patrones;  // rows whose code is a pattern
 };
 
 }  // namespace Vertiz

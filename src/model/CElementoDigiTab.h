@@ -9,8 +9,7 @@
 namespace Vertiz {
 
 /// One row of a digitising table: for the entities of one kind and code their colour, width and style of line, and
-/// whether they are shown. Kind and code are those of CTipoDat; kind 0 stands for every kind, and the code "*" for
-/// every code.
+/// whether they are shown. Kind and code are those of CTipoDat; in the code "*" stands for any characters, or none.
 class LUMBRA_API CElementoDigiTab : public CTipoDat {
   public:
     CElementoDigiTab() = default;
@@ -20,6 +19,9 @@ class LUMBRA_API CElementoDigiTab : public CTipoDat {
     /// @param texto    description for people
     /// @param visible  0 hides the entities
     CElementoDigiTab(CTipoEntidad tipo, const CString& codigo, BYTE r, BYTE g, BYTE b, float grosor, int estilo,
+                     const CString& texto, int visible);
+    /// The kind by its number.
+    CElementoDigiTab(int tipo, const CString& codigo, BYTE r, BYTE g, BYTE b, float grosor, int estilo,
                      const CString& texto, int visible);
 
     COLORREF GetColor() const { return m_nColor; }

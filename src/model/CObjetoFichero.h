@@ -44,6 +44,7 @@ class LUMBRA_API CObjetoFichero {
     CObjetoFichero(CObjetoFichero&&) = default;
     CObjetoFichero& operator=(const CObjetoFichero&) = default;
     CObjetoFichero& operator=(CObjetoFichero&&) = default;
+    void swap(CObjetoFichero& otro) noexcept;
 
   private:
     CString m_sNombre;
