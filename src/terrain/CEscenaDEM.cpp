@@ -45,9 +45,13 @@ void EnFlotantes(int nColor, float (&destino)[3]) {
 
 }  // namespace
 
-CEscenaDEM::CEscenaDEM() { SetTipo(1); }
+CEscenaDEM::CEscenaDEM() {
+    SetTipo(1);
+}
 
-CEscenaDEM::CEscenaDEM(CDEM* pDEM) : CEscenaDEM() { m_pDEM = pDEM; }
+CEscenaDEM::CEscenaDEM(CDEM* pDEM) : CEscenaDEM() {
+    m_pDEM = pDEM;
+}
 
 CEscenaDEM::CEscenaDEM(const CEscenaDEM& otra, CDEM* pDEM)
     : CEscenaMDT(otra), m_SeleccionCeldas(otra.m_SeleccionCeldas), m_pDEM(pDEM) {}
@@ -67,7 +71,9 @@ CGL& CEscenaDEM::operator=(const CGL& otra) {
     return CEscenaMDT::operator=(otra);
 }
 
-CEscenaDEM::~CEscenaDEM() { Destruir(); }
+CEscenaDEM::~CEscenaDEM() {
+    Destruir();
+}
 
 void CEscenaDEM::Destruir() {
     CEscenaMDT::Destruir();
@@ -243,7 +249,9 @@ int CEscenaDEM::OnIniciarRupturas() {
 }
 
 // The grid's own picking comes with its selection; until something can be picked there is no list to build.
-int CEscenaDEM::OnIniciarSeleccion() { return 1; }
+int CEscenaDEM::OnIniciarSeleccion() {
+    return 1;
+}
 
 // ---- Drawing -------------------------------------------------------------------------------------------------------
 
@@ -308,9 +316,13 @@ const Vertiz::CDataSemilla& CEscenaDEM::DameSemilla() const {
     return m_pDEM != nullptr ? m_pDEM->GetSemilla() : kSinModelo;
 }
 
-bool CEscenaDEM::HaySuavizado() const { return m_pDEM != nullptr && m_pDEM->HaySuavizado(); }
+bool CEscenaDEM::HaySuavizado() const {
+    return m_pDEM != nullptr && m_pDEM->HaySuavizado();
+}
 
-bool CEscenaDEM::HayRupturas() const { return m_pDEM != nullptr && m_pDEM->Rupturas().Cantidad() > 0; }
+bool CEscenaDEM::HayRupturas() const {
+    return m_pDEM != nullptr && m_pDEM->Rupturas().Cantidad() > 0;
+}
 
 int CEscenaDEM::GetMaximasObjeto(CMaximas<double>& m) const {
     if (m_pDEM == nullptr || m_pDEM->DameCeldas() == 0) return 0;
@@ -318,13 +330,17 @@ int CEscenaDEM::GetMaximasObjeto(CMaximas<double>& m) const {
     return 1;
 }
 
-int CEscenaDEM::GetMaximasSeleccion(CMaximas<double>& /*m*/) const { return 0; }
+int CEscenaDEM::GetMaximasSeleccion(CMaximas<double>& /*m*/) const {
+    return 0;
+}
 
 bool CEscenaDEM::HaySeleccion(int bReferencias, int bVinculos) const {
     return CantidadSeleccion(bReferencias, bVinculos) != 0 || !m_SeleccionCeldas.empty();
 }
 
-bool CEscenaDEM::DamePuntoSeleccion2(CCoor3D<double>& /*c*/, int /*i*/) { return false; }
+bool CEscenaDEM::DamePuntoSeleccion2(CCoor3D<double>& /*c*/, int /*i*/) {
+    return false;
+}
 
 // Plan of the matrix, in local coordinates.
 CEscenaDEM::Marco CEscenaDEM::DameMarco() const {

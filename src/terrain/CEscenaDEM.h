@@ -10,9 +10,9 @@
 /// Shows a digital elevation model, in either of its forms: a matrix of heights, or a list of cells.
 ///
 /// Settings that steer it: `Quad` 0 strips, 1 quads, 2 points, 3 no surface; `TipoColorMDT` 0 wire, 2 tint by height, 6
-/// cut and fill, others plain; `SombraCeldas` 0 one colour (`ColorDEM`), else four fixed tints a cell; `PuntosSuavizado`
-/// above 0 divides each cell that often, when the grid is smoothed, below 0 leaves samples out. A grid of more than five
-/// million samples is thinned by itself.
+/// cut and fill, others plain; `SombraCeldas` 0 one colour (`ColorDEM`), else four fixed tints a cell;
+/// `PuntosSuavizado` above 0 divides each cell that often, when the grid is smoothed, below 0 leaves samples out. A
+/// grid of more than five million samples is thinned by itself.
 class LUMBRA_API CEscenaDEM : public CEscenaMDT {
   public:
     CEscenaDEM();
@@ -119,9 +119,9 @@ class LUMBRA_API CEscenaDEM : public CEscenaMDT {
     Vertiz::CDEM* m_pDEM = nullptr;
 
     // Working arrays of the mesh, filled only while OnIniciarDEMRegular runs.
-    std::vector<float> m_Vertices;         // x, y, z in GL space
-    std::vector<float> m_Alturas;          // height of each vertex that is no sample, where its colour needs it
-    std::vector<std::int32_t> m_Indices;   // for each sample position that of its x in m_Vertices, or -1
+    std::vector<float> m_Vertices;        // x, y, z in GL space
+    std::vector<float> m_Alturas;         // height of each vertex that is no sample, where its colour needs it
+    std::vector<std::int32_t> m_Indices;  // for each sample position that of its x in m_Vertices, or -1
     float m_ColorDesmonte[3] = {0, 0, 0};
     float m_ColorTerraplen[3] = {0, 0, 0};
     float m_ColorNada[3] = {0, 0, 0};

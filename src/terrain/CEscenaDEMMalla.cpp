@@ -1,6 +1,6 @@
-// The surface of a grid in matrix form. A matrix can hold tens of millions of samples while a list must stay small enough
-// to draw: first the step and the subdivision are settled within a budget of samples, then every sample is placed once in
-// a vertex array, and then the cells are walked, sending elements of that array.
+// The surface of a grid in matrix form. A matrix can hold tens of millions of samples while a list must stay small
+// enough to draw: first the step and the subdivision are settled within a budget of samples, then every sample is
+// placed once in a vertex array, and then the cells are walked, sending elements of that array.
 
 #include <array>
 #include <cmath>
@@ -32,7 +32,9 @@ void AvisaSinMemoria(const wchar_t* formato, std::int64_t cantidad, int paso) {
 }
 
 // Samples from 0 in steps of x below n.
-std::int64_t Posiciones(std::int64_t n, int x) { return (n + x - 1) / x; }
+std::int64_t Posiciones(std::int64_t n, int x) {
+    return (n + x - 1) / x;
+}
 
 }  // namespace
 
@@ -45,7 +47,8 @@ CEscenaDEM::Paso CEscenaDEM::CalculaPaso(int n) const {
         const double m = n >= 0 ? n + 1.0 : 1.0 / (1.0 - n);
         return filas * m * columnas * m;
     };
-    while (muestras() > kMuestrasMaximas) --n;
+    while (muestras() > kMuestrasMaximas)
+        --n;
     paso.n = n;
     const bool texturas = HayTexturas() && GetQuad() != 2;
     if (n < 0) {
@@ -132,9 +135,9 @@ void CEscenaDEM::ColocaMuestras(const Paso& paso) {
 // with a void beside it in its cell has none.
 bool CEscenaDEM::AlturaSuave(int r, int c, int u, int w, int f, double& h) const {
     const int filas = static_cast<int>(m_pDEM->GetFilas()), columnas = static_cast<int>(m_pDEM->GetColumnas());
-    const int R = filas - 1 - r;                          // matrix row of the sample: the north side of its cell
+    const int R = filas - 1 - r;  // matrix row of the sample: the north side of its cell
     const bool ultimaFila = R == 0, ultimaColumna = c == columnas - 1;
-    const int c2 = ultimaColumna ? c - 1 : c;             // the last column belongs to the cell on its west
+    const int c2 = ultimaColumna ? c - 1 : c;  // the last column belongs to the cell on its west
     if (c2 >= 0 && !m_pDEM->EsValido(R, c2 + 1)) return false;
     if (!ultimaFila && (!m_pDEM->EsValido(R - 1, c2) || !m_pDEM->EsValido(R - 1, c2 + 1))) return false;
     Vertiz::CPuntoDEM punto(ultimaFila ? 0 : R - 1, c2);
@@ -155,8 +158,8 @@ void CEscenaDEM::ColocaVertice(std::int64_t posicion, const Marco& marco, double
     if (m_Alturas.capacity() != 0) m_Alturas.push_back(h);
 }
 
-// The height that a vertex is coloured by. It can't be worked back from the vertex, where an exact 0 seldom survives the
-// way to single precision; samples have it in the grid, and vertices between samples beside the array.
+// The height that a vertex is coloured by. It can't be worked back from the vertex, where an exact 0 seldom survives
+// the way to single precision; samples have it in the grid, and vertices between samples beside the array.
 float CEscenaDEM::AlturaVertice(int fila, int columna, std::int32_t indice) const {
     if (!m_Alturas.empty()) return m_Alturas[static_cast<std::size_t>(indice / 3)];
     const float muestra = m_pDEM->Matriz().Get(m_pDEM->GetFilas() - 1 - static_cast<unsigned>(fila), columna);

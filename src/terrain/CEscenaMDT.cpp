@@ -46,7 +46,9 @@ void FijaEstilo(int nEstilo) {
 
 }  // namespace
 
-CEscenaMDT::CEscenaMDT(const CEscenaMDT& otra) : CGL(otra) { CopiaCapas(otra); }
+CEscenaMDT::CEscenaMDT(const CEscenaMDT& otra) : CGL(otra) {
+    CopiaCapas(otra);
+}
 
 CEscenaMDT& CEscenaMDT::operator=(const CEscenaMDT& otra) {
     if (this == &otra) return *this;
@@ -60,7 +62,9 @@ CGL& CEscenaMDT::operator=(const CGL& otra) {
     return CGL::operator=(otra);
 }
 
-CEscenaMDT::~CEscenaMDT() { Destruir(); }
+CEscenaMDT::~CEscenaMDT() {
+    Destruir();
+}
 
 void CEscenaMDT::CopiaCapas(const CEscenaMDT& otra) {
     m_bLimitesIniciados = otra.m_bLimitesIniciados;
