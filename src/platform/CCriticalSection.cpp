@@ -1,6 +1,7 @@
 #include "platform/CCriticalSection.h"
 
 #include <chrono>
+#include <thread>
 
 #include "platform/Parada.h"
 
@@ -8,8 +9,13 @@ BOOL CCriticalSection::Lock(DWORD milisegundos) {
     hilos::PuntoDeParada();
     if (milisegundos == INFINITE) {
         m_mutex.lock();
-    } else if (!m_mutex.try_lock_for(std::chrono::milliseconds(milisegundos))) {
-        return FALSE;
+    } else {
+        // Looking again and again: a time limit is rare, and thread checkers don't know the system's own timed lock.
+        const auto fin = std::chrono::steady_clock::now() + std::chrono::milliseconds(milisegundos);
+        while (!m_mutex.try_lock()) {
+            if (std::chrono::steady_clock::now() >= fin) return FALSE;
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        }
     }
     hilos::SeccionTomada();
     return TRUE;

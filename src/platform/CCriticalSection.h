@@ -13,7 +13,7 @@ class LUMBRA_API CCriticalSection : public CSyncObject {
     BOOL Unlock() override;
 
   private:
-    std::recursive_timed_mutex m_mutex;
+    std::recursive_mutex m_mutex;
 };
 
 /// Holds an object locked, at the latest until the end of the scope.

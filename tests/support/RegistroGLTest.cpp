@@ -127,8 +127,10 @@ TEST_F(RegistroDeLlamadas, TheChosenCallFailsAndNoOther) {
     EXPECT_TRUE(falla.Ocurrida());
     EXPECT_EQ(glGetError(), GLenum(GL_OUT_OF_MEMORY));
     EXPECT_EQ(glGetError(), GLenum(GL_NO_ERROR));
-    EXPECT_TRUE(glIsList(lista));
-    EXPECT_FALSE(glIsList(lista + 1));
+    GLint abierta = -1;
+    glGetIntegerv(GL_LIST_INDEX, &abierta);
+    EXPECT_EQ(abierta, 0) << "the call that failed wasn't passed on";
+    glDeleteLists(lista, 2);
 }
 
 TEST_F(RegistroDeLlamadas, ALookCanBeMadeToReportAnError) {
