@@ -79,9 +79,15 @@ void ActualizaActivo() {
     activo = cinta || fallo || errorPendiente != GL_NO_ERROR;
 }
 
+// The linker may leave out libraries all of whose entry points this program defines; they are loaded by name then.
 template <class F>
 F* Real(const char* nombre) {
-    return reinterpret_cast<F*>(dlsym(RTLD_NEXT, nombre));
+    void* funcion = dlsym(RTLD_NEXT, nombre);
+    for (const char* biblioteca : {"libGL.so.1", "libGLU.so.1"}) {
+        if (funcion != nullptr) break;
+        if (void* asa = dlopen(biblioteca, RTLD_LAZY | RTLD_GLOBAL)) funcion = dlsym(asa, nombre);
+    }
+    return reinterpret_cast<F*>(funcion);
 }
 
 // ---- what is noted ----
