@@ -170,8 +170,9 @@ class LUMBRA_API CDibujo : public CObjetoFichero {
     int Junta(double distancia, double cota, int mismoCodigo, int invierte, int cierra, int respetaNudos,
               int comparaCotas, int quitaDobles);
     /// Thins the lines by the method of Douglas and Peucker, with the limits that data gives. Ends of open lines stay,
-    /// closed lines stay closed; one that would come to cross itself is thinned less. What is left of a closed
-    /// line with fewer than three corners is removed.
+    /// closed lines stay closed, though they may begin at another corner. One that would come to cross itself or to
+    /// lose its area is thinned less, unless data allows it; then, a closed line left with fewer than three corners is
+    /// removed.
     /// @param nivel       level of messages for porcentaje
     /// @param porcentaje  progress and cancel, or null
     /// @return 1 done, 2 cancelled, with the lines thinned so far
