@@ -17,7 +17,8 @@ using P = CCoor3D<double>;
 
 CLinea<double> Linea(std::initializer_list<P> puntos, const CString& codigo = L"nuevo") {
     CLinea<double> linea(codigo);
-    for (const auto& p : puntos) linea << p;
+    for (const auto& p : puntos)
+        linea << p;
     return linea;
 }
 
@@ -39,7 +40,8 @@ bool EsConvexa(const CLinea<double>& linea) {
 
 double Area(const CDibujo<double>& dibujo) {
     double area = 0;
-    for (unsigned i = 0; i < dibujo.Cantidad(); i++) area += La(dibujo, i).Superficie();
+    for (unsigned i = 0; i < dibujo.Cantidad(); i++)
+        area += La(dibujo, i).Superficie();
     return area;
 }
 
@@ -47,13 +49,15 @@ double Area(const CDibujo<double>& dibujo) {
 void CompruebaPiezas(const CDibujo<double>& antes, const CDibujo<double>& piezas, double area, unsigned semilla) {
     std::set<std::pair<double, double>> esquinas;
     for (unsigned i = 0; i < antes.Cantidad(); i++) {
-        for (const auto& p : antes[i]->Puntos()) esquinas.emplace(p.x, p.y);
+        for (const auto& p : antes[i]->Puntos())
+            esquinas.emplace(p.x, p.y);
     }
     for (unsigned i = 0; i < piezas.Cantidad(); i++) {
         EXPECT_TRUE(La(piezas, i).EsCerrada());
         EXPECT_TRUE(EsConvexa(La(piezas, i))) << "piece " << i;
         EXPECT_GT(La(piezas, i).Superficie(), 0) << "counter-clockwise, with an area";
-        for (const auto& p : piezas[i]->Puntos()) EXPECT_TRUE(esquinas.count({p.x, p.y})) << p.x << ' ' << p.y;
+        for (const auto& p : piezas[i]->Puntos())
+            EXPECT_TRUE(esquinas.count({p.x, p.y})) << p.x << ' ' << p.y;
     }
     EXPECT_NEAR(Area(piezas), area, 1e-9 * std::max(1.0, area));
 
@@ -64,7 +68,8 @@ void CompruebaPiezas(const CDibujo<double>& antes, const CDibujo<double>& piezas
     for (int k = 0; k < 300; k++) {
         const P punto(x(azar), y(azar), 0);
         int veces = 0;
-        for (unsigned i = 0; i < piezas.Cantidad(); i++) veces += La(piezas, i).EstaDentro(punto, false) == TD_DENTRO;
+        for (unsigned i = 0; i < piezas.Cantidad(); i++)
+            veces += La(piezas, i).EstaDentro(punto, false) == TD_DENTRO;
         EXPECT_EQ(veces, antes.EstaDentro(punto, false) == TD_DENTRO ? 1 : 0) << punto.x << ' ' << punto.y;
     }
 }
@@ -84,7 +89,8 @@ TEST(CDibujoConvexos, ConvexOutlineStaysOnePiece) {
     EXPECT_EQ(dibujo[0]->NPuntos(), 6U) << "a corner on a straight side stays, neighbours may need it";
     EXPECT_EQ(dibujo[0]->GetCodigo(), L"BASE");
     double alto = 0;
-    for (const auto& p : dibujo[0]->Puntos()) alto = std::max(alto, p.z);
+    for (const auto& p : dibujo[0]->Puntos())
+        alto = std::max(alto, p.z);
     EXPECT_EQ(alto, 7) << "corners keep their heights";
 }
 
@@ -101,7 +107,7 @@ TEST(CDibujoConvexos, OutlinesThatTouchAtCornersAndSidesAreCut) {
     CDibujo<double> dibujo;
     dibujo.Inserta(Rectangulo(0, 0, 10, 10));
     dibujo.Inserta(Rectangulo(2, 2, 4, 4));
-    dibujo.Inserta(Rectangulo(4, 4, 6, 6));   // corner to corner with the hole before
+    dibujo.Inserta(Rectangulo(4, 4, 6, 6));      // corner to corner with the hole before
     dibujo.Inserta(Rectangulo(10, 10, 12, 12));  // with the outer one
     CompruebaConvexos(dibujo, 100 - 4 - 4 + 4);
 }
@@ -161,7 +167,8 @@ TEST(CDibujoConvexos, RandomGridsWithVoidsAreCoveredExactly) {
     for (unsigned semilla = 1; semilla <= 25; semilla++) {
         double area = 0;
         const CDibujo<double> dibujo = Manchas(9, semilla, area, semilla % 2 ? 1.0 : 0.7);
-        for (unsigned i = 0; i < dibujo.Cantidad(); i++) EXPECT_TRUE(dibujo[i]->EsCerrada());
+        for (unsigned i = 0; i < dibujo.Cantidad(); i++)
+            EXPECT_TRUE(dibujo[i]->EsCerrada());
         CompruebaConvexos(dibujo, area, semilla);
     }
 }
@@ -192,7 +199,8 @@ TEST(CDibujoConvexos, FloorOfAGridIsThinnedToItsCorners) {
     EXPECT_EQ(dibujo.Generaliza({0.05F, 0.05F, 0, 0, 0, 0}, 0, nullptr), 1);
     CompruebaConvexos(dibujo, area);
     CDibujo<double> entero;
-    for (int i = 0; i < 100; i++) entero.JuntaAntesDeInsertar(Linea({{i * 1.0, 0, 0}, {i + 1.0, 0, 0}}));
+    for (int i = 0; i < 100; i++)
+        entero.JuntaAntesDeInsertar(Linea({{i * 1.0, 0, 0}, {i + 1.0, 0, 0}}));
     entero.JuntaAntesDeInsertar(Linea({{100, 0, 0}, {100, 50, 0}}));
     entero.JuntaAntesDeInsertar(Linea({{100, 50, 0}, {0, 0, 0}}));
     entero.Junta(0, 0, 1, 1, 1, 0, 0, 1);
@@ -240,8 +248,18 @@ TEST(CDibujoGeneraliza, RemovesWhatIsTooSmall) {
 TEST(CDibujoGeneraliza, OutlineDoesNotComeToCrossItself) {
     // A spike reaches through the bay that a coarse thinning would fill.
     CDibujo<double> dibujo;
-    dibujo.Inserta(Linea({{0, 0, 0}, {10, 0, 0}, {10, 5, 0}, {5.2, 5, 0}, {5, 1, 0}, {4.8, 5, 0}, {0, 5, 0}, {0, 4, 0},
-                          {4, 4.5, 0}, {4.2, 2, 0}, {0, 1, 0}, {0, 0, 0}}));
+    dibujo.Inserta(Linea({{0, 0, 0},
+                          {10, 0, 0},
+                          {10, 5, 0},
+                          {5.2, 5, 0},
+                          {5, 1, 0},
+                          {4.8, 5, 0},
+                          {0, 5, 0},
+                          {0, 4, 0},
+                          {4, 4.5, 0},
+                          {4.2, 2, 0},
+                          {0, 1, 0},
+                          {0, 0, 0}}));
     for (float tolerancia = 0.1F; tolerancia < 6; tolerancia *= 1.3F) {
         CDibujo<double> fino(dibujo);
         fino.Generaliza({tolerancia, 0, 0, 0, 0, 0}, 0, nullptr);
@@ -265,7 +283,8 @@ struct CCancela : IPorcentaje {
 
 TEST(CDibujoGeneraliza, CanBeCancelled) {
     CDibujo<double> dibujo;
-    for (int i = 0; i < 5; i++) dibujo.Inserta(Linea({{0, 0, 0}, {1, 0, 0}, {2, 0, 0}}));
+    for (int i = 0; i < 5; i++)
+        dibujo.Inserta(Linea({{0, 0, 0}, {1, 0, 0}, {2, 0, 0}}));
     CCancela cancela;
     EXPECT_EQ(dibujo.Generaliza({0.1F, 0.1F, 0, 0, 0, 0}, 1, &cancela), 2);
     EXPECT_EQ(dibujo[0]->NPuntos(), 2U);
@@ -329,7 +348,8 @@ TEST(CDibujoCorte, InsideAndOutsideMakeTheWhole) {
         const auto n = [&] { return double(azar() % 21) - 5; };  // whole numbers meet the limit's corners and sides
         CDibujo<double> entrada, dentro, fuera;
         CLinea<double> linea;
-        for (int i = 0; i < 12; i++) linea << P(n(), n(), 0);
+        for (int i = 0; i < 12; i++)
+            linea << P(n(), n(), 0);
         entrada.Inserta(linea);
         const auto limite = Linea({{0, 0, 0}, {10, 0, 0}, {10, 10, 0}, {5, 5, 0}, {0, 10, 0}, {0, 0, 0}});
         CDibujo<double>::CortaConLimite(entrada, limite, dentro, 1, 1, nullptr);
@@ -379,10 +399,12 @@ TEST(CDibujoCorte, ClosedLinesAreCutAsAreas) {
 
 TEST(CDibujoCorte, LimitThatIsNoneAndCancel) {
     CDibujo<double> entrada, salida;
-    for (int i = 0; i < 5; i++) entrada.Inserta(Linea({{2, 2, 0}, {8, 3, 0}}));
+    for (int i = 0; i < 5; i++)
+        entrada.Inserta(Linea({{2, 2, 0}, {8, 3, 0}}));
     EXPECT_EQ(CDibujo<double>::CortaConLimite(entrada, Linea({{0, 0, 0}, {9, 9, 0}}), salida, 1, 1, nullptr), 0);
     EXPECT_EQ(CDibujo<double>::CortaConLimite(entrada, Linea({{0, 0, 0}, {9, 9, 0}, {0, 9, 0}}), salida, 1, 1, nullptr),
-              0) << "it is open";
+              0)
+        << "it is open";
     CCancela cancela;
     EXPECT_EQ(CDibujo<double>::CortaConLimite(entrada, Rectangulo(0, 0, 10, 10), salida, 1, 1, &cancela), 2);
     EXPECT_EQ(salida.Cantidad(), 2U);

@@ -47,7 +47,9 @@ TEST_F(CDibujoLectura, ReadsLinesByCodeAndEmptyRows) {
                   "camiño 400000 4000000 0\n"
                   "# the last row has no end\n"
                   "camiño 400001 4000000 0",
-                  dibujo), 1) << progreso.mensaje.Utf8();
+                  dibujo),
+              1)
+        << progreso.mensaje.Utf8();
     ASSERT_EQ(dibujo.Cantidad(), 3U);
     EXPECT_EQ(dibujo[0]->NPuntos(), 2U);
     EXPECT_EQ(dibujo[0]->Punto(0), CCoor3D<int>(125, 200, 10350));
@@ -100,7 +102,8 @@ TEST_F(CDibujoLectura, SilentDrawingsSayNothing) {
 
 TEST_F(CDibujoLectura, LongFilesCanBeCancelled) {
     std::string texto;
-    for (int i = 0; i < 40000; i++) texto += "A " + std::to_string(i) + " 0 0\n";
+    for (int i = 0; i < 40000; i++)
+        texto += "A " + std::to_string(i) + " 0 0\n";
     CDibujo<int> dibujo;
     ASSERT_EQ(Lee(texto, dibujo), 1);
     EXPECT_EQ(dibujo.CantidadPuntos(), 40000U);

@@ -14,7 +14,8 @@ using testing::ElementsAre;
 
 CLinea<int> Linea(const CString& codigo, std::initializer_list<CCoor3D<int>> puntos) {
     CLinea<int> linea(codigo);
-    for (const auto& p : puntos) linea << p;
+    for (const auto& p : puntos)
+        linea << p;
     return linea;
 }
 
@@ -27,7 +28,8 @@ CSetPuntos<int> Nube() {
     CSetPuntos<int> nube(L"LIDAR");
     for (int i = 0; i < 10; i++) {
         const tipoAero3 info{0, std::uint8_t(i), 0, 0};
-        nube.Inserta(CCoor3D<int>(10 * i, 0, i, Palabra(unsigned(i), 1, 1 + unsigned(i) % 2, 100U + unsigned(i))), info);
+        nube.Inserta(CCoor3D<int>(10 * i, 0, i, Palabra(unsigned(i), 1, 1 + unsigned(i) % 2, 100U + unsigned(i))),
+                     info);
     }
     return nube;
 }
@@ -234,10 +236,12 @@ TEST(CDibujo, WholeEntitiesAreErasedWhereTheyStand) {
     dibujo.Inserta(Linea(L"A", {{0, 0, 0}, {1, 0, 0}}));
     dibujo.Inserta(Nube());
     std::vector<CPosicionEntidad> todos{{1, -1}, {2, -1}};
-    for (int i = 0; i < 10; i++) todos.emplace_back(0, i);
+    for (int i = 0; i < 10; i++)
+        todos.emplace_back(0, i);
     dibujo.MarcaBorrado(todos);
     EXPECT_EQ(dibujo.Cantidad(), 3U);
-    for (unsigned i = 0; i < 3; i++) EXPECT_TRUE(dibujo[i]->EsBorrado()) << i;
+    for (unsigned i = 0; i < 3; i++)
+        EXPECT_TRUE(dibujo[i]->EsBorrado()) << i;
     EXPECT_EQ(dibujo[0]->NPuntos(), 10U);
     EXPECT_TRUE(dibujo.GetMaximasInt().EstanVacias(true));
 }

@@ -17,7 +17,9 @@ CLinea<T> Tramo(T x1, T y1, T x2, T y2, const CString& codigo = L"nuevo") {
     return linea;
 }
 
-int JuntaSencilla(auto& dibujo) { return dibujo.Junta(0, 0, 1, 1, 1, 0, 0, 1); }
+int JuntaSencilla(auto& dibujo) {
+    return dibujo.Junta(0, 0, 1, 1, 1, 0, 0, 1);
+}
 
 template <typename T>
 double Area(const CDibujo<T>& dibujo) {
@@ -36,8 +38,10 @@ std::vector<CLinea<double>> Contorno(int ancho, int alto, unsigned semilla, doub
         tramos.push_back(azar() % 2 ? Tramo(x1 * lado, y1 * lado, x2 * lado, y2 * lado)
                                     : Tramo(x2 * lado, y2 * lado, x1 * lado, y1 * lado));
     };
-    for (int i = 0; i < ancho; i++) mete(i, 0, i + 1, 0), mete(i, alto, i + 1, alto);
-    for (int j = 0; j < alto; j++) mete(0, j, 0, j + 1), mete(ancho, j, ancho, j + 1);
+    for (int i = 0; i < ancho; i++)
+        mete(i, 0, i + 1, 0), mete(i, alto, i + 1, alto);
+    for (int j = 0; j < alto; j++)
+        mete(0, j, 0, j + 1), mete(ancho, j, ancho, j + 1);
     std::shuffle(tramos.begin(), tramos.end(), azar);
     return tramos;
 }
@@ -45,7 +49,8 @@ std::vector<CLinea<double>> Contorno(int ancho, int alto, unsigned semilla, doub
 TEST(CDibujoUnion, FourSidesInAnyOrderAndDirectionMakeAClosedLine) {
     for (unsigned semilla = 0; semilla < 20; semilla++) {
         CDibujo<double> dibujo;
-        for (const auto& t : Contorno(3, 2, semilla)) dibujo.Inserta(t);
+        for (const auto& t : Contorno(3, 2, semilla))
+            dibujo.Inserta(t);
         EXPECT_EQ(JuntaSencilla(dibujo), 1);
         ASSERT_EQ(dibujo.Cantidad(), 1U);
         EXPECT_TRUE(dibujo[0]->EsCerrada());
@@ -92,7 +97,8 @@ TEST(CDibujoUnion, KeepsPlaceDirectionAndHeaderOfTheEarliestPart) {
     EXPECT_EQ(dibujo[2]->GetCodigo(), L"last");
     EXPECT_EQ(dibujo[1]->DameRegistro(5), 99);
     ASSERT_EQ(dibujo[1]->NPuntos(), 4U);
-    for (int i = 0; i < 4; i++) EXPECT_EQ(dibujo[1]->Punto(i).x, i);
+    for (int i = 0; i < 4; i++)
+        EXPECT_EQ(dibujo[1]->Punto(i).x, i);
 }
 
 TEST(CDibujoUnion, OptionsKeepLinesApart) {
@@ -136,7 +142,8 @@ TEST(CDibujoUnion, OutlinesThatTouchAtACornerComeOutApart) {
         }
         std::shuffle(tramos.begin(), tramos.end(), std::mt19937(semilla));
         CDibujo<double> dibujo;
-        for (const auto& t : tramos) dibujo.Inserta(t);
+        for (const auto& t : tramos)
+            dibujo.Inserta(t);
         JuntaSencilla(dibujo);
         ASSERT_EQ(dibujo.Cantidad(), 2U);
         EXPECT_TRUE(dibujo[0]->EsCerrada());
@@ -173,7 +180,8 @@ TEST(CDibujoUnion, JoiningBeforeInsertionGrowsOneLine) {
     EXPECT_EQ(dibujo[0]->NPuntos(), 51U);
     EXPECT_EQ(dibujo.CantidadPuntos(), 53U);
     EXPECT_EQ(dibujo.GetMaximasDouble().Maxima().x, 50);
-    for (int i = 0; i <= 50; i++) EXPECT_EQ(dibujo[0]->Punto(i).x, i);
+    for (int i = 0; i <= 50; i++)
+        EXPECT_EQ(dibujo[0]->Punto(i).x, i);
 }
 
 TEST(CDibujoUnion, JoiningBeforeInsertionClosesALine) {
@@ -200,7 +208,8 @@ TEST(CDibujoUnion, OutlineOfALargeGridIsJoinedInTime) {
     const auto tramos = Contorno(25000, 25000, 7, 10000.0 / 25000);
     CDibujo<double> dibujo;
     const auto antes = std::chrono::steady_clock::now();
-    for (const auto& t : tramos) dibujo.JuntaAntesDeInsertar(t);
+    for (const auto& t : tramos)
+        dibujo.JuntaAntesDeInsertar(t);
     JuntaSencilla(dibujo);
     const std::chrono::duration<double> segundos = std::chrono::steady_clock::now() - antes;
     ASSERT_EQ(dibujo.Cantidad(), 1U);
