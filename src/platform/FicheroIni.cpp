@@ -26,8 +26,9 @@ constexpr ULONGLONG MAXIMO = 16 << 20;
 constexpr std::string_view FIRMA_UTF8 = "\xEF\xBB\xBF";
 constexpr std::string_view FIRMA_UTF16 = "\xFF\xFE";
 
-// SimpleIni keeps a comment with what follows it, and drops one that nothing follows. A last section of our own, which
-// is never written, holds the comments at the end of the file. No file has it: control characters aren't let in.
+// SimpleIni keeps a comment with what follows it, and drops one that nothing follows. A section of our own behind the
+// last one, which is never written, holds the comments at the end of the file. No file has it: control characters
+// aren't let in.
 constexpr const char* ULTIMA = "\x01";
 constexpr std::string_view CABECERA_ULTIMA = "[\x01]";
 
@@ -192,7 +193,10 @@ bool FicheroIni::Interpreta(std::string_view bytes) {
 std::string FicheroIni::Escribe() const {
     std::string utf8;
     m_Datos->ini.Save(utf8);
-    if (const size_t fin = utf8.find(CABECERA_ULTIMA); fin != std::string::npos) utf8.resize(fin);
+    if (const size_t i = utf8.find(CABECERA_ULTIMA); i != std::string::npos) {
+        // Sections that were added since stand behind it.
+        utf8.erase(i, utf8.find_first_not_of('\n', i + CABECERA_ULTIMA.size()) - i);
+    }
     while (utf8.ends_with("\n\n"))
         utf8.pop_back();
 
@@ -243,8 +247,13 @@ std::vector<std::wstring> FicheroIni::Claves(const wchar_t* seccion) const {
 }
 
 bool FicheroIni::Pon(const wchar_t* seccion, const wchar_t* clave, const wchar_t* texto) {
-    const std::wstring s = NombreSeccion(seccion), c = NombreClave(clave), valor = texto;
+    const std::wstring s = NombreSeccion(seccion), valor = texto;
+    std::wstring c = NombreClave(clave);
     if (s.empty() || c.empty() || std::ranges::any_of(valor, EsControl)) return false;
+    // A key that is there keeps the capitals that it has in the file.
+    for (const std::wstring& otra : Claves(s.c_str())) {
+        if (ComparaSinMayusculas(otra, c) == 0) c = otra;
+    }
     m_Datos->ini.SetValue(AUtf8(s).c_str(), AUtf8(c).c_str(), AUtf8(ConComillas(valor)).c_str(), nullptr, true);
     m_bCambiado = true;
     return true;
