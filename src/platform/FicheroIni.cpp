@@ -213,8 +213,8 @@ std::string FicheroIni::Escribe() const {
             return std::string(FIRMA_UTF8) + AUtf8(texto);
         case Codificacion::Ansi: {
             const std::string ansi = APagina(texto, CP_ANSI);
-            // What the page can't hold makes it a file in UTF-8, rather than lose it.
-            if (DePagina(ansi, CP_ANSI) == texto) return ansi;
+            // What the page can't hold, or what would be read as another encoding, makes it a file in UTF-8.
+            if (!ansi.starts_with(FIRMA_UTF16) && DeBytes(ansi) == texto) return ansi;
             break;
         }
         case Codificacion::Utf8:
