@@ -60,6 +60,19 @@ std::wstring Normaliza(const std::wstring& texto) {
     return resultado;
 }
 
+/// Without the lines that open a section's name and don't close it: SimpleIni takes what follows for the name.
+std::string SinCabecerasRotas(std::string_view texto) {
+    std::string resultado;
+    while (!texto.empty()) {
+        const std::string_view linea = texto.substr(0, std::min(texto.find('\n'), texto.size() - 1) + 1);
+        const size_t i = linea.find_first_not_of(" \t");
+        const bool rota = i != std::string_view::npos && linea[i] == '[' && linea.find(']') == std::string_view::npos;
+        if (!rota) resultado += linea;
+        texto.remove_prefix(linea.size());
+    }
+    return resultado;
+}
+
 std::wstring DeUtf16Bytes(std::string_view bytes) {
     std::u16string unidades;
     for (size_t i = 0; i + 1 < bytes.size(); i += 2) {
@@ -184,7 +197,7 @@ bool FicheroIni::Interpreta(std::string_view bytes) {
         texto = DeBytes(bytes);
     }
     m_bRetornos = texto.find(L"\r\n") != std::wstring::npos;
-    const std::string limpio = AUtf8(Normaliza(texto)) + "\n" + std::string(CABECERA_ULTIMA) + "\n";
+    const std::string limpio = SinCabecerasRotas(AUtf8(Normaliza(texto))) + "\n" + std::string(CABECERA_ULTIMA) + "\n";
     if (m_Datos->ini.LoadData(limpio.data(), limpio.size()) >= 0) return true;
     SetLastError(ERROR_NOT_ENOUGH_MEMORY);
     return false;
