@@ -158,6 +158,32 @@ TEST_F(VentanaX11, ElXorDeVariasVecesConSueltaEntreMedias) {
     }
 }
 
+TEST_F(VentanaX11, UnaVentanaQueCambiaDeTamanoSeVeEntera) {
+    CClientDC dc(&m_Ventana);
+    Contexto(dc.GetSafeHdc());
+    Limpia(1, 2, 3);
+    ASSERT_TRUE(SwapBuffers(dc.GetSafeHdc()));
+    for (int lado : {100, 20, 64}) {
+        ASSERT_TRUE(wglMakeCurrent(nullptr, nullptr));
+        ASSERT_TRUE(m_Ventana.MoveWindow(50, 10, lado, lado));
+        CWnd::DespachaEventos(200);
+        ASSERT_TRUE(wglMakeCurrent(dc.GetSafeHdc(), m_hRC));
+        glViewport(0, 0, lado, lado);
+        Limpia(0x10, 0x20, 0x30);
+        glColor3ub(0x40, 0x50, 0x60);
+        glRectf(0, -1, 1, 0);
+        ASSERT_TRUE(SwapBuffers(dc.GetSafeHdc()));
+        EXPECT_EQ(Color(lado - 1, lado - 1), 0x405060u) << lado;
+        EXPECT_EQ(Color(lado - 1, 0), 0x102030u) << lado;
+        EXPECT_EQ(Color(0, 0), 0x102030u) << lado;
+        Xorea();
+        EXPECT_EQ(Color(1, lado - 1), 0xefdf30u) << lado;
+        EXPECT_EQ(Color(lado - 1, lado - 1), 0x405060u) << lado;
+        Xorea();
+        EXPECT_EQ(Color(1, lado - 1), 0x102030u) << lado;
+    }
+}
+
 TEST_F(VentanaX11, VariosHilosALaVezEnUnaVentana) {
     CClientDC dc(&m_Ventana);
     Contexto(dc.GetSafeHdc());
