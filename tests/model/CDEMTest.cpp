@@ -1,6 +1,8 @@
 // The elevation model: voids, extents, its surface between the samples, rays, outlines.
 #include "model/CDEM.h"
 
+#include "model/CDataHelmertNTV2.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -490,7 +492,7 @@ TEST(CDEM, RaysAlongTheAxesAndStraightDown) {
         EXPECT_EQ(p.y, 0.0);
         EXPECT_FALSE(dem.InterseccionVector(P(x, 3, x + 0.01), P(x, -1, x + 0.01), p));
     }
-    EXPECT_FALSE(dem.InterseccionVector(P(-1, 2, 0), P(-3, 2, 0), p)) << "passes under the low side";
+    EXPECT_FALSE(dem.InterseccionVector(P(-1, 2, -0.5), P(-3, 2, -0.5), p)) << "passes under the low side";
     EXPECT_FALSE(dem.InterseccionVector(P(9, 9, 1), P(9, 0, 1), p)) << "beside the grid";
 }
 
@@ -753,6 +755,45 @@ TEST(CDEM, VectorsOfACellListFollowAPlane) {
     for (double x = 0.0; x <= 6.0; x += 0.4)
         for (double y = 0.0; y <= 4.0; y += 0.3)
             EXPECT_NEAR(Cota(dem, x, y), 5.0 + 2.0 * x - y, 1e-6);
+}
+
+TEST(CDEM, AChangeOfDatumMovesTheTerrainAndItsHeights) {
+    CDataHelmertNTV2 data;
+    data.m_Origen = data.m_Destino =
+        CSistemaReferencia(L"UTM 31", CElipsoide(17, L"GRS 1980", 6378137.0, 0.00669438), 31, true);
+    data.m_dTX = 40.0, data.m_dTY = -25.0, data.m_dTZ = 60.0;
+    CDEM dem = Grid(30, 40, 50.0, 50.0, 430000.0, 4600000.0);
+    for (unsigned f = 0; f < 30; ++f)
+        for (unsigned c = 0; c < 40; ++c)
+            dem.Matriz().Set(f, c, 200.0f + 2.0f * float(c) - float(f));
+    dem.Matriz().Set(15, 20, kVacio);
+    dem.ActualizaCantidades();
+    const CDEM antes = dem;
+    ASSERT_EQ(dem.Transformacion(data), 1);
+    int comparados = 0;
+    for (double x = 430210.0; x < 431800.0; x += 173.0) {
+        for (double y = 4600210.0; y < 4601300.0; y += 131.0) {
+            CCoor3D<double> p = P(x, y);
+            if (!antes.Proyecta(p, nullptr, true)) continue;
+            std::vector<CCoor3D<double>> movido = {p};
+            ASSERT_TRUE(data.Transforma(movido));
+            CCoor3D<double> aqui = movido[0];
+            if (!dem.Proyecta(aqui, nullptr, true)) continue;
+            EXPECT_NEAR(aqui.z, movido[0].z, 1e-3);
+            ++comparados;
+        }
+    }
+    EXPECT_GT(comparados, 60);
+    EXPECT_LT(dem.DameCeldas(), antes.DameCeldas() + 100u);
+
+    CDEM lista = Lista();
+    EXPECT_EQ(lista.Transformacion(data), 0);
+    CDEM vacio = Grid(3, 3);
+    EXPECT_EQ(vacio.Transformacion(data), 0);
+    data.m_dTX = std::nan("");
+    CDEM igual = antes;
+    EXPECT_EQ(igual.Transformacion(data), 0);
+    EXPECT_EQ(igual.GetMaximasTotalDouble(), antes.GetMaximasTotalDouble());
 }
 
 TEST(CDEM, AGreatGridIsQuick) {

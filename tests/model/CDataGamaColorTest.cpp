@@ -17,7 +17,7 @@ namespace {
 class Aplicacion : public CWinApp {
   public:
     explicit Aplicacion(const CarpetaTemporal& carpeta) : CWinApp(L"prueba") {
-        m_pszProfileName = CString((carpeta / "perfil.ini").wstring());
+        m_pszProfileName = CString((carpeta / "perfil.ini").c_str());
     }
 };
 
@@ -65,7 +65,7 @@ TEST(CDataGamaColor, TheTextGivesTheSameRampBack) {
 
 TEST(CDataGamaColor, GoesThroughAnIniFileUnchanged) {
     const CarpetaTemporal carpeta;
-    const CString fichero((carpeta / "ajustes ñ.ini").wstring());
+    const CString fichero((carpeta / "ajustes ñ.ini").c_str());
     for (const CDataGamaColor& gama : {Dificil(), CDataGamaColor(), CDataGamaColor(L"1 2 3 4")}) {
         gama.WritePrivateProfile(fichero, L"Escena", L"Gama");
         CDataGamaColor leida(L"7 7 7 7");
@@ -76,7 +76,7 @@ TEST(CDataGamaColor, GoesThroughAnIniFileUnchanged) {
 
 TEST(CDataGamaColor, WhatTheIniFileLacksOrSpoilsChangesNothing) {
     const CarpetaTemporal carpeta;
-    const CString fichero((carpeta / "a.ini").wstring());
+    const CString fichero((carpeta / "a.ini").c_str());
     CDataGamaColor gama = Dificil();
     gama.GetPrivateProfile(fichero, L"Escena", L"Gama");
     EXPECT_EQ(gama, Dificil());
