@@ -7,6 +7,7 @@ install(DIRECTORY src/ DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/lumbra"
         PATTERN "platform/glx" EXCLUDE
         PATTERN "platform/egl" EXCLUDE
         PATTERN "Backend*.h" EXCLUDE
+        PATTERN "Geodesia.h" EXCLUDE
         PATTERN "Geos.h" EXCLUDE
         REGEX "/(tin|drawing|sphere|workers)$" EXCLUDE)
 

@@ -12,6 +12,7 @@
 
 #include "model/CDataTransformacion.h"
 #include "model/CPuntoPortula.h"
+#include "support/Temporales.h"
 
 namespace {
 
@@ -156,8 +157,7 @@ constexpr double kCambioLat = 4.0, kCambioLon = 3.0;  // seconds at 40 N 3.5 W; 
 
 class FicheroNTv2 {
   public:
-    explicit FicheroNTv2(const char* nombre) : m_Ruta(std::filesystem::temp_directory_path() / nombre) {
-        std::filesystem::create_directories(m_Ruta.parent_path());
+    FicheroNTv2() : m_Ruta(m_Carpeta / "rejilla 1.gsb") {
         std::ofstream f(m_Ruta, std::ios::binary);
         Entero(f, "NUM_OREC", 11), Entero(f, "NUM_SREC", 11), Entero(f, "NUM_FILE", 1);
         Texto(f, "GS_TYPE", "SECONDS"), Texto(f, "VERSION", "NTv2.0"), Texto(f, "SYSTEM_F", "ED50");
@@ -176,9 +176,8 @@ class FicheroNTv2 {
             }
         Real(f, "END", 0.0);
     }
-    ~FicheroNTv2() { std::filesystem::remove(m_Ruta); }
 
-    CString Nombre() const { return CString(m_Ruta.wstring()); }
+    CString Nombre() const { return CString(m_Ruta.string().c_str()); }
 
   private:
     static void Clave(std::ofstream& f, const char* clave) {
@@ -197,6 +196,7 @@ class FicheroNTv2 {
         f.write(reinterpret_cast<const char*>(par), 8);
     }
 
+    CarpetaTemporal m_Carpeta;
     std::filesystem::path m_Ruta;
 };
 
@@ -207,7 +207,7 @@ Coor EnUTM(const CSistemaReferencia& s, double lat, double lon, double z) {
 }
 
 TEST(CDataHelmertNTV2, GridShiftsLatitudeAndLongitudeAndLeavesTheHeight) {
-    const FicheroNTv2 fichero("lumbra ntv2 ñ/prueba 1.gsb");
+    const FicheroNTv2 fichero;
     CDataHelmertNTV2 d = ED50aETRS89();
     d.m_SzRejilla = fichero.Nombre();
     for (const double lat : {39.25, 40.0, 40.6})
@@ -226,7 +226,7 @@ TEST(CDataHelmertNTV2, GridShiftsLatitudeAndLongitudeAndLeavesTheHeight) {
 }
 
 TEST(CDataHelmertNTV2, OutsideTheGridThereIsNoResult) {
-    const FicheroNTv2 fichero("lumbra_ntv2_fuera.gsb");
+    const FicheroNTv2 fichero;
     CDataHelmertNTV2 d = ED50aETRS89();
     d.m_SzRejilla = fichero.Nombre();
     std::array<Coor, 2> puntos{EnUTM(d.m_Origen, 45.0, -3.5, 0), EnUTM(d.m_Origen, 40.0, -3.5, 0)};

@@ -327,7 +327,9 @@ TEST(CDataTransformacion, MapTransformationsComeBack) {
         ASSERT_TRUE(d.ExisteTransformacion());
         const Coor imagen(1234.5, -678.9, 12.0, 6);
         const Coor terreno = d.TransformaInversa(imagen, nullptr, -1);
-        if (!d.Es3D()) EXPECT_EQ(terreno.z, 12.0);
+        if (!d.Es3D()) {
+            EXPECT_EQ(terreno.z, 12.0);
+        }
         Coor vuelta;
         ASSERT_TRUE(d.Transforma(terreno, vuelta));
         EsperaIgual(vuelta, imagen, 1e-4);  // in coordinates of millions, squared, that is what a double keeps
