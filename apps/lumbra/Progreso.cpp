@@ -9,7 +9,9 @@
 
 Progreso::Progreso() : CWinApp(L"lumbra"), m_bTerminal(isatty(STDERR_FILENO) == 1) {}
 
-Progreso::~Progreso() { BorraLinea(); }
+Progreso::~Progreso() {
+    BorraLinea();
+}
 
 void Progreso::BorraLinea() {
     if (m_nMostrado >= 0) std::fputs("\r\033[K", stderr);
@@ -26,7 +28,9 @@ int Progreso::Paso(int /*nivel*/, int actual, int total, int /*flag*/) {
 
 void Progreso::Empieza(int /*nivel*/, unsigned /*idTexto*/) {}
 
-void Progreso::Termina(int /*nivel*/, int /*flag*/) { BorraLinea(); }
+void Progreso::Termina(int /*nivel*/, int /*flag*/) {
+    BorraLinea();
+}
 
 void Progreso::Pasos(int /*nivel*/, int /*cantidad*/) {}
 

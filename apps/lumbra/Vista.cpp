@@ -14,7 +14,9 @@
 
 namespace {
 
-double ARadianes(double grados) { return grados * std::numbers::pi / 180.0; }
+double ARadianes(double grados) {
+    return grados * std::numbers::pi / 180.0;
+}
 
 // A direction by compass and height over the horizon, in GL space: x east, y up, z south.
 Vertiz::CCoor3D<double> Direccion(double azimut, double elevacion) {
@@ -70,9 +72,8 @@ void Ajusta(CEscenaDEM& escena, const OpcionesVista& o, const Vertiz::CMaximas<d
     data.m_nEjes = o.ejes ? 1 : 0;
     data.m_bOrto = o.perspectiva ? 0 : 1;
     data.m_bRelleno = o.luz ? 1 : 0;
-    data.m_GamaColor = o.rampa.empty()
-                           ? Vertiz::CDataGamaColor::Terreno(extension.Minima().z, extension.Maxima().z)
-                           : Vertiz::CDataGamaColor(CString(DeUtf8(o.rampa).c_str()));
+    data.m_GamaColor = o.rampa.empty() ? Vertiz::CDataGamaColor::Terreno(extension.Minima().z, extension.Maxima().z)
+                                       : Vertiz::CDataGamaColor(CString(DeUtf8(o.rampa).c_str()));
     escena.SetData(data);
     PonLuz(escena, o.luzAzimut, o.luzElevacion);
     escena.SetPuntosSuavizado(o.paso);
@@ -94,7 +95,8 @@ Imagen Promedia(const BITMAP& mapa, int ancho, int alto, int n) {
                 const std::size_t fila = std::size_t(mapa.bmHeight - 1 - (y * n + j)) * mapa.bmWidthBytes;
                 const std::uint8_t* p = bits + fila + std::size_t(x) * n * bytes;
                 for (int i = 0; i < n; ++i, p += bytes)
-                    for (int canal = 0; canal < 3; ++canal) suma[canal] += p[2 - canal];
+                    for (int canal = 0; canal < 3; ++canal)
+                        suma[canal] += p[2 - canal];
             }
             for (int canal = 0; canal < 3; ++canal)
                 destino[canal] = static_cast<std::uint8_t>((suma[canal] + n * n / 2) / (n * n));
