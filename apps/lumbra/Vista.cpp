@@ -45,6 +45,10 @@ void PonLuz(CGL& escena, double azimut, double elevacion) {
     escena.SetLightParam(50 + deslizador(d.x), 0);
     escena.SetLightParam(50 + deslizador(d.y), 2);
     escena.SetLightParam(50 - deslizador(d.z), 1);
+    // Ambient, diffuse and specular such that the brightest slope just keeps its colour.
+    escena.SetLightParam(59, 3);
+    escena.SetLightParam(81, 4);
+    escena.SetLightParam(50, 5);
 }
 
 void PonCamara(CGL& escena, double azimut, double elevacion) {
@@ -58,6 +62,34 @@ void PonCamara(CGL& escena, double azimut, double elevacion) {
     Vertiz::CCoor3D<double> perpendicular = lado * (ojo * -1.0);
     perpendicular.Normaliza();
     escena.GetCamara().PositionCamera(ojo, {0, 0, 0, 0}, perpendicular);
+}
+
+// Fits the model into the picture with some margin. The scene's own fit lets near corners of a model in perspective
+// leave the picture, and takes a model without perspective up to its edges.
+void Encuadra(CEscenaDEM& escena, const Vertiz::CMaximas<double>& extension, double aspecto) {
+    constexpr double kMargen = 0.94;
+    if (escena.GetOrtogonal() != 0) {
+        escena.SetZoom(escena.GetZoom() * kMargen);
+        return;
+    }
+    CCamera& camara = escena.GetCamara();
+    Vertiz::CCoor3D<double> frente = camara.View() - camara.Position();
+    frente.Normaliza();
+    Vertiz::CCoor3D<double> derecha = frente * camara.UpVector();
+    derecha.Normaliza();
+    const Vertiz::CCoor3D<double> arriba = derecha * frente;
+    const double tangente = std::tan(ARadianes(escena.GetAnguloVista() / 2.0)) * kMargen;
+    const auto producto = [](const auto& a, const auto& b) { return a.x * b.x + a.y * b.y + a.z * b.z; };
+    double distancia = 0.0;
+    for (int esquina = 0; esquina < 8; ++esquina) {
+        const auto &a = extension.Minima(), &b = extension.Maxima();
+        const Vertiz::CCoor3D<double> p(esquina & 1 ? b.x : a.x, esquina & 2 ? b.y : a.y, esquina & 4 ? b.z : a.z, 0);
+        Vertiz::CCoor3D<double> gl;
+        if (!escena.TerrenoAGL(p, gl.x, gl.y, gl.z, 1.0, true)) continue;
+        const double fuera = std::max(std::abs(producto(gl, derecha)) / aspecto, std::abs(producto(gl, arriba)));
+        distancia = std::max(distancia, fuera / tangente - producto(gl, frente));
+    }
+    camara.PositionCamera(frente * -distancia, {0, 0, 0, 0}, camara.UpVector());
 }
 
 void Ajusta(CEscenaDEM& escena, const OpcionesVista& o, const Vertiz::CMaximas<double>& extension) {
@@ -132,6 +164,7 @@ ResultadoVista DibujaDEM(Vertiz::CDEM& dem, const OpcionesVista& opciones) {
     resultado.pasoMalla = escena.GetPasoMalla();
     if (!escena.Resize(ancho, alto)) Falla("can't draw a picture of this size");
     escena.OnZoomExtension();
+    Encuadra(escena, extension, static_cast<double>(ancho) / alto);
     escena.SetBkColor();
     if (!escena.Render()) Falla("can't draw");
 
