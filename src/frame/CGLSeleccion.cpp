@@ -1,11 +1,12 @@
 // Scenes inside scenes, and selection across them: taking children in and handing them back, what a child inherits, and
 // the generic selection, which walks the children and feeds the recorded points and the sketch.
 
+#include "frame/CGL.h"
+
+#include "frame/EntradaPublica.h"
+
 #include <algorithm>
 #include <utility>
-
-#include "frame/CGL.h"
-#include "frame/EntradaPublica.h"
 
 using Vertiz::CCoor3D;
 using Vertiz::CLinea;

@@ -39,6 +39,22 @@ int Esquina(int esquina) {
     return esquina == 2 ? GEOSBUF_JOIN_BEVEL : GEOSBUF_JOIN_MITRE;
 }
 
+// The curve at a distance to the left, to the right below 0. An offset curve is cut open where a ring closes, so a ring
+// is grown or shrunk as the border of its area.
+geos::Geometria Curva(const CLinea<double>& eje, double aIzquierda, int esquina, double limite) {
+    constexpr int pasosPorCuadrante = 16;
+    const bool bAnillo = eje.EsCerrada() && eje.Superficie() != 0.0;
+    const geos::Geometria origen = bAnillo ? geos::DePoligono(eje) : geos::DeLinea(eje);
+    if (!origen) return nullptr;
+    if (!bAnillo) {
+        return geos::Geometria(
+            GEOSOffsetCurve_r(geos::Contexto(), origen.get(), aIzquierda, pasosPorCuadrante, esquina, limite));
+    }
+    const double haciaFuera = eje.Superficie() > 0.0 ? -aIzquierda : aIzquierda;
+    return geos::Geometria(GEOSBufferWithStyle_r(geos::Contexto(), origen.get(), haciaFuera, pasosPorCuadrante,
+                                                 GEOSBUF_CAP_ROUND, esquina, limite));
+}
+
 }  // namespace
 
 template <class T>
@@ -50,11 +66,8 @@ bool CLinea<T>::Paralela(double distancia, CLinea& paralela, int esquina, double
         paralela = *this;
         return true;
     }
-    constexpr int pasosPorCuadrante = 16;
-    const geos::Geometria linea = geos::DeLinea(eje);
-    if (!linea) return false;
-    const geos::Geometria curva(GEOSOffsetCurve_r(geos::Contexto(), linea.get(), lado == 0 ? distancia : -distancia,
-                                                  pasosPorCuadrante, Esquina(esquina), std::max(limite, 1.0)));
+    const geos::Geometria curva =
+        Curva(eje, lado == 0 ? distancia : -distancia, Esquina(esquina), std::max(limite, 1.0));
     auto trozos = geos::ALineas<double>(curva.get(), *this);
     const auto mayor = std::max_element(trozos.begin(), trozos.end(),
                                         [](const auto& a, const auto& b) { return a.Longitud(0) < b.Longitud(0); });

@@ -1,0 +1,128 @@
+#pragma once
+// The scene of a regular elevation grid.
+
+#include <cstdint>
+#include <vector>
+
+#include "model/CDEM.h"
+#include "terrain/CEscenaMDT.h"
+
+/// Shows a digital elevation model, in either of its forms: a matrix of heights, or a list of cells.
+///
+/// Settings that steer it: `Quad` 0 strips, 1 quads, 2 points, 3 no surface; `TipoColorMDT` 0 wire, 2 tint by height, 6
+/// cut and fill, others plain; `SombraCeldas` 0 one colour (`ColorDEM`), else four fixed tints a cell;
+/// `PuntosSuavizado` above 0 divides each cell that often, when the grid is smoothed, below 0 leaves samples out. A
+/// grid of more than five million samples is thinned by itself.
+class LUMBRA_API CEscenaDEM : public CEscenaMDT {
+  public:
+    CEscenaDEM();
+    /// @param pDEM  the model, borrowed: it must outlive the scene
+    explicit CEscenaDEM(Vertiz::CDEM* pDEM);
+    /// A copy that shows another grid, or the same one. They share context and lists as all copies do.
+    CEscenaDEM(const CEscenaDEM& otra, Vertiz::CDEM* pDEM);
+    CEscenaDEM(const CEscenaDEM& otra);
+    CEscenaDEM& operator=(const CEscenaDEM& otra);
+    CGL& operator=(const CGL& otra) override;
+    ~CEscenaDEM() override;
+
+    /// Takes a grid, borrowed; null for none. It shows after the next OnZoomExtension and Iniciar.
+    void SetDEM(Vertiz::CDEM* pDEM) { m_pDEM = pDEM; }
+    Vertiz::CDEM* GetDEM() const { return m_pDEM; }
+    /// One sample in how many rows and columns the mesh shows, and into how many each cell is divided; one of the two
+    /// is 1. As the settings and the grid are now; a mesh that found no memory took a larger step.
+    int GetPasoMalla() const { return CalculaPaso(m_nPuntosSuavizado).x; }
+    int GetSubdivisionMalla() const { return CalculaPaso(m_nPuntosSuavizado).f; }
+
+    /// As CGL::Destruir; also lets the grid go.
+    void Destruir();
+
+    int Iniciar() override;
+    int OnIniciar() override;
+    int OnRender() override;
+    int OnIniciarBase() override;
+    int OnIniciarLimites() override;
+    int OnIniciarRupturas() override;
+    int OnIniciarSeleccion() override;
+
+    bool Proyecta(Vertiz::CCoor3D<double>& p) const override;
+    /// Moves a GL point along the ray that comes from b until it meets the surface. A grid in cell-list form leaves it.
+    /// @return false when the ray misses, or there is no grid
+    bool ProyectaVector(Vertiz::CCoor3D<double>& a, Vertiz::CCoor3D<double> b) const override;
+    const Vertiz::CDataSemilla& DameSemilla() const override;
+    /// Always 1: a grid holds real coordinates.
+    double Precision() const override { return 1.0; }
+    bool HaySuavizado() const override;
+    bool HayRupturas() const override;
+    int GetMaximasObjeto(Vertiz::CMaximas<double>& m) const override;
+    int GetMaximasSeleccion(Vertiz::CMaximas<double>& m) const override;
+    bool HaySeleccion(int bReferencias, int bVinculos) const override;
+    bool DamePuntoSeleccion2(Vertiz::CCoor3D<double>& c, int i) override;
+    /// The picked cells, rows from the north.
+    std::vector<Vertiz::CDEM::CPosicion> GetSeleccionCeldas() const { return m_SeleccionCeldas; }
+
+    /// Reads breaklines from a drawing's file into the grid; they show after the next Iniciar.
+    /// @return 1, 2 when the user cancelled (what was read so far stays), 0 when the file couldn't be read
+    int InsertaRupturas(const CString& fichero);
+    /// Takes all breaklines out of the grid.
+    void BorraRupturas();
+
+    /// Sends a rectangle of the grid into the open list, by rows from the north and columns.
+    /// @param f, x      subdivision and step of the mesh
+    /// @param colsMapa  columns of the index map
+    int GeneraDEMRegular(int filaInicio, int colInicio, int filaFin, int colFin, int f, int x, int filas, int colsMapa);
+
+  private:
+    // How fine the mesh is: n as in PuntosSuavizado, one sample every x, each cell divided in f x f.
+    struct Paso {
+        int n = 0, x = 1, f = 1;
+    };
+    // Plan of the grid in local coordinates.
+    struct Marco {
+        double oeste = 0, norte = 0, celdaX = 1, celdaY = 1;
+    };
+
+    // CEscenaDEM.cpp
+    int IniciarListas();
+    int IniciarCapas();
+    int OnIniciarListaCeldas();
+    void PreparaColorUnico() const;
+    Vertiz::CCoor3D<double> PosicionLista(double x, double y, float h) const;
+    void CompilaCeldas() const;
+    void CompilaPuntos() const;
+    void ColorVertice(double h, int lugar) const;
+    Marco DameMarco() const;
+
+    // CEscenaDEMMalla.cpp
+    struct Vector;
+    struct Banda;
+    Paso CalculaPaso(int n) const;
+    int FilasMapa(const Paso& paso) const;
+    int ColumnasMapa(const Paso& paso) const;
+    int OnIniciarDEMRegular();
+    bool ReservaVertices(Paso& paso);
+    bool ReservaIndices(const Paso& paso);
+    int CompilaMalla(const Paso& paso);
+    void ColocaMuestras(const Paso& paso);
+    bool AlturaSuave(int r, int c, int u, int w, int f, double& h) const;
+    void ColocaVertice(std::int64_t posicion, const Marco& marco, double fila, double columna, float h);
+    float AlturaVertice(int fila, int columna, std::int32_t indice) const;
+    static Vector Normal(const float* v0, const float* v1, const float* v2);
+    void EmiteBanda(Banda& banda, int r, int u) const;
+    void LiberaMalla();
+
+    // CEscenaDEMBase.cpp
+    struct Suelo;
+    void CompilaMuros(Suelo& suelo) const;
+    void CompilaSuelo(Suelo& suelo) const;
+
+    std::vector<Vertiz::CDEM::CPosicion> m_SeleccionCeldas;
+    Vertiz::CDEM* m_pDEM = nullptr;
+
+    // Working arrays of the mesh, filled only while OnIniciarDEMRegular runs.
+    std::vector<float> m_Vertices;        // x, y, z in GL space
+    std::vector<float> m_Alturas;         // height of each vertex that is no sample, where its colour needs it
+    std::vector<std::int32_t> m_Indices;  // for each sample position that of its x in m_Vertices, or -1
+    float m_ColorDesmonte[3] = {0, 0, 0};
+    float m_ColorTerraplen[3] = {0, 0, 0};
+    float m_ColorNada[3] = {0, 0, 0};
+};
