@@ -77,9 +77,18 @@ Sistema UTMDelCentro(const Rejilla& r) {
     return SistemaEPSG(((l.m_dSur + l.m_dNorte) / 2.0 >= 0.0 ? 32600 : 32700) + huso);
 }
 
+// The system's name; one that has none is told by its datum and its UTM zone.
 CString NombreSistema(const Rejilla& r) {
-    const char* const nombre = r.m_Sistema ? OSRGetName(r.m_Sistema.get()) : nullptr;
-    return nombre ? CString(nombre) : CString();
+    const OGRSpatialReferenceH s = r.m_Sistema.get();
+    if (!s) return {};
+    const auto texto = [](const char* t) { return std::string(t ? t : ""); };
+    const std::string nombre = texto(OSRGetName(s));
+    if (!nombre.empty() && nombre != "unnamed" && nombre != "unknown") return Texto(nombre);
+    std::string propio = texto(OSRGetAttrValue(s, "GEOGCS", 0));
+    int norte = 0;
+    if (const int huso = OSRGetUTMZone(s, &norte); huso != 0)
+        propio += " / UTM zone " + std::to_string(huso) + (norte ? "N" : "S");
+    return Texto(propio.empty() ? "unnamed" : propio);
 }
 
 CString Unidad(const Rejilla& r) {
@@ -114,8 +123,8 @@ double NivelNulo(const Resumen& s, CResultadoDEM& resultado) {
     if (marcaBaja) AvisaMarca(s.m_dMin, s.m_nRepiteMin, s.m_dMin <= kNuloHabitual, resultado);
     if (marcaAlta) AvisaMarca(s.m_dMax, s.m_nRepiteMax, false, resultado);
     const double minimo = marcaBaja ? s.m_dMin2 : s.m_dMin;
-    // An ocean trench goes deeper than the usual level.
-    return minimo > kNuloHabitual ? kNuloHabitual : -std::numeric_limits<float>::max();
+    // An ocean trench goes deeper than the usual level; a grid of one value below it is all void.
+    return s.m_dMin == s.m_dMax || minimo > kNuloHabitual ? kNuloHabitual : -std::numeric_limits<float>::max();
 }
 
 // Voids get the one value that stands for them, and are counted.

@@ -9,6 +9,7 @@
 #include <functional>
 #include <limits>
 
+#include "model/CElipsoide.h"
 #include "model/CPuntoPortula.h"
 #include "support/Temporales.h"
 
