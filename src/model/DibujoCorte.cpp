@@ -47,7 +47,7 @@ class CLimite {
             const CPlano c(m_Anillo[i - 1]), d(m_Anillo[i]);
             if (std::max(c.x, d.x) < caja.Minima().x || std::min(c.x, d.x) > caja.Maxima().x) continue;
             const auto contactos = predicados::Contactos(a, b, c, d);
-            for (const auto& contacto : contactos.Todos())
+            for (const auto& contacto : contactos)
                 cortes.push_back(contacto.t);
             if (contactos.nCuantos == 2) {
                 enBorde.push_back(std::minmax(contactos.lugares[0].t, contactos.lugares[1].t));

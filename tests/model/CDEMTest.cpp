@@ -470,6 +470,42 @@ TEST(CDEM, ARayMeetsTheSmoothSurfaceFirstWhereSamplingSeesIt) {
     }
 }
 
+TEST(CDEM, NoRaySlipsThroughBetweenCells) {
+    const CDEM dem = Ondulado(12, 12, 2);
+    std::mt19937 azar(21);
+    std::uniform_real_distribution<double> x(190.0, 240.0), y(0.0, 40.0), parte(0.0, 10.999);
+    for (int i = 0; i < 20000; ++i) {
+        const bool bFila = i % 2 == 0;
+        const double a = 0.001 + parte(azar) * 0.999,
+                     b = 1.0 + std::floor(parte(azar) * 10.0 / 11.0);  // not on the border
+        const double px = 200.0 + 2.5 * (bFila ? a : b), py = 10.0 + 1.5 * (bFila ? b : a);
+        const CCoor3D<double> orilla = P(px, py, Cota(dem, px, py)),
+                              desde = P(x(azar), y(azar), 500.0);  // too steep to graze
+        CCoor3D<double> p;
+        ASSERT_TRUE(dem.InterseccionVector(orilla, desde, p)) << i;
+    }
+}
+
+TEST(CDEM, ARayTakesTheFirstCellOfAListWhateverSquareListsIt) {
+    CDEM dem;
+    dem.SetListaCeldas(true);
+    dem.ListaX() = {0, 1, 3, 5, 8};
+    dem.ListaY() = {0, 1, 3, 8};
+    const auto celda = [&](unsigned x0, unsigned y0, unsigned x1, unsigned y1, float z) {
+        const auto n = std::uint32_t(dem.Puntos().size());
+        for (const auto& [i, j] : {std::pair{x0, y0}, {x0, y1}, {x1, y1}, {x1, y0}})
+            dem.Puntos().push_back({z, i, j, 0, 0.0f, 0.0f, 0.0f});
+        dem.Celdas().push_back({{n, n + 1, n + 2, n + 3}});
+    };
+    celda(0, 0, 1, 1, 0.0f);
+    celda(2, 2, 4, 3, 5.0f);   // reaches into the south-west quarter, where the ray begins
+    celda(3, 0, 4, 2, 10.0f);  // stands before it on the ray
+    dem.ActualizaCantidades();
+    CCoor3D<double> p;
+    ASSERT_TRUE(dem.InterseccionVector(P(8, 4, 28 - 29.2), P(1, 1, 28), p));
+    EXPECT_EQ(p.z, 10.0);
+}
+
 TEST(CDEM, RaysAlongTheAxesAndStraightDown) {
     CDEM dem = Grid(5, 5);
     for (unsigned i = 0; i < 25; ++i)

@@ -382,6 +382,20 @@ TEST(CDibujoCorte, LineOnTheBorderIsInsideAndClosedLineStaysWhole) {
     EXPECT_EQ(salida[2]->NPuntos(), 4U);
 }
 
+TEST(CDibujoCorte, SlantedBorderIsInsideWhateverIsRounded) {
+    CDibujo<double> entrada, salida;
+    entrada.Inserta(Linea({{0, 0, 0}, {21, 7, 0}}));
+    for (int k = 0; k < 7; k++) {
+        for (const double lado : {5.0, -5.0}) {  // the limit lies to either side of the line
+            const P a(3.0 * k, k, 0), b(3.0 * k + 3, k + 1.0, 0);
+            const auto limite = Linea({a, b, {a.x, a.y + lado, 0}, a});
+            CDibujo<double>::CortaConLimite(entrada, limite, salida, 1, 1, nullptr);
+            ASSERT_EQ(salida.Cantidad(), 1U) << k << ' ' << lado;
+            EXPECT_NEAR(La(salida, 0).Longitud(0), std::sqrt(10), 1e-9);
+        }
+    }
+}
+
 TEST(CDibujoCorte, ClosedLinesAreCutAsAreas) {
     CDibujo<double> entrada, salida;
     entrada.Inserta(Rectangulo(-5, -5, 5, 5, L"A"));

@@ -1,14 +1,19 @@
 // What only an X11 display has: pictures that the user sees, other people's windows, and errors of the server.
 
 #include "Memoria.h"
+#include "platform/Backend.h"
 #include "platform/CWnd.h"
 #include "platform/DiagnosticoGL.h"
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #include <gtest/gtest.h>
-#include <poll.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <thread>
 
@@ -307,6 +312,60 @@ TEST_F(VentanaX11, UnaVentanaQueDesapareceNoAcabaConElProceso) {
     EXPECT_EQ(r, CRect(0, 0, 0, 0));
     CWnd nueva;
     EXPECT_FALSE(nueva.Attach(w));
+}
+
+/// An X server of the test's own; ends with the object.
+class Servidor {
+  public:
+    Servidor() {
+        int canal[2];
+        if (pipe(canal) != 0) return;
+        m_Proceso = fork();
+        if (m_Proceso == 0) {
+            const std::string fd = std::to_string(canal[1]);
+            if (!freopen("/dev/null", "w", stderr)) _exit(127);
+            execlp("Xvfb", "Xvfb", "-displayfd", fd.c_str(), nullptr);
+            _exit(127);
+        }
+        close(canal[1]);
+        char numero[16] = {};
+        if (read(canal[0], numero, sizeof numero - 1) > 0) m_Nombre = ":" + std::to_string(std::atoi(numero));
+        close(canal[0]);
+    }
+    ~Servidor() { Mata(); }
+    void Mata() {
+        if (m_Proceso <= 0) return;
+        kill(m_Proceso, SIGKILL);
+        waitpid(m_Proceso, nullptr, 0);
+        m_Proceso = 0;
+    }
+    pid_t m_Proceso = 0;
+    std::string m_Nombre;  // empty when it didn't start
+};
+
+TEST_F(VentanaX11, UnServidorQueSeVaNoAcabaConElProceso) {
+    Servidor servidor;
+    if (servidor.m_Nombre.empty()) GTEST_SKIP() << "Xvfb isn't installed";
+    const std::string antes = std::getenv("DISPLAY");
+    setenv("DISPLAY", servidor.m_Nombre.c_str(), 1);
+    std::string motivo;
+    auto backend = plataforma::ConectaGLX(motivo);
+    setenv("DISPLAY", antes.c_str(), 1);
+    ASSERT_NE(backend, nullptr) << motivo;
+    auto ventana = backend->CreaVentana({0, 0, 16, 16}, 0, motivo);
+    ASSERT_NE(ventana, nullptr) << motivo;
+    const auto& formato = backend->Formatos().front();
+    auto superficie = ventana->CreaSuperficie(formato, motivo);
+    auto contexto = backend->CreaContexto(formato, nullptr, motivo);
+    ASSERT_TRUE(backend->HazActual(superficie.get(), *contexto, motivo)) << motivo;
+    servidor.Mata();
+    Limpia(1, 2, 3);
+    glFinish();
+    backend->Intercambia(*superficie);
+    while (backend->SiguienteEvento(std::chrono::milliseconds(10))) {
+    }
+    EXPECT_FALSE(ventana->Medidas());
+    backend->Suelta();
 }
 
 int g_nErroresDelAnfitrion = 0;

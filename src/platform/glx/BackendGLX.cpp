@@ -26,7 +26,7 @@ class ContextoGLX : public ContextoNativo {
 };
 
 GLXFBConfig Configuracion(const FormatoPixel& formato) {
-    return reinterpret_cast<GLXFBConfig>(formato.m_Nativo);
+    return static_cast<GLXFBConfig>(formato.m_Nativo);
 }
 
 class BackendGLX : public Backend {
@@ -153,7 +153,7 @@ bool BackendGLX::LeeFormatos(std::string& motivo) {
         XVisualInfo* visual = glXGetVisualFromFBConfig(m_Display, c);
         if (!visual) continue;
         FormatoPixel f;
-        f.m_Nativo = reinterpret_cast<std::uintptr_t>(c);
+        f.m_Nativo = c;
         f.m_nAlfa = Atributo(c, GLX_ALPHA_SIZE);
         f.m_nProfundidad = Atributo(c, GLX_DEPTH_SIZE);
         f.m_nEstarcido = Atributo(c, GLX_STENCIL_SIZE);

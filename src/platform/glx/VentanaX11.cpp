@@ -24,14 +24,14 @@ std::optional<Rectangulo> MideVentana(Display* display, Window id) {
 
 VisualID VisualDe(Display* display, const FormatoPixel& formato) {
     int id = 0;
-    glXGetFBConfigAttrib(display, reinterpret_cast<GLXFBConfig>(formato.m_Nativo), GLX_VISUAL_ID, &id);
+    glXGetFBConfigAttrib(display, static_cast<GLXFBConfig>(formato.m_Nativo), GLX_VISUAL_ID, &id);
     return static_cast<VisualID>(id);
 }
 
 std::unique_ptr<VentanaX11> VentanaX11::Crea(ConexionX11& conexion, const FormatoPixel& formato,
                                              const Rectangulo& donde, Window padre, std::string& motivo) {
     Display* display = conexion.Xlib();
-    XVisualInfo* visual = glXGetVisualFromFBConfig(display, reinterpret_cast<GLXFBConfig>(formato.m_Nativo));
+    XVisualInfo* visual = glXGetVisualFromFBConfig(display, static_cast<GLXFBConfig>(formato.m_Nativo));
     if (!visual) {
         motivo = "the pixel format has no visual that a window could be made with.";
         return nullptr;
