@@ -331,7 +331,7 @@ void CGL::RenderPuntosCamara() const {
         glPushMatrix();
         glTranslated(p.x, p.y, p.z);
         if (p.GetTipo() == 0) {
-            GiraCamaraConica(i < m_AngulosCamara.NPuntos() ? m_AngulosCamara.Punto(static_cast<int>(i)) : Punto());
+            GiraCamaraConica(m_AngulosCamara.Punto(static_cast<int>(i)));  // a station without angles is not turned
             glCallList(m_nListaCamara);
         } else {
             glCallList(m_nListaCamaraPanoramica);

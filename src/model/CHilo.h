@@ -28,7 +28,7 @@ class LUMBRA_API CHilo {
 
     /// These do nothing and return false when there is no thread or the system refuses.
     bool SetPriority(int prioridad);
-    /// Stops the thread where it is (calls nest) and lets it go on.
+    /// Asks the thread to stop at its next wait or lock (calls nest), and lets it go on.
     bool Suspender();
     bool Reanudar();
 

@@ -1,6 +1,7 @@
 // Scenes inside scenes: taking in, handing back, image values, what is inherited.
 
 #include "EscenaPrueba.h"
+#include "platform/CWnd.h"
 #include "support/RegistroGL.h"
 
 using testing::Contains;
@@ -278,9 +279,10 @@ TEST_F(ConEscena, DestroyingAChildFreesItsListsAndLeavesTheParentUsable) {
 }
 
 TEST(CGLComposicion, AChildThatWasHandedBackOutlivesItsParent) {
-    Tela tela;
+    CWnd ventana;  // whose device context goes with the parent
+    ASSERT_TRUE(ventana.Create(nullptr, L"", WS_OVERLAPPEDWINDOW, CRect(0, 0, 64, 48)));
     auto padre = std::make_unique<EscenaPrueba>();
-    ASSERT_TRUE(padre->CreaEn(tela));
+    ASSERT_TRUE(padre->Crear(&ventana, PFD_TYPE_RGBA, PFD_DRAW_TO_WINDOW | PFD_SUPPORT_OPENGL | PFD_DOUBLEBUFFER));
     padre->ReferenciaNuevo(new EscenaPrueba(L"h"));
     ASSERT_TRUE(padre->Iniciar());
     const std::unique_ptr<CGL> hijo(padre->BorraReferencia(L"h"));

@@ -244,7 +244,7 @@ TEST_F(ConBoceto, UndoWithOnePointStillUndoesTheSelection) {
     m_Escena.m_Seleccion = {Vertiz::CPosicionEntidad(1), Vertiz::CPosicionEntidad(2)};
     m_Escena.m_PuntosSeleccion = {Punto(1, 1, 1), Punto(2, 2, 2)};
     m_Escena.GetPasos().clear();
-    m_Escena.BorraUltimoPuntoLineaNueva(1);
+    m_Escena.BorraUltimoPuntoLineaNueva(0);
     EXPECT_EQ(m_Escena.m_Seleccion.size(), 1U);
     EXPECT_EQ(m_Escena.m_PuntosSeleccion.size(), 1U);
     EXPECT_EQ(m_Escena.NPuntosLineaNueva(), 1U);

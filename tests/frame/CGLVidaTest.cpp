@@ -1,14 +1,14 @@
 // From Crear to Destruir: contexts, their order, what is left behind, and copies that share.
 
-#include <chrono>
-#include <thread>
-
 #include "EscenaPrueba.h"
+#include "platform/CWnd.h"
 #include "support/Contexto.h"
 #include "support/RegistroGL.h"
 
+#include <chrono>
+#include <thread>
+
 using testing::Contains;
-using testing::Each;
 using testing::ElementsAre;
 using Punto = EscenaPrueba::Punto;
 
@@ -38,7 +38,7 @@ TEST(CGLSinCrear, StartsLookingStraightDownWithTheStatedDefaults) {
     EXPECT_FLOAT_EQ(escena.GetPlanoFondo(), 20000.0F);
 }
 
-TEST(CGLSinCrear, DestroyingAScenesThatWasNeverCreatedLeavesTheHostsContextAlone) {
+TEST(CGLSinCrear, DestroyingASceneThatWasNeverCreatedLeavesTheHostsContextAlone) {
     Lienzo anfitrion(8, 8);
     ASSERT_TRUE(anfitrion.Actual());
     { EscenaPrueba escena; }
@@ -188,6 +188,25 @@ TEST(CGLCrear, DepthTestingStartsOffAndTheProjectionOrthographic) {
     wglMakeCurrent(nullptr, nullptr);
 }
 
+TEST(CGLCrear, AWindowGetsADeviceContextThatTheSceneOwns) {
+    CWnd ventana;
+    ASSERT_TRUE(ventana.Create(nullptr, L"", WS_OVERLAPPEDWINDOW, CRect(0, 0, 64, 48)));
+    EscenaPrueba escena;
+    ASSERT_EQ(escena.Crear(&ventana, PFD_TYPE_RGBA, PFD_DRAW_TO_WINDOW | PFD_SUPPORT_OPENGL | PFD_DOUBLEBUFFER), 1);
+    EXPECT_EQ(escena.m_pVentana, &ventana);
+    EXPECT_EQ(escena.m_Descriptor.cColorBits, 24);
+    EXPECT_EQ(escena.m_bDCExterno, 0);
+    escena.OnZoomExtension();
+    ASSERT_EQ(escena.Iniciar(), 1);
+    ASSERT_EQ(escena.Resize(64, 48), 1);
+    escena.OnZoomExtension();
+    EXPECT_EQ(escena.Render(), 1);
+    const HDC suyo = escena.m_pDC->GetSafeHdc();
+    escena.Destruir();
+    EXPECT_EQ(GetPixelFormat(suyo), 0) << "the device context is deleted with the scene's context";
+    EXPECT_EQ(escena.Crear(&ventana, PFD_TYPE_RGBA, PFD_DRAW_TO_WINDOW | PFD_SUPPORT_OPENGL | PFD_DOUBLEBUFFER), 1);
+}
+
 TEST_F(ConEscena, WhatAWorkersContextCompilesShowsInTheMainOne) {
     for (unsigned i = 0; i < m_Escena.m_nHRCShared; ++i) {
         GLuint lista = 0;
@@ -301,7 +320,6 @@ TEST(CGLCopia, TheLastOfTheCopiesFreesTheContext) {
     auto original = std::make_unique<EscenaPrueba>();
     ASSERT_TRUE(original->Monta(tela));
     original->SetEjes(0);
-    EscenaPrueba::Pasos pasos;
     auto copia = std::make_unique<EscenaPrueba>(*original);
     const HGLRC contexto = original->m_hRC;
 

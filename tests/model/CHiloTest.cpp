@@ -1,7 +1,9 @@
 // The life of a worker's thread.
 #include "model/CHilo.h"
 
+#include "platform/CCriticalSection.h"
 #include "platform/Hilos.h"
+#include "platform/Tiempo.h"
 
 #include <gtest/gtest.h>
 
@@ -87,7 +89,9 @@ TEST(CHilo, StopsWhereItIsAndGoesOn) {
     EsperaVueltas(c, 1);
     EXPECT_TRUE(c.SetPriority(CHilo::P_NORMAL));
     ASSERT_TRUE(c.Suspender());
+    Sleep(20);  // for the turn that it was in
     const unsigned long long quieto = c.m_nVueltas;
+    Sleep(5);
     EXPECT_EQ(c.m_nVueltas, quieto);
     ASSERT_TRUE(c.Reanudar());
     EsperaVueltas(c, quieto + 1);
