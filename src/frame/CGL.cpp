@@ -3,11 +3,12 @@
 
 #include "frame/CGL.h"
 
-#include <algorithm>
-
 #include "frame/EntradaPublica.h"
+#include "frame/ListaGL.h"
 #include "platform/CDC.h"
 #include "platform/Hilos.h"
+
+#include <algorithm>
 
 namespace {
 
@@ -17,11 +18,6 @@ unsigned NumeroProcesadores() {
     SYSTEM_INFO info{};
     GetSystemInfo(&info);
     return info.dwNumberOfProcessors;
-}
-
-void BorraLista(GLuint& lista, GLsizei cuantas = 1) {
-    if (lista != 0) glDeleteLists(lista, cuantas);
-    lista = 0;
 }
 
 /// One flag for each kind of error at the most; with a lost context the errors never end.
@@ -335,7 +331,7 @@ void CGL::RenderPuntosCamara() const {
         glPushMatrix();
         glTranslated(p.x, p.y, p.z);
         if (p.GetTipo() == 0) {
-            GiraCamaraConica(i < m_AngulosCamara.NPuntos() ? m_AngulosCamara.Punto(static_cast<int>(i)) : Punto());
+            GiraCamaraConica(m_AngulosCamara.Punto(static_cast<int>(i)));  // a station without angles is not turned
             glCallList(m_nListaCamara);
         } else {
             glCallList(m_nListaCamaraPanoramica);
@@ -439,9 +435,4 @@ bool CGL::EsImagenConica() const {
 
 bool CGL::EsImagenEsferica() const {
     return m_DataTransformacion.GetTipo() == Vertiz::CDataTransformacion::ESFERICA;
-}
-
-bool CGL::SobreFoto() const {
-    return (m_bEsReferencia || m_nTipoImagenFondo == 1) && m_nTipoImagenFondo != 2 &&
-           m_DataTransformacion.ExisteTransformacion();
 }

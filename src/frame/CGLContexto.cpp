@@ -3,12 +3,12 @@
 
 #include "frame/CGL.h"
 
-#include <algorithm>
-
 #include "platform/CBitmap.h"
 #include "platform/CDC.h"
 #include "platform/CWnd.h"
 #include "platform/Tiempo.h"
+
+#include <algorithm>
 
 namespace {
 

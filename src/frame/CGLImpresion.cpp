@@ -1,11 +1,13 @@
 // What a scene takes from the display and gives back as a picture: the palette of displays with few colours, the copy
 // of the picture, the glyph lists.
 
-#include <cstddef>
-#include <vector>
-
 #include "frame/CGL.h"
+
 #include "platform/CDC.h"
+
+#include <cstddef>
+#include <new>
+#include <vector>
 
 namespace {
 

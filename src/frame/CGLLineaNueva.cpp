@@ -4,10 +4,13 @@
 // It is drawn in XOR on the visible buffer: drawing a segment a second time wipes it, so that the cursor can be
 // followed without drawing the scene again. The list holds the same drawing for Render to call on each new frame.
 
-#include <algorithm>
-
 #include "frame/CGL.h"
+
 #include "frame/EntradaPublica.h"
+#include "frame/ListaGL.h"
+#include "frame/MatricesGL.h"
+
+#include <algorithm>
 
 using Vertiz::CCoor3D;
 using Vertiz::CLinea;
@@ -71,17 +74,12 @@ void BorraUltimo(CLinea<double>& linea) {
 int CGL::OnIniciarLineaNueva(int bDirecto) {
     if (!m_pDigiTab) return 1;
     if (!MakeCurrent(nullptr)) return 0;
-    if (!bDirecto && m_nListaLineaNueva) {
-        glDeleteLists(m_nListaLineaNueva, 1);
-        m_nListaLineaNueva = 0;
+    if (!bDirecto) {
+        BorraLista(m_nListaLineaNueva);
         if (HayErrorGL()) return 0;
     }
     if (m_LineaNueva.NPuntos() < 2) return 1;
-    if (!bDirecto) {
-        m_nListaLineaNueva = glGenLists(1);
-        glNewList(m_nListaLineaNueva, GL_COMPILE);
-        if (HayErrorGL()) return 0;
-    }
+    if (!bDirecto && !AbreLista(m_nListaLineaNueva)) return 0;
     EstadoXor estado;
     if (!EmpiezaXor(estado) || !EstiloLineaNueva()) return 0;
     TrazaLineaNueva(bDirecto ? m_LineaNueva.NPuntos() - 2 : 0);
@@ -324,19 +322,12 @@ void CGL::DameLineaNuevaTerreno(CLinea<int>& l) {
 
 void CGL::DameLineaNuevaPantalla(CLinea<int>& l) {
     if (!MakeCurrent(nullptr)) return;
-    GLint vista[4];
-    GLdouble modelo[16], proyeccion[16];
-    glGetIntegerv(GL_VIEWPORT, vista);
-    if (HayErrorGL()) return;
-    glGetDoublev(GL_MODELVIEW_MATRIX, modelo);
-    if (HayErrorGL()) return;
-    glGetDoublev(GL_PROJECTION_MATRIX, proyeccion);
-    if (HayErrorGL()) return;
+    MatricesGL matrices;
+    if (!matrices.Lee()) return;
     for (unsigned i = 0; i < m_LineaNueva.NPuntos(); ++i) {
-        const CCoor3D<double>& p = m_LineaNueva.Punto(static_cast<int>(i));
         CCoor3D<double> w;
-        if (!gluProject(p.x, p.y, p.z, modelo, proyeccion, vista, &w.x, &w.y, &w.z)) return;
-        w.y = vista[3] - w.y;
+        if (!matrices.Proyecta(m_LineaNueva.Punto(static_cast<int>(i)), w)) return;
+        w.y = matrices.viewport[3] - w.y;
         l << CCoor3D<int>(w);
     }
     wglMakeCurrent(nullptr, nullptr);

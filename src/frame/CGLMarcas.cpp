@@ -8,6 +8,7 @@
 #include <string>
 
 #include "frame/CGL.h"
+#include "frame/EntradaPublica.h"
 #include "frame/ListaGL.h"
 #include "platform/Conversiones.h"
 
@@ -22,18 +23,6 @@ const CCoor3D<double> kSinLugar(std::numeric_limits<double>::quiet_NaN(), 0, 0, 
 bool TieneLugar(const CCoor3D<double>& p) {
     return !std::isnan(p.x);
 }
-
-// Lets the context go at the end of a public entry that took it when none was current.
-class DevuelveContexto {
-  public:
-    DevuelveContexto() : m_bLibre(wglGetCurrentContext() == nullptr) {}
-    void Bien() const {
-        if (m_bLibre) wglMakeCurrent(nullptr, nullptr);
-    }
-
-  private:
-    bool m_bLibre;
-};
 
 }  // namespace
 
@@ -55,8 +44,7 @@ void CGL::ColorMarcas() const {
 void CGL::BorraListasMarcas() {
     BorraLista(m_nListaPuntosMarcasFoto);
     BorraLista(m_nListaPuntosMarcasTerreno);
-    if (m_nListaMarcas != 0) glDeleteLists(m_nListaMarcas, static_cast<GLsizei>(m_Marcas.size()));
-    m_nListaMarcas = 0;
+    BorraLista(m_nListaMarcas, static_cast<GLsizei>(m_Marcas.size()));
 }
 
 // The points of the marks of one kind.
@@ -178,10 +166,10 @@ int CGL::OnRenderMarcasTerreno() {
 // Deletes the lists of the marks as they are, changes the marks, and builds the lists anew.
 template <class Cambio>
 void CGL::CambiaMarcas(Cambio cambio) {
-    const DevuelveContexto contexto;
+    const EntradaPublica entrada;
     if (MakeCurrent(nullptr)) BorraListasMarcas();
     cambio();
-    if (OnIniciarMarcas()) contexto.Bien();
+    entrada.Acaba(OnIniciarMarcas());
 }
 
 void CGL::NuevaMarca(const CTexto<double>& marca) {
@@ -204,8 +192,8 @@ void CGL::ClearMarcas() {
 }
 
 void CGL::ClearMedidas() {
-    const DevuelveContexto contexto;
+    const EntradaPublica entrada;
     if (MakeCurrent(nullptr)) BorraLista(m_nListaMedidas);
     m_Medidas.clear();
-    if (OnIniciarMedidas()) contexto.Bien();
+    entrada.Acaba(OnIniciarMedidas());
 }

@@ -1,11 +1,12 @@
 // Scenes inside scenes, and selection across them: taking children in and handing them back, what a child inherits, and
 // the generic selection, which walks the children and feeds the recorded points and the sketch.
 
+#include "frame/CGL.h"
+
+#include "frame/EntradaPublica.h"
+
 #include <algorithm>
 #include <utility>
-
-#include "frame/CGL.h"
-#include "frame/EntradaPublica.h"
 
 using Vertiz::CCoor3D;
 using Vertiz::CLinea;
@@ -155,7 +156,6 @@ void CGL::DestruirHijos(ListaHijos& lista) {
 }
 
 void CGL::SetVariablesReferencia(CGL* r) const {
-    if (r == this) return;
     r->m_Data = m_Data;
     r->m_Camara = m_Camara;
     r->m_fAnguloVista = m_fAnguloVista;
@@ -184,11 +184,9 @@ void CGL::SetVariablesReferencia(CGL* r) const {
 
 void CGL::IgualaVariables(CGL* r) const {
     SetVariablesReferencia(r);
-    if (r != this) {
-        r->m_Seleccion = m_Seleccion;
-        r->m_PuntosSeleccion = m_PuntosSeleccion;
-        r->m_VistaSeleccion = m_VistaSeleccion;
-    }
+    r->m_Seleccion = m_Seleccion;
+    r->m_PuntosSeleccion = m_PuntosSeleccion;
+    r->m_VistaSeleccion = m_VistaSeleccion;
     r->m_bVistaSeleccion = m_bVistaSeleccion;
 }
 
@@ -362,8 +360,9 @@ bool CGL::HayVistaSeleccion() const {
 }
 
 bool CGL::DamePuntoSeleccion(CCoor3D<double>& c, int i) const {
-    if (i < 0 || static_cast<std::size_t>(i) >= m_PuntosSeleccion.size()) return false;
-    c = m_PuntosSeleccion[static_cast<std::size_t>(i)];
+    const auto indice = static_cast<std::size_t>(i);  // a negative one is past the end too
+    if (indice >= m_PuntosSeleccion.size()) return false;
+    c = m_PuntosSeleccion[indice];
     return true;
 }
 

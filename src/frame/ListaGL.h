@@ -3,9 +3,9 @@
 
 #include "platform/OpenGL.h"
 
-/// Deletes a list, if there is one, and zeroes its id.
-inline void BorraLista(GLuint& lista) {
-    if (lista != 0) glDeleteLists(lista, 1);
+/// Deletes a list, if there is one, or a block of lists from that one on, and zeroes the id.
+inline void BorraLista(GLuint& lista, GLsizei cuantas = 1) {
+    if (lista != 0) glDeleteLists(lista, cuantas);
     lista = 0;
 }
 

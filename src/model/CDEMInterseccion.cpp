@@ -44,14 +44,18 @@ class CorteRayo {
     PuntoParche Lugar(double t, const RectanguloCelda& celda) const { return EnCelda(Punto(m_Rayo, t), celda); }
 
     /// Looks at a part of the ray that lies in one cell. @return true when the surface was met before the present best
-    bool Mira(const Parche& parche, const RectanguloCelda& celda, TramoRayo tramo) {
-        const double entrada = tramo.t0;
-        tramo.Recorta(m_Rayo.o.z, m_Rayo.d.z, parche.CotaMinima(), parche.CotaMaxima());
-        if (tramo.EstaVacio()) return false;
-        const CCoor3D<double> a = Punto(m_Rayo, tramo.t0), b = Punto(m_Rayo, tramo.t1);
-        const auto corte = parche.PrimerCorte(EnCelda(a, celda), a.z, EnCelda(b, celda), b.z);
-        if (!corte) return false;
-        return Anota(std::max(entrada, tramo.t0 + *corte * (tramo.t1 - tramo.t0)), parche, celda);
+    bool Mira(const Parche& parche, const RectanguloCelda& celda, const TramoRayo& tramo) {
+        TramoRayo cerca = tramo;  // where the ray is as high as the cell
+        cerca.Recorta(m_Rayo.o.z, m_Rayo.d.z, parche.CotaMinima(), parche.CotaMaxima());
+        if (!cerca.EstaVacio()) {
+            const CCoor3D<double> a = Punto(m_Rayo, cerca.t0), b = Punto(m_Rayo, cerca.t1);
+            if (const auto corte = parche.PrimerCorte(EnCelda(a, celda), a.z, EnCelda(b, celda), b.z))
+                return Anota(std::max(tramo.t0, cerca.t0 + *corte * (cerca.t1 - cerca.t0)), parche, celda);
+        }
+        // A ray that changes sides without a root meets the surface at an end, but for rounding.
+        const double entra = Altura(tramo.t0, parche, celda), sale = Altura(tramo.t1, parche, celda);
+        if (entra * sale > 0.0) return false;
+        return Anota(std::abs(entra) < std::abs(sale) ? tramo.t0 : tramo.t1, parche, celda);
     }
 
     /// Notes a meeting at a parameter, if it comes before the others.
@@ -62,10 +66,9 @@ class CorteRayo {
         return true;
     }
 
-    /// On which side of the surface the ray is: above (1), below (-1), on it (0).
-    int Lado(double t, const Parche& parche, const RectanguloCelda& celda) const {
-        const double altura = Punto(m_Rayo, t).z - parche.Cota(Lugar(t, celda));
-        return (altura > 0.0) - (altura < 0.0);
+    /// How far the ray is above the surface, below it when negative.
+    double Altura(double t, const Parche& parche, const RectanguloCelda& celda) const {
+        return Punto(m_Rayo, t).z - parche.Cota(Lugar(t, celda));
     }
 
   private:
@@ -81,7 +84,7 @@ bool CDEM::CortaMatriz(const Rayo& rayo, CCoor3D<double>& resultado) const {
     const Reticula celdas{m_dOeste - m_Semilla.GetX(),  m_dSur - m_Semilla.GetY(),      m_dCeldaX, m_dCeldaY,
                           std::int64_t(GetFilas()) - 1, std::int64_t(GetColumnas()) - 1};
     CorteRayo corte(rayo);
-    int lado = 0;  // where the ray left the cell before; 0 when that had no surface
+    double altura = 0.0;  // over the surface, on leaving the cell before; 0 when that had none
     PaseaCeldas(celdas, rayo, [&](std::int64_t fila, std::int64_t columna, const TramoRayo& tramo) {
         const RectanguloCelda celda{
             celdas.m_dOeste + double(columna) * m_dCeldaX, celdas.m_dSur + double(fila) * m_dCeldaY,
@@ -89,14 +92,14 @@ bool CDEM::CortaMatriz(const Rayo& rayo, CCoor3D<double>& resultado) const {
         const auto parche = DameParche(unsigned(fila), unsigned(columna), corte.Lugar(tramo.t0, celda),
                                        corte.Lugar(tramo.t1, celda), true);
         if (!parche) {
-            lado = 0;
+            altura = 0.0;
             return false;
         }
         // A ray that changes sides between leaving a cell and entering the next meets the surface on their edge, where
         // rounding may hide it from both.
-        if (lado * corte.Lado(tramo.t0, *parche, celda) < 0) return corte.Anota(tramo.t0, *parche, celda);
+        if (altura * corte.Altura(tramo.t0, *parche, celda) < 0.0) return corte.Anota(tramo.t0, *parche, celda);
         if (corte.Mira(*parche, celda, tramo)) return true;
-        lado = corte.Lado(tramo.t1, *parche, celda);
+        altura = corte.Altura(tramo.t1, *parche, celda);
         return false;
     });
     if (corte.Encontrado()) resultado = corte.Resultado();
@@ -123,8 +126,8 @@ bool CDEM::CortaLista(const Rayo& rayo, CCoor3D<double>& resultado) const {
             const auto parche = DameParche(i, 0, corte.Lugar(tramo.t0, celda), corte.Lugar(tramo.t1, celda), true);
             if (parche) corte.Mira(*parche, celda, tramo);
         }
-        return corte.Parametro() <=
-               cuadro.t1;  // a cell may reach beyond this square: what it gave may not be the first
+        // A cell may reach beyond this square, and what it gave there need not be the first.
+        return corte.Parametro() <= cuadro.t1;
     });
     if (corte.Encontrado()) resultado = corte.Resultado();
     return corte.Encontrado();

@@ -13,14 +13,15 @@ namespace Vertiz {
 namespace {
 
 /// How far, in fractions of a cell, a coordinate may be off for having been worked out in doubles.
-double Tolerancia(double coordenada, double origen, double celda) {
-    return 1e-9 + 4.0 * std::numeric_limits<double>::epsilon() * (std::abs(coordenada) + std::abs(origen)) / celda;
+/// @param mayor  the greatest number that took part
+double Tolerancia(double mayor, double celda) {
+    return 1e-9 + 4.0 * std::numeric_limits<double>::epsilon() * std::abs(mayor) / celda;
 }
 
 /// Parts a distance in cells into a cell and a fraction of it. False outside; the last sample belongs to the last cell.
 bool ParteCelda(double distancia, double tolerancia, unsigned muestras, unsigned& celda, double& fraccion) {
     const double ultima = double(muestras) - 1.0;
-    if (!(distancia >= -tolerancia && distancia <= ultima + tolerancia)) return false;
+    if (!std::isfinite(distancia) || distancia < -tolerancia || distancia > ultima + tolerancia) return false;
     const double cercana = std::round(distancia);
     // What is at a sample but for rounding belongs to it alone: a void beside it must not matter.
     const double d = std::clamp(std::abs(distancia - cercana) <= tolerancia ? cercana : distancia, 0.0, ultima);
@@ -112,8 +113,9 @@ bool CDEM::DamePunto(CPuntoDEM& punto, double fraccionX, double fraccionY, doubl
 
 /// Finds the cell under a point and the surface's absolute height there. Coordinates are absolute less an origin.
 bool CDEM::Sitio(double x, double y, double origenX, double origenY, CPuntoDEM& celda) const {
-    const auto parte = [](double v, double inicio, double paso, unsigned muestras, unsigned& i, double& fraccion) {
-        return ParteCelda((v - inicio) / paso, Tolerancia(v, inicio, paso), muestras, i, fraccion);
+    const double mayor = std::max({std::abs(x), std::abs(y), std::abs(origenX), std::abs(origenY)});
+    const auto parte = [mayor](double v, double inicio, double paso, unsigned muestras, unsigned& i, double& fraccion) {
+        return ParteCelda((v - inicio) / paso, Tolerancia(mayor + std::abs(inicio), paso), muestras, i, fraccion);
     };
     double u = 0.0, v = 0.0;
     if (!m_bListaCeldas) {

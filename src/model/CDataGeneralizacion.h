@@ -11,7 +11,7 @@ struct CDataGeneralizacion {
     float m_fLongitudMinima = 0;  ///< open lines shorter than this in plan are removed; 0 keeps all
     float m_fAreaMinima = 0;      ///< closed lines with less area than this in plan are removed; 0 keeps all
     int m_bSoloCerradas = 0;      ///< not 0: open lines stay as they are
-    int m_bPuedeCruzarse = 0;     ///< not 0: thins faster, but a narrow closed line may come to cross itself
+    int m_bPuedeCruzarse = 0;     ///< not 0: thins faster, but a line may come to cross itself or vanish
 };
 
 }  // namespace Vertiz

@@ -26,7 +26,8 @@ CDibujo<T>::CDibujo(const CDibujo& otro)
       m_nIntensidadMax(otro.m_nIntensidadMax),
       m_nTipoFichero(otro.m_nTipoFichero) {
     m_Entidades.reserve(otro.m_Entidades.size());
-    for (const auto& e : otro.m_Entidades) m_Entidades.push_back(e->Clona());
+    for (const auto& e : otro.m_Entidades)
+        m_Entidades.push_back(e->Clona());
 }
 
 template <typename T>
@@ -102,12 +103,14 @@ void CDibujo<T>::Recuenta() {
     m_nIntensidadMin = kSinIntensidad;
     m_nIntensidadMax = 0;
     m_pExtremos.reset();
-    for (const auto& e : m_Entidades) Cuenta(*e);
+    for (const auto& e : m_Entidades)
+        Cuenta(*e);
 }
 
 template <typename T>
 void CDibujo<T>::ActualizaCantidades() {
-    for (const auto& e : m_Entidades) e->CalculaMaximas();
+    for (const auto& e : m_Entidades)
+        e->CalculaMaximas();
     Recuenta();
 }
 
@@ -176,7 +179,8 @@ int CDibujo<T>::Transformacion(const CDataHelmertNTV2& data) {
     std::vector<CCoor3D<double>> puntos;
     puntos.reserve(m_nPuntos);
     for (const auto& e : m_Entidades) {
-        for (const CCoor3D<T>& p : e->Puntos()) puntos.push_back(CCoor3D<double>(p) / precision + origen);
+        for (const CCoor3D<T>& p : e->Puntos())
+            puntos.push_back(CCoor3D<double>(p) / precision + origen);
     }
     if (!data.Transforma(puntos)) return 0;
     if constexpr (std::is_integral_v<T>) {

@@ -154,10 +154,10 @@ class LUMBRA_API CDibujo : public CObjetoFichero {
     /// its own first point is closed.
     /// @return index of the entity that has the points now
     unsigned JuntaAntesDeInsertar(const CLinea<T>& linea);
-    /// Joins open lines end to end into longer ones, in plan, in linear time. Where more than two ends meet, a line goes
-    /// on as straight as it can, and one that comes back to a point where it has been is closed there: outlines that
-    /// touch at a corner come out apart. The joined line takes place, direction, code and attributes of its earliest
-    /// part. Ends in real coordinates meet when they are within 0.01 units, which makes up for rounding.
+    /// Joins open lines end to end into longer ones, in plan, in linear time. Where more than two ends meet, a line
+    /// goes on as straight as it can, and one that comes back to a point where it has been is closed there: outlines
+    /// that touch at a corner come out apart. The joined line takes place, direction, code and attributes of its
+    /// earliest part. Ends in real coordinates meet when they are within 0.01 units, which makes up for rounding.
     /// @param distancia     ends this far apart in plan still meet, stored units
     /// @param cota          and this far apart in height, if comparaCotas
     /// @param mismoCodigo   not 0: only lines of the same code are joined
@@ -170,8 +170,9 @@ class LUMBRA_API CDibujo : public CObjetoFichero {
     int Junta(double distancia, double cota, int mismoCodigo, int invierte, int cierra, int respetaNudos,
               int comparaCotas, int quitaDobles);
     /// Thins the lines by the method of Douglas and Peucker, with the limits that data gives. Ends of open lines stay,
-    /// closed lines stay closed; one that would come to cross itself is thinned less. What is left of a closed
-    /// line with fewer than three corners is removed.
+    /// closed lines stay closed, though they may begin at another corner. One that would come to cross itself or to
+    /// lose its area is thinned less, unless data allows it; then, a closed line left with fewer than three corners is
+    /// removed.
     /// @param nivel       level of messages for porcentaje
     /// @param porcentaje  progress and cancel, or null
     /// @return 1 done, 2 cancelled, with the lines thinned so far

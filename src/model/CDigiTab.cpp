@@ -6,7 +6,9 @@
 namespace Vertiz {
 namespace {
 
-bool EsPatron(const CTipoDat& tipo) { return tipo.GetCodigo().Find(L'*') >= 0; }
+bool EsPatron(const CTipoDat& tipo) {
+    return tipo.GetCodigo().Find(L'*') >= 0;
+}
 
 // How well a row serves a kind: 2 its own, 1 as a line, 0 not at all.
 int Aptitud(const CTipoDat& fila, CTipoEntidad tipo) {
@@ -70,7 +72,8 @@ const CElementoDigiTab* CDigiTab::Busca(const CString& codigo, CTipoEntidad tipo
         const int apto = Aptitud(m_Elementos[i], tipo);
         if (apto > aptitud) mejor = &m_Elementos[i], aptitud = apto;
     };
-    for (auto i = Lugar(codigo, 0); i != m_Orden.end() && m_Elementos[*i].GetCodigo() == codigo; ++i) prueba(*i);
+    for (auto i = Lugar(codigo, 0); i != m_Orden.end() && m_Elementos[*i].GetCodigo() == codigo; ++i)
+        prueba(*i);
     if (mejor || m_Patrones.empty()) return mejor;
 
     const CTipoDat buscado(tipo, codigo);
@@ -98,6 +101,8 @@ CDigiTab CDigiTab::DameOcultos() const {
     return ocultos;
 }
 
-void CDigiTab::clear() { *this = CDigiTab(); }
+void CDigiTab::clear() {
+    *this = CDigiTab();
+}
 
 }  // namespace Vertiz

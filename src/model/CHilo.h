@@ -22,13 +22,13 @@ class LUMBRA_API CHilo {
     CHilo& operator=(const CHilo& otro);
     virtual ~CHilo();
 
-    /// Waits for the end of the thread, without limit, and closes its handle. Called from Run itself it does nothing.
-    /// A thread that is suspended has to be resumed first.
+    /// Waits for the end of the thread, without limit, and closes its handle. Not for Run itself to call, nor while the
+    /// thread is suspended.
     virtual void Stop();
 
     /// These do nothing and return false when there is no thread or the system refuses.
     bool SetPriority(int prioridad);
-    /// Stops the thread where it is (calls nest) and lets it go on.
+    /// Asks the thread to stop at its next wait or lock (calls nest), and lets it go on.
     bool Suspender();
     bool Reanudar();
 
@@ -40,10 +40,12 @@ class LUMBRA_API CHilo {
     /// made
     template <class Trabajador>
     bool Arranca(Trabajador* trabajador) {
-        return Arranca([](void* dato) -> DWORD {
-            static_cast<Trabajador*>(dato)->Run();
-            return 0;
-        }, trabajador);
+        return Arranca(
+            [](void* dato) -> DWORD {
+                static_cast<Trabajador*>(dato)->Run();
+                return 0;
+            },
+            trabajador);
     }
 
     HANDLE m_hHilo = nullptr;

@@ -40,7 +40,7 @@ class CRecorrido {
     bool Anda(const CSegmento& s) {
         m_Cortes.clear();
         for (const CSegmento& lado : m_Lados) {
-            for (const CContacto& contacto : predicados::Contactos(s.a, s.b, lado.a, lado.b).Todos()) {
+            for (const CContacto& contacto : predicados::Contactos(s.a, s.b, lado.a, lado.b)) {
                 if (contacto.bPropio) return false;
                 m_Cortes.push_back(contacto);
             }
@@ -162,7 +162,7 @@ unsigned CLinea<T>::Intersecta(const CLinea& otra, int nCota, int nMaximo) {
         if (Lejos(lados[i], caja)) continue;
         cortes.clear();
         for (std::size_t j = 0; j < otros.size(); ++j) {
-            for (const CContacto& c : predicados::Contactos(lados[i].a, lados[i].b, otros[j].a, otros[j].b).Todos()) {
+            for (const CContacto& c : predicados::Contactos(lados[i].a, lados[i].b, otros[j].a, otros[j].b)) {
                 cortes.push_back({c, j});
             }
         }

@@ -32,7 +32,7 @@ class LUMBRA_API CMatrizCuadrada : public CMatriz<double> {
     bool GetAngulos(double& omega, double& fi, double& kappa, double& escala) const;
 
     /// Inverse of a symmetric positive definite matrix. @param inversa  may be this matrix
-    /// @return false, with nothing changed, when the matrix isn't symmetric (to 1e-9 of its elements) and positive definite
+    /// @return false, with nothing changed, when the matrix isn't symmetric, to 1e-9, and positive definite
     bool InversaCholesky(CMatrizCuadrada& inversa) const;
     /// Inverse of any matrix, by elimination with full pivoting. Rows and columns are brought to like size first, so
     /// that matrices of mixed units aren't taken for singular ones. @param inversa  may be this matrix

@@ -6,7 +6,9 @@ namespace Vertiz {
 
 CObjetoFichero::~CObjetoFichero() = default;
 
-CNivelMensajes CObjetoFichero::Mensajes(CNivelMensajes nivel) { return std::exchange(m_nMensajes, nivel); }
+CNivelMensajes CObjetoFichero::Mensajes(CNivelMensajes nivel) {
+    return std::exchange(m_nMensajes, nivel);
+}
 
 void CObjetoFichero::swap(CObjetoFichero& otro) noexcept {
     std::swap(m_sNombre, otro.m_sNombre);

@@ -25,15 +25,23 @@ struct CTrabajo {
 };
 
 // The tessellator carries the index of a corner as a pointer, one higher so that none is null.
-void* AMarca(unsigned i) { return reinterpret_cast<void*>(std::uintptr_t{i} + 1); }
-unsigned AIndice(void* marca) { return unsigned(reinterpret_cast<std::uintptr_t>(marca) - 1); }
+void* AMarca(unsigned i) {
+    return reinterpret_cast<void*>(std::uintptr_t{i} + 1);
+}
+unsigned AIndice(void* marca) {
+    return unsigned(reinterpret_cast<std::uintptr_t>(marca) - 1);
+}
 
-void AlVertice(void* marca, void* trabajo) { static_cast<CTrabajo*>(trabajo)->triangulos.push_back(AIndice(marca)); }
+void AlVertice(void* marca, void* trabajo) {
+    static_cast<CTrabajo*>(trabajo)->triangulos.push_back(AIndice(marca));
+}
 
 // Being told of edges makes the tessellator give single triangles, no strips or fans.
 void AlBorde(GLboolean, void*) {}
 
-void AlFallo(GLenum, void* trabajo) { static_cast<CTrabajo*>(trabajo)->fallo = true; }
+void AlFallo(GLenum, void* trabajo) {
+    static_cast<CTrabajo*>(trabajo)->fallo = true;
+}
 
 // Outlines meet at `lugar`: in one and the same corner, or where no corner was before.
 void AlCruce(const GLdouble lugar[3], void* const marcas[4], const GLfloat pesos[4], void** salida, void* trabajo) {
@@ -211,7 +219,9 @@ class CMalla {
     std::vector<bool> m_Quitado;
 };
 
-bool EsFinito(const CEsquina& e) { return std::isfinite(e.x) && std::isfinite(e.y) && std::isfinite(e.z); }
+bool EsFinito(const CEsquina& e) {
+    return std::isfinite(e.x) && std::isfinite(e.y) && std::isfinite(e.z);
+}
 
 }  // namespace
 

@@ -14,7 +14,7 @@ struct CEsquina {
 
 /// The pieces, each a counter-clockwise ring of indices into the corners, the first one not repeated.
 struct CPiezas {
-    std::vector<CEsquina> esquinas;           // those given, and the points where outlines cross
+    std::vector<CEsquina> esquinas;  // those given, and the points where outlines cross
     std::vector<std::vector<unsigned>> anillos;
 };
 

@@ -16,13 +16,16 @@ namespace {
 using predicados::CPlano;
 using CPuntos = std::vector<CCoor3D<double>>;
 
-bool EsFinito(const CCoor3D<double>& p) { return std::isfinite(p.x) && std::isfinite(p.y); }
+bool EsFinito(const CCoor3D<double>& p) {
+    return std::isfinite(p.x) && std::isfinite(p.y);
+}
 
 /// The closed line that cuts, in real coordinates.
 class CLimite {
   public:
     explicit CLimite(CPuntos anillo) : m_Anillo(std::move(anillo)) {
-        for (const auto& p : m_Anillo) m_Caja.Nuevo({p.x, p.y, 0});
+        for (const auto& p : m_Anillo)
+            m_Caja.Nuevo({p.x, p.y, 0});
     }
 
     bool EsValido() const {
@@ -44,7 +47,8 @@ class CLimite {
             const CPlano c(m_Anillo[i - 1]), d(m_Anillo[i]);
             if (std::max(c.x, d.x) < caja.Minima().x || std::min(c.x, d.x) > caja.Maxima().x) continue;
             const auto contactos = predicados::Contactos(a, b, c, d);
-            for (const auto& contacto : contactos.Todos()) cortes.push_back(contacto.t);
+            for (const auto& contacto : contactos)
+                cortes.push_back(contacto.t);
             if (contactos.nCuantos == 2) {
                 enBorde.push_back(std::minmax(contactos.lugares[0].t, contactos.lugares[1].t));
             }
@@ -110,7 +114,8 @@ std::vector<CPuntos> Corta(const CPuntos& linea, const CLimite& limite, bool den
 
 template <typename T>
 void InsertaTrozo(CDibujo<T>& salida, const CEntidadDigi<T>& original, CLinea<T> trozo) {
-    for (const CAtrDigi& a : original.Atributos()) trozo.InsertaAtr(a);
+    for (const CAtrDigi& a : original.Atributos())
+        trozo.InsertaAtr(a);
     salida.Inserta(trozo);
 }
 
@@ -150,7 +155,8 @@ int CDibujo<T>::CortaConLimite(const CDibujo& entrada, const CLinea<T>& limite, 
         if (!std::all_of(puntos.begin(), puntos.end(), EsFinito)) continue;
         for (const CPuntos& trozo : Corta(puntos, corte, dentro != 0)) {
             CLinea<T> linea(static_cast<const CTipoDat&>(e));
-            for (const auto& p : trozo) linea << CCoor3D<T>(p);
+            for (const auto& p : trozo)
+                linea << CCoor3D<T>(p);
             InsertaTrozo(salida, e, std::move(linea));
         }
     }

@@ -83,7 +83,8 @@ CPuntos Adelgaza(const CPuntos& puntos, bool cerrada, const CLimites& limites) {
 
 bool EsSimple(const CPuntos& puntos) {
     CLinea<double> linea;
-    for (const auto& p : puntos) linea << p;
+    for (const auto& p : puntos)
+        linea << p;
     const geos::Geometria g = geos::DeLinea(linea);
     return g && GEOSisSimple_r(geos::Contexto(), g.get()) == 1;
 }
@@ -120,13 +121,15 @@ int CDibujo<T>::Generaliza(const CDataGeneralizacion& data, CNivelMensajes nivel
             continue;
         }
         const CPuntos puntos(e.Puntos().begin(), e.Puntos().end());
-        const CPuntos fina = data.m_bPuedeCruzarse ? Adelgaza(puntos, cerrada, limites)
-                                                   : AdelgazaSinCruces(puntos, cerrada, limites);
+        const CPuntos fina =
+            data.m_bPuedeCruzarse ? Adelgaza(puntos, cerrada, limites) : AdelgazaSinCruces(puntos, cerrada, limites);
         sobran[i] = cerrada && fina.size() < 4;
         if (fina.size() == puntos.size()) continue;
         CLinea<T> nueva(static_cast<const CTipoDat&>(e));
-        for (const auto& p : fina) nueva << CCoor3D<T>(p);
-        for (const CAtrDigi& a : e.Atributos()) nueva.InsertaAtr(a);
+        for (const auto& p : fina)
+            nueva << CCoor3D<T>(p);
+        for (const CAtrDigi& a : e.Atributos())
+            nueva.InsertaAtr(a);
         e.swap(nueva);
     }
     Quita(sobran);

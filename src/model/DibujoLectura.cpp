@@ -162,7 +162,8 @@ int CDibujo<T>::Read(const CString& nombre, IPorcentaje* porcentaje) {
     }
     if (!filas.Fallo().IsEmpty()) return fallaFila(filas.Fallo());
     acaba();
-    for (auto& e : leido.m_Entidades) Inserta(std::move(e));
+    for (auto& e : leido.m_Entidades)
+        Inserta(std::move(e));
     SetNombre(nombre);
     return 1;
 }

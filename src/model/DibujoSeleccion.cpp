@@ -27,7 +27,8 @@ double Cantidad(const CEntidadDigi<T>& e, int criterio, int registro) {
 // The run of positions of one entity, from i on.
 std::size_t FinDeEntidad(const std::vector<CPosicionEntidad>& posiciones, std::size_t i) {
     const int entidad = posiciones[i].m_nEntidad;
-    while (i < posiciones.size() && posiciones[i].m_nEntidad == entidad) i++;
+    while (i < posiciones.size() && posiciones[i].m_nEntidad == entidad)
+        i++;
     return i;
 }
 
@@ -35,7 +36,8 @@ std::size_t FinDeEntidad(const std::vector<CPosicionEntidad>& posiciones, std::s
 template <typename T>
 std::unique_ptr<CSetPuntos<T>> ApartaPuntos(CSetPuntos<T>& set, const std::vector<int>& indices) {
     auto apartado = std::make_unique<CSetPuntos<T>>(set.GetCodigo());
-    for (const CAtrDigi& a : set.Atributos()) apartado->InsertaAtr(a);
+    for (const CAtrDigi& a : set.Atributos())
+        apartado->InsertaAtr(a);
     apartado->Reserva(indices.size());
     for (int i : indices) {
         if (set.TieneInfo()) {
@@ -84,26 +86,28 @@ void CDibujo<T>::Sort(int criterio, int ascendente, int registro) {
         ordena([&](unsigned a, unsigned b) { return *m_Entidades[a] < *m_Entidades[b]; });
     } else {
         std::vector<double> cantidades;
-        for (const auto& e : m_Entidades) cantidades.push_back(Vertiz::Cantidad(*e, criterio, registro));
+        for (const auto& e : m_Entidades)
+            cantidades.push_back(Vertiz::Cantidad(*e, criterio, registro));
         ordena([&](unsigned a, unsigned b) { return cantidades[a] < cantidades[b]; });
     }
     std::vector<std::unique_ptr<CEntidadDigi<T>>> ordenadas;
     ordenadas.reserve(orden.size());
-    for (unsigned i : orden) ordenadas.push_back(std::move(m_Entidades[i]));
+    for (unsigned i : orden)
+        ordenadas.push_back(std::move(m_Entidades[i]));
     m_Entidades = std::move(ordenadas);
     m_pExtremos.reset();
 }
 
 template <typename T>
-void CDibujo<T>::InvierteSeleccion(const std::vector<CPosicionEntidad>& seleccion,
-                                   std::vector<CPosicionEntidad>& nueva, const CDigiTab* digi, const CDigiTab* lidar,
-                                   const CDigiTab* eco) const {
+void CDibujo<T>::InvierteSeleccion(const std::vector<CPosicionEntidad>& seleccion, std::vector<CPosicionEntidad>& nueva,
+                                   const CDigiTab* digi, const CDigiTab* lidar, const CDigiTab* eco) const {
     const CVisibilidad visibilidad(digi, lidar, eco);
     std::vector<CPosicionEntidad> inversa;
     std::size_t k = 0;  // into the selection, kept level with the entity and point looked at
     for (int i = 0; i < int(Cantidad()); i++) {
         const CEntidadDigi<T>& e = *m_Entidades[unsigned(i)];
-        while (k < seleccion.size() && seleccion[k].m_nEntidad < i) k++;
+        while (k < seleccion.size() && seleccion[k].m_nEntidad < i)
+            k++;
         const bool tocada = k < seleccion.size() && seleccion[k].m_nEntidad == i;
         if (e.EsBorrado() || e.NPuntos() == 0 || !visibilidad.Ve(e)) continue;
         if (!e.EsSetPuntos()) {
@@ -113,7 +117,8 @@ void CDibujo<T>::InvierteSeleccion(const std::vector<CPosicionEntidad>& seleccio
         if (tocada && seleccion[k].m_nPunto < 0) continue;
         for (int p = 0; p < int(e.NPuntos()); p++) {
             const CPosicionEntidad aqui(i, p);
-            while (k < seleccion.size() && seleccion[k] < aqui) k++;
+            while (k < seleccion.size() && seleccion[k] < aqui)
+                k++;
             const bool elegido = k < seleccion.size() && seleccion[k] == aqui;
             if (!elegido && visibilidad.VePunto(e.Punto(p))) inversa.push_back(aqui);
         }
@@ -139,7 +144,8 @@ void CDibujo<T>::MarcaBorrado(const std::vector<CPosicionEntidad>& posiciones) {
             continue;
         }
         std::vector<int> indices;
-        for (; i < fin && orden[i].m_nPunto < int(e.NPuntos()); i++) indices.push_back(orden[i].m_nPunto);
+        for (; i < fin && orden[i].m_nPunto < int(e.NPuntos()); i++)
+            indices.push_back(orden[i].m_nPunto);
         if (indices.size() == e.NPuntos()) {
             e.SetBorrado(true);
         } else if (!indices.empty()) {

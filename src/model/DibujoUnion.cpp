@@ -17,7 +17,9 @@ constexpr double kMasLejos = 1e12;
 template <typename T>
 bool EsUnible(const CEntidadDigi<T>& e) {
     if (!EsLinea(e) || e.NPuntos() < 2 || e.EsCerrada()) return false;
-    const auto alcanza = [](const CCoor3D<T>& p) { return std::abs(double(p.x)) < kMasLejos && std::abs(double(p.y)) < kMasLejos; };
+    const auto alcanza = [](const CCoor3D<T>& p) {
+        return std::abs(double(p.x)) < kMasLejos && std::abs(double(p.y)) < kMasLejos;
+    };
     return alcanza(e.Puntos().front()) && alcanza(e.Puntos().back());
 }
 
@@ -38,13 +40,15 @@ std::unique_ptr<CLinea<T>> Funde(const geometria::CCadena& cadena, const std::ve
                                  unsigned primera, bool cierra, bool quitaDobles) {
     auto linea = std::make_unique<CLinea<T>>(*partes[primera]);
     std::size_t cantidad = 0;
-    for (const auto& e : cadena.eslabones) cantidad += partes[e.tramo]->NPuntos();
+    for (const auto& e : cadena.eslabones)
+        cantidad += partes[e.tramo]->NPuntos();
     linea->Clear();
     linea->Reserva(cantidad);
     for (const auto& e : cadena.eslabones) {
         auto puntos = partes[e.tramo]->Puntos();
         const std::size_t n = puntos.size();
-        for (std::size_t i = linea->NPuntos() > 0 ? 1 : 0; i < n; i++) *linea << puntos[e.volteado ? n - 1 - i : i];
+        for (std::size_t i = linea->NPuntos() > 0 ? 1 : 0; i < n; i++)
+            *linea << puntos[e.volteado ? n - 1 - i : i];
     }
     if (cadena.cerrada && cierra) linea->ModificaPunto(linea->NPuntos() - 1, linea->Punto(0), true);
     if (quitaDobles) linea->BorraPuntosDobles(1);
@@ -77,7 +81,8 @@ unsigned CDibujo<T>::JuntaAntesDeInsertar(const CLinea<T>& linea) {
 
         lineas.erase(lugar);
         const auto puntos = linea.Puntos();
-        for (std::size_t p = 1; p < puntos.size(); p++) vieja << puntos[voltea ? puntos.size() - 1 - p : p];
+        for (std::size_t p = 1; p < puntos.size(); p++)
+            vieja << puntos[voltea ? puntos.size() - 1 - p : p];
         m_nPuntos += puntos.size() - 1;
         const CCoor3D<T> fin = std::as_const(vieja).end();
         if (Coinciden(fin, vieja.Punto(0))) {

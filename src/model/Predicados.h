@@ -32,9 +32,8 @@ struct CContactos {
     std::array<CContacto, 2> lugares;
     int nCuantos = 0;
 
-    [[nodiscard]] std::span<const CContacto> Todos() const {
-        return {lugares.data(), static_cast<std::size_t>(nCuantos)};
-    }
+    [[nodiscard]] const CContacto* begin() const { return lugares.data(); }
+    [[nodiscard]] const CContacto* end() const { return lugares.data() + nCuantos; }
     void Agrega(const CContacto& contacto);
 };
 [[nodiscard]] CContactos Contactos(const CPlano& a, const CPlano& b, const CPlano& c, const CPlano& d);

@@ -14,7 +14,9 @@ namespace {
 constexpr unsigned kNinguno = ~0u;
 
 // The ends of line t are 2 t (first) and 2 t + 1 (last).
-unsigned Otro(unsigned extremo) { return extremo ^ 1; }
+unsigned Otro(unsigned extremo) {
+    return extremo ^ 1;
+}
 
 /// Numbers the places where ends meet.
 class CBuscaNudos {
@@ -118,11 +120,14 @@ class CEncadenador {
   private:
     void OrdenaPorNudo(unsigned cantidad) {
         m_Inicio.assign(cantidad + 1, 0);
-        for (unsigned n : m_Nudo) m_Inicio[n + 1]++;
-        for (unsigned n = 0; n < cantidad; n++) m_Inicio[n + 1] += m_Inicio[n];
+        for (unsigned n : m_Nudo)
+            m_Inicio[n + 1]++;
+        for (unsigned n = 0; n < cantidad; n++)
+            m_Inicio[n + 1] += m_Inicio[n];
         m_Extremos.resize(m_Nudo.size());
         std::vector<unsigned> hueco(m_Inicio.begin(), m_Inicio.end() - 1);
-        for (unsigned e = 0; e < m_Nudo.size(); e++) m_Extremos[hueco[m_Nudo[e]]++] = e;
+        for (unsigned e = 0; e < m_Nudo.size(); e++)
+            m_Extremos[hueco[m_Nudo[e]]++] = e;
     }
 
     static unsigned Entrada(const CEslabon& e) { return 2 * e.tramo + (e.volteado ? 1 : 0); }
@@ -132,7 +137,8 @@ class CEncadenador {
     /// Lengthens the path at its end as far as it goes. m_Posicion[n] is how many lines the path has before it passes
     /// node n.
     void Avanza(bool contraSentido) {
-        for (unsigned i = 0; i < m_Camino.size(); i++) m_Posicion[m_Nudo[Entrada(m_Camino[i])]] = i;
+        for (unsigned i = 0; i < m_Camino.size(); i++)
+            m_Posicion[m_Nudo[Entrada(m_Camino[i])]] = i;
         while (!m_Camino.empty()) {
             const unsigned llegada = Salida(m_Camino.back());
             const unsigned nudo = m_Nudo[llegada];
@@ -148,13 +154,15 @@ class CEncadenador {
             m_Usado[sigue / 2] = true;
             m_Camino.push_back({sigue / 2, sigue % 2 != 0});
         }
-        for (const CEslabon& e : m_Camino) m_Posicion[m_Nudo[Entrada(e)]] = m_Posicion[m_Nudo[Salida(e)]] = kNinguno;
+        for (const CEslabon& e : m_Camino)
+            m_Posicion[m_Nudo[Entrada(e)]] = m_Posicion[m_Nudo[Salida(e)]] = kNinguno;
     }
 
     /// The path from its line `desde` on is a loop: it becomes a chain of its own.
     void ApartaLazo(unsigned desde) {
         const auto lazo = m_Camino.begin() + desde;
-        for (auto e = lazo; e != m_Camino.end(); ++e) m_Posicion[m_Nudo[Salida(*e)]] = kNinguno;
+        for (auto e = lazo; e != m_Camino.end(); ++e)
+            m_Posicion[m_Nudo[Salida(*e)]] = kNinguno;
         if (desde > 0) m_Posicion[m_Nudo[Entrada(*lazo)]] = desde;
         m_Cadenas.push_back({{lazo, m_Camino.end()}, true});
         m_Camino.erase(lazo, m_Camino.end());
@@ -162,7 +170,8 @@ class CEncadenador {
 
     void DaLaVuelta() {
         std::reverse(m_Camino.begin(), m_Camino.end());
-        for (CEslabon& e : m_Camino) e.volteado = !e.volteado;
+        for (CEslabon& e : m_Camino)
+            e.volteado = !e.volteado;
     }
 
     /// Of the free ends where one has come to, the one that goes on straightest.

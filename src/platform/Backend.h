@@ -18,8 +18,8 @@ namespace plataforma {
 /// A pixel format of a backend. All are RGBA with 8 bits each of red, green and blue in fixed point, not multisampled,
 /// and drawing to both GL_FRONT and GL_BACK is possible (one store may answer to both names).
 struct FormatoPixel {
-    std::uintptr_t m_Nativo = 0;  ///< what the backend knows it by
-    int m_nAlfa = 0;              ///< bits
+    void* m_Nativo = nullptr;  ///< what the backend knows it by
+    int m_nAlfa = 0;           ///< bits
     int m_nProfundidad = 0;
     int m_nEstarcido = 0;
     int m_nAcumulacion = 0;   ///< bits of all four components

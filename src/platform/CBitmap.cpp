@@ -25,7 +25,7 @@ std::shared_ptr<Bitmap> CreaBitmap(int ancho, int alto, int bits) {
     }
     const std::int64_t paso = (std::int64_t{ancho} * bits + 31) / 32 * 4;
     // A limit of its own, since a system that promises memory freely ends the process when it is written.
-    if (paso * alto > std::numeric_limits<std::int32_t>::max()) {
+    if (paso > std::numeric_limits<std::int32_t>::max() / alto) {
         AnotaFallo("a bitmap of " + cual + " is over the limit of 2 GiB.");
         return nullptr;
     }

@@ -115,7 +115,8 @@ class LUMBRA_API CWnd {
     /// @return X11 window; 0 without a display
     std::uintptr_t VentanaNativa() const;
 
-    /// Calls the handlers of all windows of this thread for what has happened, then returns.
+    /// Calls the handlers of all windows for what has happened, then returns. To be called on the thread that made
+    /// them.
     /// @param espera milliseconds to wait when nothing has happened yet; negative: for ever. Without a display nothing
     ///               ever happens but what `Invalidate` asked for, and there is no wait.
     /// @return how many events there were

@@ -102,8 +102,9 @@ LUMBRA_API int DescribePixelFormat(HDC hdc, int formato, UINT bytes, PIXELFORMAT
 /// @return FALSE when nothing can be shown: no format set, or the context has no surface (see `wglMakeCurrent`)
 LUMBRA_API BOOL SwapBuffers(HDC hdc);
 
-/// Finishes what was drawn. On a memory device context that is current on this thread the picture is then copied into
-/// the bits of its bitmap, with what was drawn on the front buffer too.
+/// Has what was drawn carried out. On a memory device context that is current on this thread, the picture last
+/// presented, with what has been drawn on the front buffer since, is copied into the bits of its bitmap.
+/// @return TRUE always
 LUMBRA_API BOOL GdiFlush();
 
 /// Makes a context for the format of `hdc`. The native context behind it is made at its first use, so that the calls to

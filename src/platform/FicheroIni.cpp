@@ -26,8 +26,9 @@ constexpr ULONGLONG MAXIMO = 16 << 20;
 constexpr std::string_view FIRMA_UTF8 = "\xEF\xBB\xBF";
 constexpr std::string_view FIRMA_UTF16 = "\xFF\xFE";
 
-// SimpleIni keeps a comment with what follows it, and drops one that nothing follows. A last section of our own, which
-// is never written, holds the comments at the end of the file. No file has it: control characters aren't let in.
+// SimpleIni keeps a comment with what follows it, and drops one that nothing follows. A section of our own behind the
+// last one, which is never written, holds the comments at the end of the file. No file has it: control characters
+// aren't let in.
 constexpr const char* ULTIMA = "\x01";
 constexpr std::string_view CABECERA_ULTIMA = "[\x01]";
 
@@ -55,6 +56,19 @@ std::wstring Normaliza(const std::wstring& texto) {
         } else if (!EsControl(texto[i])) {
             resultado += texto[i];
         }
+    }
+    return resultado;
+}
+
+/// Without the lines that open a section's name and don't close it: SimpleIni takes what follows for the name.
+std::string SinCabecerasRotas(std::string_view texto) {
+    std::string resultado;
+    while (!texto.empty()) {
+        const std::string_view linea = texto.substr(0, std::min(texto.find('\n'), texto.size() - 1) + 1);
+        const size_t i = linea.find_first_not_of(" \t");
+        const bool rota = i != std::string_view::npos && linea[i] == '[' && linea.find(']') == std::string_view::npos;
+        if (!rota) resultado += linea;
+        texto.remove_prefix(linea.size());
     }
     return resultado;
 }
@@ -183,7 +197,7 @@ bool FicheroIni::Interpreta(std::string_view bytes) {
         texto = DeBytes(bytes);
     }
     m_bRetornos = texto.find(L"\r\n") != std::wstring::npos;
-    const std::string limpio = AUtf8(Normaliza(texto)) + "\n" + std::string(CABECERA_ULTIMA) + "\n";
+    const std::string limpio = SinCabecerasRotas(AUtf8(Normaliza(texto))) + "\n" + std::string(CABECERA_ULTIMA) + "\n";
     if (m_Datos->ini.LoadData(limpio.data(), limpio.size()) >= 0) return true;
     SetLastError(ERROR_NOT_ENOUGH_MEMORY);
     return false;
@@ -192,7 +206,10 @@ bool FicheroIni::Interpreta(std::string_view bytes) {
 std::string FicheroIni::Escribe() const {
     std::string utf8;
     m_Datos->ini.Save(utf8);
-    if (const size_t fin = utf8.find(CABECERA_ULTIMA); fin != std::string::npos) utf8.resize(fin);
+    if (const size_t i = utf8.find(CABECERA_ULTIMA); i != std::string::npos) {
+        // Sections that were added since stand behind it.
+        utf8.erase(i, utf8.find_first_not_of('\n', i + CABECERA_ULTIMA.size()) - i);
+    }
     while (utf8.ends_with("\n\n"))
         utf8.pop_back();
 
@@ -209,8 +226,8 @@ std::string FicheroIni::Escribe() const {
             return std::string(FIRMA_UTF8) + AUtf8(texto);
         case Codificacion::Ansi: {
             const std::string ansi = APagina(texto, CP_ANSI);
-            // What the page can't hold makes it a file in UTF-8, rather than lose it.
-            if (DePagina(ansi, CP_ANSI) == texto) return ansi;
+            // What the page can't hold, or what would be read as another encoding, makes it a file in UTF-8.
+            if (!ansi.starts_with(FIRMA_UTF16) && DeBytes(ansi) == texto) return ansi;
             break;
         }
         case Codificacion::Utf8:
@@ -243,8 +260,13 @@ std::vector<std::wstring> FicheroIni::Claves(const wchar_t* seccion) const {
 }
 
 bool FicheroIni::Pon(const wchar_t* seccion, const wchar_t* clave, const wchar_t* texto) {
-    const std::wstring s = NombreSeccion(seccion), c = NombreClave(clave), valor = texto;
+    const std::wstring s = NombreSeccion(seccion), valor = texto;
+    std::wstring c = NombreClave(clave);
     if (s.empty() || c.empty() || std::ranges::any_of(valor, EsControl)) return false;
+    // A key that is there keeps the capitals that it has in the file.
+    for (const std::wstring& otra : Claves(s.c_str())) {
+        if (ComparaSinMayusculas(otra, c) == 0) c = otra;
+    }
     m_Datos->ini.SetValue(AUtf8(s).c_str(), AUtf8(c).c_str(), AUtf8(ConComillas(valor)).c_str(), nullptr, true);
     m_bCambiado = true;
     return true;

@@ -146,9 +146,7 @@ class BackendEGL : public Backend {
     std::optional<Evento> SiguienteEvento(std::chrono::milliseconds) override { return std::nullopt; }
 
   private:
-    static EGLConfig Configuracion(const FormatoPixel& formato) {
-        return reinterpret_cast<EGLConfig>(formato.m_Nativo);
-    }
+    static EGLConfig Configuracion(const FormatoPixel& formato) { return formato.m_Nativo; }
     int Atributo(EGLConfig configuracion, EGLint cual) const {
         EGLint valor = 0;
         eglGetConfigAttrib(m_Pantalla, configuracion, cual, &valor);
@@ -174,7 +172,7 @@ void BackendEGL::LeeFormatos() {
         if (distingueReales && Atributo(c, EGL_COLOR_COMPONENT_TYPE_EXT) != EGL_COLOR_COMPONENT_TYPE_FIXED_EXT)
             continue;
         FormatoPixel f;
-        f.m_Nativo = reinterpret_cast<std::uintptr_t>(c);
+        f.m_Nativo = c;
         f.m_nAlfa = Atributo(c, EGL_ALPHA_SIZE);
         f.m_nProfundidad = Atributo(c, EGL_DEPTH_SIZE);
         f.m_nEstarcido = Atributo(c, EGL_STENCIL_SIZE);

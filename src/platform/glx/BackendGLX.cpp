@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <thread>
+#include <utility>
 
 namespace plataforma {
 
@@ -25,7 +26,7 @@ class ContextoGLX : public ContextoNativo {
 };
 
 GLXFBConfig Configuracion(const FormatoPixel& formato) {
-    return reinterpret_cast<GLXFBConfig>(formato.m_Nativo);
+    return static_cast<GLXFBConfig>(formato.m_Nativo);
 }
 
 class BackendGLX : public Backend {
@@ -74,6 +75,7 @@ class BackendGLX : public Backend {
         glXGetFBConfigAttrib(m_Display, configuracion, cual, &valor);
         return valor;
     }
+    void SigueTamano(SuperficieGLX& superficie);
     bool LeeFormatos(std::string& motivo);
     bool Prueba(std::string& motivo);
     bool ElIntercambioPierdeElFrente(Superficie& superficie);
@@ -118,11 +120,25 @@ std::unique_ptr<ContextoNativo> BackendGLX::CreaContexto(const FormatoPixel& for
 
 bool BackendGLX::HazActual(Superficie* superficie, ContextoNativo& contexto, std::string& motivo) {
     GuardaErroresX guarda(m_Display);
-    if (superficie && glXMakeCurrent(m_Display, static_cast<SuperficieGLX*>(superficie)->m_Dibujable,
-                                     static_cast<ContextoGLX&>(contexto).m_Contexto))
+    auto* dibujable = static_cast<SuperficieGLX*>(superficie);
+    if (dibujable &&
+        glXMakeCurrent(m_Display, dibujable->m_Dibujable, static_cast<ContextoGLX&>(contexto).m_Contexto)) {
+        if (m_Capacidades.m_bPresentaCopiando && !dibujable->m_bPbuffer) SigueTamano(*dibujable);
         return true;
+    }
     motivo = "the display can't make the context current: the window is no more, or the context is in use elsewhere.";
     return false;
+}
+
+/// The software driver learns of a window's new size in its own swap only, which presenting by copying never calls. So
+/// it is called here, before anything is drawn at the new size.
+void BackendGLX::SigueTamano(SuperficieGLX& superficie) {
+    const auto medidas = MideVentana(m_Display, superficie.m_Dibujable);
+    if (!medidas) return;
+    std::lock_guard cierre(superficie.m_Cerrojo);
+    const std::pair ahora(medidas->m_nAncho, medidas->m_nAlto);
+    if (superficie.m_Vista != ahora && superficie.m_Vista.first != 0) glXSwapBuffers(m_Display, superficie.m_Dibujable);
+    superficie.m_Vista = ahora;
 }
 
 bool BackendGLX::LeeFormatos(std::string& motivo) {
@@ -137,7 +153,7 @@ bool BackendGLX::LeeFormatos(std::string& motivo) {
         XVisualInfo* visual = glXGetVisualFromFBConfig(m_Display, c);
         if (!visual) continue;
         FormatoPixel f;
-        f.m_Nativo = reinterpret_cast<std::uintptr_t>(c);
+        f.m_Nativo = c;
         f.m_nAlfa = Atributo(c, GLX_ALPHA_SIZE);
         f.m_nProfundidad = Atributo(c, GLX_DEPTH_SIZE);
         f.m_nEstarcido = Atributo(c, GLX_STENCIL_SIZE);

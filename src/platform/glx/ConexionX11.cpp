@@ -21,7 +21,8 @@ namespace {
 struct ErroresX {
     std::mutex m_Cerrojo;
     std::vector<Display*> m_Nuestras;
-    XErrorHandler m_pAjeno = nullptr;
+    std::atomic<XErrorHandler> m_pAjeno{nullptr};
+    std::atomic<XIOErrorHandler> m_pRoturaAjena{nullptr};
     std::atomic<int> m_nCuantos{0};
     std::atomic<int> m_nUltimo{0};
 };
@@ -31,19 +32,27 @@ ErroresX& Errores() {
     return e;
 }
 
+bool EsNuestra(Display* display) {
+    std::lock_guard cierre(Errores().m_Cerrojo);
+    const auto& nuestras = Errores().m_Nuestras;
+    return std::find(nuestras.begin(), nuestras.end(), display) != nuestras.end();
+}
+
 int Manejador(Display* display, XErrorEvent* error) {
     ErroresX& e = Errores();
-    XErrorHandler ajeno = nullptr;
-    {
-        std::lock_guard cierre(e.m_Cerrojo);
-        if (std::find(e.m_Nuestras.begin(), e.m_Nuestras.end(), display) != e.m_Nuestras.end()) {
-            e.m_nUltimo = error->error_code;
-            ++e.m_nCuantos;
-            return 0;
-        }
-        ajeno = e.m_pAjeno;
+    if (EsNuestra(display)) {
+        e.m_nUltimo = error->error_code;
+        ++e.m_nCuantos;
+        return 0;
     }
+    const XErrorHandler ajeno = e.m_pAjeno;
     return ajeno ? ajeno(display, error) : 0;
+}
+
+int ManejadorRotura(Display* display) {
+    if (EsNuestra(display)) return 0;
+    const XIOErrorHandler ajena = Errores().m_pRoturaAjena;
+    return ajena ? ajena(display) : 0;
 }
 
 /// Puts our handler first. It stays there: what OpenGL sends to the display fails at any later time, when the window of
@@ -51,10 +60,7 @@ int Manejador(Display* display, XErrorEvent* error) {
 /// @return the one that was there
 XErrorHandler PonManejador() {
     XErrorHandler anterior = XSetErrorHandler(Manejador);
-    if (anterior != Manejador) {
-        std::lock_guard cierre(Errores().m_Cerrojo);
-        Errores().m_pAjeno = anterior;
-    }
+    if (anterior != Manejador) Errores().m_pAjeno = anterior;
     return anterior;
 }
 
@@ -173,6 +179,8 @@ ConexionX11::ConexionX11(Display* display)
     }
     PonManejador();
     // A server that goes away would end the process too. Calls to Xlib then return without having done anything.
+    const XIOErrorHandler rotura = XSetIOErrorHandler(ManejadorRotura);
+    if (rotura != ManejadorRotura) Errores().m_pRoturaAjena = rotura;
     XSetIOErrorExitHandler(
         display, [](Display*, void*) {}, nullptr);
     m_Protocolos = XInternAtom(display, "WM_PROTOCOLS", False);

@@ -13,16 +13,25 @@ SuperficieGLX::~SuperficieGLX() {
     glXDestroyPbuffer(m_Display, m_Dibujable);
 }
 
+std::optional<Rectangulo> MideVentana(Display* display, Window id) {
+    GuardaErroresX guarda(display);
+    Window raiz = 0;
+    int x = 0, y = 0;
+    unsigned ancho = 0, alto = 0, borde = 0, fondo = 0;
+    if (!XGetGeometry(display, id, &raiz, &x, &y, &ancho, &alto, &borde, &fondo)) return std::nullopt;
+    return Rectangulo{x, y, static_cast<int>(ancho), static_cast<int>(alto)};
+}
+
 VisualID VisualDe(Display* display, const FormatoPixel& formato) {
     int id = 0;
-    glXGetFBConfigAttrib(display, reinterpret_cast<GLXFBConfig>(formato.m_Nativo), GLX_VISUAL_ID, &id);
+    glXGetFBConfigAttrib(display, static_cast<GLXFBConfig>(formato.m_Nativo), GLX_VISUAL_ID, &id);
     return static_cast<VisualID>(id);
 }
 
 std::unique_ptr<VentanaX11> VentanaX11::Crea(ConexionX11& conexion, const FormatoPixel& formato,
                                              const Rectangulo& donde, Window padre, std::string& motivo) {
     Display* display = conexion.Xlib();
-    XVisualInfo* visual = glXGetVisualFromFBConfig(display, reinterpret_cast<GLXFBConfig>(formato.m_Nativo));
+    XVisualInfo* visual = glXGetVisualFromFBConfig(display, static_cast<GLXFBConfig>(formato.m_Nativo));
     if (!visual) {
         motivo = "the pixel format has no visual that a window could be made with.";
         return nullptr;
@@ -107,12 +116,7 @@ void VentanaX11::Titula(const std::string& utf8) {
 }
 
 std::optional<Rectangulo> VentanaX11::Medidas() const {
-    GuardaErroresX guarda(m_Conexion.Xlib());
-    Window raiz = 0;
-    int x = 0, y = 0;
-    unsigned ancho = 0, alto = 0, borde = 0, fondo = 0;
-    if (!XGetGeometry(m_Conexion.Xlib(), m_Id, &raiz, &x, &y, &ancho, &alto, &borde, &fondo)) return std::nullopt;
-    return Rectangulo{x, y, static_cast<int>(ancho), static_cast<int>(alto)};
+    return MideVentana(m_Conexion.Xlib(), m_Id);
 }
 
 void VentanaX11::Retira() {

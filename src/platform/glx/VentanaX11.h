@@ -5,6 +5,9 @@
 
 #include <GL/glx.h>
 
+#include <mutex>
+#include <utility>
+
 namespace plataforma {
 
 /// A drawable of GLX: a window, which is its owner's, or a pbuffer, freed here.
@@ -17,7 +20,12 @@ class SuperficieGLX : public Superficie {
     Display* m_Display;
     GLXDrawable m_Dibujable;
     bool m_bPbuffer;
+    std::mutex m_Cerrojo;               // several threads may take the window at once
+    std::pair<int, int> m_Vista{0, 0};  // size that the driver has seen of a window; 0 before the first time
 };
+
+/// Where a window is and its size; empty when there is none of that number.
+std::optional<Rectangulo> MideVentana(Display* display, Window id);
 
 /// Number of the visual that a pixel format draws with.
 VisualID VisualDe(Display* display, const FormatoPixel& formato);

@@ -1,0 +1,143 @@
+#include "Vista.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numbers>
+#include <stdexcept>
+
+#include "platform/CBitmap.h"
+#include "platform/CDC.h"
+#include "platform/Contextos.h"
+#include "platform/Conversiones.h"
+#include "platform/DiagnosticoGL.h"
+#include "terrain/CEscenaDEM.h"
+
+namespace {
+
+double ARadianes(double grados) {
+    return grados * std::numbers::pi / 180.0;
+}
+
+// A direction by compass and height over the horizon, in GL space: x east, y up, z south.
+Vertiz::CCoor3D<double> Direccion(double azimut, double elevacion) {
+    const double a = ARadianes(azimut), e = ARadianes(elevacion);
+    return {std::sin(a) * std::cos(e), std::sin(e), -std::cos(a) * std::cos(e), 0};
+}
+
+// A factor that makes relief visible without lying more than it must: none at all when heights span a tenth of the
+// plan or more.
+double ExageracionNatural(const Vertiz::CMaximas<double>& m) {
+    const double plano = std::max(m.Maxima().x - m.Minima().x, m.Maxima().y - m.Minima().y);
+    const double alto = m.Maxima().z - m.Minima().z;
+    if (alto <= 0.0) return 1.0;
+    const double pedida = 0.1 * plano / alto;
+    for (const double factor : {1.0, 1.5, 2.0, 3.0, 4.0, 5.0, 8.0, 10.0, 15.0})
+        if (pedida <= factor) return factor;
+    return 20.0;
+}
+
+// The light's sliders for a light that comes from a direction. Normals point into the terrain, so the light stands on
+// the opposite side.
+void PonLuz(CGL& escena, double azimut, double elevacion) {
+    const Vertiz::CCoor3D<double> d = Direccion(azimut, elevacion);
+    const double mayor = std::max({std::abs(d.x), std::abs(d.y), std::abs(d.z)});
+    const auto deslizador = [&](double v) { return static_cast<int>(std::lround(50.0 * v / mayor)); };
+    escena.SetLightParam(50 + deslizador(d.x), 0);
+    escena.SetLightParam(50 + deslizador(d.y), 2);
+    escena.SetLightParam(50 - deslizador(d.z), 1);
+}
+
+void PonCamara(CGL& escena, double azimut, double elevacion) {
+    const Vertiz::CCoor3D<double> ojo = Direccion(azimut, elevacion);
+    // Straight down the picture's top is what the viewer would have before him: north when he stands in the south.
+    const double a = ARadianes(azimut);
+    const bool cenital = std::cos(ARadianes(elevacion)) < 1e-6;
+    const Vertiz::CCoor3D<double> arriba =
+        cenital ? Vertiz::CCoor3D<double>(-std::sin(a), 0, std::cos(a), 0) : Vertiz::CCoor3D<double>(0, 1, 0, 0);
+    const Vertiz::CCoor3D<double> lado = (ojo * -1.0) * arriba;
+    Vertiz::CCoor3D<double> perpendicular = lado * (ojo * -1.0);
+    perpendicular.Normaliza();
+    escena.GetCamara().PositionCamera(ojo, {0, 0, 0, 0}, perpendicular);
+}
+
+void Ajusta(CEscenaDEM& escena, const OpcionesVista& o, const Vertiz::CMaximas<double>& extension) {
+    CDataGL data = escena.GetData();
+    data.m_nColorFondo = o.colorFondo;
+    data.m_nColorDEM = o.colorDEM;
+    data.m_nModoRelleno = o.color;
+    data.m_nSombraCeldas = o.sombraCeldas ? 1 : 0;
+    data.m_nQuad = o.malla;
+    data.m_bBase = o.base ? 1 : 0;
+    data.m_bLimites = o.limites ? 1 : 0;
+    data.m_nEjes = o.ejes ? 1 : 0;
+    data.m_bOrto = o.perspectiva ? 0 : 1;
+    data.m_bRelleno = o.luz ? 1 : 0;
+    data.m_GamaColor = o.rampa.empty() ? Vertiz::CDataGamaColor::Terreno(extension.Minima().z, extension.Maxima().z)
+                                       : Vertiz::CDataGamaColor(CString(DeUtf8(o.rampa).c_str()));
+    escena.SetData(data);
+    PonLuz(escena, o.luzAzimut, o.luzElevacion);
+    escena.SetPuntosSuavizado(o.paso);
+    // A model is about 1 across: near planes, so that the depth buffer's steps are spent on it.
+    escena.SetPlanoCerca(0.01F);
+    escena.SetPlanoFondo(100.0F);
+}
+
+// The bitmap's pixels, averaged over squares of n x n.
+Imagen Promedia(const BITMAP& mapa, int ancho, int alto, int n) {
+    Imagen imagen{ancho, alto, std::vector<std::uint8_t>(std::size_t(3) * ancho * alto)};
+    const int bytes = mapa.bmBitsPixel / 8;
+    const auto* bits = static_cast<const std::uint8_t*>(mapa.bmBits);
+    std::uint8_t* destino = imagen.rgb.data();
+    for (int y = 0; y < alto; ++y)
+        for (int x = 0; x < ancho; ++x, destino += 3) {
+            int suma[3] = {0, 0, 0};
+            for (int j = 0; j < n; ++j) {
+                const std::size_t fila = std::size_t(mapa.bmHeight - 1 - (y * n + j)) * mapa.bmWidthBytes;
+                const std::uint8_t* p = bits + fila + std::size_t(x) * n * bytes;
+                for (int i = 0; i < n; ++i, p += bytes)
+                    for (int canal = 0; canal < 3; ++canal)
+                        suma[canal] += p[2 - canal];
+            }
+            for (int canal = 0; canal < 3; ++canal)
+                destino[canal] = static_cast<std::uint8_t>((suma[canal] + n * n / 2) / (n * n));
+        }
+    return imagen;
+}
+
+[[noreturn]] void Falla(const std::string& que) {
+    const std::string motivo = UltimoFalloGL();
+    throw std::runtime_error(motivo.empty() ? que : que + ": " + motivo);
+}
+
+}  // namespace
+
+ResultadoVista DibujaDEM(Vertiz::CDEM& dem, const OpcionesVista& opciones) {
+    const Vertiz::CMaximas<double> extension = dem.GetMaximasDouble();
+    ResultadoVista resultado;
+    resultado.exageracion = opciones.exageracion != 0.0 ? opciones.exageracion : ExageracionNatural(extension);
+
+    const int ancho = opciones.ancho * opciones.muestreo, alto = opciones.alto * opciones.muestreo;
+    CBitmap mapa;
+    CDC dc;
+    if (!mapa.CreateBitmap(ancho, alto, 32) || !dc.CreateCompatibleDC(nullptr) || dc.SelectObject(&mapa) == nullptr)
+        Falla("no room for a picture of " + std::to_string(ancho) + " x " + std::to_string(alto) + " pixels");
+    CEscenaDEM escena(&dem);
+    Ajusta(escena, opciones, extension);
+    escena.SetExageracionVertical(static_cast<float>(resultado.exageracion));
+    if (!escena.Crear(&dc, PFD_TYPE_RGBA, PFD_DRAW_TO_BITMAP | PFD_SUPPORT_OPENGL)) Falla("can't draw");
+    PonCamara(escena, opciones.azimut, opciones.elevacion);
+    // The first fit fixes the space of the model, the second the view, once there is a projection.
+    escena.OnZoomExtension();
+    if (!escena.Iniciar()) Falla("can't build the picture");
+    resultado.pasoMalla = escena.GetPasoMalla();
+    if (!escena.Resize(ancho, alto)) Falla("can't draw a picture of this size");
+    escena.OnZoomExtension();
+    escena.SetBkColor();
+    if (!escena.Render()) Falla("can't draw");
+
+    BITMAP datos = {};
+    mapa.GetBitmap(&datos);
+    resultado.imagen = Promedia(datos, opciones.ancho, opciones.alto, opciones.muestreo);
+    escena.Destruir();
+    return resultado;
+}

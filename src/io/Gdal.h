@@ -1,0 +1,45 @@
+// GDAL's handles and messages, made safe: what opens closes, and no message reaches the terminal. Internal.
+#pragma once
+
+#include <gdal.h>
+#include <ogr_srs_api.h>
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "platform/CString.h"
+
+namespace Vertiz::io {
+
+struct CierraDatos {
+    void operator()(GDALDatasetH datos) const { GDALClose(datos); }
+};
+/// An open dataset.
+using Datos = std::unique_ptr<void, CierraDatos>;
+
+struct SueltaSistema {
+    void operator()(OGRSpatialReferenceH sistema) const { OSRRelease(sistema); }
+};
+/// A coordinate system, with x before y.
+using Sistema = std::unique_ptr<std::remove_pointer_t<OGRSpatialReferenceH>, SueltaSistema>;
+
+/// While it lives, this thread's messages of GDAL end here instead of on the terminal. The first error is kept: those
+/// that follow are its consequences.
+class CMensajesGdal {
+  public:
+    CMensajesGdal();
+    ~CMensajesGdal();
+    CMensajesGdal(const CMensajesGdal&) = delete;
+    CMensajesGdal& operator=(const CMensajesGdal&) = delete;
+
+    /// The first error, in one line, or `otro` when there was none.
+    std::string Error(std::string_view otro) const;
+
+  private:
+    static void CPL_STDCALL Recibe(CPLErr clase, CPLErrorNum numero, const char* texto);
+
+    std::string m_Error;
+};
+
+}  // namespace Vertiz::io
