@@ -1,4 +1,5 @@
 // GDAL's messages, kept.
+
 #include "io/Gdal.h"
 
 #include <cpl_error.h>

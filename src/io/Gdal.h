@@ -1,5 +1,7 @@
-// GDAL's handles and messages, made safe: what opens closes, and no message reaches the terminal. Internal.
 #pragma once
+// GDAL's handles and messages, made safe: what opens closes, and no message reaches the terminal. Internal.
+
+#include "platform/CString.h"
 
 #include <gdal.h>
 #include <ogr_srs_api.h>
@@ -7,8 +9,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-
-#include "platform/CString.h"
 
 namespace Vertiz::io {
 

@@ -1,14 +1,15 @@
 // From a raster file to an elevation model, with what its user should know.
+
 #include "io/LeeDEM.h"
+
+#include "io/Rejilla.h"
+#include "platform/Numeros.h"
 
 #include <algorithm>
 #include <cmath>
 #include <limits>
 #include <new>
 #include <string>
-
-#include "io/Rejilla.h"
-#include "platform/Numeros.h"
 
 namespace Vertiz {
 namespace {

@@ -1,15 +1,15 @@
-// Elevation grids from files, in any raster format that GDAL reads.
 #pragma once
-
-#include <memory>
-#include <optional>
-#include <vector>
+// Elevation grids from files, in any raster format that GDAL reads.
 
 #include "model/CDEM.h"
 #include "model/CMaximas.h"
 #include "model/IPorcentaje.h"
 #include "platform/CString.h"
 #include "platform/Exporta.h"
+
+#include <memory>
+#include <optional>
+#include <vector>
 
 namespace Vertiz {
 

@@ -1,13 +1,14 @@
 // Reading the samples of a raster: size, voids, scale, and where they lie.
+
 #include "io/Rejilla.h"
+
+#include "platform/Numeros.h"
 
 #include <algorithm>
 #include <cmath>
 #include <filesystem>
 #include <limits>
 #include <vector>
-
-#include "platform/Numeros.h"
 
 namespace Vertiz::io {
 namespace {

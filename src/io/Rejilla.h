@@ -1,15 +1,15 @@
-// A grid of heights as a file holds it, before it becomes a model: samples, their place, their system. Internal.
 #pragma once
+// A grid of heights as a file holds it, before it becomes a model: samples, their place, their system. Internal.
+
+#include "io/Gdal.h"
+#include "io/LeeDEM.h"
+#include "model/CMatriz.h"
 
 #include <array>
 #include <cstddef>
 #include <optional>
 #include <stdexcept>
 #include <string>
-
-#include "io/Gdal.h"
-#include "io/LeeDEM.h"
-#include "model/CMatriz.h"
 
 namespace Vertiz::io {
 

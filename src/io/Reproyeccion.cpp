@@ -1,4 +1,7 @@
 // Resampling a grid into another coordinate system, or north up.
+
+#include "io/Rejilla.h"
+
 #include <cpl_conv.h>
 #include <cpl_string.h>
 #include <gdal_alg.h>
@@ -8,8 +11,6 @@
 #include <cmath>
 #include <limits>
 #include <vector>
-
-#include "io/Rejilla.h"
 
 namespace Vertiz::io {
 namespace {

@@ -2,12 +2,12 @@
 // Points of a survey, in the plan and in space, with integer or real coordinates. They are plain values without a
 // virtual table: clouds hold millions of them, and a CCoor3D<int> costs 16 bytes.
 
+#include "platform/Exporta.h"
+
 #include <cmath>
 #include <cstdint>
 #include <limits>
 #include <type_traits>
-
-#include "platform/Exporta.h"
 
 namespace Vertiz {
 

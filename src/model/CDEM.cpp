@@ -1,5 +1,6 @@
 // The grid's life, its extents, and which of its samples and cells are valid. Surface, ray, outline and the change of
 // reference system have files of their own.
+
 #include "model/CDEM.h"
 
 #include "model/CIndiceCeldas.h"

@@ -1,11 +1,5 @@
-// The digital elevation model: heights on a regular grid, or on rectangular cells of many sizes.
 #pragma once
-
-#include <cstddef>
-#include <cstdint>
-#include <memory>
-#include <optional>
-#include <vector>
+// The digital elevation model: heights on a regular grid, or on rectangular cells of many sizes.
 
 #include "model/CDataSemilla.h"
 #include "model/CDibujo.h"
@@ -15,6 +9,12 @@
 #include "model/CObjetoFichero.h"
 #include "model/CPuntoDEM.h"
 #include "platform/Exporta.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <vector>
 
 namespace Vertiz {
 

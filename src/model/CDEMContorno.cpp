@@ -1,6 +1,6 @@
 // The outline of the valid cells.
-#include "model/CDEM.h"
 
+#include "model/CDEM.h"
 #include "model/CIndiceCeldas.h"
 
 #include <algorithm>

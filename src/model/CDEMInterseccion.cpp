@@ -1,6 +1,6 @@
 // Where a ray meets the grid's surface.
-#include "model/CDEM.h"
 
+#include "model/CDEM.h"
 #include "model/CIndiceCeldas.h"
 #include "model/Parche.h"
 #include "model/PaseoCeldas.h"

@@ -1,6 +1,6 @@
 // The grid's surface: heights between the samples, points and lines put on it, and the vectors that smooth it.
-#include "model/CDEM.h"
 
+#include "model/CDEM.h"
 #include "model/CIndiceCeldas.h"
 #include "model/Parche.h"
 

@@ -1,7 +1,7 @@
 // The grid in another reference system: a square lattice doesn't stay one, so a new one is laid over the terrain's new
 // place and its heights are looked up in the old.
-#include "model/CDEM.h"
 
+#include "model/CDEM.h"
 #include "model/CDataHelmertNTV2.h"
 
 #include <cmath>

@@ -1,4 +1,5 @@
 // The ramp as a text, and the text in the stores of settings.
+
 #include "model/CDataGamaColor.h"
 
 #include "platform/CWinApp.h"

@@ -1,11 +1,11 @@
-// The colour ramp of heights.
 #pragma once
-
-#include <vector>
+// The colour ramp of heights.
 
 #include "platform/CString.h"
 #include "platform/Exporta.h"
 #include "platform/Tipos.h"
+
+#include <vector>
 
 namespace Vertiz {
 

@@ -1,5 +1,5 @@
-// What CDibujo::Generaliza needs to know.
 #pragma once
+// What CDibujo::Generaliza needs to know.
 
 namespace Vertiz {
 

@@ -1,11 +1,12 @@
 // Changes of datum as PROJ pipelines.
+
 #include "model/CDataHelmertNTV2.h"
+
+#include "model/Geodesia.h"
 
 #include <algorithm>
 #include <cmath>
 #include <string>
-
-#include "model/Geodesia.h"
 
 namespace Vertiz {
 namespace {

@@ -1,12 +1,12 @@
-// A change of datum between two UTM systems, by seven parameters or by an NTv2 grid.
 #pragma once
-
-#include <span>
+// A change of datum between two UTM systems, by seven parameters or by an NTv2 grid.
 
 #include "model/CCoor.h"
 #include "model/CSistemaReferencia.h"
 #include "platform/CString.h"
 #include "platform/Exporta.h"
+
+#include <span>
 
 namespace Vertiz {
 

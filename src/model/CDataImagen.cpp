@@ -1,4 +1,5 @@
 // Placement of images.
+
 #include "model/CDataImagen.h"
 
 namespace Vertiz {

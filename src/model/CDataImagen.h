@@ -1,5 +1,5 @@
-// Where an image lies: its north-west corner, the size of its pixels and its transformation.
 #pragma once
+// Where an image lies: its north-west corner, the size of its pixels and its transformation.
 
 #include "model/CDataTransformacion.h"
 #include "platform/Exporta.h"

@@ -1,4 +1,5 @@
 // Transformations between terrain, images and maps.
+
 #include "model/CDataTransformacion.h"
 
 #include <algorithm>

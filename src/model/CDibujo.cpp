@@ -1,14 +1,15 @@
 // The drawing as a container: its entities, what it keeps count of, its extents.
+
 #include "model/CDibujo.h"
+
+#include "model/CDataHelmertNTV2.h"
+#include "model/CSetPuntos.h"
+#include "model/DibujoInterno.h"
 
 #include <algorithm>
 #include <cmath>
 #include <type_traits>
 #include <utility>
-
-#include "model/CDataHelmertNTV2.h"
-#include "model/CSetPuntos.h"
-#include "model/DibujoInterno.h"
 
 namespace Vertiz {
 

@@ -1,9 +1,5 @@
-// The drawing: a list of entities that share one coordinate scheme, and the geometry that works on all of them.
 #pragma once
-
-#include <cstdint>
-#include <memory>
-#include <vector>
+// The drawing: a list of entities that share one coordinate scheme, and the geometry that works on all of them.
 
 #include "model/CDataGeneralizacion.h"
 #include "model/CDataSemilla.h"
@@ -15,6 +11,10 @@
 #include "model/CPosicionEntidad.h"
 #include "model/CTipoDentro.h"
 #include "platform/Exporta.h"
+
+#include <cstdint>
+#include <memory>
+#include <vector>
 
 namespace Vertiz {
 

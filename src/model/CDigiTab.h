@@ -1,9 +1,9 @@
-// The digitising table: which code is drawn how.
 #pragma once
-
-#include <vector>
+// The digitising table: which code is drawn how.
 
 #include "model/CElementoDigiTab.h"
+
+#include <vector>
 
 namespace Vertiz {
 

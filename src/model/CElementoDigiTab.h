@@ -1,5 +1,5 @@
-// One row of a digitising table: how the entities of one code are drawn.
 #pragma once
+// One row of a digitising table: how the entities of one code are drawn.
 
 #include "model/CTipoDat.h"
 #include "platform/CString.h"

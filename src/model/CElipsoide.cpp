@@ -1,4 +1,5 @@
 // The table of ellipsoids and what follows from their two numbers.
+
 #include "model/CElipsoide.h"
 
 #include <algorithm>

@@ -1,10 +1,10 @@
-// Reference ellipsoids, and the table of those that surveys name.
 #pragma once
-
-#include <array>
+// Reference ellipsoids, and the table of those that surveys name.
 
 #include "platform/CString.h"
 #include "platform/Exporta.h"
+
+#include <array>
 
 namespace Vertiz {
 

@@ -2,12 +2,12 @@
 // Any entity of a drawing: what lines, texts and clouds have in common. The points of all of them stand in one vector
 // here, so that reading a point costs no virtual call.
 
+#include "model/CAtrDigi.h"
+#include "model/CCabDigi.h"
+
 #include <memory>
 #include <span>
 #include <vector>
-
-#include "model/CAtrDigi.h"
-#include "model/CCabDigi.h"
 
 namespace Vertiz {
 

@@ -1,5 +1,5 @@
-// The base of worker threads.
 #pragma once
+// The base of worker threads.
 
 #include "platform/Exporta.h"
 #include "platform/Tipos.h"

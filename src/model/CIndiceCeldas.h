@@ -1,11 +1,11 @@
-// Finds the cells of a cell list near a place. Internal.
 #pragma once
+// Finds the cells of a cell list near a place. Internal.
+
+#include "model/PaseoCeldas.h"
 
 #include <cstdint>
 #include <span>
 #include <vector>
-
-#include "model/PaseoCeldas.h"
 
 namespace Vertiz {
 

@@ -1,5 +1,5 @@
-// One class of objects of a terrain model and whether it is shown.
 #pragma once
+// One class of objects of a terrain model and whether it is shown.
 
 namespace Vertiz {
 

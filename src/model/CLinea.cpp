@@ -1,4 +1,5 @@
 // Building, changing and measuring lines; how lines lie to each other stands in CLineaRelaciones.cpp.
+
 #include "model/CLinea.h"
 
 #include <algorithm>

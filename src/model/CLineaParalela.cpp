@@ -1,4 +1,5 @@
 // The parallel of a line: GEOS draws the curve, and this file gives it the line's direction and heights.
+
 #include "model/CLinea.h"
 #include "model/Geos.h"
 

@@ -1,4 +1,5 @@
 // How lines lie to points, rectangles and each other in plan.
+
 #include "model/CLinea.h"
 #include "model/Predicados.h"
 

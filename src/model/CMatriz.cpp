@@ -1,4 +1,5 @@
 // The three storages of a matrix: one block, rows, and a temporary file.
+
 #include "model/CMatriz.h"
 
 #include "platform/CFile.h"

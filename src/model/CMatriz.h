@@ -1,10 +1,10 @@
-// Dense matrices: heights of a grid, planes of an image, systems to solve.
 #pragma once
-
-#include <cstdint>
+// Dense matrices: heights of a grid, planes of an image, systems to solve.
 
 #include "platform/CString.h"
 #include "platform/Exporta.h"
+
+#include <cstdint>
 
 class CFile;
 

@@ -1,8 +1,10 @@
 // Growth that keeps a matrix square, rotations and inverses.
+
 #include "model/CMatrizCuadrada.h"
 
 #include <Eigen/Cholesky>
 #include <Eigen/LU>
+
 #include <algorithm>
 #include <cmath>
 #include <numbers>

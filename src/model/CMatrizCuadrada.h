@@ -1,5 +1,5 @@
-// Square matrices: rotations, and systems of equations to invert.
 #pragma once
+// Square matrices: rotations, and systems of equations to invert.
 
 #include "model/CMatriz.h"
 

@@ -1,12 +1,12 @@
 #pragma once
 // The box that holds a model, an entity or a selection, by its highest and its lowest corner.
 
+#include "model/CCoor.h"
+
 #include <algorithm>
 #include <cmath>
 #include <type_traits>
 #include <vector>
-
-#include "model/CCoor.h"
 
 namespace Vertiz {
 

@@ -1,9 +1,10 @@
 // Clouds of geodetic points.
+
 #include "model/CNubePuntos.h"
 
-#include <algorithm>
-
 #include "model/CDataTransformacion.h"
+
+#include <algorithm>
 
 namespace Vertiz {
 namespace {

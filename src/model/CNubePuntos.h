@@ -1,12 +1,12 @@
-// A set of geodetic points with its reference system, and their transformation as a whole.
 #pragma once
-
-#include <vector>
+// A set of geodetic points with its reference system, and their transformation as a whole.
 
 #include "model/CPuntoPortula.h"
 #include "model/CSistemaReferencia.h"
 #include "model/CUnidadAngular.h"
 #include "platform/Exporta.h"
+
+#include <vector>
 
 namespace Vertiz {
 

@@ -1,5 +1,5 @@
-// The base of all models that live in a file: name, extents, level of messages.
 #pragma once
+// The base of all models that live in a file: name, extents, level of messages.
 
 #include "model/CMaximas.h"
 #include "platform/CString.h"

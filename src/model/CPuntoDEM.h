@@ -1,5 +1,5 @@
-// A point on a grid, with the cell that it lies in.
 #pragma once
+// A point on a grid, with the cell that it lies in.
 
 #include "model/CCoor.h"
 #include "platform/Exporta.h"

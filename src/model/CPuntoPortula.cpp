@@ -1,12 +1,13 @@
 // Geodetic points: UTM to geodetic coordinates and back, and single transformations.
-#include "model/CPuntoPortula.h"
 
-#include <cmath>
-#include <numbers>
+#include "model/CPuntoPortula.h"
 
 #include "model/CDataTransformacion.h"
 #include "model/CElipsoide.h"
 #include "model/Geodesia.h"
+
+#include <cmath>
+#include <numbers>
 
 namespace Vertiz {
 namespace {

@@ -1,5 +1,5 @@
-// A geodetic point: coordinates with a number, a name and the height of the geoid.
 #pragma once
+// A geodetic point: coordinates with a number, a name and the height of the geoid.
 
 #include "model/CCoor.h"
 #include "model/CUnidadAngular.h"

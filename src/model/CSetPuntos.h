@@ -1,9 +1,9 @@
 #pragma once
 // Point clouds as entities of a drawing. A point costs 16 bytes, 20 with colour.
 
-#include <cstdint>
-
 #include "model/CEntidadDigi.h"
+
+#include <cstdint>
 
 namespace Vertiz {
 

@@ -1,5 +1,5 @@
-// The system that coordinates refer to: an ellipsoid and a zone of the transverse Mercator grid on it.
 #pragma once
+// The system that coordinates refer to: an ellipsoid and a zone of the transverse Mercator grid on it.
 
 #include "model/CElipsoide.h"
 #include "platform/CString.h"

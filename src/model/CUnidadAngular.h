@@ -1,5 +1,5 @@
-// The unit that angles are given in.
 #pragma once
+// The unit that angles are given in.
 
 #include <numbers>
 

@@ -1,7 +1,11 @@
 // The area is triangulated by GLU's tessellator, a plane sweep that needs no OpenGL context and copes with outlines
 // that touch or cross. Neighbouring triangles are then merged while they stay convex (S. Hertel, K. Mehlhorn: Fast
 // triangulation of simple polygons, 1983), which leaves at most four times as many pieces as the best solution.
+
 #include "model/Convexos.h"
+
+#include "model/Predicados.h"
+#include "platform/OpenGL.h"
 
 #include <algorithm>
 #include <array>
@@ -9,9 +13,6 @@
 #include <cstdint>
 #include <memory>
 #include <unordered_map>
-
-#include "model/Predicados.h"
-#include "platform/OpenGL.h"
 
 namespace Vertiz::geometria {
 namespace {

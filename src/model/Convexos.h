@@ -1,5 +1,5 @@
-// Cutting areas into convex pieces; the geometry behind CDibujo::GeneraConvexos.
 #pragma once
+// Cutting areas into convex pieces; the geometry behind CDibujo::GeneraConvexos.
 
 #include <optional>
 #include <vector>

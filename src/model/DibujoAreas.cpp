@@ -1,14 +1,15 @@
 // The closed lines of a drawing as areas: what lies in them, which are holes, cutting, convex pieces.
+
+#include "model/CDibujo.h"
+#include "model/Convexos.h"
+#include "model/DibujoInterno.h"
+
 #include <algorithm>
 #include <cmath>
 #include <iterator>
 #include <memory>
 #include <utility>
 #include <vector>
-
-#include "model/CDibujo.h"
-#include "model/Convexos.h"
-#include "model/DibujoInterno.h"
 
 namespace Vertiz {
 namespace {

@@ -1,14 +1,15 @@
 // Cutting the lines of a drawing with a closed one.
-#include <algorithm>
-#include <cmath>
-#include <utility>
-#include <vector>
 
 #include "model/CDibujo.h"
 #include "model/DibujoInterno.h"
 #include "model/Geos.h"
 #include "model/IPorcentaje.h"
 #include "model/Predicados.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+#include <vector>
 
 namespace Vertiz {
 namespace {

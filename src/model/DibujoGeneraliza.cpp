@@ -1,16 +1,17 @@
 // Thinning the lines of a drawing (D. H. Douglas, T. K. Peucker: Algorithms for the reduction of the number of points
 // required to represent a digitized line or its caricature, 1973), here with a limit in plan and one in height.
+
+#include "model/CDibujo.h"
+#include "model/DibujoInterno.h"
+#include "model/Geos.h"
+#include "model/IPorcentaje.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
 #include <span>
 #include <utility>
 #include <vector>
-
-#include "model/CDibujo.h"
-#include "model/DibujoInterno.h"
-#include "model/Geos.h"
-#include "model/IPorcentaje.h"
 
 namespace Vertiz {
 namespace {

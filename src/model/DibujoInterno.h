@@ -1,5 +1,7 @@
-// What the source files of CDibujo share.
 #pragma once
+// What the source files of CDibujo share.
+
+#include "model/CDibujo.h"
 
 #include <array>
 #include <cmath>
@@ -7,8 +9,6 @@
 #include <type_traits>
 #include <unordered_map>
 #include <utility>
-
-#include "model/CDibujo.h"
 
 namespace Vertiz {
 

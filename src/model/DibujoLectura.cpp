@@ -1,4 +1,10 @@
 // Reading a drawing from a text file; the format is told in docs/breaklines.md.
+
+#include "model/CDibujo.h"
+#include "model/IPorcentaje.h"
+#include "platform/CFile.h"
+#include "platform/Conversiones.h"
+
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -7,11 +13,6 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
-
-#include "model/CDibujo.h"
-#include "model/IPorcentaje.h"
-#include "platform/CFile.h"
-#include "platform/Conversiones.h"
 
 namespace Vertiz {
 namespace {

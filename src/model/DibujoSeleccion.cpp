@@ -1,11 +1,12 @@
 // What of a drawing is shown, selected, erased, and in which order it stands.
-#include <algorithm>
-#include <cmath>
-#include <numeric>
 
 #include "model/CDibujo.h"
 #include "model/CSetPuntos.h"
 #include "model/DibujoInterno.h"
+
+#include <algorithm>
+#include <cmath>
+#include <numeric>
 
 namespace Vertiz {
 namespace {

@@ -1,12 +1,13 @@
 // Joining the lines of a drawing end to end.
-#include <algorithm>
-#include <cmath>
-#include <map>
-#include <utility>
 
 #include "model/CDibujo.h"
 #include "model/DibujoInterno.h"
 #include "model/UnionLineas.h"
+
+#include <algorithm>
+#include <cmath>
+#include <map>
+#include <utility>
 
 namespace Vertiz {
 namespace {

@@ -1,4 +1,5 @@
 // PROJ contexts and operations, by thread.
+
 #include "model/Geodesia.h"
 
 #include <proj.h>

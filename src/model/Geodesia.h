@@ -1,12 +1,12 @@
-// PROJ for the model: one context for each thread, and the operations made in it. Internal; no public header sees it.
 #pragma once
-
-#include <span>
-#include <string>
+// PROJ for the model: one context for each thread, and the operations made in it. Internal; no public header sees it.
 
 #include "model/CCoor.h"
 #include "model/CElipsoide.h"
 #include "platform/CString.h"
+
+#include <span>
+#include <string>
 
 struct PJconsts;
 

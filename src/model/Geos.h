@@ -2,12 +2,12 @@
 // Internal. GEOS through its C interface: a context for each thread, geometries that free themselves, and lines to and
 // from them. What GEOS can't do comes back as an empty geometry; nothing is printed or thrown.
 
+#include "model/CLinea.h"
+
 #include <geos_c.h>
 
 #include <memory>
 #include <vector>
-
-#include "model/CLinea.h"
 
 namespace Vertiz::geos {
 

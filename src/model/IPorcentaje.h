@@ -1,5 +1,5 @@
-// Progress of long operations: the interface that an application implements, and how an operation finds it.
 #pragma once
+// Progress of long operations: the interface that an application implements, and how an operation finds it.
 
 #include "platform/CString.h"
 #include "platform/Exporta.h"

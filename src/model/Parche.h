@@ -1,3 +1,4 @@
+#pragma once
 // The surface of one cell of a grid, and where a straight line meets it. Internal.
 //
 // A cell is held as a Bezier patch over the unit square, u to the east and v to the north: of degree 1 it is the
@@ -5,7 +6,6 @@
 // within the control points' range, and the restriction to a straight line is a polynomial in Bernstein form whose
 // coefficients are sums of control points: G. Farin, "Curves and Surfaces for CAGD", 5th edition (2002), chapters
 // 4, 14.
-#pragma once
 
 #include <array>
 #include <optional>

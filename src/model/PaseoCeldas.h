@@ -1,15 +1,15 @@
+#pragma once
 // Walking the cells of a lattice along a ray. Internal.
 //
 // J. Amanatides and A. Woo, "A Fast Voxel Traversal Algorithm for Ray Tracing", Eurographics (1987), in two dimensions;
 // the crossings are found anew from the lattice's lines each time, so that nothing adds up over a long way.
-#pragma once
+
+#include "model/CCoor.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
 #include <limits>
-
-#include "model/CCoor.h"
 
 namespace Vertiz {
 

@@ -3,11 +3,11 @@
 // the given doubles (but for magnitudes below 1e-140, whose products vanish), and so for the integers of a model,
 // which are doubles without loss.
 
-#include <array>
-#include <span>
-
 #include "model/CCoor.h"
 #include "model/CTipoDentro.h"
+
+#include <array>
+#include <span>
 
 namespace Vertiz::predicados {
 

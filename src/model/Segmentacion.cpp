@@ -1,4 +1,5 @@
 // Separable Gaussian smoothing, and the forest that grows into regions.
+
 #include "model/Segmentacion.h"
 
 #include <algorithm>

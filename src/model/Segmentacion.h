@@ -1,14 +1,14 @@
+#pragma once
 // Smoothing of planes and segmentation of a graph by its lightest edges: the tools that part an image into regions.
 //
 // The segmentation is the one of P. Felzenszwalb and D. Huttenlocher, "Efficient Graph-Based Image Segmentation",
 // International Journal of Computer Vision 59 (2004).
-#pragma once
-
-#include <cstdint>
-#include <vector>
 
 #include "model/CMatriz.h"
 #include "platform/Exporta.h"
+
+#include <cstdint>
+#include <vector>
 
 namespace Vertiz {
 

@@ -1,5 +1,6 @@
 // Ends are gathered into nodes through a hash of squares, so that joining doesn't compare every line with every other;
 // chains are then walked from node to node.
+
 #include "model/UnionLineas.h"
 
 #include <algorithm>

@@ -1,11 +1,11 @@
-// Which lines follow one another end to end; the search behind CDibujo::Junta.
 #pragma once
+// Which lines follow one another end to end; the search behind CDibujo::Junta.
+
+#include "model/CCoor.h"
 
 #include <array>
 #include <span>
 #include <vector>
-
-#include "model/CCoor.h"
 
 namespace Vertiz::geometria {
 

@@ -1,9 +1,9 @@
 #include "platform/CCriticalSection.h"
 
+#include "platform/Parada.h"
+
 #include <chrono>
 #include <thread>
-
-#include "platform/Parada.h"
 
 BOOL CCriticalSection::Lock(DWORD milisegundos) {
     hilos::PuntoDeParada();

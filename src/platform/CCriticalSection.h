@@ -1,9 +1,9 @@
 #pragma once
 // A lock for one thread at a time, and its guard.
 
-#include <mutex>
-
 #include "platform/CSyncObject.h"
+
+#include <mutex>
 
 /// A lock that its owner may take again; it is free when it was given back as often as taken.
 class LUMBRA_API CCriticalSection : public CSyncObject {

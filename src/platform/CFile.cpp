@@ -1,5 +1,9 @@
 #include "platform/CFile.h"
 
+#include "platform/Conversiones.h"
+#include "platform/Descriptor.h"
+#include "platform/Ficheros.h"
+
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
@@ -7,10 +11,6 @@
 
 #include <cerrno>
 #include <filesystem>
-
-#include "platform/Conversiones.h"
-#include "platform/Descriptor.h"
-#include "platform/Ficheros.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
 #pragma once
 // Files of bytes with random access, in 64 bits.
 
-#include <cstddef>
-
 #include "platform/CString.h"
 #include "platform/Errores.h"
 #include "platform/Exporta.h"
 #include "platform/Tipos.h"
+
+#include <cstddef>
 
 /// What CFile::GetStatus tells of a file. Times are seconds since 1970, UTC.
 struct CFileStatus {

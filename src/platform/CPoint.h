@@ -2,9 +2,9 @@
 // Points, sizes and rectangles in pixels, y downwards. Plain values over POINT, SIZE and RECT, so that either form can
 // be handed to the other.
 
-#include <algorithm>
-
 #include "platform/Tipos.h"
+
+#include <algorithm>
 
 /// A width and a height, or a displacement.
 class CSize : public SIZE {

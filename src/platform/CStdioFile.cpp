@@ -1,14 +1,14 @@
 #include "platform/CStdioFile.h"
 
+#include "platform/Conversiones.h"
+#include "platform/Descriptor.h"
+
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <cstdlib>
 #include <memory>
-
-#include "platform/Conversiones.h"
-#include "platform/Descriptor.h"
 
 namespace {
 

@@ -1,9 +1,9 @@
 #pragma once
 // Files with a buffer: lines of text, and those who want a FILE*.
 
-#include <cstdio>
-
 #include "platform/CFile.h"
+
+#include <cstdio>
 
 /// A file over a FILE*, for lines of text and for libraries that read or write through one. Failures as in CFile.
 ///

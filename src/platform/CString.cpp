@@ -1,9 +1,10 @@
 // The text itself; what Format makes is in CStringFormato.cpp.
+
 #include "platform/CString.h"
 
-#include <algorithm>
-
 #include "platform/Conversiones.h"
+
+#include <algorithm>
 
 namespace {
 

@@ -1,6 +1,8 @@
 #pragma once
 // The wide text of the exported interfaces: one wchar_t for each code point.
 
+#include "platform/Exporta.h"
+
 #include <compare>
 #include <concepts>
 #include <cstdint>
@@ -9,8 +11,6 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
-
-#include "platform/Exporta.h"
 
 /// A text, copied by value. Positions count characters from 0; one outside the text is taken to its nearest end, so
 /// that no operation reads or writes outside. Nothing depends on the locale.

@@ -1,11 +1,12 @@
 // What Format makes: the conversions of printf, by the kind that each argument really has, and never by the locale.
+
+#include "platform/CString.h"
+#include "platform/Conversiones.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <limits>
-
-#include "platform/CString.h"
-#include "platform/Conversiones.h"
 
 namespace {
 

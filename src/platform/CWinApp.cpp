@@ -1,15 +1,15 @@
 #include "platform/CWinApp.h"
 
-#include <cstdlib>
-#include <filesystem>
-#include <mutex>
-
 #include "platform/CLumbraApp.h"
 #include "platform/Conversiones.h"
 #include "platform/FicheroIni.h"
 #include "platform/Ficheros.h"
 #include "platform/Numeros.h"
 #include "platform/Perfil.h"
+
+#include <cstdlib>
+#include <filesystem>
+#include <mutex>
 
 namespace {
 

@@ -3,10 +3,10 @@
 // files and names of files, UTF-16 for OpenGL lists of glyphs, and the code pages of older files. Nothing here looks at
 // the locale. Input that isn't valid never fails: what can't be read becomes U+FFFD, what can't be written '?'.
 
+#include "platform/Exporta.h"
+
 #include <string>
 #include <string_view>
-
-#include "platform/Exporta.h"
 
 /// Code page numbers, as files and other programs name them. Any other number that the system's iconv knows as "CP" and
 /// the number, or as one of ISO 8859 (28591 to 28606), serves too.

@@ -1,5 +1,11 @@
 #include "platform/FicheroIni.h"
 
+#include "platform/CFile.h"
+#include "platform/Conversiones.h"
+#include "platform/Descriptor.h"
+#include "platform/Errores.h"
+#include "platform/Ficheros.h"
+
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -9,12 +15,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-
-#include "platform/CFile.h"
-#include "platform/Conversiones.h"
-#include "platform/Descriptor.h"
-#include "platform/Errores.h"
-#include "platform/Ficheros.h"
 
 #define SI_IMPLEMENTATION  // the templates' bodies, too
 #define SI_NO_CONVERSION

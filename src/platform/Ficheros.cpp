@@ -1,5 +1,8 @@
 #include "platform/Ficheros.h"
 
+#include "platform/Conversiones.h"
+#include "platform/Descriptor.h"
+
 #include <fcntl.h>
 #include <sys/random.h>
 #include <sys/sendfile.h>
@@ -10,9 +13,6 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
-
-#include "platform/Conversiones.h"
-#include "platform/Descriptor.h"
 
 namespace {
 

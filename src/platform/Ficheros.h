@@ -5,12 +5,12 @@
 // settings written elsewhere; only a file that really has a \ in its name, and exists, is taken as it stands.
 // What fails says so by its result, and GetLastError tells why. Nothing throws but for lack of memory.
 
-#include <string>
-
 #include "platform/CString.h"
 #include "platform/Errores.h"
 #include "platform/Exporta.h"
 #include "platform/Tipos.h"
+
+#include <string>
 
 /// The name as the system takes it: UTF-8, with / between folders.
 LUMBRA_API std::string RutaSistema(LPCWSTR nombre);

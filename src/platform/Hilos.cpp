@@ -3,6 +3,8 @@
 
 #include "platform/Hilos.h"
 
+#include "platform/Parada.h"
+
 #include <sched.h>
 #include <sys/resource.h>
 #include <sys/syscall.h>
@@ -19,8 +21,6 @@
 #include <thread>
 #include <unordered_map>
 #include <vector>
-
-#include "platform/Parada.h"
 
 namespace {
 

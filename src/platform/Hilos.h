@@ -2,10 +2,10 @@
 // Threads, events by handle, and waiting for them. A handle names a thread or an event; its value is never used twice,
 // so that one closed too early or twice is refused and never hits another object.
 
-#include <cstddef>
-
 #include "platform/Exporta.h"
 #include "platform/Tipos.h"
+
+#include <cstddef>
 
 constexpr DWORD INFINITE = 0xFFFFFFFF;      ///< no time limit
 constexpr DWORD WAIT_OBJECT_0 = 0;          ///< the object waited for; with several, plus its index

@@ -1,11 +1,11 @@
 #pragma once
 // Numbers to text and back, the same in every locale: the decimal sign is a point, and digits aren't grouped.
 
+#include "platform/Exporta.h"
+
 #include <cstdint>
 #include <string>
 #include <string_view>
-
-#include "platform/Exporta.h"
 
 /// Reads the number at the start of a text, after blanks and a sign, and takes no notice of what follows it. 0 when
 /// there is none; infinite when it is too large.

@@ -1,10 +1,10 @@
 #include "platform/Perfil.h"
 
-#include <algorithm>
-#include <mutex>
-
 #include "platform/FicheroIni.h"
 #include "platform/Numeros.h"
+
+#include <algorithm>
+#include <mutex>
 
 namespace {
 

@@ -1,10 +1,10 @@
 #pragma once
 // The clock, and waiting.
 
-#include <cstdint>
-
 #include "platform/Exporta.h"
 #include "platform/Tipos.h"
+
+#include <cstdint>
 
 /// A moment, as _ftime64 gives it.
 struct __timeb64 {

@@ -1,4 +1,5 @@
 // Georeferenced images: extents, and the ownership of their raster.
+
 #include "raster/CGeoImagen.h"
 
 namespace Vertiz {

@@ -1,13 +1,13 @@
-// An image with its place on the terrain.
 #pragma once
+// An image with its place on the terrain.
 
+#include "raster/IRaster.h"
 #include "model/CCoor.h"
 #include "model/CDataImagen.h"
 #include "model/CDataSemilla.h"
 #include "model/CMaximas.h"
 #include "model/CObjetoFichero.h"
 #include "platform/Exporta.h"
-#include "raster/IRaster.h"
 
 namespace Vertiz {
 

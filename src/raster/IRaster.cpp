@@ -1,4 +1,5 @@
 // Opening of rasters by the extension of their name.
+
 #include "raster/IRaster.h"
 
 namespace Vertiz {

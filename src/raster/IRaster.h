@@ -1,5 +1,5 @@
-// The image that scenes see, whatever the format of its file.
 #pragma once
+// The image that scenes see, whatever the format of its file.
 
 #include "platform/CString.h"
 #include "platform/Exporta.h"

@@ -1,8 +1,9 @@
 // Real elevation files: what is special about each of them comes out right.
-#include <cmath>
 
 #include "io/LeeDEM.h"
 #include "support/Temporales.h"
+
+#include <cmath>
 
 namespace {
 

@@ -1,5 +1,10 @@
 // Elevation files that the tests make: place of the samples, voids, degrees, rotation, damage, progress.
+
 #include "io/LeeDEM.h"
+
+#include "model/CElipsoide.h"
+#include "model/CPuntoPortula.h"
+#include "support/Temporales.h"
 
 #include <gdal.h>
 #include <ogr_srs_api.h>
@@ -8,10 +13,6 @@
 #include <fstream>
 #include <functional>
 #include <limits>
-
-#include "model/CElipsoide.h"
-#include "model/CPuntoPortula.h"
-#include "support/Temporales.h"
 
 namespace {
 

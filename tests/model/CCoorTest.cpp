@@ -1,12 +1,12 @@
 #include "model/CCoor.h"
 
-#include <climits>
-#include <numbers>
-#include <random>
+#include "model/CDataSemilla.h"
 
 #include <gtest/gtest.h>
 
-#include "model/CDataSemilla.h"
+#include <climits>
+#include <numbers>
+#include <random>
 
 namespace Vertiz {
 namespace {

@@ -1,4 +1,5 @@
 // The elevation model: voids, extents, its surface between the samples, rays, outlines.
+
 #include "model/CDEM.h"
 
 #include "model/CDataHelmertNTV2.h"

@@ -1,4 +1,5 @@
 // The ramp's order, its text, and its way through the stores of settings.
+
 #include "model/CDataGamaColor.h"
 
 #include "platform/CWinApp.h"

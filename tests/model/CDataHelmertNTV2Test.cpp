@@ -1,6 +1,11 @@
 // Changes of datum: the seven parameters against geocentric coordinates worked out here, the grid against a file that
 // the test writes.
+
 #include "model/CDataHelmertNTV2.h"
+
+#include "model/CDataTransformacion.h"
+#include "model/CPuntoPortula.h"
+#include "support/Temporales.h"
 
 #include <array>
 #include <cmath>
@@ -9,10 +14,6 @@
 #include <filesystem>
 #include <fstream>
 #include <numbers>
-
-#include "model/CDataTransformacion.h"
-#include "model/CPuntoPortula.h"
-#include "support/Temporales.h"
 
 namespace {
 

@@ -1,12 +1,13 @@
 // Transformations to photographs, panoramas and maps.
+
 #include "model/CDataTransformacion.h"
+
+#include "model/CNubePuntos.h"
 
 #include <cmath>
 #include <limits>
 #include <numbers>
 #include <optional>
-
-#include "model/CNubePuntos.h"
 
 namespace {
 

@@ -1,14 +1,15 @@
 // Thinning, convex pieces, holes and cutting, against brute force.
-#include <cmath>
-#include <limits>
-#include <numbers>
-#include <random>
-#include <set>
 
 #include "model/CDibujo.h"
 #include "model/CTexto.h"
 #include "model/IPorcentaje.h"
 #include "model/Predicados.h"
+
+#include <cmath>
+#include <limits>
+#include <numbers>
+#include <random>
+#include <set>
 
 namespace {
 

@@ -1,4 +1,5 @@
 // Reading lines from text files, good and bad.
+
 #include "model/CDibujo.h"
 #include "model/IPorcentaje.h"
 #include "support/Temporales.h"

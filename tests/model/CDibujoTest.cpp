@@ -1,11 +1,12 @@
 // The drawing as a container: what it counts, shows, selects and erases.
-#include "model/CDibujo.h"
 
-#include <cmath>
+#include "model/CDibujo.h"
 
 #include "model/CDataHelmertNTV2.h"
 #include "model/CSetPuntos.h"
 #include "model/CTexto.h"
+
+#include <cmath>
 
 namespace {
 

@@ -1,10 +1,11 @@
 // Joining lines end to end.
+
+#include "model/CDibujo.h"
+
 #include <algorithm>
 #include <chrono>
 #include <cmath>
 #include <random>
-
-#include "model/CDibujo.h"
 
 namespace {
 

@@ -1,4 +1,5 @@
 // Looking styles up in a digitising table.
+
 #include "model/CDigiTab.h"
 
 namespace {

@@ -1,4 +1,5 @@
 // The table of ellipsoids, and what is worked out from its rows.
+
 #include "model/CElipsoide.h"
 
 #include <cmath>

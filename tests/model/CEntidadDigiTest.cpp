@@ -1,10 +1,10 @@
 #include "model/CEntidadDigi.h"
 
-#include <climits>
+#include "model/CLinea.h"
 
 #include <gtest/gtest.h>
 
-#include "model/CLinea.h"
+#include <climits>
 
 namespace Vertiz {
 namespace {

@@ -1,4 +1,5 @@
 // The life of a worker's thread.
+
 #include "model/CHilo.h"
 
 #include "platform/CCriticalSection.h"

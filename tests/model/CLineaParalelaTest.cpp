@@ -1,8 +1,8 @@
-#include <cmath>
+#include "model/CLinea.h"
 
 #include <gtest/gtest.h>
 
-#include "model/CLinea.h"
+#include <cmath>
 
 namespace Vertiz {
 namespace {

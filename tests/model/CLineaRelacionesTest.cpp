@@ -1,12 +1,12 @@
+#include "model/CLinea.h"
+#include "model/Geos.h"
+
+#include <gtest/gtest.h>
+
 #include <climits>
 #include <cmath>
 #include <random>
 #include <string>
-
-#include <gtest/gtest.h>
-
-#include "model/CLinea.h"
-#include "model/Geos.h"
 
 namespace Vertiz {
 namespace {

@@ -1,9 +1,9 @@
 #include "model/CLinea.h"
 
+#include <gtest/gtest.h>
+
 #include <climits>
 #include <numbers>
-
-#include <gtest/gtest.h>
 
 namespace Vertiz {
 namespace {

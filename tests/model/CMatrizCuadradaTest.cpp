@@ -1,4 +1,5 @@
 // Rotations by their angles, and inverses held to what they leave over.
+
 #include "model/CMatrizCuadrada.h"
 
 #include <gtest/gtest.h>

@@ -1,4 +1,5 @@
 // The storages of a matrix, its growth, and what happens out of range.
+
 #include "model/CMatriz.h"
 
 #include "model/CMatrizCuadrada.h"

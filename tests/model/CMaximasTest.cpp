@@ -1,13 +1,13 @@
 #include "model/CMaximas.h"
 
+#include "model/CPosicionEntidad.h"
+
+#include <gtest/gtest.h>
+
 #include <climits>
 #include <limits>
 #include <set>
 #include <tuple>
-
-#include <gtest/gtest.h>
-
-#include "model/CPosicionEntidad.h"
 
 namespace Vertiz {
 namespace {

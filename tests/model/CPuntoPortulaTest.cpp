@@ -1,12 +1,13 @@
 // Geodetic points: UTM against published values and against the arc of meridian worked out by quadrature.
+
 #include "model/CPuntoPortula.h"
+
+#include "model/CElipsoide.h"
 
 #include <cmath>
 #include <limits>
 #include <numbers>
 #include <thread>
-
-#include "model/CElipsoide.h"
 
 namespace {
 

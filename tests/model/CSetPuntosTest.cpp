@@ -1,8 +1,8 @@
 #include "model/CSetPuntos.h"
 
-#include <gtest/gtest.h>
-
 #include "model/CLinea.h"
+
+#include <gtest/gtest.h>
 
 namespace Vertiz {
 namespace {

@@ -1,9 +1,9 @@
 #include "model/Geos.h"
 
+#include <gtest/gtest.h>
+
 #include <cmath>
 #include <thread>
-
-#include <gtest/gtest.h>
 
 namespace Vertiz {
 namespace {

@@ -1,4 +1,5 @@
 // Progress is found through the application object.
+
 #include "model/IPorcentaje.h"
 
 #include "platform/CWinApp.h"

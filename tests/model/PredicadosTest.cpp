@@ -1,10 +1,10 @@
 #include "model/Predicados.h"
 
+#include <gtest/gtest.h>
+
 #include <climits>
 #include <limits>
 #include <random>
-
-#include <gtest/gtest.h>
 
 namespace Vertiz::predicados {
 namespace {

@@ -1,4 +1,5 @@
 // Gaussian smoothing and the segmentation of a graph.
+
 #include "model/Segmentacion.h"
 
 #include <gtest/gtest.h>

@@ -1,5 +1,8 @@
 #include "platform/CFile.h"
 
+#include "platform/CStdioFile.h"
+#include "support/Temporales.h"
+
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -8,9 +11,6 @@
 #include <cstring>
 #include <memory>
 #include <thread>
-
-#include "platform/CStdioFile.h"
-#include "support/Temporales.h"
 
 namespace {
 

@@ -1,15 +1,15 @@
 #include "platform/CWinApp.h"
 
+#include "platform/CLumbraApp.h"
+#include "platform/Ficheros.h"
+#include "support/Temporales.h"
+
 #include <gtest/gtest.h>
 
 #include <cstdlib>
 #include <memory>
 #include <optional>
 #include <thread>
-
-#include "platform/CLumbraApp.h"
-#include "platform/Ficheros.h"
-#include "support/Temporales.h"
 
 namespace {
 

@@ -1,10 +1,10 @@
 #include "platform/Conversiones.h"
 
+#include "platform/CString.h"
+
 #include <gtest/gtest.h>
 
 #include <random>
-
-#include "platform/CString.h"
 
 namespace {
 

@@ -1,5 +1,8 @@
 #include "platform/Ficheros.h"
 
+#include "platform/Tiempo.h"
+#include "support/Temporales.h"
+
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
@@ -7,9 +10,6 @@
 #include <fstream>
 #include <set>
 #include <sstream>
-
-#include "platform/Tiempo.h"
-#include "support/Temporales.h"
 
 namespace {
 

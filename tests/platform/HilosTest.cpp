@@ -1,14 +1,14 @@
 #include "platform/Hilos.h"
 
+#include "platform/CCriticalSection.h"
+#include "platform/CEvent.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
 #include <atomic>
 #include <chrono>
 #include <thread>
-
-#include "platform/CCriticalSection.h"
-#include "platform/CEvent.h"
 
 namespace {
 

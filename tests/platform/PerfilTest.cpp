@@ -1,5 +1,7 @@
 #include "platform/Perfil.h"
 
+#include "support/Temporales.h"
+
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
@@ -7,8 +9,6 @@
 #include <random>
 #include <sstream>
 #include <thread>
-
-#include "support/Temporales.h"
 
 namespace {
 

@@ -1,4 +1,5 @@
 // Georeferenced images: extents, origin, and who frees the raster.
+
 #include "raster/CGeoImagen.h"
 
 namespace {

@@ -2,10 +2,10 @@
 
 #include "support/Contexto.h"
 
-#include <cstring>
-
 #include "platform/OpenGL.h"
 #include "support/RegistroGL.h"
+
+#include <cstring>
 
 Lienzo::Lienzo(int ancho, int alto) : m_ancho(ancho), m_alto(alto) {
     if (!m_bitmap.CreateBitmap(ancho, alto, 24) || !m_dc.CreateCompatibleDC(nullptr)) return;

@@ -2,12 +2,12 @@
 // What a test draws on: a picture in memory with a rendering context, and a fixture that brings one and turns OpenGL
 // errors that nobody looked at into failures.
 
-#include <gtest/gtest.h>
-
 #include "platform/CBitmap.h"
 #include "platform/CDC.h"
 #include "platform/Contextos.h"
 #include "support/Imagen.h"
+
+#include <gtest/gtest.h>
 
 /// An off-screen device: a memory device context with a bitmap of 24 bits, a pixel format and a context. Needs no
 /// display. The context is not current until `Actual` is called.

@@ -1,8 +1,8 @@
 #include "support/Imagen.h"
 
-#include <gtest/gtest.h>
-
 #include "support/Temporales.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,10 +1,10 @@
 #pragma once
 // Makers of small models, with heights that a test can reckon by hand.
 
+#include "model/CDEM.h"
+
 #include <functional>
 #include <vector>
-
-#include "model/CDEM.h"
 
 namespace modelos {
 

@@ -1,11 +1,11 @@
 // The names of the constants of OpenGL, so that recorded calls read as source does.
 
+#include "support/RegistroGL.h"
+
 #include <algorithm>
 #include <array>
 #include <cstdio>
 #include <utility>
-
-#include "support/RegistroGL.h"
 
 namespace {
 

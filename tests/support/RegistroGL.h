@@ -3,12 +3,12 @@
 // library under test calls them; each notes its name and arguments and passes on to the real one. A test can so hold
 // the exact order of calls in a pass or in a list against what it should be, and can make a chosen call fail.
 
+#include "platform/OpenGL.h"
+
 #include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
-
-#include "platform/OpenGL.h"
 
 /// Calls as text, one each: `glNormal3f(0, 0, 1)`, `glEnable(GL_LIGHTING)`, `glMultMatrixd([1, 0, ...])`.
 using LlamadasGL = std::vector<std::string>;

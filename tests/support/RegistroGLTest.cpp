@@ -1,8 +1,8 @@
 #include "support/RegistroGL.h"
 
-#include <gtest/gtest.h>
-
 #include "support/Contexto.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 
