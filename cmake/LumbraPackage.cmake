@@ -1,15 +1,17 @@
 # Installation: headers, libraries, the program, and the packages of CMake and pkg-config.
 include(CMakePackageConfigHelpers)
 
-# Headers go to include/lumbra/<folder>/; what only the library itself includes stays out.
-install(DIRECTORY src/ DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/lumbra"
-        FILES_MATCHING PATTERN "*.h"
-        PATTERN "platform/glx" EXCLUDE
-        PATTERN "platform/egl" EXCLUDE
-        PATTERN "Backend*.h" EXCLUDE
-        PATTERN "Geodesia.h" EXCLUDE
-        PATTERN "Geos.h" EXCLUDE
-        REGEX "/(tin|drawing|sphere|workers)$" EXCLUDE)
+# Headers go to include/lumbra/<folder>/. Those that call themselves internal, in the remark at their top, stay out, and
+# so do the backends' folders, which lie one level deeper.
+file(GLOB headers RELATIVE "${PROJECT_SOURCE_DIR}/src" CONFIGURE_DEPENDS src/*/*.h)
+foreach(header IN LISTS headers)
+  file(READ "src/${header}" text)
+  string(REGEX REPLACE "\n\n.*" "" remark "${text}")
+  if(NOT remark MATCHES "(^|[^A-Za-z])[Ii]nternal([^A-Za-z]|$)")
+    get_filename_component(folder "${header}" DIRECTORY)
+    install(FILES "src/${header}" DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/lumbra/${folder}")
+  endif()
+endforeach()
 
 install(TARGETS lumbra lumbra-io EXPORT LumbraTargets
         LIBRARY DESTINATION "${CMAKE_INSTALL_LIBDIR}"

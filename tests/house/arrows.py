@@ -29,6 +29,8 @@ LIBRARIES = re.compile(r"^(X11/|GL/glx|EGL/|ft2build|freetype|FT_|fontconfig/|ca
                        r"iconv|cups/|SimpleIni|tiff|jpeglib|openjpeg|png)")
 SYSTEM = re.compile(r"^(sys/|linux/|arpa/|netinet/|unistd\.h|fcntl\.h|pthread\.h|dlfcn\.h|dirent\.h|semaphore\.h|"
                     r"signal\.h|csignal|sched\.h|poll\.h|pwd\.h|termios\.h|windows\.h)")
+# The same as in cmake/LumbraPackage.cmake, which leaves these headers out of the package.
+INTERNAL = re.compile(r"\b[Ii]nternal\b")
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 SYSTEM_IFDEF = re.compile(r"^\s*#\s*(if|ifdef|ifndef|elif)\b.*\b(_WIN32|WIN32|_MSC_VER|__linux__|__unix__|__APPLE__)\b")
 LONGEST = 600
@@ -37,11 +39,11 @@ LONGER = {"src/frame/CGL.h": 900}
 
 
 def internal(path, text):
-    """Headers that are not installed say so, or live in a backend's folder."""
-    return path.parent.name in ("glx", "egl") or re.search(r"\b[Ii]nternal\b", text[:600]) is not None
+    """Headers that are not installed say so in the remark at their top, or live in a backend's folder."""
+    return path.parent.name in ("glx", "egl") or INTERNAL.search(text.split("\n\n", 1)[0]) is not None
 
 
-def faults_of_include(path, folder, header, public):
+def faults_of_include(root, path, folder, header, public):
     target = header.split("/")[0] if "/" in header else None
     if target in LOWER and target != folder:
         allowed = list(LOWER[folder]) if folder in LOWER else CORE + ["io"]
@@ -55,6 +57,9 @@ def faults_of_include(path, folder, header, public):
             yield f"a backend's own header: {header}"
     if public and LIBRARIES.match(header):
         yield f"a public header includes {header}"
+    included = root / "src" / header
+    if public and included.is_file() and internal(included, included.read_text(encoding="utf-8")):
+        yield f"a public header includes {header}, which is not installed"
     if folder in LOWER and folder != "platform" and SYSTEM.match(header):
         yield f"a system header above the platform: {header}"
 
@@ -80,7 +85,7 @@ def check(root):
             for number, line in enumerate(lines, 1):
                 found = INCLUDE.match(line)
                 if found:
-                    for fault in faults_of_include(path, folder, found[2], public):
+                    for fault in faults_of_include(root, path, folder, found[2], public):
                         yield f"{relative}:{number}: {fault}"
                 elif top == "src" and folder != "platform" and SYSTEM_IFDEF.match(line):
                     yield f"{relative}:{number}: code for one system above the platform"

@@ -7,9 +7,9 @@ from pathlib import Path
 import arrows
 
 
-def faults(**files):
+def faults(tree):
     with tempfile.TemporaryDirectory() as folder:
-        for name, text in files["tree"].items():
+        for name, text in tree.items():
             path = Path(folder) / name
             path.parent.mkdir(parents=True, exist_ok=True)
             path.write_text(text, encoding="utf-8")
@@ -17,11 +17,11 @@ def faults(**files):
 
 
 class Arrows(unittest.TestCase):
-    def good(self, name, text):
-        self.assertEqual(faults(tree={name: text}), [])
+    def good(self, name, text, **others):
+        self.assertEqual(faults({name: text, **others}), [])
 
-    def bad(self, name, text, part):
-        found = faults(tree={name: text})
+    def bad(self, name, text, part, **others):
+        found = faults({name: text, **others})
         self.assertEqual(len(found), 1, found)
         self.assertIn(part, found[0])
 
@@ -49,6 +49,13 @@ class Arrows(unittest.TestCase):
         self.good("src/platform/A.cpp", "#include <X11/Xlib.h>\n")
         self.good("src/platform/glx/A.h", "#include <X11/Xlib.h>\n")
         self.good("src/model/Geos.h", "// Internal: GEOS with owners.\n#include <geos_c.h>\n")
+
+    def test_public_headers_bring_in_nothing_that_is_not_installed(self):
+        others = {"src/model/B.h": "#pragma once\n// Internal. What two files share.\n\n",
+                  "src/model/C.h": "#pragma once\n// Internally it is a list.\n\n// internal\n"}
+        self.bad("src/model/A.h", '#include "model/B.h"\n', "model/B.h, which is not installed", **others)
+        self.good("src/model/A.cpp", '#include "model/B.h"\n', **others)
+        self.good("src/model/A.h", '#include "model/C.h"\n', **others)
 
     def test_the_system_stays_in_the_platform(self):
         self.good("src/platform/A.cpp", "#include <unistd.h>\n")
