@@ -187,6 +187,12 @@ class LUMBRA_API CCoor3D {
         return {y * c.z - z * c.y, z * c.x - x * c.z, x * c.y - y * c.x, m_nTipo};
     }
 
+    /// No component is infinite or not a number.
+    [[nodiscard]] bool EsFinito() const {
+        if constexpr (std::is_floating_point_v<T>) return std::isfinite(x) && std::isfinite(y) && std::isfinite(z);
+        return true;
+    }
+
     /// Same x, y and z; `Tipo` doesn't count.
     [[nodiscard]] bool operator==(const CCoor3D& c) const { return x == c.x && y == c.y && z == c.z; }
 
@@ -229,6 +235,12 @@ class LUMBRA_API CCoor3D {
   private:
     std::int32_t m_nTipo = 0;
 };
+
+/// A point of real coordinates is one of integers too, when rounded: finite, and within their range.
+[[nodiscard]] inline bool CabeEnEnteros(const CCoor3D<double>& c) {
+    const auto cabe = [](double v) { return std::abs(v) <= std::numeric_limits<int>::max(); };
+    return cabe(c.x) && cabe(c.y) && cabe(c.z);
+}
 
 extern template class CCoor2D<int>;
 extern template class CCoor2D<double>;

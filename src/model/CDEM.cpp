@@ -17,7 +17,7 @@ bool EsTamano(double v) {
     return std::isfinite(v) && v > 0.0;
 }
 
-/// Least and greatest of what it is shown.
+// Least and greatest of what it is shown.
 struct Intervalo {
     double m_dMenor = std::numeric_limits<double>::infinity(), m_dMayor = -std::numeric_limits<double>::infinity();
 
@@ -154,8 +154,8 @@ bool CDEM::EsCeldaValida(unsigned fila, unsigned columna, unsigned paso) const {
            EsValido(unsigned(norte), unsigned(este));
 }
 
-/// The place of a cell of the list. False, with the rectangle as it was, for indices that lead nowhere, sides that
-/// aren't finite, and a cell without area.
+// The place of a cell of the list. False, with the rectangle as it was, for indices that lead nowhere, sides that
+// aren't finite, and a cell without area.
 bool CDEM::DameRectangulo(unsigned celda, RectanguloCelda& rectangulo) const {
     const auto& p = m_Celdas[celda].m_nPuntos;
     for (const std::uint32_t i : p)

@@ -4,23 +4,21 @@
 #include "model/CIndiceCeldas.h"
 
 #include <algorithm>
-#include <cmath>
-#include <limits>
 #include <unordered_map>
 
 namespace Vertiz {
 
 namespace {
 
-/// A corner of cells: row and column among all corners.
+// A corner of cells: row and column among all corners.
 struct Nudo {
     std::int64_t f, c;
     bool operator==(const Nudo&) const = default;
 };
 using Anillo = std::vector<Nudo>;
 
-/// Follows the borders between cells that are there and cells that aren't, with terrain on the left. A border that
-/// comes back to a corner closes there, so that no ring touches itself.
+// Follows the borders between cells that are there and cells that aren't, with terrain on the left. A border that
+// comes back to a corner closes there, so that no ring touches itself.
 class TrazaContornos {
   public:
     TrazaContornos(std::int64_t filas, std::int64_t columnas, std::vector<bool> celdas)
@@ -41,14 +39,14 @@ class TrazaContornos {
     bool Hay(std::int64_t f, std::int64_t c) const {
         return f >= 0 && c >= 0 && f < m_nFilas && c < m_nColumnas && m_Celdas[Indice(f, c)];
     }
-    /// The cells on the left and on the right of a border that leaves a corner.
+    // The cells on the left and on the right of a border that leaves a corner.
     bool Izquierda(Nudo n, int rumbo) const {
         return Hay(rumbo == Este || rumbo == Norte ? n.f : n.f - 1, rumbo == Este || rumbo == Sur ? n.c : n.c - 1);
     }
     bool Derecha(Nudo n, int rumbo) const {
         return Hay(rumbo == Norte || rumbo == Oeste ? n.f : n.f - 1, rumbo == Este || rumbo == Norte ? n.c : n.c - 1);
     }
-    /// Four borders meet where two cells touch only here.
+    // Four borders meet where two cells touch only here.
     bool EsCruce(Nudo n) const {
         const bool so = Hay(n.f - 1, n.c - 1), se = Hay(n.f - 1, n.c), no = Hay(n.f, n.c - 1), ne = Hay(n.f, n.c);
         return so == ne && no == se && so != no;
@@ -80,7 +78,7 @@ class TrazaContornos {
         Corta(camino, 0, cruces);
     }
 
-    /// Makes a ring of the way from a place on, and forgets that part.
+    // Makes a ring of the way from a place on, and forgets that part.
     void Corta(std::vector<Nudo>& camino, std::size_t desde, std::unordered_map<std::size_t, std::size_t>& cruces) {
         m_Anillos.emplace_back(camino.begin() + std::ptrdiff_t(desde), camino.end());
         camino.resize(desde);
@@ -92,16 +90,15 @@ class TrazaContornos {
     std::vector<Anillo> m_Anillos;
 };
 
-/// Local coordinates as integers of a seed; false when they don't fit.
+// Local coordinates as integers of a seed; false when they don't fit.
 bool AEntero(const CCoor3D<double>& p, double precision, CCoor3D<int>& entero) {
-    const CCoor3D<double> n(std::round(p.x * precision), std::round(p.y * precision), std::round(p.z * precision), 0);
-    const auto cabe = [](double v) { return std::abs(v) <= double(std::numeric_limits<int>::max()); };
-    if (!cabe(n.x) || !cabe(n.y) || !cabe(n.z)) return false;
-    entero = CCoor3D<int>(int(n.x), int(n.y), int(n.z), 0);
+    const CCoor3D<double> n(p.x * precision, p.y * precision, p.z * precision);
+    if (!CabeEnEnteros(n)) return false;
+    entero = CCoor3D<int>(n.x, n.y, n.z);
     return true;
 }
 
-/// Place of a coordinate in a sorted list that holds it.
+// Place of a coordinate in a sorted list that holds it.
 std::int64_t Puesto(const std::vector<double>& lista, double v) {
     return std::lower_bound(lista.begin(), lista.end(), v) - lista.begin();
 }
@@ -113,7 +110,7 @@ void Ordena(std::vector<double>& lista) {
 
 }  // namespace
 
-/// The rings round the matrix' cells, in absolute coordinates, without the repeated last point.
+// The rings round the matrix' cells, in absolute coordinates, without the repeated last point.
 std::vector<std::vector<CCoor3D<double>>> CDEM::ContornosMatriz() const {
     std::vector<std::vector<CCoor3D<double>>> contornos;
     if (GetFilas() < 2 || GetColumnas() < 2) return contornos;
@@ -131,7 +128,7 @@ std::vector<std::vector<CCoor3D<double>>> CDEM::ContornosMatriz() const {
     return contornos;
 }
 
-/// The same for the list: its cells are laid on the lattice of all their sides.
+// The same for the list: its cells are laid on the lattice of all their sides.
 std::vector<std::vector<CCoor3D<double>>> CDEM::ContornosLista() const {
     std::vector<std::vector<CCoor3D<double>>> contornos;
     std::vector<std::pair<unsigned, RectanguloCelda>> validas;

@@ -13,28 +13,24 @@ namespace Vertiz {
 
 namespace {
 
-bool EsFinito(const CCoor3D<double>& p) {
-    return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
-}
-
 CCoor3D<double> Punto(const Rayo& rayo, double t) {
     return CCoor3D<double>(rayo.o.x + t * rayo.d.x, rayo.o.y + t * rayo.d.y, rayo.o.z + t * rayo.d.z, 0);
 }
 
-/// Where a point lies in a cell, in plan.
+// Where a point lies in a cell, in plan.
 PuntoParche EnCelda(const CCoor3D<double>& p, const RectanguloCelda& celda) {
     return {std::clamp((p.x - celda.m_dOeste) / (celda.m_dEste - celda.m_dOeste), 0.0, 1.0),
             std::clamp((p.y - celda.m_dSur) / (celda.m_dNorte - celda.m_dSur), 0.0, 1.0)};
 }
 
-/// A ray's way through the surfaces of cells, one after the other.
+// A ray's way through the surfaces of cells, one after the other.
 class CorteRayo {
   public:
     explicit CorteRayo(const Rayo& rayo) : m_Rayo(rayo) {}
 
     double Parametro() const { return m_dParametro; }
     bool Encontrado() const { return m_dParametro < std::numeric_limits<double>::infinity(); }
-    /// The point met, on the surface.
+    // The point met, on the surface.
     CCoor3D<double> Resultado() const {
         CCoor3D<double> p = Punto(m_Rayo, m_dParametro);
         p.z = m_dCota;
@@ -43,7 +39,7 @@ class CorteRayo {
 
     PuntoParche Lugar(double t, const RectanguloCelda& celda) const { return EnCelda(Punto(m_Rayo, t), celda); }
 
-    /// Looks at a part of the ray that lies in one cell. @return true when the surface was met before the present best
+    // Looks at a part of the ray that lies in one cell. @return true when the surface was met before the present best
     bool Mira(const Parche& parche, const RectanguloCelda& celda, const TramoRayo& tramo) {
         TramoRayo cerca = tramo;  // where the ray is as high as the cell
         cerca.Recorta(m_Rayo.o.z, m_Rayo.d.z, parche.CotaMinima(), parche.CotaMaxima());
@@ -58,7 +54,7 @@ class CorteRayo {
         return Anota(std::abs(entra) < std::abs(sale) ? tramo.t0 : tramo.t1, parche, celda);
     }
 
-    /// Notes a meeting at a parameter, if it comes before the others.
+    // Notes a meeting at a parameter, if it comes before the others.
     bool Anota(double t, const Parche& parche, const RectanguloCelda& celda) {
         if (t >= m_dParametro) return false;
         m_dParametro = t;
@@ -66,7 +62,7 @@ class CorteRayo {
         return true;
     }
 
-    /// How far the ray is above the surface, below it when negative.
+    // How far the ray is above the surface, below it when negative.
     double Altura(double t, const Parche& parche, const RectanguloCelda& celda) const {
         return Punto(m_Rayo, t).z - parche.Cota(Lugar(t, celda));
     }
@@ -79,7 +75,7 @@ class CorteRayo {
 
 }  // namespace
 
-/// The ray is in local coordinates in plan; its heights are absolute, as the samples'.
+// The ray is in local coordinates in plan; its heights are absolute, as the samples'.
 bool CDEM::CortaMatriz(const Rayo& rayo, CCoor3D<double>& resultado) const {
     const Reticula celdas{m_dOeste - m_Semilla.GetX(),  m_dSur - m_Semilla.GetY(),      m_dCeldaX, m_dCeldaY,
                           std::int64_t(GetFilas()) - 1, std::int64_t(GetColumnas()) - 1};
@@ -136,7 +132,7 @@ bool CDEM::CortaLista(const Rayo& rayo, CCoor3D<double>& resultado) const {
 bool CDEM::InterseccionVector(const CCoor3D<double>& punto, const CCoor3D<double>& desde,
                               CCoor3D<double>& resultado) const {
     Rayo rayo{desde, punto - desde};
-    if (!EsFinito(punto) || !EsFinito(desde) || !EsFinito(rayo.d)) return false;
+    if (!punto.EsFinito() || !desde.EsFinito() || !rayo.d.EsFinito()) return false;
     if (rayo.d.x == 0.0 && rayo.d.y == 0.0) {
         CCoor3D<double> p = desde;
         if (rayo.d.z == 0.0 || !Proyecta(p, nullptr, false) || (p.z - desde.z) * rayo.d.z < 0.0) return false;

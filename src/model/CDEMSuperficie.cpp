@@ -12,13 +12,13 @@ namespace Vertiz {
 
 namespace {
 
-/// How far, in fractions of a cell, a coordinate may be off for having been worked out in doubles.
-/// @param mayor  the greatest number that took part
+// How far, in fractions of a cell, a coordinate may be off for having been worked out in doubles.
+// @param mayor  the greatest number that took part
 double Tolerancia(double mayor, double celda) {
     return 1e-9 + 4.0 * std::numeric_limits<double>::epsilon() * std::abs(mayor) / celda;
 }
 
-/// Parts a distance in cells into a cell and a fraction of it. False outside; the last sample belongs to the last cell.
+// Parts a distance in cells into a cell and a fraction of it. False outside; the last sample belongs to the last cell.
 bool ParteCelda(double distancia, double tolerancia, unsigned muestras, unsigned& celda, double& fraccion) {
     const double ultima = double(muestras) - 1.0;
     if (!std::isfinite(distancia) || distancia < -tolerancia || distancia > ultima + tolerancia) return false;
@@ -31,7 +31,7 @@ bool ParteCelda(double distancia, double tolerancia, unsigned muestras, unsigned
     return true;
 }
 
-/// The slope between neighbours at a distance of one cell; one-sided beside a void, 0 between two.
+// The slope between neighbours at a distance of one cell; one-sided beside a void, 0 between two.
 double Pendiente(bool bAntes, double antes, double cota, bool bDespues, double despues, double celda) {
     if (bAntes && bDespues) return (despues - antes) / (2.0 * celda);
     if (bDespues) return (despues - cota) / celda;
@@ -54,8 +54,8 @@ bool CDEM::TieneVectores() const {
     return m_bListaCeldas || (como(m_VectorX) && como(m_VectorY) && como(m_VectorZ));
 }
 
-/// The surface of a cell, as far as its part between a and b needs it: nothing where a corner that counts there is
-/// missing or a void. In the list the row is the cell's index.
+// The surface of a cell, as far as its part between a and b needs it: nothing where a corner that counts there is
+// missing or a void. In the list the row is the cell's index.
 std::optional<Parche> CDEM::DameParche(unsigned fila, unsigned columna, const PuntoParche& a, const PuntoParche& b,
                                        bool bSuavizado) const {
     const bool bSuave = bSuavizado && TieneVectores();
@@ -111,7 +111,7 @@ bool CDEM::DamePunto(CPuntoDEM& punto, double fraccionX, double fraccionY, doubl
     return true;
 }
 
-/// Finds the cell under a point and the surface's absolute height there. Coordinates are absolute less an origin.
+// Finds the cell under a point and the surface's absolute height there. Coordinates are absolute less an origin.
 bool CDEM::Sitio(double x, double y, double origenX, double origenY, CPuntoDEM& celda) const {
     const double mayor = std::max({std::abs(x), std::abs(y), std::abs(origenX), std::abs(origenY)});
     const auto parte = [mayor](double v, double inicio, double paso, unsigned muestras, unsigned& i, double& fraccion) {
@@ -151,7 +151,7 @@ bool CDEM::Proyecta(CCoor3D<double>& punto, CPuntoDEM* celda, bool bAbsolutas) c
     return true;
 }
 
-/// Where a segment crosses the grid's rows and columns: fractions of it, between its ends, in order.
+// Where a segment crosses the grid's rows and columns: fractions of it, between its ends, in order.
 std::vector<double> CDEM::Cortes(const CCoor3D<double>& a, const CCoor3D<double>& b, double origenX,
                                  double origenY) const {
     std::vector<double> cortes;

@@ -12,11 +12,7 @@ namespace Vertiz {
 
 namespace {
 
-bool TieneSitio(const CCoor3D<double>& p) {
-    return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
-}
-
-/// Where the samples of the border come to lie, at a middle height.
+// Where the samples of the border come to lie, at a middle height.
 CMaximas<double> NuevoSitio(const CDEM& dem, const CDataHelmertNTV2& data) {
     const CMaximas<double>& m = dem.GetMaximasTotalDouble();
     const double cota = 0.5 * (m.Minima().z + m.Maxima().z);
@@ -36,7 +32,7 @@ CMaximas<double> NuevoSitio(const CDEM& dem, const CDataHelmertNTV2& data) {
     return sitio;
 }
 
-/// Samples that cover a length; 0 when they would be too many for one side of a matrix.
+// Samples that cover a length; 0 when they would be too many for one side of a matrix.
 unsigned Muestras(double largo, double celda) {
     const double n = std::ceil(largo / celda) + 1.0;
     return n < double(std::numeric_limits<std::int32_t>::max()) ? unsigned(n) : 0;
@@ -67,13 +63,13 @@ int CDEM::Transformacion(const CDataHelmertNTV2& data) {
             viejos = lugares;
             data.TransformaInversa(viejos);
             for (CCoor3D<double>& p : viejos)
-                if (!TieneSitio(p) || !Proyecta(p, nullptr, true)) p.x = std::numeric_limits<double>::quiet_NaN();
+                if (!p.EsFinito() || !Proyecta(p, nullptr, true)) p.x = std::numeric_limits<double>::quiet_NaN();
             data.Transforma(viejos);
             for (unsigned c = 0; c < columnas; ++c)
-                if (TieneSitio(viejos[c])) lugares[c].z = viejos[c].z;
+                if (viejos[c].EsFinito()) lugares[c].z = viejos[c].z;
         }
         for (unsigned c = 0; c < columnas; ++c)
-            if (TieneSitio(viejos[c])) nuevo.m_Matriz.Set(f, c, float(viejos[c].z));
+            if (viejos[c].EsFinito()) nuevo.m_Matriz.Set(f, c, float(viejos[c].z));
     }
     nuevo.ActualizaCantidades();
     nuevo.m_Rupturas = m_Rupturas;

@@ -17,10 +17,6 @@ struct Vector3 {
     double x, y, z;
 };
 
-bool Finito(const Coor& p) {
-    return std::isfinite(p.x) && std::isfinite(p.y) && std::isfinite(p.z);
-}
-
 double Det2(double a, double b, double c, double d) {
     return a * d - b * c;
 }
@@ -214,7 +210,7 @@ bool Recorre(std::span<Coor> puntos, bool con3D, F&& f) {
     constexpr double nan = std::numeric_limits<double>::quiet_NaN();
     bool todos = true;
     for (Coor& p : puntos) {
-        if (Finito(p) && f(p)) continue;
+        if (p.EsFinito() && f(p)) continue;
         p.x = p.y = nan;
         if (con3D) p.z = nan;
         todos = false;
@@ -262,7 +258,8 @@ bool CDataTransformacion::ExisteTransformacion() const {
             if (!(m_dFocal > 0.0) || !std::isfinite(m_dFocal)) return false;
             [[fallthrough]];
         case ESFERICA: {
-            if (m_Rotacion.GetFilas() != 3 || m_Interior.GetFilas() != 2 || !Finito(m_CentroProyeccion)) return false;
+            if (m_Rotacion.GetFilas() != 3 || m_Interior.GetFilas() != 2 || !m_CentroProyeccion.EsFinito())
+                return false;
             Matriz3 r;
             for (unsigned i = 0; i < 9; ++i)
                 r.m[i] = m_Rotacion.Get(i / 3, i % 3);
@@ -275,7 +272,7 @@ bool CDataTransformacion::ExisteTransformacion() const {
 }
 
 bool CDataTransformacion::Transforma(const Coor& terreno, Coor& imagen) const {
-    if (!ExisteTransformacion() || !Finito(terreno)) return false;
+    if (!ExisteTransformacion() || !terreno.EsFinito()) return false;
     Coor p = terreno;
     const bool camara = m_nTipo == CONICA || m_nTipo == ESFERICA;
     if (!(camara ? Proyecta(*this, p) : Transforma(std::span(&p, 1)))) return false;
@@ -288,7 +285,7 @@ bool CDataTransformacion::TransformaInversa(const Coor& imagen, const double* co
     Coor p = imagen;
     if (m_nTipo == CONICA || m_nTipo == ESFERICA) {
         if (!Restituye(*this, cota ? *cota : m_dCotaReferencia, p)) return false;
-    } else if (!Finito(p) || !TransformaInversa(std::span(&p, 1))) {
+    } else if (!p.EsFinito() || !TransformaInversa(std::span(&p, 1))) {
         return false;
     }
     terreno = p;

@@ -13,10 +13,10 @@
 
 namespace Vertiz {
 
-template <typename T>
+template <class T>
 CDibujo<T>::CDibujo(const CDataSemilla& semilla) : m_Semilla(semilla) {}
 
-template <typename T>
+template <class T>
 CDibujo<T>::CDibujo(const CDibujo& otro)
     : CObjetoFichero(otro),
       m_Semilla(otro.m_Semilla),
@@ -31,21 +31,21 @@ CDibujo<T>::CDibujo(const CDibujo& otro)
         m_Entidades.push_back(e->Clona());
 }
 
-template <typename T>
+template <class T>
 CDibujo<T>::CDibujo(CDibujo&& otro) noexcept : CDibujo() {
     swap(otro);
 }
 
-template <typename T>
+template <class T>
 CDibujo<T>& CDibujo<T>::operator=(CDibujo otro) noexcept {
     swap(otro);
     return *this;
 }
 
-template <typename T>
+template <class T>
 CDibujo<T>::~CDibujo() = default;
 
-template <typename T>
+template <class T>
 void CDibujo<T>::swap(CDibujo& otro) noexcept {
     CObjetoFichero::swap(otro);
     std::swap(m_Semilla, otro.m_Semilla);
@@ -59,30 +59,30 @@ void CDibujo<T>::swap(CDibujo& otro) noexcept {
     m_pExtremos.swap(otro.m_pExtremos);
 }
 
-template <typename T>
+template <class T>
 unsigned CDibujo<T>::Inserta(const CEntidadDigi<T>& entidad) {
     return Inserta(entidad.Clona());
 }
 
-template <typename T>
+template <class T>
 unsigned CDibujo<T>::Inserta(std::unique_ptr<CEntidadDigi<T>> entidad) {
     m_Entidades.push_back(std::move(entidad));
     Cuenta(*m_Entidades.back());
     return Cantidad() - 1;
 }
 
-template <typename T>
+template <class T>
 void CDibujo<T>::Clear() {
     m_Entidades.clear();
     Recuenta();
 }
 
-template <typename T>
+template <class T>
 double CDibujo<T>::Precision() const {
     return std::is_integral_v<T> ? m_Semilla.Precision() : 1.0;
 }
 
-template <typename T>
+template <class T>
 void CDibujo<T>::Cuenta(const CEntidadDigi<T>& entidad) {
     m_nPuntos += entidad.NPuntos();
     if (entidad.EsTexto()) m_nTextos++;
@@ -96,7 +96,7 @@ void CDibujo<T>::Cuenta(const CEntidadDigi<T>& entidad) {
 }
 
 // Counts from the entities as they are, whose own boxes are taken to be right.
-template <typename T>
+template <class T>
 void CDibujo<T>::Recuenta() {
     m_Maximas.Borra();
     m_nPuntos = 0;
@@ -108,31 +108,31 @@ void CDibujo<T>::Recuenta() {
         Cuenta(*e);
 }
 
-template <typename T>
+template <class T>
 void CDibujo<T>::ActualizaCantidades() {
     for (const auto& e : m_Entidades)
         e->CalculaMaximas();
     Recuenta();
 }
 
-template <typename T>
+template <class T>
 void CDibujo<T>::Quita(const std::vector<bool>& sobran) {
     std::size_t i = 0;
     std::erase_if(m_Entidades, [&](const auto&) { return sobran[i++]; });
 }
 
-template <typename T>
+template <class T>
 bool CDibujo<T>::EsRecinto(unsigned i) const {
     const CEntidadDigi<T>& e = *m_Entidades[i];
     return EsLinea(e) && e.EsCerrada() && e.NPuntos() > 3;
 }
 
-template <typename T>
+template <class T>
 CMaximas<double> CDibujo<T>::GetMaximasDouble() const {
     return CMaximas<double>(m_Maximas) / Precision();
 }
 
-template <typename T>
+template <class T>
 CMaximas<double> CDibujo<T>::GetMaximasDouble(bool absolutas, const CDigiTab* digi, const CDigiTab* lidar,
                                               const CDigiTab* eco) const {
     const CVisibilidad visibilidad(digi, lidar, eco);
@@ -156,7 +156,7 @@ CMaximas<double> CDibujo<T>::GetMaximasDouble(bool absolutas, const CDigiTab* di
     return maximas;
 }
 
-template <typename T>
+template <class T>
 CMaximas<int> CDibujo<T>::GetMaximasInt() const {
     if constexpr (std::is_integral_v<T>) {
         return m_Maximas;
@@ -168,12 +168,12 @@ CMaximas<int> CDibujo<T>::GetMaximasInt() const {
     }
 }
 
-template <typename T>
+template <class T>
 void CDibujo<T>::SetMaximasDouble(const CMaximas<double>& maximas) {
     m_Maximas = CMaximas<T>(CMaximas<double>(maximas) /= 1.0 / Precision());
 }
 
-template <typename T>
+template <class T>
 int CDibujo<T>::Transformacion(const CDataHelmertNTV2& data) {
     const CCoor3D<double> origen(m_Semilla.GetX(), m_Semilla.GetY(), m_Semilla.GetZ());
     const double precision = Precision();
@@ -187,8 +187,7 @@ int CDibujo<T>::Transformacion(const CDataHelmertNTV2& data) {
     if constexpr (std::is_integral_v<T>) {
         // An integer that stopped at the end of its range would be another place.
         for (const CCoor3D<double>& p : puntos) {
-            const auto n = (p - origen) * precision;
-            if (!(std::max({std::abs(n.x), std::abs(n.y), std::abs(n.z)}) < 2147483647.0)) return 0;
+            if (!CabeEnEnteros((p - origen) * precision)) return 0;
         }
     }
     std::size_t siguiente = 0;

@@ -11,15 +11,11 @@ namespace {
 
 // Steps into which an arc is cut so that its chords stay within `flecha`; 0 when that can't be.
 int PasosDeArco(double radio, double angulo, double flecha) {
-    constexpr double pasosMaximos = 100000.0;
+    constexpr double kPasosMaximos = 100000.0;
     if (!(flecha > 0.0) || !(radio > 0.0) || !std::isfinite(radio) || !std::isfinite(angulo)) return 0;
     const double paso = flecha < radio ? 2.0 * std::acos(1.0 - flecha / radio) : std::numbers::pi / 2.0;
     const double pasos = std::ceil(std::abs(angulo) / std::min(paso, std::numbers::pi / 2.0));
-    return static_cast<int>(std::clamp(pasos, 1.0, pasosMaximos));
-}
-
-bool EsFinito(const CCoor3D<double>& c) {
-    return std::isfinite(c.x) && std::isfinite(c.y) && std::isfinite(c.z);
+    return static_cast<int>(std::clamp(pasos, 1.0, kPasosMaximos));
 }
 
 // Centre of the circle through the origin, b and c; false when they lie in line.
@@ -27,7 +23,7 @@ bool CentroCirculo(const CCoor3D<double>& b, const CCoor3D<double>& c, CCoor3D<d
     const double det = 2.0 * (b.x * c.y - b.y * c.x);
     const double b2 = b.x * b.x + b.y * b.y, c2 = c.x * c.x + c.y * c.y;
     centro = {(c.y * b2 - b.y * c2) / det, (b.x * c2 - c.x * b2) / det, 0.0};
-    return det != 0.0 && EsFinito(centro);
+    return det != 0.0 && centro.EsFinito();
 }
 
 // The points of an arc after `desde`, up to `hasta`, round `centro`; the last one is `hasta` itself.
@@ -110,7 +106,7 @@ unsigned CLinea<T>::BorraPuntosDobles(int dim) {
 template <class T>
 bool CLinea<T>::Arco(const CCoor3D<T>& a, const CCoor3D<T>& b, const CCoor3D<T>& c, double flecha) {
     const CCoor3D<double> desde(a), medio(b), hasta(c);
-    if (!(flecha > 0.0) || !EsFinito(desde) || !EsFinito(medio) || !EsFinito(hasta)) return false;
+    if (!(flecha > 0.0) || !desde.EsFinito() || !medio.EsFinito() || !hasta.EsFinito()) return false;
     std::vector<CCoor3D<double>> puntos{desde};
     CCoor3D<double> centro;
     const CCoor3D<double> ab = medio - desde, ac = hasta - desde;
@@ -130,7 +126,7 @@ bool CLinea<T>::Arco(const CCoor3D<T>& a, const CCoor3D<T>& b, const CCoor3D<T>&
 template <class T>
 bool CLinea<T>::ArcoElipse(const CCoor3D<T>& centro, double semiejeA, double semiejeB, double giro, double desde,
                            double hasta, double flecha) {
-    if (!(semiejeA > 0.0) || !(semiejeB > 0.0) || !std::isfinite(giro) || !EsFinito(CCoor3D<double>(centro))) {
+    if (!(semiejeA > 0.0) || !(semiejeB > 0.0) || !std::isfinite(giro) || !CCoor3D<double>(centro).EsFinito()) {
         return false;
     }
     // A circle with the longer axis bends no less than the ellipse does for the same step of its auxiliary angle.

@@ -4,7 +4,6 @@
 #include "model/CCoor.h"
 
 #include <algorithm>
-#include <cmath>
 #include <type_traits>
 #include <vector>
 
@@ -32,9 +31,7 @@ class LUMBRA_API CMaximas {
 
     /// Grows the box to hold a point. A point with a coordinate that isn't finite is passed over.
     void Nuevo(const CCoor3D<T>& c) {
-        if constexpr (std::is_floating_point_v<T>) {
-            if (!std::isfinite(c.x) || !std::isfinite(c.y) || !std::isfinite(c.z)) return;
-        }
+        if (!c.EsFinito()) return;
         if (EstanVacias(true)) {
             Fija(c, c);
             return;

@@ -19,12 +19,12 @@ namespace {
 
 constexpr std::size_t kBloque = 65536;  // bytes read at once, and the longest row
 
-/// The rows of a file, one after the other.
+// The rows of a file, one after the other.
 class CFilas {
   public:
     explicit CFilas(CFile& fichero) : m_Fichero(fichero) {}
 
-    /// @return the next row without its end; nothing at the end of the file or where Fallo() tells something
+    // @return the next row without its end; nothing at the end of the file or where Fallo() tells something
     std::optional<std::string_view> Siguiente() {
         m_nFila++;
         for (;;) {
@@ -47,7 +47,7 @@ class CFilas {
     std::string_view Corta(std::size_t fin, std::size_t siguiente) {
         std::string_view fila(m_sBloque.data() + m_nDesde, fin - m_nDesde);
         if (fila.ends_with('\r')) fila.remove_suffix(1);
-        if (m_nFila == 1 && fila.starts_with("\xEF\xBB\xBF")) fila.remove_prefix(3);
+        if (m_nFila == 1 && fila.starts_with(kFirmaUtf8)) fila.remove_prefix(kFirmaUtf8.size());
         m_nDesde = siguiente;
         return fila;
     }
@@ -91,7 +91,7 @@ bool Numero(std::string_view campo, double& valor) {
     return error == std::errc() && fin == campo.data() + campo.size() && std::isfinite(valor);
 }
 
-/// @return what is wrong with the row, or null
+// @return what is wrong with the row, or null
 const wchar_t* Entiende(std::string_view fila, CFila& resultado) {
     static constexpr std::array<const wchar_t*, 3> kMal = {L"x is not a number", L"y is not a number",
                                                            L"the height is not a number"};
@@ -104,20 +104,20 @@ const wchar_t* Entiende(std::string_view fila, CFila& resultado) {
     return Campo(fila).empty() ? nullptr : L"more than a code, x, y and z";
 }
 
-/// From absolute terrain units to stored ones. @return nothing when an integer can't hold it
-template <typename T>
+// From absolute terrain units to stored ones. @return nothing when an integer can't hold it
+template <class T>
 std::optional<CCoor3D<T>> AGuardada(const std::array<double, 3>& c, const CDataSemilla& semilla, double precision) {
     const CCoor3D<double> n((c[0] - semilla.GetX()) * precision, (c[1] - semilla.GetY()) * precision,
                             (c[2] - semilla.GetZ()) * precision);
     if constexpr (std::is_integral_v<T>) {
-        if (!(std::max({std::abs(n.x), std::abs(n.y), std::abs(n.z)}) < 2147483647.0)) return std::nullopt;
+        if (!CabeEnEnteros(n)) return std::nullopt;
     }
     return CCoor3D<T>(n);
 }
 
 }  // namespace
 
-template <typename T>
+template <class T>
 int CDibujo<T>::Read(const CString& nombre, IPorcentaje* porcentaje) {
     if (!porcentaje) porcentaje = PorcentajeActual();
     const auto falla = [&](const CString& motivo) {

@@ -41,6 +41,21 @@ TEST(CCoor, KeepsRealValuesAsTheyAreInDoubles) {
     EXPECT_EQ(c, CCoor3D<double>(0.1, -1e300, 2.5));
 }
 
+TEST(CCoor, IsFiniteOnlyWithAllItsComponents) {
+    EXPECT_TRUE(CCoor3D<double>(1, -1e300, 0).EsFinito());
+    EXPECT_TRUE(CCoor3D<int>(INT_MAX, 0, INT_MIN).EsFinito());
+    EXPECT_FALSE(CCoor3D<double>(kNan, 0, 0).EsFinito());
+    EXPECT_FALSE(CCoor3D<double>(0, kInfinito, 0).EsFinito());
+    EXPECT_FALSE(CCoor3D<double>(0, 0, -kInfinito).EsFinito());
+}
+
+TEST(CCoor, FitsInIntegersWithinTheirRangeOnly) {
+    EXPECT_TRUE(CabeEnEnteros({double(INT_MAX), -double(INT_MAX), 0.5}));
+    EXPECT_FALSE(CabeEnEnteros({double(INT_MAX) + 1.0, 0.0, 0.0}));
+    EXPECT_FALSE(CabeEnEnteros({0.0, -2147483649.0, 0.0}));
+    EXPECT_FALSE(CabeEnEnteros({0.0, 0.0, kNan}));
+}
+
 TEST(CCoor, KeepsTipoWhenConvertedBothWays) {
     const CCoor3D<int> entero(CCoor3D<double>(1.6, -1.6, 0.2, 9000));
     EXPECT_EQ(entero, CCoor3D<int>(2, -2, 0));
