@@ -3,12 +3,12 @@
 #include "model/CDataGamaColor.h"
 
 #include "platform/CWinApp.h"
+#include "platform/Numeros.h"
 #include "platform/Perfil.h"
 
 #include <algorithm>
 #include <charconv>
 #include <cmath>
-#include <iterator>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -19,7 +19,7 @@ namespace {
 
 constexpr wchar_t kClave[] = L"Colores";
 
-/// Takes the next number off the front of the text.
+// Takes the next number off the front of the text.
 template <class N>
 bool TomaNumero(std::string_view& texto, N& numero) {
     texto.remove_prefix(std::min(texto.find_first_not_of(" \t"), texto.size()));
@@ -38,7 +38,7 @@ std::optional<CColorCota> LeeParada(std::string_view texto) {
     return parada;
 }
 
-/// The ramp of a text, or nothing when the text breaks the form.
+// The ramp of a text, or nothing when the text breaks the form.
 std::optional<CDataGamaColor> LeeGama(const CString& ancho) {
     // Only ASCII is meaningful; anything else becomes a character that no number has.
     std::string texto;
@@ -54,13 +54,6 @@ std::optional<CDataGamaColor> LeeGama(const CString& ancho) {
         resto.remove_prefix(std::min(fin + 1, resto.size()));
     }
     return gama;
-}
-
-template <class N>
-void Escribe(std::wstring& texto, N numero) {
-    char cifras[32];
-    const auto [fin, error] = std::to_chars(std::begin(cifras), std::end(cifras), numero);
-    texto.append(cifras, fin);
 }
 
 }  // namespace
@@ -96,14 +89,12 @@ bool CDataGamaColor::Inserta(const CColorCota& parada) {
 }
 
 CString CDataGamaColor::Texto() const {
-    std::wstring texto;
+    std::string texto;
     for (const CColorCota& parada : m_Paradas) {
-        if (!texto.empty()) texto += L';';
-        Escribe(texto, parada.m_dCota);
-        for (const int canal : {parada.m_nRojo, parada.m_nVerde, parada.m_nAzul}) {
-            texto += L' ';
-            Escribe(texto, canal);
-        }
+        if (!texto.empty()) texto += ';';
+        texto += TextoExacto(parada.m_dCota);
+        for (const int canal : {parada.m_nRojo, parada.m_nVerde, parada.m_nAzul})
+            texto += ' ' + std::to_string(canal);
     }
     return CString(texto.c_str());
 }

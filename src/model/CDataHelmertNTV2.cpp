@@ -3,6 +3,7 @@
 #include "model/CDataHelmertNTV2.h"
 
 #include "model/Geodesia.h"
+#include "platform/Numeros.h"
 
 #include <algorithm>
 #include <cmath>
@@ -11,20 +12,18 @@
 namespace Vertiz {
 namespace {
 
-using geodesia::Numero;
-
 std::string UTM(const CSistemaReferencia& s) {
     return geodesia::UTM(s.GetElipsoide(), s.GetHuso(), s.EsNorte());
 }
 
 std::string Geocentricas(const CElipsoide& e) {
-    return "+proj=cart +a=" + Numero(e.DameA()) + " +es=" + Numero(e.DameE2());
+    return "+proj=cart +a=" + TextoExacto(e.DameA()) + " +es=" + TextoExacto(e.DameE2());
 }
 
 std::string SieteParametros(const CDataHelmertNTV2& d) {
-    return "+proj=helmert +x=" + Numero(d.m_dTX) + " +y=" + Numero(d.m_dTY) + " +z=" + Numero(d.m_dTZ) +
-           " +rx=" + Numero(d.m_dRX) + " +ry=" + Numero(d.m_dRY) + " +rz=" + Numero(d.m_dRZ) +
-           " +s=" + Numero(d.m_dEscala) + " +convention=position_vector";
+    return "+proj=helmert +x=" + TextoExacto(d.m_dTX) + " +y=" + TextoExacto(d.m_dTY) + " +z=" + TextoExacto(d.m_dTZ) +
+           " +rx=" + TextoExacto(d.m_dRX) + " +ry=" + TextoExacto(d.m_dRY) + " +rz=" + TextoExacto(d.m_dRZ) +
+           " +s=" + TextoExacto(d.m_dEscala) + " +convention=position_vector";
 }
 
 std::string Tuberia(const CDataHelmertNTV2& d) {

@@ -2,10 +2,10 @@
 
 #include "model/Geodesia.h"
 
+#include "platform/Numeros.h"
+
 #include <proj.h>
 
-#include <array>
-#include <charconv>
 #include <cmath>
 #include <limits>
 #include <memory>
@@ -48,12 +48,6 @@ class CTaller {
 
 }  // namespace
 
-std::string Numero(double valor) {
-    std::array<char, 32> texto;
-    const auto fin = std::to_chars(texto.data(), texto.data() + texto.size(), valor).ptr;
-    return std::string(texto.data(), fin);
-}
-
 std::string NombreFichero(const CString& nombre) {
     std::string texto = "\"";
     for (const char c : nombre.Utf8()) {
@@ -64,8 +58,8 @@ std::string NombreFichero(const CString& nombre) {
 }
 
 std::string UTM(const CElipsoide& elipsoide, int huso, bool norte) {
-    std::string texto = "+proj=utm +zone=" + std::to_string(huso) + " +a=" + Numero(elipsoide.DameA()) +
-                        " +es=" + Numero(elipsoide.DameE2());
+    std::string texto = "+proj=utm +zone=" + std::to_string(huso) + " +a=" + TextoExacto(elipsoide.DameA()) +
+                        " +es=" + TextoExacto(elipsoide.DameE2());
     if (!norte) texto += " +south";
     return texto;
 }

@@ -14,9 +14,6 @@ namespace Vertiz::geodesia {
 
 enum class Sentido { Directo, Inverso };
 
-/// A number as PROJ reads it: shortest form that gives the same double back, with a point whatever the locale.
-std::string Numero(double valor);
-
 /// A file name as the value of a PROJ parameter: UTF-8, in quotes.
 std::string NombreFichero(const CString& nombre);
 

@@ -1,8 +1,11 @@
+// Numbers and texts on the standard library's conversions, which know no locale.
+
 #include "platform/Numeros.h"
 
 #include <locale.h>
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
@@ -10,7 +13,7 @@
 
 namespace {
 
-/// What stands at the start of the text, without blanks and without a plus sign, which from_chars doesn't take.
+// What stands at the start of the text, without blanks and without a plus sign, which from_chars doesn't take.
 std::string_view SinBlancos(std::string_view s) {
     const size_t i = s.find_first_not_of(" \t\n\v\f\r");
     if (i == std::string_view::npos) return {};
@@ -19,7 +22,7 @@ std::string_view SinBlancos(std::string_view s) {
     return s;
 }
 
-/// The start of a wide text in which a number can stand; nothing of a number lies beyond ASCII.
+// The start of a wide text in which a number can stand; nothing of a number lies beyond ASCII.
 std::string Estrecho(std::wstring_view texto) {
     std::string s;
     for (wchar_t c : texto) {
@@ -29,7 +32,7 @@ std::string Estrecho(std::wstring_view texto) {
     return s;
 }
 
-/// Too large or too small for a double: from_chars doesn't tell which of the two, strtod does.
+// Too large or too small for a double: from_chars doesn't tell which of the two, strtod does.
 double FueraDeRango(const std::string& s) {
     static const locale_t neutro = newlocale(LC_ALL_MASK, "C", nullptr);
     return strtod_l(s.c_str(), nullptr, neutro);
@@ -79,6 +82,10 @@ std::int64_t LeeEntero64(std::wstring_view texto) {
     return LeeEnteroDe<std::int64_t>(Estrecho(texto));
 }
 
+std::string TextoExacto(double valor) {
+    std::array<char, 32> s;
+    return {s.data(), std::to_chars(s.data(), s.data() + s.size(), valor).ptr};
+}
 std::string TextoReal(double valor, int decimales) {
     return Texto(valor, std::chars_format::fixed, std::max(decimales, 0));
 }

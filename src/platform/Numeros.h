@@ -19,6 +19,9 @@ LUMBRA_API int LeeEntero(std::wstring_view texto);
 LUMBRA_API std::int64_t LeeEntero64(std::string_view texto);
 LUMBRA_API std::int64_t LeeEntero64(std::wstring_view texto);
 
+/// The shortest text that gives the same number back.
+LUMBRA_API std::string TextoExacto(double valor);
+
 /// A number with a fixed count of decimals, as "%.*f" writes it.
 LUMBRA_API std::string TextoReal(double valor, int decimales = 6);
 

@@ -49,4 +49,12 @@ TEST(Numeros, WritesRealsWithAPointInAnyLocale) {
     EXPECT_EQ(TextoGeneral(1e20), "1e+20");
 }
 
+TEST(Numeros, TheShortestTextGivesTheSameNumberBack) {
+    EXPECT_EQ(TextoExacto(0.1), "0.1");
+    EXPECT_EQ(TextoExacto(-1e300), "-1e+300");
+    const double tercio = 1.0 / 3.0, minimo = std::numeric_limits<double>::denorm_min();
+    EXPECT_EQ(LeeReal(TextoExacto(tercio)), tercio);
+    EXPECT_EQ(LeeReal(TextoExacto(-minimo)), -minimo);
+}
+
 }  // namespace
