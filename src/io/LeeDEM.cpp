@@ -9,6 +9,7 @@
 #include <cmath>
 #include <limits>
 #include <new>
+#include <span>
 #include <string>
 
 namespace Vertiz {
@@ -16,7 +17,7 @@ namespace {
 
 using namespace io;
 
-constexpr double kNuloHabitual = -9989.0;
+constexpr double kNuloHabitual = CDEM::kNuloHabitual;
 
 CString Texto(const std::string& utf8) {
     return CString(utf8.c_str());

@@ -49,9 +49,9 @@ struct CResultadoDEM {
 ///
 /// Samples stand in the middle of the file's cells; cells need not be square. Heights are value x scale + offset as the
 /// header has them. Voids are: the void value, whatever a mask of the file hides, what isn't finite, and the heights at
-/// or below the grid's null level, which is CDEM's usual -9989, or below everything for a grid that really goes deeper.
-/// Rasters with the south or the east first are turned round; rotated ones are resampled to north up. Resampling is
-/// bilinear between valid heights; a cell whose nearest sample is void stays void.
+/// or below the grid's null level, which is CDEM::kNuloHabitual, or below everything for a grid that really goes
+/// deeper. Rasters with the south or the east first are turned round; rotated ones are resampled to north up.
+/// Resampling is bilinear between valid heights; a cell whose nearest sample is void stays void.
 ///
 /// A value far away from all others, repeated, that the header doesn't declare is told as a warning.
 /// @param fichero    path

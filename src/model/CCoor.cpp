@@ -1,3 +1,5 @@
+// Lengths, angles and rotations of coordinates, without overflow for any finite ones.
+
 #include "model/CCoor.h"
 
 #include <algorithm>

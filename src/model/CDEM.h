@@ -61,7 +61,10 @@ class LUMBRA_API CDEM : public CObjetoFichero {
         std::uint32_t m_nPuntos[4] = {0, 0, 0, 0};
     };
 
-    /// An empty regular grid: no samples, cells of 1 x 1, a null level of -9989.
+    /// The null level that grids have unless another is set.
+    static constexpr double kNuloHabitual = -9989.0;
+
+    /// An empty regular grid: no samples, cells of 1 x 1, the usual null level.
     CDEM();
     /// A regular grid of void samples.
     /// @param celdaX, celdaY  terrain units, finite and above 0 (anything else becomes 1)
@@ -142,8 +145,7 @@ class LUMBRA_API CDEM : public CObjetoFichero {
     /// The sample is inside the matrix and valid. In cell-list form `fila` is the point's index.
     bool EsValido(unsigned fila, unsigned columna) const;
     /// The four corners of the square whose south-west sample is (fila, columna) are valid.
-    /// @param paso  side of the square, in samples. In cell-list form `fila` is the cell's index and the rest isn't
-    /// read
+    /// @param paso  side of the square, in samples. In cell-list form `fila` is the cell's index, the rest isn't read
     bool EsCeldaValida(unsigned fila, unsigned columna, unsigned paso) const;
 
     /// The surface's height at a fraction of a cell.
@@ -206,7 +208,7 @@ class LUMBRA_API CDEM : public CObjetoFichero {
                                      bool bSuavizado) const;
 
     CMatriz<float> m_Matriz, m_VectorX, m_VectorY, m_VectorZ;
-    double m_dNulo = -9989.0;
+    double m_dNulo = kNuloHabitual;
     double m_dCeldaX = 1.0, m_dCeldaY = 1.0;
     double m_dOeste = 0.0, m_dSur = 0.0;
     bool m_bSuavizado = false, m_bListaCeldas = false;

@@ -37,7 +37,7 @@ enum CTipoFicheroDibujo : std::uint16_t {
 /// Operations on areas look at the closed lines that are not erased, in plan. Where closed lines lie inside one
 /// another, they bound rings: what an even number of them surround is outside.
 /// @thread any number of readers, or one writer
-template <typename T>
+template <class T>
 class LUMBRA_API CDibujo : public CObjetoFichero {
   public:
     explicit CDibujo(const CDataSemilla& semilla = CDataSemilla());

@@ -1,3 +1,5 @@
+// The table of styles: rows in the order given, found by code through a sorted index, or by pattern.
+
 #include "model/CDigiTab.h"
 
 #include <algorithm>

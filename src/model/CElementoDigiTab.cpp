@@ -1,3 +1,5 @@
+// A row of the table of styles.
+
 #include "model/CElementoDigiTab.h"
 
 namespace Vertiz {

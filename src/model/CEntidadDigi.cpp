@@ -1,3 +1,5 @@
+// What all entities do with their points, attributes and box.
+
 #include "model/CEntidadDigi.h"
 
 #include "model/BorraIndices.h"

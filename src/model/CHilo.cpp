@@ -1,3 +1,5 @@
+// The worker's thread, over the platform's.
+
 #include "model/CHilo.h"
 
 #include "platform/Hilos.h"

@@ -36,8 +36,8 @@ class LUMBRA_API CHilo {
     unsigned GetIndice() const { return m_nIndice; }
 
   protected:
-    /// Starts the thread with the derived worker's Run at normal priority. @return false when one runs or none could be
-    /// made
+    /// Starts the thread with the derived worker's Run at normal priority.
+    /// @return false when one runs or none could be made
     template <class Trabajador>
     bool Arranca(Trabajador* trabajador) {
         return Arranca(

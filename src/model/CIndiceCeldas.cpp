@@ -1,3 +1,5 @@
+// The index of a cell list: a lattice of squares, and for each the cells that touch it, in one array.
+
 #include "model/CIndiceCeldas.h"
 
 #include <algorithm>

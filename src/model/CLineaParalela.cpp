@@ -43,16 +43,16 @@ int Esquina(int esquina) {
 // The curve at a distance to the left, to the right below 0. An offset curve is cut open where a ring closes, so a ring
 // is grown or shrunk as the border of its area.
 geos::Geometria Curva(const CLinea<double>& eje, double aIzquierda, int esquina, double limite) {
-    constexpr int pasosPorCuadrante = 16;
+    constexpr int kPasosPorCuadrante = 16;
     const bool bAnillo = eje.EsCerrada() && eje.Superficie() != 0.0;
     const geos::Geometria origen = bAnillo ? geos::DePoligono(eje) : geos::DeLinea(eje);
     if (!origen) return nullptr;
     if (!bAnillo) {
         return geos::Geometria(
-            GEOSOffsetCurve_r(geos::Contexto(), origen.get(), aIzquierda, pasosPorCuadrante, esquina, limite));
+            GEOSOffsetCurve_r(geos::Contexto(), origen.get(), aIzquierda, kPasosPorCuadrante, esquina, limite));
     }
     const double haciaFuera = eje.Superficie() > 0.0 ? -aIzquierda : aIzquierda;
-    return geos::Geometria(GEOSBufferWithStyle_r(geos::Contexto(), origen.get(), haciaFuera, pasosPorCuadrante,
+    return geos::Geometria(GEOSBufferWithStyle_r(geos::Contexto(), origen.get(), haciaFuera, kPasosPorCuadrante,
                                                  GEOSBUF_CAP_ROUND, esquina, limite));
 }
 

@@ -16,7 +16,7 @@ namespace Vertiz {
 
 namespace {
 
-/// Memory for n elements. Zeroed pages come from the system as they are touched, so a large empty matrix costs nothing.
+// Memory for n elements. Zeroed pages come from the system as they are touched, so a large empty matrix costs nothing.
 template <class T>
 T* Elementos(std::uint64_t n, bool limpiar) {
     void* p = limpiar ? std::calloc(n, sizeof(T)) : std::malloc(n * sizeof(T));
@@ -24,7 +24,7 @@ T* Elementos(std::uint64_t n, bool limpiar) {
     return static_cast<T*>(p);
 }
 
-/// A side after n more, never below 1.
+// A side after n more, never below 1.
 std::int64_t Crecido(unsigned lado, int n) {
     return std::max<std::int64_t>(1, std::int64_t(lado) + n);
 }
@@ -87,7 +87,7 @@ CMatriz<T> CMatriz<T>::EnFichero(unsigned filas, unsigned columnas) {
     return m;
 }
 
-/// A matrix of zeros of another size in the same kind of storage.
+// A matrix of zeros of another size in the same kind of storage.
 template <class T>
 CMatriz<T> CMatriz<T>::Nueva(std::uint64_t filas, std::uint64_t columnas) const {
     constexpr std::uint64_t kMaximo = std::numeric_limits<std::uint32_t>::max();
@@ -159,7 +159,7 @@ void CMatriz<T>::Intercambia(CMatriz& otra) noexcept {
     std::swap(m_pFichero, otra.m_pFichero);
 }
 
-/// Copies the elements that both matrices have.
+// Copies the elements that both matrices have.
 template <class T>
 void CMatriz<T>::CopiaComun(const CMatriz& otra) {
     const unsigned filas = std::min(m_nFilas, otra.m_nFilas);
@@ -185,7 +185,7 @@ void CMatriz<T>::Crece(std::int64_t filas, std::int64_t columnas) {
     Intercambia(mayor);
 }
 
-/// Memory for the present size. When it throws, the matrix is a freed one.
+// Memory for the present size. When it throws, the matrix is a freed one.
 template <class T>
 void CMatriz<T>::Reserva(bool unBloque, bool limpiar) {
     const std::uint64_t filas = std::exchange(m_nFilas, 0), columnas = std::exchange(m_nColumnas, 0);
@@ -210,7 +210,7 @@ void CMatriz<T>::Reserva(bool unBloque, bool limpiar) {
     m_nColumnas = std::uint32_t(columnas);
 }
 
-/// A temporary file for the present size. Without one the matrix is left without storage.
+// A temporary file for the present size. Without one the matrix is left without storage.
 template <class T>
 void CMatriz<T>::ReservaFichero(bool limpiar) {
     const std::uint64_t filas = std::exchange(m_nFilas, 0), columnas = std::exchange(m_nColumnas, 0);

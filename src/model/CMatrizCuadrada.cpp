@@ -34,7 +34,7 @@ bool Entrega(const Densa& d, CMatrizCuadrada& m) {
     return true;
 }
 
-/// Powers of two that bring the greatest element of each row to about 1; false when a row is all zeros.
+// Powers of two that bring the greatest element of each row to about 1; false when a row is all zeros.
 bool Escalas(const Densa& d, Eigen::VectorXd& escalas) {
     const Eigen::VectorXd mayores = d.cwiseAbs().rowwise().maxCoeff();
     if ((mayores.array() == 0.0).any()) return false;

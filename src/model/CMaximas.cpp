@@ -1,3 +1,5 @@
+// What boxes do that is no matter of a few comparisons.
+
 #include "model/CMaximas.h"
 
 #include <numeric>

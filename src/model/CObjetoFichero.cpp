@@ -1,3 +1,5 @@
+// What all models in files share.
+
 #include "model/CObjetoFichero.h"
 
 #include <utility>

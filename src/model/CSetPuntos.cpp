@@ -1,3 +1,5 @@
+// The cloud: points, and beside them what a flight tells of each.
+
 #include "model/CSetPuntos.h"
 
 #include "model/BorraIndices.h"

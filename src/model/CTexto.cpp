@@ -1,3 +1,5 @@
+// The text, and the box that it takes up.
+
 #include "model/CTexto.h"
 
 #include <array>

@@ -1,3 +1,5 @@
+// Kind and code of an entity, and the patterns of codes.
+
 #include "model/CTipoDat.h"
 
 namespace Vertiz {

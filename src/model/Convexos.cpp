@@ -64,7 +64,7 @@ struct CCierraTeselador {
     void operator()(GLUtesselator* t) const { gluDeleteTess(t); }
 };
 
-template <typename F>
+template <class F>
 void Avisa(GLUtesselator* t, GLenum suceso, F* funcion) {
     gluTessCallback(t, suceso, reinterpret_cast<_GLUfuncptr>(funcion));
 }
@@ -107,7 +107,7 @@ void UnificaEsquinas(CTrabajo& trabajo) {
     }
 }
 
-/// The triangles as a net of half edges, three to a triangle, in which an edge can be taken away.
+// The triangles as a net of half edges, three to a triangle, in which an edge can be taken away.
 class CMalla {
   public:
     explicit CMalla(CTrabajo& trabajo) : m_Esquinas(trabajo.esquinas), m_Origen(trabajo.triangulos) {

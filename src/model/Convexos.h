@@ -1,5 +1,5 @@
 #pragma once
-// Cutting areas into convex pieces; the geometry behind CDibujo::GeneraConvexos.
+// Internal. Cutting areas into convex pieces; the geometry behind CDibujo::GeneraConvexos.
 
 #include <optional>
 #include <vector>

@@ -14,8 +14,8 @@
 namespace Vertiz {
 namespace {
 
-/// Whether a closed line lies in another, which it doesn't cross. One point that isn't on the border tells.
-template <typename T>
+// Whether a closed line lies in another, which it doesn't cross. One point that isn't on the border tells.
+template <class T>
 bool EstaEn(const CLinea<T>& linea, const CLinea<T>& otra) {
     if (!otra.Dentro(linea.GetMaximas(), 0)) return false;
     for (const CCoor3D<T>& p : linea.Puntos()) {
@@ -28,7 +28,7 @@ bool EstaEn(const CLinea<T>& linea, const CLinea<T>& otra) {
 
 }  // namespace
 
-template <typename T>
+template <class T>
 CTipoDentro CDibujo<T>::EstaDentro(const CCoor3D<T>& punto, bool conCota) const {
     bool dentro = false;
     for (unsigned i = 0; i < Cantidad(); i++) {
@@ -40,7 +40,7 @@ CTipoDentro CDibujo<T>::EstaDentro(const CCoor3D<T>& punto, bool conCota) const 
     return dentro ? TD_DENTRO : TD_FUERA;
 }
 
-template <typename T>
+template <class T>
 unsigned CDibujo<T>::BorraIslas(CDibujo* islas) {
     struct CRecinto {
         unsigned lugar;
@@ -75,7 +75,7 @@ unsigned CDibujo<T>::BorraIslas(CDibujo* islas) {
     return cantidad;
 }
 
-template <typename T>
+template <class T>
 int CDibujo<T>::GeneraConvexos() {
     std::vector<std::vector<geometria::CEsquina>> contornos;
     std::vector<bool> sobran(m_Entidades.size());

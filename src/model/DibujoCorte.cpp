@@ -21,7 +21,7 @@ bool EsFinito(const CCoor3D<double>& p) {
     return std::isfinite(p.x) && std::isfinite(p.y);
 }
 
-/// The closed line that cuts, in real coordinates.
+// The closed line that cuts, in real coordinates.
 class CLimite {
   public:
     explicit CLimite(CPuntos anillo) : m_Anillo(std::move(anillo)) {
@@ -34,8 +34,8 @@ class CLimite {
                std::all_of(m_Anillo.begin(), m_Anillo.end(), EsFinito);
     }
 
-    /// Cuts a segment. @param paso  told each part in its order: from where to where, 0 to 1, and whether it is inside
-    template <typename F>
+    // Cuts a segment. @param paso  told each part in its order: from where to where, 0 to 1, and whether it is inside
+    template <class F>
     void Parte(const CCoor3D<double>& a, const CCoor3D<double>& b, F paso) const {
         CMaximas<double> caja({a.x, a.y, 0}, {b.x, b.y, 0});
         if (!caja.InterMax(m_Caja, 0)) {
@@ -80,7 +80,7 @@ CCoor3D<double> En(const CCoor3D<double>& a, const CCoor3D<double>& b, double t)
     return t >= 1 ? b : a + (b - a) * t;
 }
 
-/// The pieces of a line inside or outside.
+// The pieces of a line inside or outside.
 std::vector<CPuntos> Corta(const CPuntos& linea, const CLimite& limite, bool dentro) {
     std::vector<CPuntos> trozos;
     bool abierto = false;  // the last piece goes on
@@ -113,14 +113,14 @@ std::vector<CPuntos> Corta(const CPuntos& linea, const CLimite& limite, bool den
     return trozos;
 }
 
-template <typename T>
+template <class T>
 void InsertaTrozo(CDibujo<T>& salida, const CEntidadDigi<T>& original, CLinea<T> trozo) {
     for (const CAtrDigi& a : original.Atributos())
         trozo.InsertaAtr(a);
     salida.Inserta(trozo);
 }
 
-template <typename T>
+template <class T>
 void CortaArea(const CLinea<T>& linea, const GEOSGeometry* limite, bool dentro, CDibujo<T>& salida) {
     const geos::Geometria area = geos::DePoligono(linea);
     if (!area || !limite) return;
@@ -134,7 +134,7 @@ void CortaArea(const CLinea<T>& linea, const GEOSGeometry* limite, bool dentro, 
 
 }  // namespace
 
-template <typename T>
+template <class T>
 int CDibujo<T>::CortaConLimite(const CDibujo& entrada, const CLinea<T>& limite, CDibujo& salida, int dentro,
                                int abiertas, IPorcentaje* porcentaje) {
     salida.Clear();

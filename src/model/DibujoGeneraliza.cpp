@@ -90,7 +90,7 @@ bool EsSimple(const CPuntos& puntos) {
     return g && GEOSisSimple_r(geos::Contexto(), g.get()) == 1;
 }
 
-/// Thins a line as far as it can be without coming to cross itself.
+// Thins a line as far as it can be without coming to cross itself.
 CPuntos AdelgazaSinCruces(const CPuntos& puntos, bool cerrada, CLimites limites) {
     constexpr int kIntentos = 5;
     for (int i = 0; i < kIntentos; i++) {
@@ -105,7 +105,7 @@ CPuntos AdelgazaSinCruces(const CPuntos& puntos, bool cerrada, CLimites limites)
 
 }  // namespace
 
-template <typename T>
+template <class T>
 int CDibujo<T>::Generaliza(const CDataGeneralizacion& data, CNivelMensajes nivel, IPorcentaje* porcentaje) {
     const CLimites limites{data.m_fTolerancia, data.m_fToleranciaZ};
     std::vector<bool> sobran(m_Entidades.size());

@@ -1,5 +1,5 @@
 #pragma once
-// What the source files of CDibujo share.
+// Internal. What the source files of CDibujo share.
 
 #include "model/CDibujo.h"
 
@@ -13,18 +13,18 @@
 namespace Vertiz {
 
 /// A polyline that is there: the only kind that areas and joining look at.
-template <typename T>
+template <class T>
 bool EsLinea(const CEntidadDigi<T>& e) {
     return e.GetTipoEntidad() == CTipoEntidad::Linea && !e.EsBorrado();
 }
 
 /// Points nearer than this in plan, stored units, are the same point: integers only when equal.
-template <typename T>
+template <class T>
 inline constexpr double kResolucion = std::is_integral_v<T> ? 0.25 : 0.01;
 
 /// The places where lines end, rounded to the resolution, with the line that last ended there. What it says is checked
 /// against the line each time, so that lines may change behind its back.
-template <typename T>
+template <class T>
 struct CDibujo<T>::CExtremos {
     static std::pair<std::int64_t, std::int64_t> Clave(const CCoor3D<T>& p) {
         if constexpr (std::is_integral_v<T>) {
@@ -55,7 +55,7 @@ class CVisibilidad {
     bool AlgoOculto() const { return m_pDigi || m_bPuntosOcultos; }
     bool PuntosOcultos() const { return m_bPuntosOcultos; }
     bool Ve(const CTipoDat& tipo) const;
-    template <typename T>
+    template <class T>
     bool VePunto(const CCoor3D<T>& p) const {
         const auto palabra = std::uint32_t(p.GetTipoCompleto());
         return !m_ClaseOculta[palabra >> 24] && !m_EcoOculto[palabra >> 16 & 63];

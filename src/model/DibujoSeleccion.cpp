@@ -16,7 +16,7 @@ bool Oculta(const CDigiTab& tabla, const CString& codigo) {
     return fila && !fila->EsVisible();
 }
 
-template <typename T>
+template <class T>
 double Cantidad(const CEntidadDigi<T>& e, int criterio, int registro) {
     if (criterio == 3) return e.DameRegistro(short(registro));
     if (e.GetTipoEntidad() != CTipoEntidad::Linea) return 0;
@@ -33,8 +33,8 @@ std::size_t FinDeEntidad(const std::vector<CPosicionEntidad>& posiciones, std::s
     return i;
 }
 
-/// Takes the points at these indices, ascending, out of a set and into a new erased one.
-template <typename T>
+// Takes the points at these indices, ascending, out of a set and into a new erased one.
+template <class T>
 std::unique_ptr<CSetPuntos<T>> ApartaPuntos(CSetPuntos<T>& set, const std::vector<int>& indices) {
     auto apartado = std::make_unique<CSetPuntos<T>>(set.GetCodigo());
     for (const CAtrDigi& a : set.Atributos())
@@ -75,7 +75,7 @@ bool CVisibilidad::Ve(const CTipoDat& tipo) const {
     return !fila || fila->EsVisible();
 }
 
-template <typename T>
+template <class T>
 void CDibujo<T>::Sort(int criterio, int ascendente, int registro) {
     std::vector<unsigned> orden(m_Entidades.size());
     std::iota(orden.begin(), orden.end(), 0U);
@@ -99,7 +99,7 @@ void CDibujo<T>::Sort(int criterio, int ascendente, int registro) {
     m_pExtremos.reset();
 }
 
-template <typename T>
+template <class T>
 void CDibujo<T>::InvierteSeleccion(const std::vector<CPosicionEntidad>& seleccion, std::vector<CPosicionEntidad>& nueva,
                                    const CDigiTab* digi, const CDigiTab* lidar, const CDigiTab* eco) const {
     const CVisibilidad visibilidad(digi, lidar, eco);
@@ -127,7 +127,7 @@ void CDibujo<T>::InvierteSeleccion(const std::vector<CPosicionEntidad>& seleccio
     nueva = std::move(inversa);
 }
 
-template <typename T>
+template <class T>
 void CDibujo<T>::MarcaBorrado(const std::vector<CPosicionEntidad>& posiciones) {
     std::vector<CPosicionEntidad> orden(posiciones);
     std::sort(orden.begin(), orden.end());

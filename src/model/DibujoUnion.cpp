@@ -15,7 +15,7 @@ namespace {
 // Farther out, coordinates are no terrain and squares of the search could no longer be counted.
 constexpr double kMasLejos = 1e12;
 
-template <typename T>
+template <class T>
 bool EsUnible(const CEntidadDigi<T>& e) {
     if (!EsLinea(e) || e.NPuntos() < 2 || e.EsCerrada()) return false;
     const auto alcanza = [](const CCoor3D<T>& p) {
@@ -24,19 +24,19 @@ bool EsUnible(const CEntidadDigi<T>& e) {
     return alcanza(e.Puntos().front()) && alcanza(e.Puntos().back());
 }
 
-template <typename T>
+template <class T>
 bool Coinciden(const CCoor3D<T>& a, const CCoor3D<T>& b) {
     return a.Distancia2(b, 0) <= kResolucion<T> * kResolucion<T>;
 }
 
-template <typename T>
+template <class T>
 geometria::CTramo ATramo(const CEntidadDigi<T>& e, unsigned grupo) {
     const auto puntos = e.Puntos();
     return {{puntos.front(), puntos.back()}, {puntos[1], puntos[puntos.size() - 2]}, grupo};
 }
 
-/// All points of a chain in one line, which has the header of its earliest part.
-template <typename T>
+// All points of a chain in one line, which has the header of its earliest part.
+template <class T>
 std::unique_ptr<CLinea<T>> Funde(const geometria::CCadena& cadena, const std::vector<const CLinea<T>*>& partes,
                                  unsigned primera, bool cierra, bool quitaDobles) {
     auto linea = std::make_unique<CLinea<T>>(*partes[primera]);
@@ -58,7 +58,7 @@ std::unique_ptr<CLinea<T>> Funde(const geometria::CCadena& cadena, const std::ve
 
 }  // namespace
 
-template <typename T>
+template <class T>
 unsigned CDibujo<T>::JuntaAntesDeInsertar(const CLinea<T>& linea) {
     if (!EsUnible(linea)) return Inserta(linea);
     if (!m_pExtremos) {
@@ -101,7 +101,7 @@ unsigned CDibujo<T>::JuntaAntesDeInsertar(const CLinea<T>& linea) {
     return i;
 }
 
-template <typename T>
+template <class T>
 int CDibujo<T>::Junta(double distancia, double cota, int mismoCodigo, int invierte, int cierra, int respetaNudos,
                       int comparaCotas, int quitaDobles) {
     std::vector<const CLinea<T>*> lineas;

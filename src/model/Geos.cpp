@@ -1,3 +1,5 @@
+// GEOS: the context of each thread, and the ways of lines to its geometries and back.
+
 #include "model/Geos.h"
 
 #include <cmath>

@@ -1,3 +1,5 @@
+// How an operation finds the progress interface of the application.
+
 #include "model/IPorcentaje.h"
 
 #include "platform/CWinApp.h"

@@ -1,3 +1,5 @@
+// The patch of a cell, and the first root of its polynomial along a ray, by subdivision.
+
 #include "model/Parche.h"
 
 #include <algorithm>
@@ -8,24 +10,24 @@ namespace Vertiz {
 
 namespace {
 
-/// Exact at both ends, and at equal ones.
+// Exact at both ends, and at equal ones.
 double Mezcla(double a, double b, double t) {
     return a == b ? a : a * (1.0 - t) + b * t;
 }
 
-/// A polynomial by its Bernstein coefficients.
+// A polynomial by its Bernstein coefficients.
 struct Bernstein {
     int m_nGrado = 0;
     std::array<double, 7> m_Coeficientes{};
 
-    /// A curve has no more roots than its coefficients have changes of sign.
+    // A curve has no more roots than its coefficients have changes of sign.
     bool PuedeTenerRaiz() const {
         const auto fin = m_Coeficientes.begin() + m_nGrado + 1;
         const auto [menor, mayor] = std::minmax_element(m_Coeficientes.begin(), fin);
         return *menor <= 0.0 && *mayor >= 0.0;
     }
 
-    /// The halves before and after the middle.
+    // The halves before and after the middle.
     std::pair<Bernstein, Bernstein> Parte() const {
         Bernstein antes{m_nGrado, {}}, despues = *this;
         for (int i = 0; i <= m_nGrado; ++i) {
@@ -37,7 +39,7 @@ struct Bernstein {
     }
 };
 
-/// The first root from 0 to 1. Halving 50 times leaves less than doubles can tell apart.
+// The first root from 0 to 1. Halving 50 times leaves less than doubles can tell apart.
 std::optional<double> PrimeraRaiz(const Bernstein& p, double inicio, double largo, int nivel) {
     if (!p.PuedeTenerRaiz()) return std::nullopt;
     if (p.m_Coeficientes[0] == 0.0) return inicio;
@@ -48,7 +50,7 @@ std::optional<double> PrimeraRaiz(const Bernstein& p, double inicio, double larg
     return PrimeraRaiz(despues, inicio + largo, largo, nivel + 1);
 }
 
-/// Combinations of n things taken k at a time, for n up to 6.
+// Combinations of n things taken k at a time, for n up to 6.
 double Combinaciones(int n, int k) {
     double c = 1.0;
     for (int i = 1; i <= k; ++i)
@@ -77,7 +79,7 @@ Parche::Parche(const std::array<EsquinaParche, 4>& esquinas, bool bSuave) : m_nG
     }
 }
 
-/// The polar form of a curve at `inicio`, and `finales` times at `fin`: a control point of its part between the two.
+// The polar form of a curve at `inicio`, and `finales` times at `fin`: a control point of its part between the two.
 double Parche::Flor(Puntos puntos, double inicio, double fin, int finales) const {
     for (int paso = m_nGrado; paso > 0; --paso)
         for (int i = 0; i < paso; ++i)

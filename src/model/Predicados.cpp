@@ -1,3 +1,5 @@
+// Predicates decided in doubles where their error allows it, and otherwise by exact sums.
+
 #include "model/Predicados.h"
 
 #include <algorithm>

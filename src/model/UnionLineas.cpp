@@ -19,7 +19,7 @@ unsigned Otro(unsigned extremo) {
     return extremo ^ 1;
 }
 
-/// Numbers the places where ends meet.
+// Numbers the places where ends meet.
 class CBuscaNudos {
   public:
     CBuscaNudos(std::span<const CTramo> tramos, const CReglasUnion& reglas)
@@ -135,8 +135,8 @@ class CEncadenador {
     static unsigned Salida(const CEslabon& e) { return Otro(Entrada(e)); }
     unsigned Grado(unsigned nudo) const { return m_Inicio[nudo + 1] - m_Inicio[nudo]; }
 
-    /// Lengthens the path at its end as far as it goes. m_Posicion[n] is how many lines the path has before it passes
-    /// node n.
+    // Lengthens the path at its end as far as it goes. m_Posicion[n] is how many lines the path has before it passes
+    // node n.
     void Avanza(bool contraSentido) {
         for (unsigned i = 0; i < m_Camino.size(); i++)
             m_Posicion[m_Nudo[Entrada(m_Camino[i])]] = i;
@@ -159,7 +159,7 @@ class CEncadenador {
             m_Posicion[m_Nudo[Entrada(e)]] = m_Posicion[m_Nudo[Salida(e)]] = kNinguno;
     }
 
-    /// The path from its line `desde` on is a loop: it becomes a chain of its own.
+    // The path from its line `desde` on is a loop: it becomes a chain of its own.
     void ApartaLazo(unsigned desde) {
         const auto lazo = m_Camino.begin() + desde;
         for (auto e = lazo; e != m_Camino.end(); ++e)
@@ -175,7 +175,7 @@ class CEncadenador {
             e.volteado = !e.volteado;
     }
 
-    /// Of the free ends where one has come to, the one that goes on straightest.
+    // Of the free ends where one has come to, the one that goes on straightest.
     unsigned MasRecto(unsigned llegada, bool contraSentido) const {
         const unsigned nudo = m_Nudo[llegada];
         unsigned mejor = kNinguno;

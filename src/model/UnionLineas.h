@@ -1,5 +1,5 @@
 #pragma once
-// Which lines follow one another end to end; the search behind CDibujo::Junta.
+// Internal. Which lines follow one another end to end; the search behind CDibujo::Junta.
 
 #include "model/CCoor.h"
 

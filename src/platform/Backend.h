@@ -1,7 +1,7 @@
 #pragma once
-// The one interface between the platform's classes and the ways of getting windows and rendering contexts. Each way is
-// a `Backend`, in a folder of its own; a table lists them in the order in which they are tried, and the first one that
-// can be connected serves the whole process. Only the files of this folder include this.
+// Internal. The one interface between the platform's classes and the ways of getting windows and rendering contexts.
+// Each way is a `Backend`, in a folder of its own; a table lists them in the order in which they are tried, and the
+// first one that can be connected serves the whole process. Only the files of this folder include this.
 //
 // A backend holds no state of the classes above it: it makes native objects, which are freed by their destructors, and
 // reports events as plain values. Every function that can fail gives its reason as a sentence.

@@ -13,7 +13,7 @@ class LUMBRA_API CCriticalSection : public CSyncObject {
     BOOL Unlock() override;
 
   private:
-    std::recursive_mutex m_mutex;
+    std::recursive_mutex m_Cerrojo;
 };
 
 /// Holds an object locked, at the latest until the end of the scope.
@@ -29,9 +29,9 @@ class LUMBRA_API CSingleLock {
     BOOL Lock(DWORD milisegundos = INFINITE);
     /// @return FALSE when this guard doesn't hold it
     BOOL Unlock();
-    BOOL IsLocked() const { return m_tomado; }
+    BOOL IsLocked() const { return m_bTomado; }
 
   private:
-    CSyncObject* m_objeto;
-    bool m_tomado = false;
+    CSyncObject* m_pObjeto;
+    bool m_bTomado = false;
 };

@@ -48,8 +48,7 @@ class LUMBRA_API CDC {
 
     /// Selects a bitmap into a memory device context.
     /// @return the bitmap selected before (never null on success); null when this isn't a memory device context, when
-    /// the
-    ///         bitmap is empty or selected elsewhere, or when a pixel format is set and the sizes differ
+    ///         the bitmap is empty or selected elsewhere, or when a pixel format is set and the sizes differ
     CBitmap* SelectObject(CBitmap* bitmap);
 
     /// @return the bitmap selected; the device context's own, of one pixel, when none was; null for a window

@@ -1,3 +1,5 @@
+// Events as objects.
+
 #include "platform/CEvent.h"
 
 CEvent::CEvent(BOOL inicial, BOOL manual) : m_hObject(CreateEventW(nullptr, manual, inicial, nullptr)) {}

@@ -1,4 +1,5 @@
 #pragma once
+// Events as objects, over those by handle in Hilos.h.
 
 #include "platform/CSyncObject.h"
 

@@ -1,3 +1,5 @@
+// Files of bytes, on the system's descriptors.
+
 #include "platform/CFile.h"
 
 #include "platform/Conversiones.h"
@@ -12,9 +14,11 @@
 #include <cerrno>
 #include <filesystem>
 
+using namespace plataforma;
+
 namespace {
 
-/// A descriptor used here, and still its owner's.
+// A descriptor used here, and still its owner's.
 class Prestado : public Descriptor {
   public:
     explicit Prestado(int fd) : Descriptor(fd) {}
@@ -26,7 +30,7 @@ int ModoSistema(UINT modo) {
     return acceso | (modo & CFile::modeCreate ? O_CREAT : 0);
 }
 
-/// The advisory lock that a share flag asks for: one that denies writing goes together with other readers of its kind.
+// The advisory lock that a share flag asks for: one that denies writing goes together with other readers of its kind.
 bool Bloquea(int fd, UINT modo) {
     const UINT reparto = modo & 0x70;
     const bool escribe = modo & (CFile::modeWrite | CFile::modeReadWrite);

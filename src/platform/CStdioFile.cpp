@@ -1,3 +1,5 @@
+// Files with a buffer, on the standard library's streams.
+
 #include "platform/CStdioFile.h"
 
 #include "platform/Conversiones.h"
@@ -10,6 +12,8 @@
 #include <cstdlib>
 #include <memory>
 
+using namespace plataforma;
+
 namespace {
 
 const char* ModoStdio(UINT modo) {
@@ -17,8 +21,6 @@ const char* ModoStdio(UINT modo) {
     if (modo & CFile::modeReadWrite) return crea ? "w+b" : "r+b";
     return modo & CFile::modeWrite ? "wb" : "rb";
 }
-
-constexpr std::string_view FIRMA_UTF8 = "\xEF\xBB\xBF";
 
 }  // namespace
 
@@ -47,7 +49,7 @@ bool CStdioFile::Close() {
     return !fichero || std::fclose(fichero) == 0 || Falla(errno);
 }
 
-/// Between reading and writing a stream wants a seek.
+// Between reading and writing a stream wants a seek.
 void CStdioFile::Cambia(Ultima ahora) {
     if (m_Ultima != ahora && m_Ultima != Ultima::Nada) fseeko(m_pStream, 0, SEEK_CUR);
     m_Ultima = ahora;
@@ -120,7 +122,7 @@ BOOL CStdioFile::ReadString(CString& linea) {
     const std::unique_ptr<char, decltype(&std::free)> dueno(leido, &std::free);
     if (n < 0 && std::ferror(m_pStream)) Falla(errno);
     std::string_view bytes(leido, n < 0 ? 0 : static_cast<size_t>(n));
-    if (principio && bytes.starts_with(FIRMA_UTF8)) bytes.remove_prefix(FIRMA_UTF8.size());
+    if (principio && bytes.starts_with(kFirmaUtf8)) bytes.remove_prefix(kFirmaUtf8.size());
     if (bytes.ends_with('\n')) {
         bytes.remove_suffix(1);
         if (m_bTexto && bytes.ends_with('\r')) bytes.remove_suffix(1);

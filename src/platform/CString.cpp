@@ -8,13 +8,13 @@
 
 namespace {
 
-constexpr const wchar_t* BLANCOS = L" \t\n\v\f\r";
+constexpr const wchar_t* kBlancos = L" \t\n\v\f\r";
 
 size_t Cuenta(int n) {
     return static_cast<size_t>(std::max(n, 0));
 }
 
-/// A position of std::wstring as the result of a search.
+// A position of std::wstring as the result of a search.
 int Posicion(size_t i) {
     return i == std::wstring::npos ? -1 : static_cast<int>(i);
 }
@@ -107,13 +107,13 @@ CString& CString::MakeReverse() {
 }
 
 CString& CString::Trim() {
-    return Trim(BLANCOS);
+    return Trim(kBlancos);
 }
 CString& CString::TrimLeft() {
-    return TrimLeft(BLANCOS);
+    return TrimLeft(kBlancos);
 }
 CString& CString::TrimRight() {
-    return TrimRight(BLANCOS);
+    return TrimRight(kBlancos);
 }
 CString& CString::Trim(const wchar_t* conjunto) {
     return TrimRight(conjunto).TrimLeft(conjunto);

@@ -13,10 +13,10 @@ namespace {
 using Argumento = CString::Argumento;
 using Clase = Argumento::Clase;
 
-/// The most that a width or a precision can ask for: a format from outside must not eat the memory.
-constexpr int TOPE = 4096;
+// The most that a width or a precision can ask for: a format from outside must not eat the memory.
+constexpr int kTope = 4096;
 
-/// What stands between the % and its letter.
+// What stands between the % and its letter.
 struct Conversion {
     bool izquierda = false, mas = false, hueco = false, ceros = false, marca = false;
     int ancho = 0;
@@ -51,7 +51,7 @@ double Real(const Argumento& a) {
     return a.clase == Clase::Real ? a.real : static_cast<double>(ConSigno(a));
 }
 
-/// Puts sign, zeros and blanks round the digits.
+// Puts sign, zeros and blanks round the digits.
 std::wstring Rellena(const Conversion& c, std::string signo, std::string cifras, bool ceros) {
     const size_t ancho = static_cast<size_t>(c.ancho);
     const size_t largo = signo.size() + cifras.size();
@@ -102,7 +102,7 @@ std::wstring Decimal(const Conversion& c, const Argumento& a) {
                                       : letra == L'e' ? std::chars_format::scientific
                                                       : std::chars_format::general;
     // 309 digits before the point are the most that a double has.
-    char digitos[TOPE + 330];
+    char digitos[kTope + 330];
     const auto fin =
         std::to_chars(digitos, digitos + sizeof digitos, std::abs(valor), formato, c.precision < 0 ? 6 : c.precision)
             .ptr;
@@ -113,7 +113,7 @@ std::wstring Decimal(const Conversion& c, const Argumento& a) {
     return Rellena(c, Signo(c, std::signbit(valor)), cifras, c.ceros && std::isfinite(valor));
 }
 
-/// Any argument as %s writes it; a number given to it is written, where printf would read it as an address.
+// Any argument as %s writes it; a number given to it is written, where printf would read it as an address.
 std::wstring Texto(const Argumento& a) {
     switch (a.clase) {
         case Clase::Texto:
@@ -135,7 +135,7 @@ std::wstring TextoRelleno(const Conversion& c, std::wstring texto) {
     return texto;
 }
 
-/// Walks over a format and its arguments.
+// Walks over a format and its arguments.
 class Lector {
   public:
     Lector(const wchar_t* formato, std::span<const Argumento> argumentos) : m_p(formato), m_Argumentos(argumentos) {}
@@ -175,15 +175,15 @@ class Lector {
         }
     }
 
-    /// A number in the format, or from the arguments for '*'; it stays between -TOPE and TOPE.
+    // A number in the format, or from the arguments for '*'; it stays between -kTope and kTope.
     int Numero() {
         int n = 0;
         if (*m_p == L'*') {
             ++m_p;
-            n = static_cast<int>(std::clamp<std::int64_t>(ConSigno(Siguiente()), -TOPE, TOPE));
+            n = static_cast<int>(std::clamp<std::int64_t>(ConSigno(Siguiente()), -kTope, kTope));
         }
         for (; *m_p >= L'0' && *m_p <= L'9'; ++m_p)
-            n = std::min(n * 10 + static_cast<int>(*m_p - L'0'), TOPE);
+            n = std::min(n * 10 + static_cast<int>(*m_p - L'0'), kTope);
         return n;
     }
 

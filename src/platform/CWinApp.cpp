@@ -1,3 +1,5 @@
+// Which application object is the current one, and where its settings are.
+
 #include "platform/CWinApp.h"
 
 #include "platform/CLumbraApp.h"
@@ -10,6 +12,8 @@
 #include <cstdlib>
 #include <filesystem>
 #include <mutex>
+
+using namespace plataforma;
 
 namespace {
 
@@ -25,7 +29,7 @@ CString NombrePrograma() {
     return CString(std::string_view(error || nombre.empty() ? "lumbra" : nombre));
 }
 
-/// A name as one folder, whatever stands in it.
+// A name as one folder, whatever stands in it.
 CString Carpeta(CString nombre) {
     nombre.Replace(L'/', L'_');
     nombre.Replace(L'\\', L'_');
@@ -33,7 +37,7 @@ CString Carpeta(CString nombre) {
     return nombre;
 }
 
-/// Where a user's settings live (XDG Base Directory): a relative XDG_CONFIG_HOME doesn't count.
+// Where a user's settings live (XDG Base Directory): a relative XDG_CONFIG_HOME doesn't count.
 CString CarpetaAjustes() {
     const char* xdg = std::getenv("XDG_CONFIG_HOME");
     if (xdg && *xdg == '/') return CString(xdg);

@@ -48,8 +48,7 @@ class LUMBRA_API CWinApp {
     CString m_pszAppName;      ///< name of the application
     CString m_pszExeName;      ///< name of the program's file, without its extension
     CString m_pszRegistryKey;  ///< company; empty without SetRegistryKey
-    CString
-        m_pszProfileName;  ///< name of the INI file, by default "perfil.ini"; an absolute path is taken as it stands
+    CString m_pszProfileName;  ///< name of the INI file, "perfil.ini" by default; an absolute path stays as it is
 
   protected:
     /// Marks the library's own object, which gives way to any other.

@@ -17,7 +17,7 @@ Tabla<HWND, Lienzo>& Ventanas() {
 
 namespace {
 
-/// All windows that stand.
+// All windows that stand.
 struct Abiertas {
     std::mutex m_Cerrojo;
     std::vector<CWnd*> m_Ventanas;
@@ -28,7 +28,16 @@ Abiertas& LasAbiertas() {
     return a;
 }
 
-constexpr int ladoMaximo = 32767;  // of a window of X11
+// The first window that stands and fits; null when none does.
+template <class Condicion>
+CWnd* BuscaAbierta(Condicion condicion) {
+    std::lock_guard cierre(LasAbiertas().m_Cerrojo);
+    const auto& todas = LasAbiertas().m_Ventanas;
+    const auto it = std::ranges::find_if(todas, condicion);
+    return it == todas.end() ? nullptr : *it;
+}
+
+constexpr int kLadoMaximo = 32767;  // of a window of X11
 
 }  // namespace
 
@@ -53,7 +62,7 @@ BOOL CWnd::CreateEx(DWORD estiloEx, LPCWSTR clase, LPCWSTR titulo, DWORD estilo,
     if (m_hWnd) return AnotaFallo("the object has a window already.");
     CREATESTRUCT cs = {padre, rect.Width(), rect.Height(), rect.left, rect.top, estilo, estiloEx, titulo, clase};
     if (!PreCreateWindow(cs)) return AnotaFallo("PreCreateWindow refused.");
-    if (cs.cx < 1 || cs.cy < 1 || cs.cx > ladoMaximo || cs.cy > ladoMaximo)
+    if (cs.cx < 1 || cs.cy < 1 || cs.cx > kLadoMaximo || cs.cy > kLadoMaximo)
         return AnotaFallo("no window has " + std::to_string(cs.cx) + " x " + std::to_string(cs.cy) + " pixels.");
     Backend* backend = BackendActual();
     if (!backend) return FALSE;
@@ -106,14 +115,9 @@ void CWnd::Detach() {
 
 BOOL CWnd::DestroyWindow() {
     if (!m_hWnd || m_bEnvuelta) return AnotaFallo("there is no window of this object's own.");
-    auto hija = [this]() -> CWnd* {
-        std::lock_guard cierre(LasAbiertas().m_Cerrojo);
-        const auto& todas = LasAbiertas().m_Ventanas;
-        const auto it = std::find_if(todas.begin(), todas.end(), [this](const CWnd* w) { return w->m_pPadre == this; });
-        return it == todas.end() ? nullptr : *it;
-    };
-    while (CWnd* w = hija())
-        w->DestroyWindow();
+    const auto esHija = [this](const CWnd* w) { return w->m_pPadre == this; };
+    while (CWnd* hija = BuscaAbierta(esHija))
+        hija->DestroyWindow();
     OnDestroy();
     const auto lienzo = Ventanas().Saca(m_hWnd);
     if (!lienzo) return TRUE;  // OnDestroy destroyed it
@@ -143,7 +147,7 @@ BOOL CWnd::ShowWindow(int modo) {
 BOOL CWnd::MoveWindow(int x, int y, int ancho, int alto, BOOL repinta) {
     const auto lienzo = Ventanas().Busca(m_hWnd);
     if (!lienzo) return AnotaFallo("there is no window.");
-    if (ancho < 1 || alto < 1 || ancho > ladoMaximo || alto > ladoMaximo)
+    if (ancho < 1 || alto < 1 || ancho > kLadoMaximo || alto > kLadoMaximo)
         return AnotaFallo("no window has " + std::to_string(ancho) + " x " + std::to_string(alto) + " pixels.");
     lienzo->m_Ventana->Mueve({x, y, ancho, alto});
     if (lienzo->m_Ventana->Id() == 0) AvisaTamano(ancho, alto);
@@ -175,18 +179,11 @@ std::uintptr_t CWnd::VentanaNativa() const {
 }
 
 CWnd* CWnd::Busca(std::uintptr_t nativa) {
-    std::lock_guard cierre(LasAbiertas().m_Cerrojo);
-    const auto& todas = LasAbiertas().m_Ventanas;
-    const auto it =
-        std::find_if(todas.begin(), todas.end(), [&](const CWnd* w) { return w->VentanaNativa() == nativa; });
-    return it == todas.end() ? nullptr : *it;
+    return BuscaAbierta([&](const CWnd* w) { return w->VentanaNativa() == nativa; });
 }
 
 CWnd* CWnd::Busca(HWND hWnd) {
-    std::lock_guard cierre(LasAbiertas().m_Cerrojo);
-    const auto& todas = LasAbiertas().m_Ventanas;
-    const auto it = std::find_if(todas.begin(), todas.end(), [&](const CWnd* w) { return w->m_hWnd == hWnd; });
-    return it == todas.end() ? nullptr : *it;
+    return BuscaAbierta([&](const CWnd* w) { return w->m_hWnd == hWnd; });
 }
 
 int CWnd::DespachaEventos(int espera) {

@@ -83,8 +83,7 @@ class LUMBRA_API CWnd {
     /// @param clase not read
     /// @param padre null: a window of its own; must outlive this one
     /// @return FALSE when there is a window already, when a side of `rect` is below 1 or above 32767, when `OnCreate`
-    /// gives
-    ///         -1, or when the display refuses
+    ///         gives -1, or when the display refuses
     BOOL Create(LPCWSTR clase, LPCWSTR titulo, DWORD estilo, const CRect& rect, CWnd* padre = nullptr, UINT id = 0);
     /// The same with an extended style, which nothing reads.
     BOOL CreateEx(DWORD estiloEx, LPCWSTR clase, LPCWSTR titulo, DWORD estilo, const CRect& rect, CWnd* padre = nullptr,

@@ -12,14 +12,14 @@ namespace {
 
 struct Contexto;
 
-/// Contexts that see each other's lists and textures.
+// Contexts that see each other's lists and textures.
 struct Grupo {
     std::vector<Contexto*> m_Miembros;
 
     ContextoNativo* Nativo() const;
 };
 
-/// What an HGLRC stands for. `CerrojoContextos` guards its fields.
+// What an HGLRC stands for. `CerrojoContextos` guards its fields.
 struct Contexto {
     explicit Contexto(int formato) : m_nFormato(formato), m_Grupo(std::make_shared<Grupo>()) {
         m_Grupo->m_Miembros.push_back(this);
@@ -48,7 +48,7 @@ Tabla<HGLRC, Contexto>& Contextos() {
     return t;
 }
 
-/// What is current on a thread; released when the thread ends.
+// What is current on a thread; released when the thread ends.
 struct Vinculo {
     HGLRC m_hRC = nullptr;
     HDC m_hDC = nullptr;
@@ -82,7 +82,7 @@ struct Vinculo {
 
 thread_local Vinculo t_Vinculo;
 
-/// Claims context and surface for this thread and makes the native context; false with the reason noted.
+// Claims context and surface for this thread and makes the native context; false with the reason noted.
 bool Reclama(Backend& backend, Contexto& contexto, Lienzo& lienzo, std::shared_ptr<Superficie>& superficie) {
     const auto yo = std::this_thread::get_id();
     std::lock_guard cierre(CerrojoContextos());

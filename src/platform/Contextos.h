@@ -123,8 +123,7 @@ LUMBRA_API BOOL wglDeleteContext(HGLRC hrc);
 /// thread has no surface: lists can be compiled and textures filled (what workers do), drawing goes nowhere and
 /// `SwapBuffers` says FALSE.
 /// @return FALSE when a handle is unknown, when the context is current on another thread, when the formats differ, or
-/// when
-///         the native context can't be made; the former context is then current still
+///         when the native context can't be made; the former context is then current still
 LUMBRA_API BOOL wglMakeCurrent(HDC hdc, HGLRC hrc);
 
 /// @return the context current on this thread, or null. Costs no more than a read.

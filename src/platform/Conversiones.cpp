@@ -1,3 +1,5 @@
+// Texts between encodings: those of Unicode by hand, code pages by the system's iconv.
+
 #include "platform/Conversiones.h"
 
 #include <iconv.h>
@@ -8,7 +10,7 @@
 
 namespace {
 
-constexpr char32_t SIN_SENTIDO = 0xFFFD;
+constexpr char32_t kSinSentido = 0xFFFD;
 
 bool EsSustituto(char32_t c) {
     return c >= 0xD800 && c <= 0xDFFF;
@@ -16,11 +18,11 @@ bool EsSustituto(char32_t c) {
 
 char32_t Valida(wchar_t c) {
     const auto punto = static_cast<char32_t>(c);
-    return punto > 0x10FFFF || EsSustituto(punto) ? SIN_SENTIDO : punto;
+    return punto > 0x10FFFF || EsSustituto(punto) ? kSinSentido : punto;
 }
 
-/// Reads one code point from position `i` on and moves behind it; false, and behind the bytes that belong together,
-/// when they aren't well formed.
+// Reads one code point from position `i` on and moves behind it; false, and behind the bytes that belong together,
+// when they aren't well formed.
 bool SiguienteUtf8(std::string_view s, size_t& i, char32_t& punto) {
     const auto primero = static_cast<unsigned char>(s[i++]);
     punto = primero;
@@ -43,7 +45,7 @@ bool SiguienteUtf8(std::string_view s, size_t& i, char32_t& punto) {
     return true;
 }
 
-/// A converter of iconv, closed at the end.
+// A converter of iconv, closed at the end.
 class Convertidor {
   public:
     Convertidor(const std::string& a, const std::string& de) : m_cd(iconv_open(a.c_str(), de.c_str())) {}
@@ -54,7 +56,7 @@ class Convertidor {
     }
     bool Sirve() const { return m_cd != reinterpret_cast<iconv_t>(-1); }
 
-    /// Converts all bytes; at those that can't be, passes over `paso` of them and puts `falta` in their place.
+    // Converts all bytes; at those that can't be, passes over `paso` of them and puts `falta` in their place.
     std::string Convierte(std::string_view entrada, size_t paso, std::string_view falta) {
         std::string salida;
         char* p = const_cast<char*>(entrada.data());
@@ -87,7 +89,7 @@ std::string NombrePagina(unsigned pagina) {
 }
 
 // wchar_t as iconv calls it, in the machine's byte order whatever the locale.
-constexpr const char* ANCHO = "WCHAR_T";
+constexpr const char* kAncho = "WCHAR_T";
 
 std::string SoloAscii(std::wstring_view texto) {
     std::string bytes;
@@ -99,18 +101,18 @@ std::string SoloAscii(std::wstring_view texto) {
 std::wstring SoloAscii(std::string_view bytes) {
     std::wstring texto;
     for (unsigned char c : bytes)
-        texto += static_cast<wchar_t>(c < 0x80 ? c : SIN_SENTIDO);
+        texto += static_cast<wchar_t>(c < 0x80 ? c : kSinSentido);
     return texto;
 }
 
-/// Letters whose small form stands at a fixed distance, or beside the capital: even and odd, or odd and even.
+// Letters whose small form stands at a fixed distance, or beside the capital: even and odd, or odd and even.
 enum class Orden { Distancia, ParImpar, ImparPar };
 struct Alfabeto {
     char32_t primera, ultima;  // capitals; of both forms for pairs
     Orden orden;
     int distancia;
 };
-constexpr Alfabeto ALFABETOS[] = {
+constexpr Alfabeto kAlfabetos[] = {
     {0x41, 0x5A, Orden::Distancia, 32},   {0xC0, 0xD6, Orden::Distancia, 32},
     {0xD8, 0xDE, Orden::Distancia, 32},   {0x100, 0x12F, Orden::ParImpar, 1},
     {0x132, 0x137, Orden::ParImpar, 1},   {0x139, 0x148, Orden::ImparPar, 1},
@@ -159,7 +161,7 @@ std::wstring DeUtf8(std::string_view bytes) {
     for (size_t i = 0; i < bytes.size();) {
         char32_t punto = 0;
         const bool bien = SiguienteUtf8(bytes, i, punto);
-        texto += static_cast<wchar_t>(bien ? punto : SIN_SENTIDO);
+        texto += static_cast<wchar_t>(bien ? punto : kSinSentido);
     }
     return texto;
 }
@@ -194,7 +196,7 @@ std::wstring DeUtf16(std::u16string_view unidades) {
         char32_t c = unidades[i];
         if (EsSustituto(c)) {
             const bool pareja = c < 0xDC00 && i + 1 < unidades.size() && (unidades[i + 1] & 0xFC00) == 0xDC00;
-            c = pareja ? 0x10000 + ((c - 0xD800) << 10) + (unidades[++i] - 0xDC00) : SIN_SENTIDO;
+            c = pareja ? 0x10000 + ((c - 0xD800) << 10) + (unidades[++i] - 0xDC00) : kSinSentido;
         }
         texto += static_cast<wchar_t>(c);
     }
@@ -203,7 +205,7 @@ std::wstring DeUtf16(std::u16string_view unidades) {
 
 std::string APagina(std::wstring_view texto, unsigned pagina) {
     if (pagina == CP_UTF8) return AUtf8(texto);
-    Convertidor convertidor(NombrePagina(pagina), ANCHO);
+    Convertidor convertidor(NombrePagina(pagina), kAncho);
     if (!convertidor.Sirve()) return SoloAscii(texto);
     const std::string_view bytes(reinterpret_cast<const char*>(texto.data()), texto.size() * sizeof(wchar_t));
     return convertidor.Convierte(bytes, sizeof(wchar_t), "?");
@@ -211,9 +213,9 @@ std::string APagina(std::wstring_view texto, unsigned pagina) {
 
 std::wstring DePagina(std::string_view bytes, unsigned pagina) {
     if (pagina == CP_UTF8) return DeUtf8(bytes);
-    Convertidor convertidor(ANCHO, NombrePagina(pagina));
+    Convertidor convertidor(kAncho, NombrePagina(pagina));
     if (!convertidor.Sirve()) return SoloAscii(bytes);
-    const wchar_t falta = SIN_SENTIDO;
+    const wchar_t falta = kSinSentido;
     const std::string ancho =
         convertidor.Convierte(bytes, 1, std::string_view(reinterpret_cast<const char*>(&falta), sizeof falta));
     std::wstring texto(ancho.size() / sizeof(wchar_t), L'\0');
@@ -227,14 +229,14 @@ std::wstring DeBytes(std::string_view bytes) {
 
 wchar_t AMinuscula(wchar_t c) {
     const auto punto = static_cast<char32_t>(c);
-    for (const Alfabeto& a : ALFABETOS) {
+    for (const Alfabeto& a : kAlfabetos) {
         if (EsMayuscula(a, punto)) return c + a.distancia;
     }
     return c;
 }
 
 wchar_t AMayuscula(wchar_t c) {
-    for (const Alfabeto& a : ALFABETOS) {
+    for (const Alfabeto& a : kAlfabetos) {
         if (EsMayuscula(a, static_cast<char32_t>(c - a.distancia))) return c - a.distancia;
     }
     return c;

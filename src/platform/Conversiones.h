@@ -17,6 +17,9 @@ enum : unsigned {
     CP_UTF8 = 65001,
 };
 
+/// What a file of UTF-8 may begin with; it is no part of the text.
+constexpr std::string_view kFirmaUtf8 = "\xEF\xBB\xBF";
+
 /// Text as UTF-8. A surrogate or a value beyond U+10FFFF is written as U+FFFD.
 LUMBRA_API std::string AUtf8(std::wstring_view texto);
 

@@ -1,8 +1,12 @@
+// Reading and writing the whole, however many calls it takes.
+
 #include "platform/Descriptor.h"
 
 #include <unistd.h>
 
 #include <cerrno>
+
+namespace plataforma {
 
 bool Descriptor::Cierra() {
     // After a close that was interrupted the descriptor is gone all the same; a second try could close another's.
@@ -32,3 +36,5 @@ bool Descriptor::Escribe(const void* datos, size_t n) const {
     }
     return true;
 }
+
+}  // namespace plataforma

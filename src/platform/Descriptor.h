@@ -1,8 +1,10 @@
 #pragma once
-// Internal: an open file of the system that closes itself, and reads and writes that always do the whole.
+// Internal. An open file of the system that closes itself, and reads and writes that always do the whole.
 
 #include <cstddef>
 #include <utility>
+
+namespace plataforma {
 
 /// Owns a file descriptor; -1 is none. A failed operation leaves its reason in `errno`.
 class Descriptor {
@@ -28,3 +30,5 @@ class Descriptor {
   private:
     int m_fd = -1;
 };
+
+}  // namespace plataforma

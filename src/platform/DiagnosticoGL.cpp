@@ -11,7 +11,7 @@ using namespace plataforma;
 
 namespace {
 
-/// Why a way doesn't serve: it failed when it was its turn, or its turn never came.
+// Why a way doesn't serve: it failed when it was its turn, or its turn never came.
 std::string Motivo(const ViaBackend& via, const std::string& sirve) {
     const auto& fallidas = ViasFallidas();
     const auto fallida =

@@ -33,9 +33,8 @@ struct CDiagnosticoGL {
     int m_nBitsEstarcido = 0;    ///< of the stencil buffer
     int m_nMaxAnidamiento = 0;   ///< how deep display lists can call each other
     int m_nMaxLuces = 0;
-    int m_nMaxPilaVista = 0;  ///< depth of the modelview stack
-    bool m_bPresentaCopiando =
-        false;  ///< pictures reach windows by copying, since the driver's swap loses the front buffer
+    int m_nMaxPilaVista = 0;           ///< depth of the modelview stack
+    bool m_bPresentaCopiando = false;  ///< windows are filled by copying: the driver's swap loses the front buffer
 };
 
 /// Looks at the contexts of this machine, trying also the ways that don't serve. Leaves current what was current.

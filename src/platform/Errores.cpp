@@ -1,3 +1,5 @@
+// Error codes, their sentences, and the system's numbers that lead to them.
+
 #include "platform/Errores.h"
 
 #include <algorithm>
@@ -12,7 +14,7 @@ struct Error {
 };
 
 // Several numbers may lead to one code; the first line of a code has its text.
-constexpr Error ERRORES[] = {
+constexpr Error kErrores[] = {
     {ERROR_SUCCESS, 0, L"no error"},
     {ERROR_FILE_NOT_FOUND, ENOENT, L"the file does not exist"},
     {ERROR_PATH_NOT_FOUND, ENOTDIR, L"the folder does not exist"},
@@ -54,8 +56,8 @@ void SetLastError(DWORD codigo) {
 }
 
 CString TextoError(DWORD codigo) {
-    const auto error = std::ranges::find(ERRORES, codigo, &Error::codigo);
-    if (error != std::end(ERRORES)) return error->texto;
+    const auto error = std::ranges::find(kErrores, codigo, &Error::codigo);
+    if (error != std::end(kErrores)) return error->texto;
     CString texto;
     texto.Format(L"error %u", codigo);
     return texto;
@@ -63,6 +65,6 @@ CString TextoError(DWORD codigo) {
 
 DWORD ErrorDeErrno(int numero) {
     if (numero == 0) return ERROR_SUCCESS;
-    const auto error = std::ranges::find(ERRORES, numero, &Error::numero);
-    return error != std::end(ERRORES) ? error->codigo : ERROR_GEN_FAILURE;
+    const auto error = std::ranges::find(kErrores, numero, &Error::numero);
+    return error != std::end(kErrores) ? error->codigo : ERROR_GEN_FAILURE;
 }

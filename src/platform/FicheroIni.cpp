@@ -1,3 +1,5 @@
+// INI files through SimpleIni, with what it lacks: encodings, comments at the end, replacing the file at once.
+
 #include "platform/FicheroIni.h"
 
 #include "platform/CFile.h"
@@ -20,17 +22,18 @@
 #define SI_NO_CONVERSION
 #include <SimpleIni.h>
 
+namespace plataforma {
+
 namespace {
 
-constexpr ULONGLONG MAXIMO = 16 << 20;
-constexpr std::string_view FIRMA_UTF8 = "\xEF\xBB\xBF";
-constexpr std::string_view FIRMA_UTF16 = "\xFF\xFE";
+constexpr ULONGLONG kBytesMaximos = 16 << 20;
+constexpr std::string_view kFirmaUtf16 = "\xFF\xFE";
 
 // SimpleIni keeps a comment with what follows it, and drops one that nothing follows. A section of our own behind the
 // last one, which is never written, holds the comments at the end of the file. No file has it: control characters
 // aren't let in.
-constexpr const char* ULTIMA = "\x01";
-constexpr std::string_view CABECERA_ULTIMA = "[\x01]";
+constexpr const char* kUltima = "\x01";
+constexpr std::string_view kCabeceraUltima = "[\x01]";
 
 struct MenorSinMayusculas {
     bool operator()(const char* a, const char* b) const { return ComparaSinMayusculas(DeUtf8(a), DeUtf8(b)) < 0; }
@@ -45,7 +48,7 @@ std::wstring SinBlancos(const wchar_t* texto) {
     return CString(texto).Trim(L" \t").Texto();
 }
 
-/// Line ends as line feeds, and no other control characters.
+// Line ends as line feeds, and no other control characters.
 std::wstring Normaliza(const std::wstring& texto) {
     std::wstring resultado;
     resultado.reserve(texto.size());
@@ -60,7 +63,7 @@ std::wstring Normaliza(const std::wstring& texto) {
     return resultado;
 }
 
-/// Without the lines that open a section's name and don't close it: SimpleIni takes what follows for the name.
+// Without the lines that open a section's name and don't close it: SimpleIni takes what follows for the name.
 std::string SinCabecerasRotas(std::string_view texto) {
     std::string resultado;
     while (!texto.empty()) {
@@ -83,7 +86,7 @@ std::wstring DeUtf16Bytes(std::string_view bytes) {
 }
 
 std::string AUtf16Bytes(const std::wstring& texto) {
-    std::string bytes(FIRMA_UTF16);
+    std::string bytes(kFirmaUtf16);
     for (char16_t c : AUtf16(texto))
         bytes.append({static_cast<char>(c & 0xFF), static_cast<char>(c >> 8)});
     return bytes;
@@ -97,12 +100,12 @@ std::wstring SinComillas(std::wstring s) {
     return EntreComillas(s) ? s.substr(1, s.size() - 2) : s;
 }
 
-/// The value as it has to stand in the file to be read back the same.
+// The value as it has to stand in the file to be read back the same.
 std::wstring ConComillas(const std::wstring& s) {
     return s == SinBlancos(s.c_str()) && !EntreComillas(s) ? s : L'"' + s + L'"';
 }
 
-/// A name that can be read back, without its blanks; empty when there is none.
+// A name that can be read back, without its blanks; empty when there is none.
 std::wstring Nombre(const wchar_t* texto, const wchar_t* prohibidos, const wchar_t* malPrincipio) {
     const std::wstring s = SinBlancos(texto);
     const bool mal = s.empty() || s.find_first_of(prohibidos) != std::wstring::npos ||
@@ -116,7 +119,7 @@ std::wstring NombreClave(const wchar_t* texto) {
     return Nombre(texto, L"=", L"[;#");
 }
 
-/// What a symbolic link leads to, so that writing doesn't put a file in the place of the link.
+// What a symbolic link leads to, so that writing doesn't put a file in the place of the link.
 std::string Destino(const std::string& ruta) {
     const std::unique_ptr<char, decltype(&std::free)> real(realpath(ruta.c_str(), nullptr), &std::free);
     return real ? std::string(real.get()) : ruta;
@@ -127,7 +130,7 @@ bool FallaSistema() {
     return false;
 }
 
-/// Puts a new file in the place of the old one, which keeps its permissions; all of it or nothing.
+// Puts a new file in the place of the old one, which keeps its permissions; all of it or nothing.
 bool Reemplaza(const std::string& ruta, const std::string& bytes) {
     static std::atomic<unsigned> cuenta = 0;
     struct stat antes {};
@@ -157,7 +160,7 @@ std::vector<std::wstring> EnOrden(Ini::TNamesDepend& nombres) {
 
 }  // namespace
 
-/// Several keys of one name are kept apart: the first one counts, and none is lost by writing another.
+// Several keys of one name are kept apart: the first one counts, and none is lost by writing another.
 struct FicheroIni::Datos {
     Datos() : ini(true, true, false) {
         ini.SetSpaces(false);
@@ -175,7 +178,7 @@ bool FicheroIni::Lee(const wchar_t* nombre) {
     if (!fichero.Open(nombre, CFile::modeRead | CFile::shareDenyNone)) {
         return GetLastError() == ERROR_FILE_NOT_FOUND && !m_Ruta.empty();
     }
-    if (fichero.GetLength() > MAXIMO) {
+    if (fichero.GetLength() > kBytesMaximos) {
         SetLastError(ERROR_FILE_TOO_LARGE);
         return false;
     }
@@ -186,18 +189,18 @@ bool FicheroIni::Lee(const wchar_t* nombre) {
 
 bool FicheroIni::Interpreta(std::string_view bytes) {
     std::wstring texto;
-    if (bytes.starts_with(FIRMA_UTF16)) {
+    if (bytes.starts_with(kFirmaUtf16)) {
         m_Codificacion = Codificacion::Utf16;
-        texto = DeUtf16Bytes(bytes.substr(FIRMA_UTF16.size()));
-    } else if (bytes.starts_with(FIRMA_UTF8)) {
+        texto = DeUtf16Bytes(bytes.substr(kFirmaUtf16.size()));
+    } else if (bytes.starts_with(kFirmaUtf8)) {
         m_Codificacion = Codificacion::Utf8ConFirma;
-        texto = DeUtf8(bytes.substr(FIRMA_UTF8.size()));
+        texto = DeUtf8(bytes.substr(kFirmaUtf8.size()));
     } else {
         m_Codificacion = EsUtf8(bytes) ? Codificacion::Utf8 : Codificacion::Ansi;
         texto = DeBytes(bytes);
     }
     m_bRetornos = texto.find(L"\r\n") != std::wstring::npos;
-    const std::string limpio = SinCabecerasRotas(AUtf8(Normaliza(texto))) + "\n" + std::string(CABECERA_ULTIMA) + "\n";
+    const std::string limpio = SinCabecerasRotas(AUtf8(Normaliza(texto))) + "\n" + std::string(kCabeceraUltima) + "\n";
     if (m_Datos->ini.LoadData(limpio.data(), limpio.size()) >= 0) return true;
     SetLastError(ERROR_NOT_ENOUGH_MEMORY);
     return false;
@@ -206,9 +209,9 @@ bool FicheroIni::Interpreta(std::string_view bytes) {
 std::string FicheroIni::Escribe() const {
     std::string utf8;
     m_Datos->ini.Save(utf8);
-    if (const size_t i = utf8.find(CABECERA_ULTIMA); i != std::string::npos) {
+    if (const size_t i = utf8.find(kCabeceraUltima); i != std::string::npos) {
         // Sections that were added since stand behind it.
-        utf8.erase(i, utf8.find_first_not_of('\n', i + CABECERA_ULTIMA.size()) - i);
+        utf8.erase(i, utf8.find_first_not_of('\n', i + kCabeceraUltima.size()) - i);
     }
     while (utf8.ends_with("\n\n"))
         utf8.pop_back();
@@ -223,11 +226,11 @@ std::string FicheroIni::Escribe() const {
         case Codificacion::Utf16:
             return AUtf16Bytes(texto);
         case Codificacion::Utf8ConFirma:
-            return std::string(FIRMA_UTF8) + AUtf8(texto);
+            return std::string(kFirmaUtf8) + AUtf8(texto);
         case Codificacion::Ansi: {
             const std::string ansi = APagina(texto, CP_ANSI);
             // What the page can't hold, or what would be read as another encoding, makes it a file in UTF-8.
-            if (!ansi.starts_with(FIRMA_UTF16) && DeBytes(ansi) == texto) return ansi;
+            if (!ansi.starts_with(kFirmaUtf16) && DeBytes(ansi) == texto) return ansi;
             break;
         }
         case Codificacion::Utf8:
@@ -279,3 +282,5 @@ void FicheroIni::Quita(const wchar_t* seccion, const wchar_t* clave) {
 void FicheroIni::QuitaSeccion(const wchar_t* seccion) {
     m_bCambiado |= m_Datos->ini.Delete(AUtf8(SinBlancos(seccion)).c_str(), nullptr);
 }
+
+}  // namespace plataforma

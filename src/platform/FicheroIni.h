@@ -1,5 +1,5 @@
 #pragma once
-// Internal: one INI file in memory, between reading it and putting the new one in its place. What such a file may hold
+// Internal. One INI file in memory, between reading it and putting the new one in its place. What such a file may hold
 // is told in Perfil.h.
 
 #include <memory>
@@ -7,6 +7,8 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+namespace plataforma {
 
 /// Names and values are wide; whether a name is there is found without regard to capitals.
 class FicheroIni {
@@ -42,3 +44,5 @@ class FicheroIni {
     bool m_bCambiado = false;
     std::unique_ptr<Datos> m_Datos;
 };
+
+}  // namespace plataforma

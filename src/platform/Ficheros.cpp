@@ -1,3 +1,5 @@
+// Files by name, and names of temporary ones.
+
 #include "platform/Ficheros.h"
 
 #include "platform/Conversiones.h"
@@ -14,9 +16,11 @@
 #include <cstdio>
 #include <cstdlib>
 
+using namespace plataforma;
+
 namespace {
 
-constexpr const wchar_t* SEPARADORES = L"/\\";
+constexpr const wchar_t* kSeparadores = L"/\\";
 
 BOOL Falla(DWORD codigo) {
     SetLastError(codigo);
@@ -31,7 +35,7 @@ bool Existe(const std::string& ruta) {
     return lstat(ruta.c_str(), &estado) == 0;
 }
 
-/// Copies all bytes from one open file to the other.
+// Copies all bytes from one open file to the other.
 bool CopiaBytes(int de, int a) {
     for (;;) {
         const ssize_t n = sendfile(a, de, nullptr, size_t{1} << 30);
@@ -44,7 +48,7 @@ bool EsElMismo(const struct stat& a, const struct stat& b) {
     return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }
 
-/// Writes a text with its null; false when it doesn't fit.
+// Writes a text with its null; false when it doesn't fit.
 bool Entrega(const std::wstring& texto, LPWSTR buffer, DWORD n) {
     if (texto.size() >= n) return false;
     std::copy_n(texto.c_str(), texto.size() + 1, buffer);
@@ -57,7 +61,7 @@ std::wstring NombreTemporal(const std::wstring& carpeta, const std::wstring& pre
     return JuntaRuta(carpeta.c_str(), nombre).Texto();
 }
 
-/// Moves where the system can't by itself: to another disk, or where it has no move that spares the target.
+// Moves where the system can't by itself: to another disk, or where it has no move that spares the target.
 BOOL MueveCopiando(LPCWSTR origen, LPCWSTR destino) {
     if (!CopyFileW(origen, destino, TRUE)) {
         return GetLastError() == ERROR_FILE_EXISTS ? Falla(ERROR_ALREADY_EXISTS) : FALSE;
@@ -79,21 +83,21 @@ std::string RutaSistema(LPCWSTR nombre) {
 CString JuntaRuta(LPCWSTR carpeta, LPCWSTR nombre) {
     const std::wstring_view c(carpeta ? carpeta : L""), n(nombre ? nombre : L"");
     if (c.empty() || n.starts_with(L'/')) return CString(n);
-    const bool separada = std::wstring_view(SEPARADORES).find(c.back()) != std::wstring_view::npos;
+    const bool separada = std::wstring_view(kSeparadores).find(c.back()) != std::wstring_view::npos;
     std::wstring ruta(c.substr(0, c.size() - (separada ? 1 : 0)));
     return ruta.append(L"/").append(n);
 }
 
 CString CarpetaRuta(LPCWSTR ruta) {
     const std::wstring r(ruta ? ruta : L"");
-    const size_t i = r.find_last_of(SEPARADORES);
+    const size_t i = r.find_last_of(kSeparadores);
     if (i == std::wstring::npos) return {};
     return r.substr(0, std::max<size_t>(i, 1));
 }
 
 CString NombreRuta(LPCWSTR ruta) {
     const std::wstring r(ruta ? ruta : L"");
-    return r.substr(r.find_last_of(SEPARADORES) + 1);  // npos + 1 is 0
+    return r.substr(r.find_last_of(kSeparadores) + 1);  // npos + 1 is 0
 }
 
 BOOL PathFileExists(LPCWSTR nombre) {

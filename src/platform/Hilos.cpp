@@ -166,14 +166,14 @@ int Amabilidad(int prioridad) {
 
 }  // namespace
 
-void hilos::PuntoDeParada() {
+void plataforma::PuntoDeParada() {
     Objeto* const hilo = propio.hilo.get();
     if (hilo != nullptr && secciones == 0 && hilo->suspensiones != 0) ParaMientrasSuspendido(*hilo);
 }
-void hilos::SeccionTomada() {
+void plataforma::SeccionTomada() {
     ++secciones;
 }
-void hilos::SeccionDejada() {
+void plataforma::SeccionDejada() {
     --secciones;
 }
 
@@ -277,7 +277,7 @@ DWORD WaitForSingleObject(HANDLE objeto, DWORD milisegundos) {
 
 DWORD WaitForMultipleObjects(DWORD cuenta, const HANDLE* asas, BOOL todos, DWORD milisegundos) {
     if (cuenta == 0 || cuenta > MAXIMUM_WAIT_OBJECTS || asas == nullptr) return WAIT_FAILED;
-    hilos::PuntoDeParada();
+    plataforma::PuntoDeParada();
     Espera espera;
     espera.todos = todos != FALSE;
     std::unique_lock guarda(LaCasa().cerrojo);
@@ -300,7 +300,7 @@ DWORD WaitForMultipleObjects(DWORD cuenta, const HANDLE* asas, BOOL todos, DWORD
     for (const ObjetoP& objeto : espera.objetos)
         std::erase(objeto->esperas, &espera);
     guarda.unlock();
-    hilos::PuntoDeParada();
+    plataforma::PuntoDeParada();
     return espera.resultado;
 }
 

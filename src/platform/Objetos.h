@@ -1,6 +1,6 @@
 #pragma once
-// The objects behind the handles: bitmaps, what device contexts draw on, device contexts. Only the files of this folder
-// include this.
+// Internal. The objects behind the handles: bitmaps, what device contexts draw on, device contexts. Only the files of
+// this folder include this.
 
 #include "platform/Backend.h"
 #include "platform/CBitmap.h"

@@ -1,7 +1,7 @@
 #pragma once
-// Where a suspended thread stops. Internal: critical sections and waits share it.
+// Internal. Where a suspended thread stops; critical sections and waits share it.
 
-namespace hilos {
+namespace plataforma {
 
 /// Stops here while the calling thread is suspended and holds no critical section.
 void PuntoDeParada();
@@ -10,4 +10,4 @@ void PuntoDeParada();
 void SeccionTomada();
 void SeccionDejada();
 
-}  // namespace hilos
+}  // namespace plataforma

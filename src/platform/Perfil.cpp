@@ -1,3 +1,5 @@
+// Settings by section and key, each call on the file as it is then.
+
 #include "platform/Perfil.h"
 
 #include "platform/FicheroIni.h"
@@ -6,13 +8,15 @@
 #include <algorithm>
 #include <mutex>
 
+using namespace plataforma;
+
 namespace {
 
 // Held from reading a file to putting the new one in its place, or one of two writes could be lost. Who only reads
 // needs no lock, since a file is always whole.
 constinit std::mutex g_Escritura;
 
-/// Names behind each other, each with its null, and one more null at the end.
+// Names behind each other, each with its null, and one more null at the end.
 DWORD EntregaNombres(const std::vector<std::wstring>& nombres, LPWSTR buffer, DWORD n) {
     std::wstring lista;
     for (const std::wstring& nombre : nombres)

@@ -20,8 +20,7 @@
 /// @param clave   null: gives the names of all keys of the section instead
 /// @param defecto taken when the key or the file isn't there; null counts as empty; blanks at its end don't count
 /// @param buffer  out: the text, cut where it doesn't fit. Names come each with a null behind it, and one more after
-/// the
-///                last.
+///                the last.
 /// @param n       characters that fit in `buffer`, the null counted
 /// @return characters written, the null not counted: `n` - 1 when the text was cut, `n` - 2 when names were
 LUMBRA_API DWORD GetPrivateProfileStringW(LPCWSTR seccion, LPCWSTR clave, LPCWSTR defecto, LPWSTR buffer, DWORD n,

@@ -54,7 +54,7 @@ const FuncionesGL& GL(const Backend& backend) {
     return funciones;
 }
 
-/// Copies the picture of a buffer of the current context into a bitmap of the same size.
+// Copies the picture of a buffer of the current context into a bitmap of the same size.
 void CopiaEnBitmap(const FuncionesGL& gl, Bitmap& bitmap, GLenum bufer) {
     gl.m_pPushAttrib(GL_PIXEL_MODE_BIT);
     gl.m_pPushClientAttrib(GL_CLIENT_PIXEL_STORE_BIT);
@@ -73,7 +73,7 @@ void CopiaEnBitmap(const FuncionesGL& gl, Bitmap& bitmap, GLenum bufer) {
     gl.m_pPopAttrib();
 }
 
-/// Copies the back buffer of the current context to its front buffer, and has it shown.
+// Copies the back buffer of the current context to its front buffer, and has it shown.
 void CopiaAlFrente(const FuncionesGL& gl, int ancho, int alto) {
     gl.m_pPushAttrib(GL_COLOR_BUFFER_BIT | GL_PIXEL_MODE_BIT | GL_SCISSOR_BIT);
     gl.m_pDisable(GL_SCISSOR_TEST);

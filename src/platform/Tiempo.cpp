@@ -1,3 +1,5 @@
+// The clock, and waiting.
+
 #include "platform/Tiempo.h"
 
 #include <time.h>

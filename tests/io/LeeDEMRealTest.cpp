@@ -3,6 +3,8 @@
 #include "io/LeeDEM.h"
 #include "support/Temporales.h"
 
+#include <gmock/gmock.h>
+
 #include <cmath>
 
 namespace {

@@ -7,6 +7,7 @@
 #include "support/Temporales.h"
 
 #include <gdal.h>
+#include <gmock/gmock.h>
 #include <ogr_srs_api.h>
 
 #include <cmath>

@@ -7,6 +7,8 @@
 #include "model/CPuntoPortula.h"
 #include "support/Temporales.h"
 
+#include <gtest/gtest.h>
+
 #include <array>
 #include <cmath>
 #include <cstdio>

@@ -4,6 +4,8 @@
 
 #include "model/CNubePuntos.h"
 
+#include <gtest/gtest.h>
+
 #include <cmath>
 #include <limits>
 #include <numbers>

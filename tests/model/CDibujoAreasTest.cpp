@@ -5,6 +5,8 @@
 #include "model/IPorcentaje.h"
 #include "model/Predicados.h"
 
+#include <gtest/gtest.h>
+
 #include <cmath>
 #include <limits>
 #include <numbers>

@@ -4,6 +4,8 @@
 #include "model/IPorcentaje.h"
 #include "support/Temporales.h"
 
+#include <gtest/gtest.h>
+
 namespace {
 
 using namespace Vertiz;
@@ -21,7 +23,7 @@ struct CProgreso : IPorcentaje {
 
 class CDibujoLectura : public testing::Test {
   protected:
-    template <typename T = int>
+    template <class T = int>
     int Lee(std::string_view contenido, CDibujo<T>& dibujo) {
         const CString ruta(carpeta.Escribe("líneas ñ.txt", contenido).c_str());
         return dibujo.Read(ruta, &progreso);

@@ -6,6 +6,8 @@
 #include "model/CSetPuntos.h"
 #include "model/CTexto.h"
 
+#include <gmock/gmock.h>
+
 #include <cmath>
 
 namespace {

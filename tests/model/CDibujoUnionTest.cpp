@@ -2,6 +2,8 @@
 
 #include "model/CDibujo.h"
 
+#include <gtest/gtest.h>
+
 #include <algorithm>
 #include <chrono>
 #include <cmath>
@@ -11,7 +13,7 @@ namespace {
 
 using namespace Vertiz;
 
-template <typename T = double>
+template <class T = double>
 CLinea<T> Tramo(T x1, T y1, T x2, T y2, const CString& codigo = L"nuevo") {
     CLinea<T> linea(codigo);
     linea << CCoor3D<T>(x1, y1, T(0)) << CCoor3D<T>(x2, y2, T(0));
@@ -22,7 +24,7 @@ int JuntaSencilla(auto& dibujo) {
     return dibujo.Junta(0, 0, 1, 1, 1, 0, 0, 1);
 }
 
-template <typename T>
+template <class T>
 double Area(const CDibujo<T>& dibujo) {
     double area = 0;
     for (unsigned i = 0; i < dibujo.Cantidad(); i++) {

@@ -2,6 +2,8 @@
 
 #include "model/CDigiTab.h"
 
+#include <gtest/gtest.h>
+
 namespace {
 
 using Vertiz::CDigiTab;

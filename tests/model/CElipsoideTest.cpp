@@ -2,6 +2,8 @@
 
 #include "model/CElipsoide.h"
 
+#include <gtest/gtest.h>
+
 #include <cmath>
 #include <limits>
 #include <set>

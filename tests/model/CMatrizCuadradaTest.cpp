@@ -16,7 +16,7 @@ namespace {
 
 constexpr double kGrado = std::numbers::pi / 180.0;
 
-/// The greatest element of a b - 1.
+// The greatest element of a b - 1.
 double Residuo(const CMatrizCuadrada& a, const CMatrizCuadrada& b) {
     const unsigned n = a.GetFilas();
     double mayor = 0.0;

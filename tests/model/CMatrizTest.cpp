@@ -5,7 +5,7 @@
 #include "model/CMatrizCuadrada.h"
 #include "support/Temporales.h"
 
-#include <gtest/gtest.h>
+#include <gmock/gmock.h>
 
 #include <limits>
 #include <new>

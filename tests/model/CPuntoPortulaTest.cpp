@@ -4,6 +4,8 @@
 
 #include "model/CElipsoide.h"
 
+#include <gmock/gmock.h>
+
 #include <cmath>
 #include <limits>
 #include <numbers>

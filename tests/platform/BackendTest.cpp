@@ -13,7 +13,7 @@
 
 namespace {
 
-/// A variable of the environment, put back at the end.
+// A variable of the environment, put back at the end.
 class Variable {
   public:
     Variable(const char* nombre, const char* valor) : m_Nombre(nombre) {

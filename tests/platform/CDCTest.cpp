@@ -166,7 +166,7 @@ TEST(CDC, LasMedidasPorPulgadaSonPosibles) {
     EXPECT_EQ(dc.GetDeviceCaps(12345), 0);
 }
 
-/// A record of palette with `n` entries, the i-th of red i.
+// A record of palette with `n` entries, the i-th of red i.
 std::vector<std::byte> Registro(WORD n) {
     std::vector<std::byte> bytes(sizeof(LOGPALETTE) + n * sizeof(PALETTEENTRY));
     auto* p = reinterpret_cast<LOGPALETTE*>(bytes.data());

@@ -24,11 +24,11 @@ class CFileTest : public testing::Test {
     CString m_nombre = Ancha(m_carpeta / "año nuevo.bin");
 };
 
-constexpr UINT CREAR = CFile::modeCreate | CFile::modeReadWrite | CFile::typeBinary;
+constexpr UINT kCrear = CFile::modeCreate | CFile::modeReadWrite | CFile::typeBinary;
 
 TEST_F(CFileTest, WritesAndReadsBackUnderANameWithLettersBeyondAsciiAndSpaces) {
     CFile f;
-    ASSERT_TRUE(f.Open(m_nombre, CREAR));
+    ASSERT_TRUE(f.Open(m_nombre, kCrear));
     EXPECT_TRUE(f.Write("0123456789", 10));
     EXPECT_EQ(f.GetLength(), 10u);
     EXPECT_EQ(f.GetPosition(), 10u);
@@ -50,7 +50,7 @@ TEST_F(CFileTest, WritesAndReadsBackUnderANameWithLettersBeyondAsciiAndSpaces) {
 TEST_F(CFileTest, ReachesBeyondFourGigabytes) {
     const ULONGLONG lejos = (ULONGLONG{5} << 30) + 3;
     CFile f;
-    ASSERT_TRUE(f.Open(m_nombre, CREAR));
+    ASSERT_TRUE(f.Open(m_nombre, kCrear));
     EXPECT_EQ(f.Seek(static_cast<LONGLONG>(lejos), CFile::begin), lejos);
     EXPECT_TRUE(f.Write("x", 1));
     EXPECT_EQ(f.GetLength(), lejos + 1);
@@ -66,7 +66,7 @@ TEST_F(CFileTest, ReachesBeyondFourGigabytes) {
     EXPECT_TRUE(f.SetLength(0));
 
     CStdioFile s;
-    ASSERT_TRUE(s.Open(m_nombre, CREAR));
+    ASSERT_TRUE(s.Open(m_nombre, kCrear));
     EXPECT_EQ(s.Seek(static_cast<LONGLONG>(lejos), CFile::begin), lejos);
     EXPECT_TRUE(s.Write("x", 1));
     EXPECT_EQ(s.GetLength(), lejos + 1);
@@ -76,9 +76,9 @@ TEST_F(CFileTest, ReachesBeyondFourGigabytes) {
 TEST_F(CFileTest, CreatingEmptiesTheFileUnlessToldNotTo) {
     m_carpeta.Escribe("año nuevo.bin", "viejo");
     CFile f;
-    ASSERT_TRUE(f.Open(m_nombre, CREAR | CFile::modeNoTruncate));
+    ASSERT_TRUE(f.Open(m_nombre, kCrear | CFile::modeNoTruncate));
     EXPECT_EQ(f.GetLength(), 5u);
-    ASSERT_TRUE(f.Open(m_nombre, CREAR));
+    ASSERT_TRUE(f.Open(m_nombre, kCrear));
     EXPECT_EQ(f.GetLength(), 0u);
 }
 
@@ -88,7 +88,7 @@ TEST_F(CFileTest, RefusesWhatIsMissingOrNoFileAndTellsWhy) {
     EXPECT_EQ(GetLastError(), ERROR_FILE_NOT_FOUND);
     EXPECT_FALSE(f.Open(Ancha(m_carpeta.Ruta()), CFile::modeRead));
     EXPECT_EQ(GetLastError(), ERROR_ACCESS_DENIED);
-    EXPECT_FALSE(f.Open(L"/proc/version/x", CREAR));
+    EXPECT_FALSE(f.Open(L"/proc/version/x", kCrear));
     EXPECT_EQ(GetLastError(), ERROR_PATH_NOT_FOUND);
     EXPECT_FALSE(f.Open(nullptr, CFile::modeRead));
     ASSERT_EQ(mkfifo((m_carpeta / "tubo").c_str(), 0600), 0);
@@ -101,7 +101,7 @@ TEST_F(CFileTest, AFailedOpenLeavesNoDescriptorBehind) {
     for (int i = 0; i < 5; ++i) {
         CFile f(Ancha(m_carpeta.Ruta()), CFile::modeRead);
         CStdioFile s(Ancha(m_carpeta.Ruta()), CFile::modeRead);
-        CFile g(m_nombre, CREAR);
+        CFile g(m_nombre, kCrear);
         g.Open(Ancha(m_carpeta.Ruta()), CFile::modeRead);
     }
     EXPECT_EQ(CuentaDescriptores(), antes);
@@ -140,7 +140,7 @@ TEST_F(CFileTest, KeepsTheFirstFailureUntilTheNextOpen) {
     EXPECT_EQ(lleno.GetError(), ERROR_DISK_FULL);
 
     CFile f;
-    ASSERT_TRUE(f.Open(m_nombre, CREAR));
+    ASSERT_TRUE(f.Open(m_nombre, kCrear));
     EXPECT_EQ(f.Seek(-1, CFile::begin), CFile::posicionMala);
     EXPECT_EQ(GetLastError(), ERROR_NEGATIVE_SEEK);
     EXPECT_NE(f.GetError(), ERROR_SUCCESS);
@@ -158,13 +158,13 @@ TEST_F(CFileTest, ABufferedWriteThatIsLostShowsAtTheLatestAtClose) {
 }
 
 TEST_F(CFileTest, ShareFlagsKeepOthersOut) {
-    CFile f(m_nombre, CREAR | CFile::shareExclusive);
+    CFile f(m_nombre, kCrear | CFile::shareExclusive);
     ASSERT_TRUE(f.IsOpen());
     CFile g;
     EXPECT_FALSE(g.Open(m_nombre, CFile::modeRead | CFile::shareDenyWrite));
     EXPECT_EQ(GetLastError(), ERROR_SHARING_VIOLATION);
     f.Write("abc", 3);
-    EXPECT_FALSE(g.Open(m_nombre, CREAR | CFile::shareExclusive));
+    EXPECT_FALSE(g.Open(m_nombre, kCrear | CFile::shareExclusive));
     EXPECT_EQ(f.GetLength(), 3u) << "emptied although in use";
     EXPECT_TRUE(g.Open(m_nombre, CFile::modeRead | CFile::shareDenyNone));
     f.Close();
@@ -174,7 +174,7 @@ TEST_F(CFileTest, ShareFlagsKeepOthersOut) {
 }
 
 TEST_F(CFileTest, ADuplicateSharesThePositionAndOutlivesItsOrigin) {
-    auto f = std::make_unique<CFile>(m_nombre, CREAR);
+    auto f = std::make_unique<CFile>(m_nombre, kCrear);
     f->Write("abc", 3);
     const std::unique_ptr<CFile> otro(f->Duplicate());
     ASSERT_TRUE(otro);
@@ -227,7 +227,7 @@ TEST_F(CFileTest, StdioReadsLinesOfEitherEndingAndEncoding) {
 
 TEST_F(CFileTest, StdioMayChangeBetweenReadingAndWriting) {
     CStdioFile s;
-    ASSERT_TRUE(s.Open(m_nombre, CREAR));
+    ASSERT_TRUE(s.Open(m_nombre, kCrear));
     EXPECT_TRUE(s.WriteString(L"año 1\naño 2\n"));
     s.SeekToBegin();
     CString linea;
@@ -243,7 +243,7 @@ TEST_F(CFileTest, StdioMayChangeBetweenReadingAndWriting) {
 
 TEST_F(CFileTest, StdioLendsItsStreamAndIsAFileToThoseWhoTakeOne) {
     CStdioFile s;
-    ASSERT_TRUE(s.Open(m_nombre, CREAR));
+    ASSERT_TRUE(s.Open(m_nombre, kCrear));
     std::fputs("abcdef", s.m_pStream);
     CFile* base = &s;
     EXPECT_EQ(base->GetLength(), 6u);

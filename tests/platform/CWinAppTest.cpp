@@ -24,7 +24,7 @@ class CAplicacion : public CWinApp, public IContador {
     int Cuenta() const override { return 7; }
 };
 
-/// A variable of the environment, put back at the end.
+// A variable of the environment, put back at the end.
 class Variable {
   public:
     Variable(const char* nombre, const char* valor) : m_nombre(nombre) {

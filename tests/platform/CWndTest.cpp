@@ -13,14 +13,14 @@
 
 namespace {
 
-constexpr DWORD enVentana = PFD_DRAW_TO_WINDOW | PFD_SUPPORT_OPENGL | PFD_DOUBLEBUFFER;
+constexpr DWORD kEnVentana = PFD_DRAW_TO_WINDOW | PFD_SUPPORT_OPENGL | PFD_DOUBLEBUFFER;
 
 class Ventana : public CWnd {
   public:
     bool Abre(int ancho, int alto, DWORD estilo = WS_VISIBLE) {
         return Create(nullptr, L"Añover", estilo, CRect(20, 30, 20 + ancho, 30 + alto));
     }
-    /// Hands on events until `hasta` holds, for a second at most.
+    // Hands on events until `hasta` holds, for a second at most.
     template <class Condicion>
     bool Espera(Condicion hasta) {
         for (int i = 0; i < 50 && !hasta(); ++i)
@@ -158,7 +158,7 @@ TEST(CWnd, SusDispositivosCompartenElFormato) {
     {
         CClientDC otro(&v);
         ASSERT_NE(otro.GetSafeHdc(), uno.GetSafeHdc());
-        ASSERT_TRUE(PonFormato(otro.GetSafeHdc(), enVentana)) << UltimoFalloGL();
+        ASSERT_TRUE(PonFormato(otro.GetSafeHdc(), kEnVentana)) << UltimoFalloGL();
     }
     EXPECT_GT(GetPixelFormat(uno.GetSafeHdc()), 0);
     EXPECT_GT(uno.GetDeviceCaps(HORZRES), 0);
@@ -175,7 +175,7 @@ TEST(CWnd, SeDibujaEnEllaYSePresenta) {
     ASSERT_TRUE(v.Abre(16, 16));
     ASSERT_TRUE(v.Espera([&] { return v.m_nPintadas > 0; }));
     CClientDC dc(&v);
-    ASSERT_TRUE(PonFormato(dc.GetSafeHdc(), enVentana));
+    ASSERT_TRUE(PonFormato(dc.GetSafeHdc(), kEnVentana));
     HGLRC hrc = wglCreateContext(dc.GetSafeHdc());
     ASSERT_TRUE(wglMakeCurrent(dc.GetSafeHdc(), hrc)) << UltimoFalloGL();
     glClearDepth(0.5);
@@ -199,7 +199,7 @@ TEST(CWnd, ElContextoSigueALaVentanaQueCrece) {
     Ventana v;
     ASSERT_TRUE(v.Abre(16, 16));
     CClientDC dc(&v);
-    ASSERT_TRUE(PonFormato(dc.GetSafeHdc(), enVentana));
+    ASSERT_TRUE(PonFormato(dc.GetSafeHdc(), kEnVentana));
     HGLRC hrc = wglCreateContext(dc.GetSafeHdc());
     ASSERT_TRUE(wglMakeCurrent(dc.GetSafeHdc(), hrc));
     Limpia(1, 2, 3);
@@ -219,7 +219,7 @@ TEST(CWnd, DestruirlaConUnContextoActualLoSuelta) {
     Ventana v;
     ASSERT_TRUE(v.Abre(16, 16));
     CClientDC dc(&v);
-    ASSERT_TRUE(PonFormato(dc.GetSafeHdc(), enVentana));
+    ASSERT_TRUE(PonFormato(dc.GetSafeHdc(), kEnVentana));
     HGLRC hrc = wglCreateContext(dc.GetSafeHdc());
     ASSERT_TRUE(wglMakeCurrent(dc.GetSafeHdc(), hrc));
     EXPECT_TRUE(v.DestroyWindow());
@@ -238,7 +238,7 @@ TEST(CWnd, DestruirlaMientrasOtroHiloDibujaNoRompeNada) {
     ASSERT_TRUE(v->Abre(16, 16));
     auto dc = std::make_unique<CClientDC>(v.get());
     const HDC hdc = dc->GetSafeHdc();
-    ASSERT_TRUE(PonFormato(hdc, enVentana));
+    ASSERT_TRUE(PonFormato(hdc, kEnVentana));
     HGLRC hrc = wglCreateContext(hdc);
     std::thread hilo([&] {
         ASSERT_TRUE(wglMakeCurrent(hdc, hrc));

@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr DWORD tope = 20000;  // a wait that should end does so long before; one that hangs fails
+constexpr DWORD kTope = 20000;  // a wait that should end does so long before; one that hangs fails
 
 // A thread that runs any callable and is waited for at the end of the scope.
 template <class F>
@@ -23,7 +23,7 @@ class Hilo {
             nullptr, 0, [](void* dato) -> DWORD { return static_cast<Hilo*>(dato)->m_f(); }, this, modo, &m_id);
     }
     ~Hilo() {
-        EXPECT_EQ(WaitForSingleObject(m_asa, tope), WAIT_OBJECT_0);
+        EXPECT_EQ(WaitForSingleObject(m_asa, kTope), WAIT_OBJECT_0);
         CloseHandle(m_asa);
     }
     HANDLE Asa() const { return m_asa; }
@@ -46,7 +46,7 @@ TEST(Hilos, AThreadRunsAndLeavesItsExitCode) {
         visto = GetCurrentThreadId();
         return DWORD(42);
     });
-    ASSERT_EQ(WaitForSingleObject(hilo.Asa(), tope), WAIT_OBJECT_0);
+    ASSERT_EQ(WaitForSingleObject(hilo.Asa(), kTope), WAIT_OBJECT_0);
     ASSERT_TRUE(GetExitCodeThread(hilo.Asa(), &codigo));
     EXPECT_EQ(codigo, 42u);
     EXPECT_EQ(visto, hilo.Id());
@@ -74,7 +74,7 @@ TEST(Hilos, AThreadMadeSuspendedWaitsForItsResume) {
     EXPECT_EQ(WaitForSingleObject(hilo.Asa(), 20), WAIT_TIMEOUT);
     EXPECT_FALSE(corrio);
     EXPECT_EQ(ResumeThread(hilo.Asa()), 1u);
-    EXPECT_EQ(WaitForSingleObject(hilo.Asa(), tope), WAIT_OBJECT_0);
+    EXPECT_EQ(WaitForSingleObject(hilo.Asa(), kTope), WAIT_OBJECT_0);
     EXPECT_TRUE(corrio);
     EXPECT_EQ(ResumeThread(hilo.Asa()), DWORD(-1)) << "nothing to resume in an ended thread";
 }
@@ -116,7 +116,7 @@ TEST(Hilos, PriorityCanBeLoweredWhileItRuns) {
         EXPECT_TRUE(SetThreadPriority(asa, THREAD_PRIORITY_NORMAL));
         EXPECT_TRUE(SetThreadPriority(asa, THREAD_PRIORITY_LOWEST));
         fin.SetEvent();
-        ASSERT_EQ(WaitForSingleObject(asa, tope), WAIT_OBJECT_0);
+        ASSERT_EQ(WaitForSingleObject(asa, kTope), WAIT_OBJECT_0);
         EXPECT_FALSE(SetThreadPriority(asa, THREAD_PRIORITY_NORMAL));
     }
     EXPECT_FALSE(SetThreadPriority(asa, THREAD_PRIORITY_NORMAL)) << "its handle is closed";
@@ -138,7 +138,7 @@ TEST(Hilos, AnEndedThreadHasDestroyedItsThreadLocals) {
         rastro.destruido = &destruido;
         return DWORD(0);
     });
-    ASSERT_EQ(WaitForSingleObject(hilo.Asa(), tope), WAIT_OBJECT_0);
+    ASSERT_EQ(WaitForSingleObject(hilo.Asa(), kTope), WAIT_OBJECT_0);
     EXPECT_TRUE(destruido);
 }
 
@@ -183,7 +183,7 @@ TEST(Eventos, WaitingForAllTakesNothingUntilAllAreSet) {
         otro.SetEvent();
         return DWORD(0);
     });
-    EXPECT_EQ(WaitForMultipleObjects(2, asas.data(), TRUE, tope), WAIT_OBJECT_0);
+    EXPECT_EQ(WaitForMultipleObjects(2, asas.data(), TRUE, kTope), WAIT_OBJECT_0);
     EXPECT_FALSE(uno.Lock(0));
     EXPECT_FALSE(otro.Lock(0));
 }
@@ -218,7 +218,7 @@ TEST(Eventos, ClosingAnEventEndsTheWaitForIt) {
     std::atomic<DWORD> resultado{WAIT_OBJECT_0};
     {
         Hilo hilo([&] {
-            resultado = WaitForSingleObject(asa, tope);
+            resultado = WaitForSingleObject(asa, kTope);
             return DWORD(0);
         });
         Duerme(10);
@@ -242,7 +242,7 @@ TEST(Eventos, ClosingAThreadsHandleLetsItRunOn) {
         &dos, 0, nullptr);
     EXPECT_TRUE(CloseHandle(asa));
     fin.SetEvent();
-    EXPECT_TRUE(acabado.Lock(tope));
+    EXPECT_TRUE(acabado.Lock(kTope));
     Duerme(10);  // it leaves SetEvent before the events go
 }
 
@@ -250,7 +250,7 @@ TEST(Eventos, APulseFreesWhoWaitsAndLeavesTheEventReset) {
     CEvent evento(FALSE, TRUE);
     std::atomic<int> libres{0};
     const auto espera = [&] {
-        libres += evento.Lock(tope);
+        libres += evento.Lock(kTope);
         return DWORD(0);
     };
     {
@@ -273,7 +273,7 @@ TEST(Eventos, InAStormNoSignalIsLostOrTakenTwice) {
     LONG cuenta = 0;
     const auto responde = [&] {
         for (int i = 0; i < vueltas; ++i) {
-            if (!ida.Lock(tope)) return DWORD(1);
+            if (!ida.Lock(kTope)) return DWORD(1);
             InterlockedIncrement(&cuenta);
             vuelta.SetEvent();
         }
@@ -283,7 +283,7 @@ TEST(Eventos, InAStormNoSignalIsLostOrTakenTwice) {
     Hilo otro(responde);
     for (int i = 0; i < 2 * vueltas; ++i) {
         ida.SetEvent();
-        ASSERT_TRUE(vuelta.Lock(tope));
+        ASSERT_TRUE(vuelta.Lock(kTope));
     }
     EXPECT_EQ(InterlockedExchange(&cuenta, 0), 2 * vueltas);
 }

@@ -19,9 +19,9 @@
 
 namespace {
 
-constexpr DWORD enVentana = PFD_DRAW_TO_WINDOW | PFD_SUPPORT_OPENGL | PFD_DOUBLEBUFFER;
+constexpr DWORD kEnVentana = PFD_DRAW_TO_WINDOW | PFD_SUPPORT_OPENGL | PFD_DOUBLEBUFFER;
 
-/// The host's own connection to the display.
+// The host's own connection to the display.
 class Anfitrion {
   public:
     Anfitrion() : m_Display(XOpenDisplay(nullptr)) {}
@@ -34,7 +34,7 @@ class Anfitrion {
         XSync(m_Display, False);
         return w;
     }
-    /// Colour that the user sees, y downwards.
+    // Colour that the user sees, y downwards.
     unsigned long Color(Window w, int x, int y) {
         XSync(m_Display, False);
         XImage* imagen = XGetImage(m_Display, w, x, y, 1, 1, AllPlanes, ZPixmap);
@@ -98,7 +98,7 @@ class VentanaX11 : public testing::Test {
         wglDeleteContext(m_hRC);
     }
     void Contexto(HDC hdc) {
-        ASSERT_TRUE(PonFormato(hdc, enVentana)) << UltimoFalloGL();
+        ASSERT_TRUE(PonFormato(hdc, kEnVentana)) << UltimoFalloGL();
         m_hRC = wglCreateContext(hdc);
         ASSERT_TRUE(wglMakeCurrent(hdc, m_hRC)) << UltimoFalloGL();
         glViewport(0, 0, 32, 32);
@@ -314,7 +314,7 @@ TEST_F(VentanaX11, UnaVentanaQueDesapareceNoAcabaConElProceso) {
     EXPECT_FALSE(nueva.Attach(w));
 }
 
-/// An X server of the test's own; ends with the object.
+// An X server of the test's own; ends with the object.
 class Servidor {
   public:
     Servidor() {

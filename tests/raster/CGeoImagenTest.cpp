@@ -2,6 +2,8 @@
 
 #include "raster/CGeoImagen.h"
 
+#include <gmock/gmock.h>
+
 namespace {
 
 using Vertiz::CDataImagen;

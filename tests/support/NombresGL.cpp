@@ -15,7 +15,7 @@ namespace {
     }
 
 // clang-format off
-constexpr std::array nombres{
+constexpr std::array kNombres{
     // state
     N(GL_POINT_SMOOTH), N(GL_LINE_SMOOTH), N(GL_LINE_STIPPLE), N(GL_POLYGON_SMOOTH), N(GL_POLYGON_STIPPLE), N(GL_CULL_FACE),
     N(GL_LIGHTING), N(GL_COLOR_MATERIAL), N(GL_FOG), N(GL_DEPTH_TEST), N(GL_STENCIL_TEST), N(GL_NORMALIZE), N(GL_ALPHA_TEST),
@@ -78,8 +78,8 @@ constexpr std::array nombres{
 }  // namespace
 
 std::string NombreGL(GLenum valor) {
-    const auto it = std::ranges::find(nombres, valor, &std::pair<GLenum, const char*>::first);
-    if (it != nombres.end()) return it->second;
+    const auto it = std::ranges::find(kNombres, valor, &std::pair<GLenum, const char*>::first);
+    if (it != kNombres.end()) return it->second;
     char texto[16];
     std::snprintf(texto, sizeof texto, "0x%04X", valor);
     return texto;

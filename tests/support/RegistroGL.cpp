@@ -32,7 +32,7 @@ struct Descripcion {
     std::string_view formato;
 };
 
-constexpr Descripcion descripciones[] = {
+constexpr Descripcion kDescripciones[] = {
 #define LISTA(nombre, formato, parametros, argumentos) {#nombre, formato},
 #define FUNCION(clase, R, nombre, formato, parametros, argumentos, anotados) {#nombre, formato},
 #define A_MANO(nombre, formato) {#nombre, formato},
@@ -40,8 +40,8 @@ constexpr Descripcion descripciones[] = {
 };
 
 Funcion Busca(std::string_view nombre) {
-    const auto it = std::ranges::find(descripciones, nombre, &Descripcion::nombre);
-    return static_cast<Funcion>(it - std::begin(descripciones));
+    const auto it = std::ranges::find(kDescripciones, nombre, &Descripcion::nombre);
+    return static_cast<Funcion>(it - std::begin(kDescripciones));
 }
 
 struct Llamada {
@@ -166,8 +166,8 @@ void Empaqueta(std::vector<std::uint64_t>& p, const std::vector<GLint>& v) {
     Empaqueta(p, Serie(v.data(), static_cast<GLsizei>(v.size())));
 }
 
-constexpr bool compila = true;
-constexpr bool inmediata = false;
+constexpr bool kCompila = true;
+constexpr bool kInmediata = false;
 
 // One call on its way: calls made from inside it (by GLU) pass unseen.
 class Paso {
@@ -210,7 +210,7 @@ R Nada() {
 // ---- the entry points ----
 
 #define LISTA(nombre, formato, parametros, argumentos) \
-    FUNCION(compila, void, nombre, formato, parametros, argumentos, argumentos)
+    FUNCION(kCompila, void, nombre, formato, parametros, argumentos, argumentos)
 #define FUNCION(clase, R, nombre, formato, parametros, argumentos, anotados)                          \
     static const auto real_##nombre = Real<decltype(nombre)>(#nombre);                                \
     extern "C" R nombre parametros {                                                                  \
@@ -242,7 +242,7 @@ extern "C" void glNewList(GLuint lista, GLenum modo) {
     if (!activo.load(std::memory_order_relaxed)) [[likely]]
         return real_glNewList(lista, modo);
     const Paso paso(Funcion::glNewList);
-    paso.Anota(inmediata, lista, modo);
+    paso.Anota(kInmediata, lista, modo);
     if (paso.Falla()) return;
     real_glNewList(lista, modo);
     if (profundidad == 1) LeeListaAbierta();
@@ -252,7 +252,7 @@ extern "C" void glEndList() {
     if (!activo.load(std::memory_order_relaxed)) [[likely]]
         return real_glEndList();
     const Paso paso(Funcion::glEndList);
-    paso.Anota(inmediata);
+    paso.Anota(kInmediata);
     if (paso.Falla()) return;
     real_glEndList();
     if (profundidad == 1) LeeListaAbierta();
@@ -267,7 +267,7 @@ extern "C" GLenum glGetError() {
         const std::lock_guard guarda(cerrojo);
         anota = cinta && cinta->anotarErrores;
     }
-    if (anota) paso.Anota(inmediata);
+    if (anota) paso.Anota(kInmediata);
     paso.Falla();
     if (profundidad == 1) {
         const std::lock_guard guarda(cerrojo);
@@ -395,7 +395,7 @@ bool EsSerie(char letra) {
 }
 
 std::string Texto(const Cinta& c, const Llamada& llamada) {
-    const auto& [nombre, formato] = descripciones[static_cast<std::size_t>(llamada.funcion)];
+    const auto& [nombre, formato] = kDescripciones[static_cast<std::size_t>(llamada.funcion)];
     const std::uint64_t* p = c.palabras.data() + llamada.palabras;
     std::string texto = std::string(nombre) + "(";
     for (std::size_t k = 0; k < formato.size(); ++k) {
@@ -492,7 +492,7 @@ std::vector<std::vector<double>> RegistroGL::Numeros(std::string_view nombre) co
         if (l.funcion != funcion) continue;
         const std::uint64_t* p = cinta->palabras.data() + l.palabras;
         std::vector<double>& numeros = todos.emplace_back();
-        for (const char letra : descripciones[static_cast<std::size_t>(funcion)].formato) {
+        for (const char letra : kDescripciones[static_cast<std::size_t>(funcion)].formato) {
             const std::uint64_t n = EsSerie(letra) ? *p++ : 1;
             for (std::uint64_t i = 0; i < n; ++i)
                 numeros.push_back(NumeroDeUno(letra, *p++));

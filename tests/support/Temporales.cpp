@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr std::array variables{"TMP", "TEMP", "TMPDIR"};
+constexpr std::array kVariables{"TMP", "TEMP", "TMPDIR"};
 
 }  // namespace
 
@@ -21,18 +21,18 @@ CarpetaTemporal::CarpetaTemporal() {
     std::string plantilla = (std::filesystem::temp_directory_path() / "lumbra año XXXXXX").string();
     if (mkdtemp(plantilla.data()) == nullptr) throw std::runtime_error("no temporary folder can be made: " + plantilla);
     m_ruta = plantilla;
-    for (std::size_t i = 0; i < variables.size(); ++i) {
-        if (const char* valor = std::getenv(variables[i])) m_antes[i] = valor;
-        setenv(variables[i], m_ruta.c_str(), 1);
+    for (std::size_t i = 0; i < kVariables.size(); ++i) {
+        if (const char* valor = std::getenv(kVariables[i])) m_antes[i] = valor;
+        setenv(kVariables[i], m_ruta.c_str(), 1);
     }
 }
 
 CarpetaTemporal::~CarpetaTemporal() {
-    for (std::size_t i = 0; i < variables.size(); ++i) {
+    for (std::size_t i = 0; i < kVariables.size(); ++i) {
         if (m_antes[i]) {
-            setenv(variables[i], m_antes[i]->c_str(), 1);
+            setenv(kVariables[i], m_antes[i]->c_str(), 1);
         } else {
-            unsetenv(variables[i]);
+            unsetenv(kVariables[i]);
         }
     }
     std::error_code nada;

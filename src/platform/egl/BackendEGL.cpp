@@ -19,7 +19,7 @@ namespace plataforma {
 
 namespace {
 
-/// What went wrong in the last call of EGL on this thread, and what to do about it.
+// What went wrong in the last call of EGL on this thread, and what to do about it.
 std::string FalloEGL() {
     switch (eglGetError()) {
         case EGL_SUCCESS:
@@ -83,7 +83,7 @@ class BackendEGL : public Backend {
   public:
     explicit BackendEGL(EGLDisplay pantalla) : m_Pantalla(pantalla) {}
 
-    bool Conecta(bool directo, std::string& motivo);
+    bool Conecta(std::string& motivo);
 
     bool UnHiloPorSuperficie() const override { return true; }
     bool HayVentanas() const override { return false; }
@@ -183,7 +183,7 @@ void BackendEGL::LeeFormatos() {
     OrdenaFormatos(m_Formatos);
 }
 
-/// Makes a first context and reads what it can do.
+// Makes a first context and reads what it can do.
 bool BackendEGL::Prueba(std::string& motivo) {
     const auto contexto = CreaContexto(m_Formatos.front(), nullptr, motivo);
     if (!contexto) return false;
@@ -194,7 +194,7 @@ bool BackendEGL::Prueba(std::string& motivo) {
     return vale;
 }
 
-bool BackendEGL::Conecta(bool directo, std::string& motivo) {
+bool BackendEGL::Conecta(std::string& motivo) {
     EGLint mayor = 0, menor = 0;
     if (!eglInitialize(m_Pantalla, &mayor, &menor)) {
         motivo = FalloEGL();
@@ -216,7 +216,7 @@ bool BackendEGL::Conecta(bool directo, std::string& motivo) {
         motivo = "the driver offers no off-screen pixel format with 8 bits a colour and a depth buffer.";
         return false;
     }
-    m_Capacidades.m_bDirecto = directo;
+    m_Capacidades.m_bDirecto = true;
     m_Capacidades.m_bUnBufer = true;
     // On a thread of its own: the host may have a context current on this one.
     bool vale = false;
@@ -231,7 +231,7 @@ std::unique_ptr<Backend> ConectaPantalla(EGLenum plataforma, void* nativa, std::
         return nullptr;
     }
     auto backend = std::make_unique<BackendEGL>(pantalla);
-    if (!backend->Conecta(true, motivo)) return nullptr;
+    if (!backend->Conecta(motivo)) return nullptr;
     return backend;
 }
 

@@ -130,8 +130,8 @@ bool BackendGLX::HazActual(Superficie* superficie, ContextoNativo& contexto, std
     return false;
 }
 
-/// The software driver learns of a window's new size in its own swap only, which presenting by copying never calls. So
-/// it is called here, before anything is drawn at the new size.
+// The software driver learns of a window's new size in its own swap only, which presenting by copying never calls. So
+// it is called here, before anything is drawn at the new size.
 void BackendGLX::SigueTamano(SuperficieGLX& superficie) {
     const auto medidas = MideVentana(m_Display, superficie.m_Dibujable);
     if (!medidas) return;
@@ -181,7 +181,7 @@ bool BackendGLX::LeeFormatos(std::string& motivo) {
     return true;
 }
 
-/// Draws, swaps, and looks whether the front buffer has the picture.
+// Draws, swaps, and looks whether the front buffer has the picture.
 bool BackendGLX::ElIntercambioPierdeElFrente(Superficie& superficie) {
     glDrawBuffer(GL_BACK);
     glClearColor(1.0f, 0.0f, 1.0f, 1.0f);
@@ -193,7 +193,7 @@ bool BackendGLX::ElIntercambioPierdeElFrente(Superficie& superficie) {
     return pixel[0] != 255 || pixel[1] != 0 || pixel[2] != 255;
 }
 
-/// Makes a first window, never shown, and a context on it, and reads what they can do.
+// Makes a first window, never shown, and a context on it, and reads what they can do.
 bool BackendGLX::Prueba(std::string& motivo) {
     const auto contexto = CreaContexto(*m_pFormatoVentana, nullptr, motivo);
     if (!contexto) return false;

@@ -17,7 +17,7 @@ namespace plataforma {
 
 namespace {
 
-/// What the error handler knows. Errors of other connections go to whoever handled them before.
+// What the error handler knows. Errors of other connections go to whoever handled them before.
 struct ErroresX {
     std::mutex m_Cerrojo;
     std::vector<Display*> m_Nuestras;
@@ -55,9 +55,9 @@ int ManejadorRotura(Display* display) {
     return ajena ? ajena(display) : 0;
 }
 
-/// Puts our handler first. It stays there: what OpenGL sends to the display fails at any later time, when the window of
-/// a toolkit has gone, say.
-/// @return the one that was there
+// Puts our handler first. It stays there: what OpenGL sends to the display fails at any later time, when the window of
+// a toolkit has gone, say.
+// @return the one that was there
 XErrorHandler PonManejador() {
     XErrorHandler anterior = XSetErrorHandler(Manejador);
     if (anterior != Manejador) Errores().m_pAjeno = anterior;
@@ -69,7 +69,7 @@ unsigned Estado(unsigned x) {
            (x & Button3Mask ? MK_RBUTTON : 0) | (x & ShiftMask ? MK_SHIFT : 0) | (x & ControlMask ? MK_CONTROL : 0);
 }
 
-/// VK_ value of a key; 0 for one that has none.
+// VK_ value of a key; 0 for one that has none.
 unsigned Tecla(KeySym s) {
     struct Par {
         KeySym m_X;
