@@ -59,9 +59,9 @@ TEST(CGLEspacio, TheFirstBoxIsNoChangeAndLaterOnesAreComparedToAMillionth) {
     EXPECT_EQ(escena.EstableceMaxMin(caja), 0);
     EXPECT_EQ(escena.EstableceMaxMin(caja), 0);
     EXPECT_EQ(escena.EstableceMaxMin(Maximas(Punto(0, 0, 0), Punto(100, 100, 50 + 5e-8))), 0);
-    for (const Maximas& otra : {Maximas(Punto(0, 0, 0), Punto(100, 100, 50 + 1e-6)),
-                                Maximas(Punto(0, 0, 0), Punto(100, 100 + 1e-6, 50)),
-                                Maximas(Punto(-1e-6, 0, 0), Punto(100, 100, 50))}) {
+    for (const Maximas& otra :
+         {Maximas(Punto(0, 0, 0), Punto(100, 100, 50 + 1e-6)), Maximas(Punto(0, 0, 0), Punto(100, 100 + 1e-6, 50)),
+          Maximas(Punto(-1e-6, 0, 0), Punto(100, 100, 50))}) {
         escena.EstableceMaxMin(caja);
         EXPECT_EQ(escena.EstableceMaxMin(otra), 1);
         EXPECT_EQ(escena.m_Maximas, otra);

@@ -71,8 +71,7 @@ TEST_F(ConMarcas, AnOutlineTextIsScaledToItsHeightAndCalledByItsCodes) {
     EXPECT_EQ(registro.Numeros("glPushAttrib"), (std::vector<std::vector<double>>{{0xFFFFF}}));
     EXPECT_LLAMADAS(Sin(registro.Lista(Lista(0)), {"glPushAttrib"}),
                     {"glColor3f(1, 1, 1)", "glListBase(" + Id(m_Escena.m_nListaFuentes) + ")", "glPushMatrix()",
-                     "glScalef(0.02, 0.02, 0.02)", "glLineWidth(1)",
-                     "glPolygonMode(GL_FRONT_AND_BACK, GL_FILL)",
+                     "glScalef(0.02, 0.02, 0.02)", "glLineWidth(1)", "glPolygonMode(GL_FRONT_AND_BACK, GL_FILL)",
                      "glCallLists(GL_UNSIGNED_SHORT, [65, 241, 122])",  // codes of 1024 and above have no glyph
                      "glPopAttrib()", "glPopMatrix()"});
 }
@@ -187,8 +186,8 @@ TEST_F(ConMarcas, ChangingMarksDeletesTheirListsAndBuildsThemAnew) {
     m_Escena.NuevaMarca(Marca(L"a", 50, 25));
     m_Escena.NuevaMarca(Marca(L"b", 60, 25));
     const auto cambia = [&](auto cambio, std::size_t quedan) {
-        const std::string viejas = "glDeleteLists(" + Id(m_Escena.m_nListaMarcas) + ", " +
-                                   std::to_string(m_Escena.m_Marcas.size()) + ")";
+        const std::string viejas =
+            "glDeleteLists(" + Id(m_Escena.m_nListaMarcas) + ", " + std::to_string(m_Escena.m_Marcas.size()) + ")";
         const RegistroGL registro;
         cambio();
         const LlamadasGL borradas = Solo(registro.Ejecutadas(), {"glDeleteLists"});

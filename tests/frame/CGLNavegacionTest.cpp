@@ -391,15 +391,29 @@ TEST_F(ConNavegacion, TheTargetIsLaidOnTheModel) {
 TEST_F(ConNavegacion, TheRubberBandIsDrawnInXorOnTheFrontBuffer) {
     const RegistroGL registro;
     m_Escena.DrawZoomRect(10, 60, 20, 90);
-    EXPECT_LLAMADAS(Sin(registro.Ejecutadas(), {"glVertex3d", "gluUnProject"}),
-                    {"glGetIntegerv(GL_LIST_INDEX)", "glLineWidth(3)", "glDrawBuffer(GL_FRONT)",
-                     "glIsEnabled(GL_DEPTH_TEST)", "glDisable(GL_DEPTH_TEST)", "glGetIntegerv(GL_DEPTH_FUNC)",
-                     "glDepthFunc(GL_LEQUAL)", "glGetIntegerv(GL_VIEWPORT)", "glGetDoublev(GL_MODELVIEW_MATRIX)",
-                     "glGetDoublev(GL_PROJECTION_MATRIX)", "glDisable(GL_LIGHTING)", "glDisable(GL_LIGHT0)",
-                     "glDisable(GL_TEXTURE_2D)", "glEnable(GL_COLOR_LOGIC_OP)", "glGetIntegerv(GL_LOGIC_OP_MODE)",
-                     "glLogicOp(GL_XOR)", "glColor3f(1, 1, 0)", "glBegin(GL_LINE_LOOP)", "glEnd()",
-                     "glDrawBuffer(GL_BACK)", "glEnable(GL_DEPTH_TEST)", "glDepthFunc(GL_LESS)",
-                     "glLogicOp(GL_COPY)"});
+    EXPECT_LLAMADAS(Sin(registro.Ejecutadas(), {"glVertex3d", "gluUnProject"}), {"glGetIntegerv(GL_LIST_INDEX)",
+                                                                                 "glLineWidth(3)",
+                                                                                 "glDrawBuffer(GL_FRONT)",
+                                                                                 "glIsEnabled(GL_DEPTH_TEST)",
+                                                                                 "glDisable(GL_DEPTH_TEST)",
+                                                                                 "glGetIntegerv(GL_DEPTH_FUNC)",
+                                                                                 "glDepthFunc(GL_LEQUAL)",
+                                                                                 "glGetIntegerv(GL_VIEWPORT)",
+                                                                                 "glGetDoublev(GL_MODELVIEW_MATRIX)",
+                                                                                 "glGetDoublev(GL_PROJECTION_MATRIX)",
+                                                                                 "glDisable(GL_LIGHTING)",
+                                                                                 "glDisable(GL_LIGHT0)",
+                                                                                 "glDisable(GL_TEXTURE_2D)",
+                                                                                 "glEnable(GL_COLOR_LOGIC_OP)",
+                                                                                 "glGetIntegerv(GL_LOGIC_OP_MODE)",
+                                                                                 "glLogicOp(GL_XOR)",
+                                                                                 "glColor3f(1, 1, 0)",
+                                                                                 "glBegin(GL_LINE_LOOP)",
+                                                                                 "glEnd()",
+                                                                                 "glDrawBuffer(GL_BACK)",
+                                                                                 "glEnable(GL_DEPTH_TEST)",
+                                                                                 "glDepthFunc(GL_LESS)",
+                                                                                 "glLogicOp(GL_COPY)"});
     const double z = 1.0F - 0.0001F;
     EXPECT_EQ(registro.Numeros("gluUnProject"),
               (std::vector<std::vector<double>>{{20, 140, z}, {90, 140, z}, {90, 90, z}, {20, 90, z}}));

@@ -217,14 +217,14 @@ TEST_F(ConClic, TheWalkOutwardsMeetsTheSameCellAsAnIndependentOne) {
     std::mt19937 azar(3);
     std::uniform_int_distribution<int> x(70, 130), y(45, 105);
     std::uniform_real_distribution<double> z(0.1, 0.9);
-    for (int vez = 0; vez < 40; ++vez) {
+    for (int vez = 0; vez < 12; ++vez) {
         std::vector<Celda> celdas;
         for (int i = 0; i < 6; ++i)
             celdas.push_back({x(azar), y(azar), z(azar)});
         const int cx = 100, cy = 75;
         const auto primero = std::ranges::find_if(pasos, [&](const auto& paso) {
-            return std::ranges::any_of(
-                celdas, [&](const Celda& c) { return c.x == cx + paso[0] && c.y == cy + paso[1]; });
+            return std::ranges::any_of(celdas,
+                                       [&](const Celda& c) { return c.x == cx + paso[0] && c.y == cy + paso[1]; });
         });
         ASSERT_NE(primero, pasos.end());
         // The last one written to a cell stays there.
@@ -246,8 +246,7 @@ TEST_F(ConClic, TheWalkTurnsRightUpLeftAndDown) {
         for (std::size_t i = desde; i < std::size(orden); ++i)
             celdas.push_back({100 + orden[i][0], 75 + orden[i][1], 0.3 + 0.05 * static_cast<double>(i)});
         EscribeProfundidad(celdas);
-        EsperaCerca(Clic(CPoint(100, 75), true),
-                    Desproyecta(celdas[0].x, celdas[0].y, celdas[0].profundidad), 1e-5);
+        EsperaCerca(Clic(CPoint(100, 75), true), Desproyecta(celdas[0].x, celdas[0].y, celdas[0].profundidad), 1e-5);
     }
 }
 

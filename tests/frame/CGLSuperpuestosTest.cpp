@@ -49,15 +49,37 @@ TEST_F(ConSuperpuestos, TheAxesAreThreeLinesWithConesOnADarkMaterial) {
     EXPECT_LLAMADAS(
         registro.Lista(m_Escena.m_nListaEjes),
         (LlamadasGL{"glDisable(GL_TEXTURE_2D)", "glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 1)"} + kMaterialNulo +
-         LlamadasGL{"glPolygonMode(GL_FRONT_AND_BACK, GL_FILL)", "glLineWidth(5)", "glDisable(GL_LINE_STIPPLE)",
-                    "glColor3f(1, 0, 0)", "glBegin(GL_LINE_STRIP)", "glVertex3f(0, 0, 0)", "glVertex3f(0.21, 0, 0)",
-                    "glEnd()", "glPushMatrix()", "glTranslatef(0.2, 0, 0)", "glRotatef(90, 0, 1, 0)",
-                    "gluCylinder(0.025, 0, 0.05, 10, 10)", "glPopMatrix()",  // x
-                    "glColor3f(0, 1, 0)", "glBegin(GL_LINE_STRIP)", "glVertex3f(0, 0, 0)", "glVertex3f(0, 0.21, 0)",
-                    "glEnd()", "glPushMatrix()", "glTranslatef(0, 0.2, 0)", "glRotatef(-90, 1, 0, 0)",
-                    "gluCylinder(0.025, 0, 0.05, 10, 10)", "glPopMatrix()",  // y
-                    "glColor3f(0, 0, 1)", "glBegin(GL_LINE_STRIP)", "glVertex3f(0, 0, 0)", "glVertex3f(0, 0, 0.21)",
-                    "glEnd()", "glPushMatrix()", "glTranslatef(0, 0, 0.2)", "gluCylinder(0.025, 0, 0.05, 10, 10)",
+         LlamadasGL{"glPolygonMode(GL_FRONT_AND_BACK, GL_FILL)",
+                    "glLineWidth(5)",
+                    "glDisable(GL_LINE_STIPPLE)",
+                    "glColor3f(1, 0, 0)",
+                    "glBegin(GL_LINE_STRIP)",
+                    "glVertex3f(0, 0, 0)",
+                    "glVertex3f(0.21, 0, 0)",
+                    "glEnd()",
+                    "glPushMatrix()",
+                    "glTranslatef(0.2, 0, 0)",
+                    "glRotatef(90, 0, 1, 0)",
+                    "gluCylinder(0.025, 0, 0.05, 10, 10)",
+                    "glPopMatrix()",  // x
+                    "glColor3f(0, 1, 0)",
+                    "glBegin(GL_LINE_STRIP)",
+                    "glVertex3f(0, 0, 0)",
+                    "glVertex3f(0, 0.21, 0)",
+                    "glEnd()",
+                    "glPushMatrix()",
+                    "glTranslatef(0, 0.2, 0)",
+                    "glRotatef(-90, 1, 0, 0)",
+                    "gluCylinder(0.025, 0, 0.05, 10, 10)",
+                    "glPopMatrix()",  // y
+                    "glColor3f(0, 0, 1)",
+                    "glBegin(GL_LINE_STRIP)",
+                    "glVertex3f(0, 0, 0)",
+                    "glVertex3f(0, 0, 0.21)",
+                    "glEnd()",
+                    "glPushMatrix()",
+                    "glTranslatef(0, 0, 0.2)",
+                    "gluCylinder(0.025, 0, 0.05, 10, 10)",
                     "glPopMatrix()",  // z
                     "glPolygonMode(GL_FRONT_AND_BACK, GL_FILL)"}));
     EXPECT_EQ(Solo(registro.Todas(), {"gluQuadricDrawStyle", "gluQuadricNormals"}),
@@ -95,21 +117,20 @@ TEST_F(ConSuperpuestos, TheCameraModelIsABoxWithItsOldNormalsAndALens) {
     const RegistroGL registro;
     ASSERT_EQ(m_Escena.OnIniciarCamara(), 1);
     const LlamadasGL lista = registro.Lista(m_Escena.m_nListaCamara);
-    LlamadasGL esperada = {"glPolygonMode(GL_FRONT_AND_BACK, GL_FILL)", "glColor3f(1, 0, 0)", "glDisable(GL_TEXTURE_2D)",
-                           "glBegin(GL_QUADS)"};
+    LlamadasGL esperada = {"glPolygonMode(GL_FRONT_AND_BACK, GL_FILL)", "glColor3f(1, 0, 0)",
+                           "glDisable(GL_TEXTURE_2D)", "glBegin(GL_QUADS)"};
     for (const char* normal : {"0, 0, 1", "0, 0, -1", "1, 0, 0", "-1, 0, 0", "0, -1, 0", "0, 1, 0"})
         esperada.push_back("glNormal3f(" + std::string(normal) + ")");
     esperada = esperada + LlamadasGL{"glEnd()", "glPushMatrix()", "glColor3f(0, 0, 1)", "glPopMatrix()",
                                      "glPolygonMode(GL_FRONT_AND_BACK, GL_FILL)"};
     EXPECT_LLAMADAS(Sin(lista, {"glVertex3d", "glTranslated", "gluCylinder", "gluDisk"}), (esperada));
     const double s = 0.12, a = 0.03, b = 0.08;
-    EsperaNumeros(registro.Numeros("glVertex3d"),
-                  {{s, b, -a},  {-s, b, -a}, {-s, b, a},   {s, b, a},                                        // 0 0 1
-                   {s, -b, a},  {-s, -b, a}, {-s, -b, -a}, {s, -b, -a},                                      // 0 0 -1
-                   {s, b, a},   {-s, b, a},  {-s, -b, a},  {s, -b, a},                                       // 1 0 0
-                   {s, -b, -a}, {-s, -b, -a}, {-s, b, -a}, {s, b, -a},                                       // -1 0 0
-                   {-s, b, a},  {-s, b, -a}, {-s, -b, -a}, {-s, -b, a},                                      // 0 -1 0
-                   {s, b, -a},  {s, b, a},   {s, -b, a},   {s, -b, -a}});                                    // 0 1 0
+    EsperaNumeros(registro.Numeros("glVertex3d"), {{s, b, -a},  {-s, b, -a},  {-s, b, a},   {s, b, a},      // 0 0 1
+                                                   {s, -b, a},  {-s, -b, a},  {-s, -b, -a}, {s, -b, -a},    // 0 0 -1
+                                                   {s, b, a},   {-s, b, a},   {-s, -b, a},  {s, -b, a},     // 1 0 0
+                                                   {s, -b, -a}, {-s, -b, -a}, {-s, b, -a},  {s, b, -a},     // -1 0 0
+                                                   {-s, b, a},  {-s, b, -a},  {-s, -b, -a}, {-s, -b, a},    // 0 -1 0
+                                                   {s, b, -a},  {s, b, a},    {s, -b, a},   {s, -b, -a}});  // 0 1 0
     EsperaNumeros(registro.Numeros("glTranslated"), {{0, 0, a}, {0, 0, s / 3}});
     EsperaNumeros(registro.Numeros("gluCylinder"), {{s / 3, s / 3, s / 3, 10, 10}});
     EsperaNumeros(registro.Numeros("gluDisk"), {{0, s / 3, 10, 10}});
@@ -213,9 +234,8 @@ TEST_F(ConSuperpuestos, TheAxesAreDrawnInTheCornerInASpaceOfTheirOwn) {
     EsperaNumeros(registro.Numeros("gluUnProject"), {{0, 0, 0}});
     EsperaNumeros(registro.Numeros("glTranslated"), {{-2 + 0.25, -1 + 0.25, 30000}}, 1e-4);
     const CCamera& c = m_Escena.m_Camara;
-    EsperaNumeros(registro.Numeros("glRotated"), {{c.GetAnguloY(), 0, 1, 0},
-                                                  {-c.GetAnguloZ(), 0, 0, 1},
-                                                  {-c.GetAnguloX(), 1, 0, 0}});
+    EsperaNumeros(registro.Numeros("glRotated"),
+                  {{c.GetAnguloY(), 0, 1, 0}, {-c.GetAnguloZ(), 0, 0, 1}, {-c.GetAnguloX(), 1, 0, 0}});
 }
 
 TEST_F(ConSuperpuestos, OtherValuesPutTheAxesInTheMiddleAndPerspectiveScalesByTheSign) {
@@ -292,15 +312,15 @@ TEST_F(ConSuperpuestos, LightComesFromTheSlidersByRealDivisionsAndTheAxesLightIs
     {
         const RegistroGL registro;
         ASSERT_EQ(m_Escena.SetLight(), 1);
-        EXPECT_LLAMADAS(registro.Ejecutadas(), {"glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 1)",
-                                                "glLightfv(GL_LIGHT0, GL_POSITION, [5, -5, -5, 1])",
-                                                "glLightfv(GL_LIGHT1, GL_POSITION, [5, -5, -5, 1])",
-                                                "glLightfv(GL_LIGHT0, GL_AMBIENT, [0.18, 0.18, 0.18, 0.18])",
-                                                "glLightfv(GL_LIGHT1, GL_AMBIENT, [0.5, 0.5, 0.5, 0.5])",
-                                                "glLightfv(GL_LIGHT0, GL_DIFFUSE, [1, 1, 1, 1])",
-                                                "glLightfv(GL_LIGHT1, GL_DIFFUSE, [1, 1, 1, 1])",
-                                                "glLightfv(GL_LIGHT0, GL_SPECULAR, [-0.08, -0.08, -0.08, -0.08])",
-                                                "glLightfv(GL_LIGHT1, GL_SPECULAR, [1, 1, 1, 1])"});
+        EXPECT_LLAMADAS(
+            registro.Ejecutadas(),
+            {"glLightModeli(GL_LIGHT_MODEL_TWO_SIDE, 1)", "glLightfv(GL_LIGHT0, GL_POSITION, [5, -5, -5, 1])",
+             "glLightfv(GL_LIGHT1, GL_POSITION, [5, -5, -5, 1])",
+             "glLightfv(GL_LIGHT0, GL_AMBIENT, [0.18, 0.18, 0.18, 0.18])",
+             "glLightfv(GL_LIGHT1, GL_AMBIENT, [0.5, 0.5, 0.5, 0.5])", "glLightfv(GL_LIGHT0, GL_DIFFUSE, [1, 1, 1, 1])",
+             "glLightfv(GL_LIGHT1, GL_DIFFUSE, [1, 1, 1, 1])",
+             "glLightfv(GL_LIGHT0, GL_SPECULAR, [-0.08, -0.08, -0.08, -0.08])",
+             "glLightfv(GL_LIGHT1, GL_SPECULAR, [1, 1, 1, 1])"});
     }
     m_Escena.SetLightParam(13, 0);
     m_Escena.SetLightParam(24, 1);
