@@ -35,7 +35,7 @@ class Variable {
     std::optional<std::string> m_Antes;
 };
 
-TEST(Backend, SinDisplayDiceQueFalta) {
+TEST(Backend, WithoutADisplayItSaysWhatIsMissing) {
     const Variable display("DISPLAY", nullptr);
     std::string motivo;
     EXPECT_EQ(plataforma::ConectaGLX(motivo), nullptr);
@@ -43,14 +43,14 @@ TEST(Backend, SinDisplayDiceQueFalta) {
     EXPECT_NE(motivo.find("xvfb-run"), std::string::npos) << motivo;
 }
 
-TEST(Backend, ConUnDisplayQueNoAbreDiceCual) {
+TEST(Backend, ADisplayThatDoesntOpenIsNamed) {
     const Variable display("DISPLAY", ":54321");
     std::string motivo;
     EXPECT_EQ(plataforma::ConectaGLX(motivo), nullptr);
     EXPECT_NE(motivo.find(":54321"), std::string::npos) << motivo;
 }
 
-TEST(Backend, LasViasVanEnSuOrden) {
+TEST(Backend, WaysAreTriedInTheirOrder) {
     std::string orden;
     for (const auto& via : plataforma::Vias()) {
         orden += std::string(via.m_Nombre) + " ";
@@ -59,14 +59,14 @@ TEST(Backend, LasViasVanEnSuOrden) {
     EXPECT_EQ(orden, "glx egl-device egl-surfaceless ");
 }
 
-TEST(Backend, SinTarjetaDiceQueNoLaHay) {
+TEST(Backend, WithoutACardItSaysSo) {
     std::string motivo;
     if (plataforma::ConectaEGLDispositivo(motivo)) GTEST_SKIP() << "this machine has a graphics card";
     EXPECT_FALSE(motivo.empty());
     EXPECT_NE(motivo.find("driver"), std::string::npos) << motivo;
 }
 
-TEST(Backend, ConectarDosVecesDaDosQueSirven) {
+TEST(Backend, ConnectingTwiceGivesTwoThatServe) {
     std::string motivo;
     const auto uno = plataforma::ConectaEGLSinSuperficie(motivo);
     ASSERT_NE(uno, nullptr) << motivo;
@@ -78,7 +78,7 @@ TEST(Backend, ConectarDosVecesDaDosQueSirven) {
     EXPECT_NE(contexto, nullptr) << motivo;
 }
 
-TEST(Backend, LosFormatosVanDeMejorAPeor) {
+TEST(Backend, FormatsGoFromTheBestToTheWorst) {
     using plataforma::FormatoPixel;
     FormatoPixel hondo, somero, lento, conExtras;
     hondo.m_nProfundidad = 32;
@@ -96,7 +96,7 @@ TEST(Backend, LosFormatosVanDeMejorAPeor) {
     EXPECT_TRUE(formatos[3].m_bLento);
 }
 
-TEST(Backend, ElFalloEsDeCadaHilo) {
+TEST(Backend, TheFailureIsEachThreadsOwn) {
     plataforma::AnotaFallo("mine");
     EXPECT_EQ(UltimoFalloGL(), "mine");
 }

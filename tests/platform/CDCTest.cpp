@@ -13,7 +13,7 @@
 
 namespace {
 
-TEST(CBitmap, LasFilasSeRellenanHastaCuatroBytes) {
+TEST(CBitmap, RowsArePaddedToFourBytes) {
     const int esperado[][3] = {{1, 24, 4}, {4, 24, 12}, {5, 24, 16}, {5, 32, 20}};
     for (const auto& [ancho, bits, paso] : esperado) {
         CBitmap b;
@@ -30,7 +30,7 @@ TEST(CBitmap, LasFilasSeRellenanHastaCuatroBytes) {
     }
 }
 
-TEST(CBitmap, LoQueNoHayEsUnFalloClaro) {
+TEST(CBitmap, WhatIsntOfferedIsAClearFailure) {
     CBitmap b;
     EXPECT_FALSE(b.CreateBitmap(0, 10, 24));
     EXPECT_FALSE(b.CreateBitmap(10, 0, 24));
@@ -48,7 +48,7 @@ TEST(CBitmap, LoQueNoHayEsUnFalloClaro) {
     EXPECT_FALSE(b.DeleteObject());
 }
 
-TEST(CBitmap, CompatibleTieneLosBitsDelDispositivo) {
+TEST(CBitmap, ACompatibleOneHasTheBitsOfTheDevice) {
     CDC dc;
     ASSERT_TRUE(dc.CreateCompatibleDC(nullptr));
     CBitmap de32, copia;
@@ -62,7 +62,7 @@ TEST(CBitmap, CompatibleTieneLosBitsDelDispositivo) {
     EXPECT_FALSE(nada.CreateCompatibleBitmap(nullptr, 3, 3));
 }
 
-TEST(CBitmap, LaSeccionDaSusPixeles) {
+TEST(CBitmap, ASectionGivesItsPixels) {
     BITMAPINFO info{};
     info.bmiHeader.biSize = sizeof(BITMAPINFOHEADER);
     info.bmiHeader.biWidth = 3;
@@ -95,7 +95,7 @@ TEST(CBitmap, LaSeccionDaSusPixeles) {
     EXPECT_EQ(CreateDIBSection(nullptr, nullptr, DIB_RGB_COLORS, nullptr, nullptr, 0), nullptr);
 }
 
-TEST(CDC, SeleccionarDevuelveElAnterior) {
+TEST(CDC, SelectingGivesBackTheFormerOne) {
     CDC dc;
     EXPECT_EQ(dc.GetSafeHdc(), nullptr);
     ASSERT_TRUE(dc.CreateCompatibleDC(nullptr));
@@ -117,7 +117,7 @@ TEST(CDC, SeleccionarDevuelveElAnterior) {
     EXPECT_EQ(dc.SelectObject(&vacio), nullptr);
 }
 
-TEST(CDC, UnBitmapSeSeleccionaEnUnSitio) {
+TEST(CDC, ABitmapIsSelectedInOnePlace) {
     CDC uno, otro;
     ASSERT_TRUE(uno.CreateCompatibleDC(nullptr));
     ASSERT_TRUE(otro.CreateCompatibleDC(&uno));
@@ -129,7 +129,7 @@ TEST(CDC, UnBitmapSeSeleccionaEnUnSitio) {
     EXPECT_NE(otro.SelectObject(&b), nullptr) << "free again";
 }
 
-TEST(CDC, SinDispositivoNoHayRespuestas) {
+TEST(CDC, WithoutADeviceThereAreNoAnswers) {
     CDC dc;
     EXPECT_EQ(dc.GetDeviceCaps(HORZRES), 0);
     EXPECT_EQ(dc.GetCurrentBitmap(), nullptr);
@@ -145,7 +145,7 @@ TEST(CDC, SinDispositivoNoHayRespuestas) {
     EXPECT_EQ(deNadie.GetSafeHdc(), nullptr);
 }
 
-TEST(CDC, ElHandlePasaDeUnoAOtro) {
+TEST(CDC, TheHandlePassesFromOneToAnother) {
     CDC uno, otro;
     ASSERT_TRUE(uno.CreateCompatibleDC(nullptr));
     const HDC hdc = uno.Detach();
@@ -157,7 +157,7 @@ TEST(CDC, ElHandlePasaDeUnoAOtro) {
     EXPECT_FALSE(uno.Attach(hdc));
 }
 
-TEST(CDC, LasMedidasPorPulgadaSonPosibles) {
+TEST(CDC, PixelsAnInchArePossibleOnes) {
     CDC dc;
     ASSERT_TRUE(dc.CreateCompatibleDC(nullptr));
     EXPECT_GE(dc.GetDeviceCaps(LOGPIXELSY), 50);
@@ -177,7 +177,7 @@ std::vector<std::byte> Registro(WORD n) {
     return bytes;
 }
 
-TEST(CPalette, GuardaSusEntradas) {
+TEST(CPalette, KeepsItsEntries) {
     const auto registro = Registro(256);
     CPalette p;
     EXPECT_EQ(p.GetEntryCount(), 0);
@@ -199,7 +199,7 @@ TEST(CPalette, GuardaSusEntradas) {
     EXPECT_FALSE(p.CreatePalette(nullptr));
 }
 
-TEST(CPalette, SeleccionarDevuelveLaAnteriorYRealizarNoCambiaNada) {
+TEST(CPalette, SelectingGivesBackTheFormerOneAndRealizingChangesNothing) {
     const auto registro = Registro(4);
     CDC dc;
     ASSERT_TRUE(dc.CreateCompatibleDC(nullptr));

@@ -56,7 +56,7 @@ class Ventana : public CWnd {
     void OnDestroy() override { ++m_nDestruidas; }
 };
 
-TEST(CWnd, NaceConSuTamano) {
+TEST(CWnd, IsBornWithItsSize) {
     Ventana v;
     ASSERT_TRUE(v.Abre(120, 80)) << UltimoFalloGL();
     CRect r;
@@ -75,7 +75,7 @@ TEST(CWnd, NaceConSuTamano) {
     EXPECT_TRUE(v.Abre(30, 40)) << "the object can be used again";
 }
 
-TEST(CWnd, LosTamanosImposiblesSeRehusan) {
+TEST(CWnd, ImpossibleSizesAreRefused) {
     Ventana v;
     EXPECT_FALSE(v.Abre(0, 10));
     EXPECT_FALSE(v.Abre(10, 0));
@@ -88,7 +88,7 @@ TEST(CWnd, LosTamanosImposiblesSeRehusan) {
     EXPECT_FALSE(v.MoveWindow(0, 0, 100000, 10));
 }
 
-TEST(CWnd, QuienLaHacePuedeRehusarla) {
+TEST(CWnd, WhoMakesItMayRefuseIt) {
     Ventana v;
     v.m_nCrea = -1;
     EXPECT_FALSE(v.Abre(10, 10));
@@ -101,7 +101,7 @@ TEST(CWnd, QuienLaHacePuedeRehusarla) {
     EXPECT_TRUE(v.Abre(10, 10));
 }
 
-TEST(CWnd, SePintaCuandoSePide) {
+TEST(CWnd, IsPaintedWhenAsked) {
     Ventana v;
     ASSERT_TRUE(v.Abre(40, 30));
     ASSERT_TRUE(v.Espera([&] { return v.m_nPintadas > 0; })) << "a new window is painted";
@@ -113,7 +113,7 @@ TEST(CWnd, SePintaCuandoSePide) {
     EXPECT_EQ(v.m_nPintadas, antes + 1) << "once, however often it was asked for";
 }
 
-TEST(CWnd, MoverlaAvisaDelTamano) {
+TEST(CWnd, MovingItTellsItsSize) {
     Ventana v;
     ASSERT_TRUE(v.Abre(40, 30));
     ASSERT_TRUE(v.MoveWindow(5, 6, 64, 48));
@@ -127,7 +127,7 @@ TEST(CWnd, MoverlaAvisaDelTamano) {
     EXPECT_EQ(v.m_Tamanos.size(), 2u) << "the size is the same";
 }
 
-TEST(CWnd, PuedeDestruirseAlPintar) {
+TEST(CWnd, MayBeDestroyedWhilePainting) {
     Ventana v, otra;
     ASSERT_TRUE(v.Abre(40, 30));
     ASSERT_TRUE(otra.Abre(40, 30));
@@ -139,7 +139,7 @@ TEST(CWnd, PuedeDestruirseAlPintar) {
     EXPECT_GE(otra.m_nPintadas, 1);
 }
 
-TEST(CWnd, LasHijasSeVanConSuMadre) {
+TEST(CWnd, ChildrenGoWithTheirParent) {
     Ventana madre, hija, nieta;
     ASSERT_TRUE(madre.Abre(100, 100));
     ASSERT_TRUE(hija.Create(nullptr, L"", WS_CHILD | WS_VISIBLE, CRect(10, 10, 60, 60), &madre));
@@ -151,7 +151,7 @@ TEST(CWnd, LasHijasSeVanConSuMadre) {
     EXPECT_EQ(nieta.m_nDestruidas, 1);
 }
 
-TEST(CWnd, SusDispositivosCompartenElFormato) {
+TEST(CWnd, ItsDevicesShareTheFormat) {
     Ventana v;
     ASSERT_TRUE(v.Abre(16, 16));
     CClientDC uno(&v);
@@ -170,7 +170,7 @@ TEST(CWnd, SusDispositivosCompartenElFormato) {
     EXPECT_EQ(uno.SelectObject(&b), nullptr) << "a window has no bitmap";
 }
 
-TEST(CWnd, SeDibujaEnEllaYSePresenta) {
+TEST(CWnd, CanBeDrawnOnAndPresented) {
     Ventana v;
     ASSERT_TRUE(v.Abre(16, 16));
     ASSERT_TRUE(v.Espera([&] { return v.m_nPintadas > 0; }));
@@ -195,7 +195,7 @@ TEST(CWnd, SeDibujaEnEllaYSePresenta) {
     EXPECT_TRUE(wglDeleteContext(hrc));
 }
 
-TEST(CWnd, ElContextoSigueALaVentanaQueCrece) {
+TEST(CWnd, TheContextFollowsAWindowThatGrows) {
     Ventana v;
     ASSERT_TRUE(v.Abre(16, 16));
     CClientDC dc(&v);
@@ -215,7 +215,7 @@ TEST(CWnd, ElContextoSigueALaVentanaQueCrece) {
     EXPECT_TRUE(wglDeleteContext(hrc));
 }
 
-TEST(CWnd, DestruirlaConUnContextoActualLoSuelta) {
+TEST(CWnd, DestroyingItReleasesACurrentContext) {
     Ventana v;
     ASSERT_TRUE(v.Abre(16, 16));
     CClientDC dc(&v);
@@ -233,7 +233,7 @@ TEST(CWnd, DestruirlaConUnContextoActualLoSuelta) {
     EXPECT_TRUE(wglDeleteContext(hrc));
 }
 
-TEST(CWnd, DestruirlaMientrasOtroHiloDibujaNoRompeNada) {
+TEST(CWnd, DestroyingItWhileAnotherThreadDrawsBreaksNothing) {
     auto v = std::make_unique<Ventana>();
     ASSERT_TRUE(v->Abre(16, 16));
     auto dc = std::make_unique<CClientDC>(v.get());
@@ -259,7 +259,7 @@ TEST(CWnd, DestruirlaMientrasOtroHiloDibujaNoRompeNada) {
     EXPECT_TRUE(wglDeleteContext(hrc));
 }
 
-TEST(CWnd, LoQueNoEsUnaVentanaNoSeEnvuelve) {
+TEST(CWnd, WhatIsNoWindowIsntWrapped) {
     CWnd v;
     EXPECT_FALSE(v.Attach(0));
     EXPECT_FALSE(v.Attach(0x7fffffff));

@@ -25,7 +25,7 @@ class Contextos : public testing::Test {
     Memoria m_Memoria;
 };
 
-TEST_F(Contextos, ElFormatoTieneOchoBitsPorColorYLaMayorProfundidad) {
+TEST_F(Contextos, TheFormatHasEightBitsAColourAndTheDeepestBuffer) {
     const int n = GetPixelFormat(m_Memoria.hdc());
     ASSERT_GT(n, 0);
     PIXELFORMATDESCRIPTOR d{};
@@ -57,7 +57,7 @@ TEST_F(Contextos, ElFormatoTieneOchoBitsPorColorYLaMayorProfundidad) {
     EXPECT_TRUE(wglDeleteContext(hrc));
 }
 
-TEST_F(Contextos, LosFormatosImposiblesSeRehusan) {
+TEST_F(Contextos, ImpossibleFormatsAreRefused) {
     auto d = Deseado();
     d.iPixelType = PFD_TYPE_COLORINDEX;
     EXPECT_EQ(ChoosePixelFormat(m_Memoria.hdc(), &d), 0);
@@ -74,14 +74,14 @@ TEST_F(Contextos, LosFormatosImposiblesSeRehusan) {
     EXPECT_EQ(DescribePixelFormat(nullptr, 1, sizeof d, &d), 0);
 }
 
-TEST_F(Contextos, ElFormatoSePoneUnaVez) {
+TEST_F(Contextos, TheFormatIsSetOnce) {
     const int n = GetPixelFormat(m_Memoria.hdc());
     EXPECT_TRUE(SetPixelFormat(m_Memoria.hdc(), n, nullptr));
     EXPECT_FALSE(SetPixelFormat(m_Memoria.hdc(), n == 1 ? 2 : 1, nullptr));
     EXPECT_EQ(GetPixelFormat(m_Memoria.hdc()), n);
 }
 
-TEST_F(Contextos, SinFormatoNoHayContexto) {
+TEST_F(Contextos, WithoutAFormatThereIsNoContext) {
     CDC dc;
     ASSERT_TRUE(dc.CreateCompatibleDC(nullptr));
     EXPECT_EQ(GetPixelFormat(dc.GetSafeHdc()), 0);
@@ -90,7 +90,7 @@ TEST_F(Contextos, SinFormatoNoHayContexto) {
     EXPECT_FALSE(PonFormato(dc.GetSafeHdc())) << "no bitmap is selected";
 }
 
-TEST_F(Contextos, SoltarSinNadaActualEsUnExito) {
+TEST_F(Contextos, ReleasingNothingIsASuccess) {
     EXPECT_TRUE(wglMakeCurrent(nullptr, nullptr));
     EXPECT_TRUE(wglMakeCurrent(nullptr, nullptr));
     EXPECT_TRUE(wglMakeCurrent(m_Memoria.hdc(), nullptr));
@@ -98,7 +98,7 @@ TEST_F(Contextos, SoltarSinNadaActualEsUnExito) {
     EXPECT_EQ(wglGetCurrentDC(), nullptr);
 }
 
-TEST_F(Contextos, ElActualEsElQueSePuso) {
+TEST_F(Contextos, TheCurrentOneIsTheOneThatWasSet) {
     HGLRC uno = wglCreateContext(m_Memoria.hdc()), otro = wglCreateContext(m_Memoria.hdc());
     EXPECT_NE(uno, otro);
     EXPECT_EQ(wglGetCurrentContext(), nullptr);
@@ -114,13 +114,13 @@ TEST_F(Contextos, ElActualEsElQueSePuso) {
     EXPECT_TRUE(wglDeleteContext(otro));
 }
 
-TEST_F(Contextos, SinContextoActualLasLlamadasNoHacenNada) {
+TEST_F(Contextos, WithoutACurrentContextCallsDoNothing) {
     glClear(GL_COLOR_BUFFER_BIT);
     glEnable(GL_DEPTH_TEST);
     EXPECT_FALSE(HayErrorGL());
 }
 
-TEST_F(Contextos, BorrarElActualLoSuelta) {
+TEST_F(Contextos, DeletingTheCurrentOneReleasesIt) {
     HGLRC hrc = wglCreateContext(m_Memoria.hdc());
     ASSERT_TRUE(wglMakeCurrent(m_Memoria.hdc(), hrc));
     EXPECT_TRUE(wglDeleteContext(hrc));
@@ -131,7 +131,7 @@ TEST_F(Contextos, BorrarElActualLoSuelta) {
     EXPECT_EQ(n, -7) << "something is current still";
 }
 
-TEST_F(Contextos, LosHandlesDesconocidosSeRehusan) {
+TEST_F(Contextos, UnknownHandlesAreRefused) {
     HGLRC hrc = wglCreateContext(m_Memoria.hdc());
     EXPECT_TRUE(wglDeleteContext(hrc));
     EXPECT_FALSE(wglDeleteContext(hrc));
@@ -149,7 +149,7 @@ TEST_F(Contextos, LosHandlesDesconocidosSeRehusan) {
     EXPECT_TRUE(wglDeleteContext(vivo));
 }
 
-TEST_F(Contextos, UnRechazoDejaActualElDeAntes) {
+TEST_F(Contextos, ARefusalLeavesTheFormerOneCurrent) {
     HGLRC hrc = wglCreateContext(m_Memoria.hdc());
     ASSERT_TRUE(wglMakeCurrent(m_Memoria.hdc(), hrc));
     EXPECT_FALSE(wglMakeCurrent(m_Memoria.hdc(), reinterpret_cast<HGLRC>(std::uintptr_t{0xdeadbeef})));
@@ -160,7 +160,7 @@ TEST_F(Contextos, UnRechazoDejaActualElDeAntes) {
     EXPECT_TRUE(wglDeleteContext(hrc));
 }
 
-TEST_F(Contextos, OtroHiloNoPuedeTomarElActualNiBorrarlo) {
+TEST_F(Contextos, AnotherThreadCanNeitherTakeTheCurrentOneNorDeleteIt) {
     HGLRC hrc = wglCreateContext(m_Memoria.hdc());
     ASSERT_TRUE(wglMakeCurrent(m_Memoria.hdc(), hrc));
     std::thread([&] {
@@ -177,7 +177,7 @@ TEST_F(Contextos, OtroHiloNoPuedeTomarElActualNiBorrarlo) {
     EXPECT_TRUE(wglDeleteContext(hrc));
 }
 
-TEST_F(Contextos, UnHiloQueAcabaSueltaElSuyo) {
+TEST_F(Contextos, AThreadThatEndsReleasesItsOwn) {
     HGLRC hrc = wglCreateContext(m_Memoria.hdc());
     std::thread([&] { EXPECT_TRUE(wglMakeCurrent(m_Memoria.hdc(), hrc)); }).join();
     EXPECT_TRUE(wglMakeCurrent(m_Memoria.hdc(), hrc)) << UltimoFalloGL();
@@ -186,7 +186,7 @@ TEST_F(Contextos, UnHiloQueAcabaSueltaElSuyo) {
     EXPECT_TRUE(wglDeleteContext(hrc));
 }
 
-TEST_F(Contextos, ElEstadoDeUnContextoQuedaEnEl) {
+TEST_F(Contextos, TheStateOfAContextStaysInIt) {
     HGLRC uno = wglCreateContext(m_Memoria.hdc()), otro = wglCreateContext(m_Memoria.hdc());
     ASSERT_TRUE(wglMakeCurrent(m_Memoria.hdc(), uno));
     glEnable(GL_LIGHTING);
@@ -198,7 +198,7 @@ TEST_F(Contextos, ElEstadoDeUnContextoQuedaEnEl) {
     EXPECT_TRUE(wglDeleteContext(otro));
 }
 
-TEST_F(Contextos, LosUnidosVenSusListasYTexturasDesdeOtrosHilos) {
+TEST_F(Contextos, JoinedOnesSeeTheirListsAndTexturesFromOtherThreads) {
     HGLRC principal = wglCreateContext(m_Memoria.hdc());
     constexpr int nHilos = 4;
     std::vector<HGLRC> deHilo;
@@ -254,7 +254,7 @@ TEST_F(Contextos, LosUnidosVenSusListasYTexturasDesdeOtrosHilos) {
     EXPECT_TRUE(wglDeleteContext(principal));
 }
 
-TEST_F(Contextos, SinUnirNoSeVenLasListas) {
+TEST_F(Contextos, ListsArentSeenWithoutJoining) {
     HGLRC uno = wglCreateContext(m_Memoria.hdc()), otro = wglCreateContext(m_Memoria.hdc());
     ASSERT_TRUE(wglMakeCurrent(m_Memoria.hdc(), uno));
     const GLuint lista = glGenLists(1);
@@ -268,7 +268,7 @@ TEST_F(Contextos, SinUnirNoSeVenLasListas) {
     EXPECT_TRUE(wglDeleteContext(otro));
 }
 
-TEST_F(Contextos, UnirAlcanzaAQuienYaSeUsoSiElOtroNo) {
+TEST_F(Contextos, JoiningReachesAUsedOneWhenTheOtherIsNot) {
     HGLRC usado = wglCreateContext(m_Memoria.hdc()), b = wglCreateContext(m_Memoria.hdc()),
           c = wglCreateContext(m_Memoria.hdc());
     ASSERT_TRUE(wglMakeCurrent(m_Memoria.hdc(), usado));
@@ -287,7 +287,7 @@ TEST_F(Contextos, UnirAlcanzaAQuienYaSeUsoSiElOtroNo) {
         EXPECT_TRUE(wglDeleteContext(h));
 }
 
-TEST_F(Contextos, ElGrupoSobreviveAlQueLoAbrio) {
+TEST_F(Contextos, TheGroupOutlivesTheOneThatBeganIt) {
     HGLRC a = wglCreateContext(m_Memoria.hdc()), b = wglCreateContext(m_Memoria.hdc()),
           c = wglCreateContext(m_Memoria.hdc());
     ASSERT_TRUE(wglShareLists(a, b));
@@ -304,7 +304,7 @@ TEST_F(Contextos, ElGrupoSobreviveAlQueLoAbrio) {
     EXPECT_TRUE(wglDeleteContext(c));
 }
 
-TEST_F(Contextos, LosDeOtroFormatoSeRehusan) {
+TEST_F(Contextos, ThoseOfAnotherFormatAreRefused) {
     PIXELFORMATDESCRIPTOR d{};
     const int n = GetPixelFormat(m_Memoria.hdc());
     const int cuantos = DescribePixelFormat(m_Memoria.hdc(), 1, sizeof d, &d);
@@ -324,7 +324,7 @@ TEST_F(Contextos, LosDeOtroFormatoSeRehusan) {
     EXPECT_TRUE(wglDeleteContext(hrc));
 }
 
-TEST_F(Contextos, BorrarElDispositivoActualNoRompeNada) {
+TEST_F(Contextos, DeletingTheCurrentDeviceBreaksNothing) {
     HGLRC hrc = wglCreateContext(m_Memoria.hdc());
     ASSERT_TRUE(wglMakeCurrent(m_Memoria.hdc(), hrc));
     const HDC hdc = m_Memoria.hdc();
@@ -342,7 +342,7 @@ std::size_t Descriptores() {
     return static_cast<std::size_t>(std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}));
 }
 
-TEST_F(Contextos, DoscientosContextosNoDejanNada) {
+TEST_F(Contextos, TwoHundredContextsLeaveNothingBehind) {
     auto uno = [] {
         Memoria m(64, 64);
         HGLRC a = wglCreateContext(m.hdc()), b = wglCreateContext(m.hdc());
@@ -360,12 +360,12 @@ TEST_F(Contextos, DoscientosContextosNoDejanNada) {
     EXPECT_EQ(Descriptores(), antes);
 }
 
-TEST_F(Contextos, ElBackendSeEligeUnaVez) {
+TEST_F(Contextos, TheBackendIsChosenOnce) {
     EXPECT_FALSE(plataforma::FuerzaBackend("egl-surfaceless")) << "one serves already";
     EXPECT_FALSE(plataforma::FuerzaBackend("none such"));
 }
 
-TEST_F(Contextos, ElDiagnosticoDiceQuienSirveYPorQueLosDemasNo) {
+TEST_F(Contextos, TheDiagnosisSaysWhoServesAndWhyTheOthersDont) {
     HGLRC hrc = wglCreateContext(m_Memoria.hdc());
     ASSERT_TRUE(wglMakeCurrent(m_Memoria.hdc(), hrc));
     const CDiagnosticoGL d = DiagnosticoGL();

@@ -23,7 +23,7 @@ class Presentacion : public testing::Test {
     HGLRC m_hRC = nullptr;
 };
 
-TEST_F(Presentacion, ElColorLlegaExacto) {
+TEST_F(Presentacion, ColoursArriveExactly) {
     Memoria m(5, 3);
     Usa(m);
     Limpia(10, 120, 250);
@@ -35,7 +35,7 @@ TEST_F(Presentacion, ElColorLlegaExacto) {
     EXPECT_FALSE(HayErrorGL());
 }
 
-TEST_F(Presentacion, LaFilaPrimeraEsLaDeAbajo) {
+TEST_F(Presentacion, TheFirstRowIsTheBottomOne) {
     for (UINT bits : {24u, 32u}) {
         Memoria m(7, 9, bits);
         Usa(m);
@@ -54,7 +54,7 @@ TEST_F(Presentacion, LaFilaPrimeraEsLaDeAbajo) {
     }
 }
 
-TEST_F(Presentacion, ElEstadoDePixelesDeLaEscenaNiEstorbaNiCambia) {
+TEST_F(Presentacion, TheScenesPixelStateNeitherHindersNorChanges) {
     Memoria m(6, 4);
     Usa(m);
     Limpia(40, 50, 60);
@@ -77,7 +77,7 @@ TEST_F(Presentacion, ElEstadoDePixelesDeLaEscenaNiEstorbaNiCambia) {
     EXPECT_FALSE(HayErrorGL());
 }
 
-TEST_F(Presentacion, LaProfundidadQuedaTrasPresentar) {
+TEST_F(Presentacion, DepthStaysAfterPresenting) {
     Memoria m(4, 4);
     Usa(m);
     glEnable(GL_DEPTH_TEST);
@@ -90,7 +90,7 @@ TEST_F(Presentacion, LaProfundidadQuedaTrasPresentar) {
         EXPECT_NEAR(v, 0.25f, 1e-6f);
 }
 
-TEST_F(Presentacion, ElXorEnElFrenteSeVeYSeBorra) {
+TEST_F(Presentacion, XorOnTheFrontBufferShowsAndWipes) {
     Memoria m(8, 8);
     Usa(m);
     glViewport(0, 0, 8, 8);
@@ -116,7 +116,7 @@ TEST_F(Presentacion, ElXorEnElFrenteSeVeYSeBorra) {
     EXPECT_EQ(m.Pixel(1, 1), (Pixel{30, 20, 10}));
 }
 
-TEST_F(Presentacion, UnBitmapDelMismoTamanoTomaElRelevo) {
+TEST_F(Presentacion, ABitmapOfTheSameSizeTakesOver) {
     Memoria m(4, 4);
     Usa(m);
     CBitmap otro, mayor;
@@ -132,7 +132,7 @@ TEST_F(Presentacion, UnBitmapDelMismoTamanoTomaElRelevo) {
     EXPECT_EQ(m.Pixel(0, 0), (Pixel{0, 0, 0}));
 }
 
-TEST_F(Presentacion, UnBitmapBorradoSigueVivoEnElDispositivo) {
+TEST_F(Presentacion, ADeletedBitmapLivesOnInTheDevice) {
     Memoria m(4, 4);
     Usa(m);
     EXPECT_TRUE(m.m_Bitmap.DeleteObject());
@@ -141,7 +141,7 @@ TEST_F(Presentacion, UnBitmapBorradoSigueVivoEnElDispositivo) {
     EXPECT_NE(m.m_DC.GetCurrentBitmap(), &m.m_Bitmap);
 }
 
-TEST_F(Presentacion, SinContextoActualNoHayNadaQueCopiar) {
+TEST_F(Presentacion, WithoutACurrentContextThereIsNothingToCopy) {
     Memoria m(4, 4), otra(4, 4);
     EXPECT_FALSE(SwapBuffers(m.hdc()));
     Usa(otra);
@@ -150,7 +150,7 @@ TEST_F(Presentacion, SinContextoActualNoHayNadaQueCopiar) {
     EXPECT_TRUE(GdiFlush());
 }
 
-TEST_F(Presentacion, QuienDibujaEnNingunSitioLoSabe) {
+TEST_F(Presentacion, WhoDrawsNowhereIsTold) {
     Memoria m(4, 4);
     Usa(m);
     HGLRC otro = wglCreateContext(m.hdc());
@@ -176,7 +176,7 @@ TEST_F(Presentacion, QuienDibujaEnNingunSitioLoSabe) {
     EXPECT_TRUE(wglDeleteContext(otro));
 }
 
-TEST_F(Presentacion, LosTamanosImposiblesSonUnFalloClaro) {
+TEST_F(Presentacion, ImpossibleSizesAreAClearFailure) {
     for (auto [ancho, alto] : {std::pair{100000, 16}, {16, 100000}}) {
         Memoria m(ancho, alto);
         EXPECT_TRUE(m.m_bSeleccionado);
@@ -187,7 +187,7 @@ TEST_F(Presentacion, LosTamanosImposiblesSonUnFalloClaro) {
     }
 }
 
-TEST_F(Presentacion, UnaImagenGrandeSeDibujaEntera) {
+TEST_F(Presentacion, ALargePictureIsDrawnWhole) {
     Memoria m(6000, 40);
     Usa(m);
     glViewport(0, 0, 6000, 40);

@@ -120,7 +120,7 @@ class VentanaX11 : public testing::Test {
     HGLRC m_hRC = nullptr;
 };
 
-TEST_F(VentanaX11, LoPresentadoSeVe) {
+TEST_F(VentanaX11, WhatIsPresentedShows) {
     CClientDC dc(&m_Ventana);
     Contexto(dc.GetSafeHdc());
     Limpia(0x12, 0x34, 0x56);
@@ -136,7 +136,7 @@ TEST_F(VentanaX11, LoPresentadoSeVe) {
     EXPECT_EQ(Color(31, 0), 0x654321u) << "the scissor is the scene's, not the presentation's";
 }
 
-TEST_F(VentanaX11, ElXorEnElFrenteSeVeYSeBorra) {
+TEST_F(VentanaX11, XorOnTheFrontBufferShowsAndWipes) {
     CClientDC dc(&m_Ventana);
     Contexto(dc.GetSafeHdc());
     for (unsigned long fondo : {0x102030ul, 0x908070ul}) {
@@ -150,7 +150,7 @@ TEST_F(VentanaX11, ElXorEnElFrenteSeVeYSeBorra) {
     }
 }
 
-TEST_F(VentanaX11, ElXorDeVariasVecesConSueltaEntreMedias) {
+TEST_F(VentanaX11, XorOfSeveralTimesWithReleasesBetween) {
     CClientDC dc(&m_Ventana);
     Contexto(dc.GetSafeHdc());
     Limpia(0x10, 0x20, 0x30);
@@ -163,7 +163,7 @@ TEST_F(VentanaX11, ElXorDeVariasVecesConSueltaEntreMedias) {
     }
 }
 
-TEST_F(VentanaX11, UnaVentanaQueCambiaDeTamanoSeVeEntera) {
+TEST_F(VentanaX11, AWindowThatChangesItsSizeShowsWhole) {
     CClientDC dc(&m_Ventana);
     Contexto(dc.GetSafeHdc());
     Limpia(1, 2, 3);
@@ -189,7 +189,7 @@ TEST_F(VentanaX11, UnaVentanaQueCambiaDeTamanoSeVeEntera) {
     }
 }
 
-TEST_F(VentanaX11, VariosHilosALaVezEnUnaVentana) {
+TEST_F(VentanaX11, SeveralThreadsAtOnceOnOneWindow) {
     CClientDC dc(&m_Ventana);
     Contexto(dc.GetSafeHdc());
     HGLRC otro = wglCreateContext(dc.GetSafeHdc());
@@ -210,7 +210,7 @@ TEST_F(VentanaX11, VariosHilosALaVezEnUnaVentana) {
     EXPECT_TRUE(wglDeleteContext(otro));
 }
 
-TEST_F(VentanaX11, LosSucesosLleganALaVentana) {
+TEST_F(VentanaX11, EventsReachTheWindow) {
     const Window w = m_Ventana.VentanaNativa();
     XEvent e = {};
     e.xbutton.type = ButtonPress;
@@ -245,7 +245,7 @@ TEST_F(VentanaX11, LosSucesosLleganALaVentana) {
     EXPECT_EQ(m_Ventana.m_Sucesos, "L5,3,4 l4,3,4 R10,3,4 +8,3,4 -8,3,4 m16,7,8 K65 k37 ");
 }
 
-TEST_F(VentanaX11, ElUsuarioLaCierra) {
+TEST_F(VentanaX11, TheUserClosesIt) {
     XEvent e = {};
     e.xclient.type = ClientMessage;
     e.xclient.message_type = XInternAtom(m_Anfitrion.m_Display, "WM_PROTOCOLS", False);
@@ -257,7 +257,7 @@ TEST_F(VentanaX11, ElUsuarioLaCierra) {
     EXPECT_EQ(m_Ventana.GetSafeHwnd(), nullptr);
 }
 
-TEST_F(VentanaX11, ElTituloLlegaEnUtf8) {
+TEST_F(VentanaX11, TheTitleArrivesInUtf8) {
     const Window w = m_Ventana.VentanaNativa();
     XTextProperty texto = {};
     ASSERT_TRUE(
@@ -266,7 +266,7 @@ TEST_F(VentanaX11, ElTituloLlegaEnUtf8) {
     XFree(texto.value);
 }
 
-TEST_F(VentanaX11, SeDibujaEnUnaVentanaDelAnfitrion) {
+TEST_F(VentanaX11, AWindowOfTheHostCanBeDrawnOn) {
     const Window w = m_Anfitrion.Crea();
     CWnd envuelta;
     ASSERT_TRUE(envuelta.Attach(w)) << UltimoFalloGL();
@@ -289,7 +289,7 @@ TEST_F(VentanaX11, SeDibujaEnUnaVentanaDelAnfitrion) {
     XDestroyWindow(m_Anfitrion.m_Display, w);
 }
 
-TEST_F(VentanaX11, UnaVentanaQueDesapareceNoAcabaConElProceso) {
+TEST_F(VentanaX11, AWindowThatVanishesDoesntEndTheProcess) {
     const Window w = m_Anfitrion.Crea();
     CWnd envuelta;
     ASSERT_TRUE(envuelta.Attach(w));
@@ -343,7 +343,7 @@ class Servidor {
     std::string m_Nombre;  // empty when it didn't start
 };
 
-TEST_F(VentanaX11, UnServidorQueSeVaNoAcabaConElProceso) {
+TEST_F(VentanaX11, AServerThatGoesAwayDoesntEndTheProcess) {
     Servidor servidor;
     if (servidor.m_Nombre.empty()) GTEST_SKIP() << "Xvfb isn't installed";
     const std::string antes = std::getenv("DISPLAY");
@@ -370,7 +370,7 @@ TEST_F(VentanaX11, UnServidorQueSeVaNoAcabaConElProceso) {
 
 int g_nErroresDelAnfitrion = 0;
 
-TEST_F(VentanaX11, LosErroresDelAnfitrionSonSuyosYLosNuestrosNo) {
+TEST_F(VentanaX11, TheHostsErrorsAreItsOwnAndOursAreNot) {
     const XErrorHandler anterior = XSetErrorHandler([](Display*, XErrorEvent*) { return ++g_nErroresDelAnfitrion; });
     g_nErroresDelAnfitrion = 0;
     CWnd nueva;
@@ -383,7 +383,7 @@ TEST_F(VentanaX11, LosErroresDelAnfitrionSonSuyosYLosNuestrosNo) {
     EXPECT_NE(anterior, nullptr);
 }
 
-TEST_F(VentanaX11, UnDispositivoDeMemoriaUneSusListasConElDeVentana) {
+TEST_F(VentanaX11, AMemoryDeviceJoinsItsListsWithTheWindows) {
     CClientDC dc(&m_Ventana);
     Contexto(dc.GetSafeHdc());
     Memoria memoria(8, 8);
