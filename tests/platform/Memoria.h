@@ -53,3 +53,14 @@ inline void Limpia(int r, int g, int b) {
     glClearColor(static_cast<float>(r) / 255.0f, static_cast<float>(g) / 255.0f, static_cast<float>(b) / 255.0f, 0.0f);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
 }
+
+/// Draws over the lower left quarter of the front buffer in XOR: red and green turn into their opposites.
+inline void Xorea() {
+    glDrawBuffer(GL_FRONT);
+    glEnable(GL_COLOR_LOGIC_OP);
+    glLogicOp(GL_XOR);
+    glColor3f(1, 1, 0);
+    glRectf(-1, -1, 0, 0);
+    glDisable(GL_COLOR_LOGIC_OP);
+    glDrawBuffer(GL_BACK);
+}

@@ -96,22 +96,13 @@ TEST_F(Presentacion, XorOnTheFrontBufferShowsAndWipes) {
     glViewport(0, 0, 8, 8);
     Limpia(10, 20, 30);
     ASSERT_TRUE(SwapBuffers(m.hdc()));
-    auto xorea = [] {
-        glDrawBuffer(GL_FRONT);
-        glEnable(GL_COLOR_LOGIC_OP);
-        glLogicOp(GL_XOR);
-        glColor3f(1, 1, 0);
-        glRectf(-1, -1, 0, 0);
-        glDisable(GL_COLOR_LOGIC_OP);
-        glDrawBuffer(GL_BACK);
-        EXPECT_FALSE(HayErrorGL());
-    };
-    xorea();
+    Xorea();
     EXPECT_EQ(m.Pixel(1, 1), (Pixel{30, 20, 10})) << "nobody has asked for it yet";
     ASSERT_TRUE(GdiFlush());
     EXPECT_EQ(m.Pixel(1, 1), (Pixel{30, 20 ^ 255, 10 ^ 255}));
     EXPECT_EQ(m.Pixel(6, 6), (Pixel{30, 20, 10}));
-    xorea();
+    Xorea();
+    EXPECT_FALSE(HayErrorGL());
     ASSERT_TRUE(GdiFlush());
     EXPECT_EQ(m.Pixel(1, 1), (Pixel{30, 20, 10}));
 }

@@ -105,13 +105,7 @@ class VentanaX11 : public testing::Test {
     }
     unsigned long Color(int x, int y) { return m_Anfitrion.Color(m_Ventana.VentanaNativa(), x, y); }
     static void Xorea() {
-        glDrawBuffer(GL_FRONT);
-        glEnable(GL_COLOR_LOGIC_OP);
-        glLogicOp(GL_XOR);
-        glColor3f(1, 1, 0);
-        glRectf(-1, -1, 0, 0);
-        glDisable(GL_COLOR_LOGIC_OP);
-        glDrawBuffer(GL_BACK);
+        ::Xorea();
         glFlush();
     }
 
