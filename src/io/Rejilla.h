@@ -38,6 +38,7 @@ class CAvance {
 /// x = t[0] + column t[1] + row t[2], y = t[3] + column t[4] + row t[5].
 using Colocacion = std::array<double, 6>;
 
+/// Heights and where they lie. Once read, rows run from the south and columns from the west, unless it is rotated.
 struct Rejilla {
     static constexpr float kVacio = -9999.0f;  ///< a sample without height, as long as heights don't reach it
 

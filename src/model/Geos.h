@@ -14,6 +14,7 @@ namespace Vertiz::geos {
 /// The calling thread's context; lives as long as the thread.
 [[nodiscard]] GEOSContextHandle_t Contexto();
 
+/// Frees what GEOS made; the pointers below own it.
 struct CLibera {
     void operator()(GEOSGeometry* geometria) const { GEOSGeom_destroy_r(Contexto(), geometria); }
     void operator()(const GEOSPreparedGeometry* preparada) const { GEOSPreparedGeom_destroy_r(Contexto(), preparada); }

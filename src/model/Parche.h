@@ -22,6 +22,7 @@ struct PuntoParche {
     double u = 0.0, v = 0.0;
 };
 
+/// The surface of a cell. Places are in its unit square, heights are absolute.
 class Parche {
   public:
     /// Corners in the order south-west, south-east, north-west, north-east.

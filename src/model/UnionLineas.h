@@ -16,6 +16,7 @@ struct CTramo {
     unsigned grupo = 0;  ///< only lines of the same group are joined
 };
 
+/// What may be joined; lengths in the units of the coordinates.
 struct CReglasUnion {
     double distancia = 0;       ///< ends this far apart in plan still meet
     double cota = 0;            ///< and this far apart in height, if comparaCotas
@@ -30,6 +31,7 @@ struct CEslabon {
     bool volteado;
 };
 
+/// Lines that follow one another.
 struct CCadena {
     std::vector<CEslabon> eslabones;
     bool cerrada = false;  ///< its end meets its beginning

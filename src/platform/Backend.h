@@ -91,6 +91,7 @@ struct CapacidadesGL {
     bool m_bPresentaCopiando = false;  ///< the driver's swap leaves the front buffer as it was: copy into it instead
 };
 
+/// One way of getting windows and contexts, connected. It serves any thread.
 class Backend {
   public:
     virtual ~Backend() = default;

@@ -36,10 +36,12 @@ struct BITMAPINFOHEADER {
 };
 static_assert(sizeof(BITMAPINFOHEADER) == 40);
 
+/// An entry of a palette.
 struct RGBQUAD {
     BYTE rgbBlue, rgbGreen, rgbRed, rgbReserved;
 };
 
+/// Header and palette of a picture; the palette isn't read.
 struct BITMAPINFO {
     BITMAPINFOHEADER bmiHeader;
     RGBQUAD bmiColors[1];

@@ -7,6 +7,7 @@
 
 #include <memory>
 
+/// A colour of a palette.
 struct PALETTEENTRY {
     BYTE peRed, peGreen, peBlue, peFlags;
 };
