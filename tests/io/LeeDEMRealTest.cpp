@@ -68,6 +68,7 @@ TEST(LeeDEMReal, CellsOfOddSizeInUTM33S) {
 
 TEST(LeeDEMReal, AerialPhotographIsRefused) {
     SALTA_SIN_DATOS("dem/3320D_2010_315_RGB_LATLNG.tif");
+    SALTA_SIN_DATOS("dem/rmnp-rgb.tif");
     for (const char* nombre : {"3320D_2010_315_RGB_LATLNG.tif", "rmnp-rgb.tif"}) {
         const auto r = Vertiz::LeeDEM(CString((CarpetaDatos() / "dem" / nombre).string().c_str()));
         EXPECT_EQ(r.m_nResultado, 0);
