@@ -716,7 +716,7 @@ class LUMBRA_API CGL : public CGLAjustes {
     ProfundidadFondo MideFondo(const MatricesGL& matrices) const;
     void LeeProfundidad(int x, int y);
     bool BuscaPixel(const ProfundidadFondo& fondo, float& z, int& i, int& j) const;
-    int ProyectaPixel(const MatricesGL& matrices, int x, int y, Vertiz::CCoor3D<double>& c) const;
+    bool ProyectaPixel(const MatricesGL& matrices, int x, int y, Vertiz::CCoor3D<double>& c, bool& bHallado) const;
     Vertiz::CMaximas<double> EnImagen(const Vertiz::CMaximas<double>& m) const;
     int GetMaximasHijos(const std::vector<CGL*>& hijos, Vertiz::CMaximas<double>& m, int fondo) const;
 
@@ -726,14 +726,16 @@ class LUMBRA_API CGL : public CGLAjustes {
     bool AjustaOrto(const Vertiz::CMaximas<double>& cajaGL);
     bool AjustaPerspectiva(const Vertiz::CMaximas<double>& cajaGL);
     void GiraVista(double grados, Vertiz::CCoor3D<double> eje, int bVista, const Vertiz::CCoor3D<double>* pivote);
-    bool PuntosPaso(int dx, int dy, Vertiz::CCoor3D<double>& a, Vertiz::CCoor3D<double>& b);
+    enum class Paso { SinContexto, SinPunto, Hallado };
+    Paso MidePaso(int dx, int dy, Vertiz::CCoor3D<double>& d);
     void DesplazaX(int sentido);
     void DesplazaZ(int sentido);
+    template <class Traza>
+    void DibujaXor(Traza traza);
 
     // CGLSuperpuestos.cpp, CGLCielo.cpp
     void RestauraModo() const;
-    bool EntraEspacioIcono(double fondo, double z);
-    void DibujaIcono(GLuint lista) const;
+    bool SituaIcono(double fondo, double z) const;
     bool CargaTexturaCielo(bool& bBuena);
     void CompilaEsferaCielo() const;
 
