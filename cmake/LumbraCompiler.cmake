@@ -12,7 +12,7 @@ add_compile_options(-Wall -Wextra -Wpedantic -Wshadow -Wnon-virtual-dtor -Woverl
 add_compile_definitions(_FILE_OFFSET_BITS=64)
 if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # With optimization these two see overflows in the joining of short std::strings, where there are none (GCC 12).
-  add_compile_options(-Wno-stringop-overflow -Wno-restrict)
+  add_compile_options($<$<CONFIG:Release>:-Wno-stringop-overflow> $<$<CONFIG:Release>:-Wno-restrict>)
 endif()
 
 if(LUMBRA_SANITIZE)
