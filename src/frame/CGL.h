@@ -45,6 +45,7 @@
 // with a shared context and for TerrenoAGL, which workers call too. No operation throws, except for a failed
 // allocation.
 
+#include <array>
 #include <memory>
 #include <vector>
 
@@ -560,6 +561,8 @@ class LUMBRA_API CGL : public CGLAjustes {
     static constexpr int LADO_PROFUNDIDAD = 1024;      ///< side of the depth block, in pixels
     static constexpr double COTA_SIN_TERRENO = -9989;  ///< a height of this or below belongs to a photograph
 
+    /// The colour that glColorTintaHipsometrica sets, channels from 0 to 1.
+    std::array<float, 3> TintaHipsometrica(double z, bool bInterpolar, double sombra) const;
     /// This scene lies on a photograph: points go through the image's transformation and back.
     bool SobreFoto() const;
     /// All children: references first, then links.

@@ -292,6 +292,11 @@ int CGL::SetBkColor() {
 }
 
 void CGL::glColorTintaHipsometrica(double z, bool bInterpolar, double sombra) const {
+    const std::array<float, 3> color = TintaHipsometrica(z, bInterpolar, sombra);
+    glColor3f(color[0], color[1], color[2]);
+}
+
+std::array<float, 3> CGL::TintaHipsometrica(double z, bool bInterpolar, double sombra) const {
     const std::vector<Vertiz::CColorCota>& paradas = m_Data.m_GamaColor.Paradas();
     int canales[3] = {0, 0, 0};
     // The first stop above z, from the second on: at and above the last stop there is none, and the colour is black.
@@ -311,6 +316,6 @@ void CGL::glColorTintaHipsometrica(double z, bool bInterpolar, double sombra) co
         for (int& canal : canales)
             canal = Sombreado(canal, sombra);
     // Channels are not clamped: below the first stop they wrap.
-    glColor3f(static_cast<float>(canales[0] & 0xFF) / 255.0F, static_cast<float>(canales[1] & 0xFF) / 255.0F,
-              static_cast<float>(canales[2] & 0xFF) / 255.0F);
+    return {static_cast<float>(canales[0] & 0xFF) / 255.0F, static_cast<float>(canales[1] & 0xFF) / 255.0F,
+            static_cast<float>(canales[2] & 0xFF) / 255.0F};
 }

@@ -17,3 +17,12 @@ inline void BorraLista(GLuint& lista, GLsizei cuantas = 1) {
     glNewList(lista, GL_COMPILE);
     return !HayErrorGL();
 }
+
+/// Ends the open list.
+/// @param bien  what came of filling it
+/// @return bien, and no GL error since; none is left behind
+[[nodiscard]] inline bool CierraLista(bool bien) {
+    glEndList();
+    const bool limpia = !HayErrorGL();
+    return bien && limpia;
+}

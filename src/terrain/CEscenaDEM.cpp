@@ -4,10 +4,12 @@
 
 #include "terrain/CEscenaDEM.h"
 
-#include <cmath>
-
 #include "frame/ListaGL.h"
 #include "model/IPorcentaje.h"
+#include "terrain/ColorGL.h"
+
+#include <algorithm>
+#include <cmath>
 
 using Vertiz::CCoor3D;
 using Vertiz::CDEM;
@@ -35,13 +37,6 @@ class AjustesImagen {
     CDataGL& m_Data;
     CDataGL m_Guardados;
 };
-
-void EnFlotantes(int nColor, float (&destino)[3]) {
-    const auto color = static_cast<COLORREF>(nColor);
-    destino[0] = GetRValue(color) / 255.0F;
-    destino[1] = GetGValue(color) / 255.0F;
-    destino[2] = GetBValue(color) / 255.0F;
-}
 
 }  // namespace
 
@@ -99,13 +94,12 @@ int CEscenaDEM::IniciarListas() {
     if (!OnIniciar()) return 0;
     if (m_nTipo != 3 && !OnIniciarEjes()) return 0;
     if (!IniciarCapas()) return 0;
-    if (m_Data.m_bReferencia != 0 && m_bEsReferencia == 0)
-        for (CGL* referencia : m_Referencias) {
-            SetVariablesReferencia(referencia);
-            if (!referencia->Iniciar()) return 0;
-        }
+    if (m_Data.m_bReferencia != 0 && m_bEsReferencia == 0 && !OnIniciarReferencia(-1)) return 0;
     if (!OnIniciarVinculos() || !OnIniciarCamara() || !OnIniciarPuntosCamara()) return 0;
-    if (m_bEsReferencia == 0 && (!OnIniciarCielo() || !OnIniciarMarcas())) return 0;
+    if (m_bEsReferencia == 0) {
+        if (!OnIniciarCielo()) return 0;
+        if (!m_Marcas.empty() && !OnIniciarMarcas()) return 0;
+    }
     m_bLimitesIniciados = m_Data.m_bLimites;
     m_bEdificiosIniciados = m_Data.m_bEdificios;
     m_bRupturasIniciadas = m_Data.m_bRupturas;
@@ -131,13 +125,10 @@ int CEscenaDEM::OnIniciar() {
     if (HayErrorGL()) return 0;
     if (m_pDEM == nullptr) return 0;
     if (GetQuad() == 3) return 1;
-    EnFlotantes(m_Data.m_nColorDesmonte, m_ColorDesmonte);
-    EnFlotantes(m_Data.m_nColorTerraplen, m_ColorTerraplen);
-    EnFlotantes(m_Data.m_nColorNada, m_ColorNada);
-    if (m_pDEM->EsListaCeldas()) return OnIniciarListaCeldas();
-    const int resultado = OnIniciarDEMRegular();
-    if (m_nListaSuperficie > 0) glEndList();
-    return resultado != 0 && !HayErrorGL() ? 1 : 0;
+    m_ColorDesmonte = ColorGL(m_Data.m_nColorDesmonte);
+    m_ColorTerraplen = ColorGL(m_Data.m_nColorTerraplen);
+    m_ColorNada = ColorGL(m_Data.m_nColorNada);
+    return m_pDEM->EsListaCeldas() ? OnIniciarListaCeldas() : OnIniciarDEMRegular();
 }
 
 int CEscenaDEM::OnIniciarListaCeldas() {
@@ -152,21 +143,23 @@ int CEscenaDEM::OnIniciarListaCeldas() {
             CompilaPuntos();
         glEnd();
     }
-    const bool bien = !HayErrorGL();
-    glEndList();
-    return bien && !HayErrorGL() ? 1 : 0;
+    return CierraLista(!HayErrorGL());
 }
 
 // Without cell shading the whole surface has one colour.
 void CEscenaDEM::PreparaColorUnico() const {
     if (m_Data.m_nSombraCeldas != 0) return;
-    float color[3];
-    EnFlotantes(m_Data.m_nColorDEM, color);
+    const Color color = ColorGL(m_Data.m_nColorDEM);
     glColor3f(color[0], color[1], color[2]);
     glDisable(GL_TEXTURE_2D);
 }
 
-// GL position of a point of the cell list: of each of its coordinates its place in GL space.
+bool CEscenaDEM::EsPuntoVisible(const CDEM::CPunto& punto) const {
+    return punto.m_fCota > m_pDEM->GetNulo() && std::isfinite(punto.m_fCota) && punto.m_nX < m_pDEM->ListaX().size() &&
+           punto.m_nY < m_pDEM->ListaY().size();
+}
+
+// GL position of a point of the cell list: absolute x and y, and a height that the caller has settled.
 CCoor3D<double> CEscenaDEM::PosicionLista(double x, double y, float h) const {
     const CCoor3D<double>& o = m_Maximas.Minima();
     const Vertiz::CDataSemilla& s = m_pDEM->GetSemilla();
@@ -176,60 +169,63 @@ CCoor3D<double> CEscenaDEM::PosicionLista(double x, double y, float h) const {
 }
 
 void CEscenaDEM::CompilaCeldas() const {
+    constexpr int kOrden[4] = {1, 0, 3, 2};  // north-west, south-west, south-east, north-east
     const std::vector<CDEM::CPunto>& puntos = m_pDEM->Puntos();
-    const double nulo = m_pDEM->GetNulo(), sz = m_pDEM->GetSemilla().GetZ();
+    const double sz = m_pDEM->GetSemilla().GetZ();
+    const bool porAltura = ColorPorAltura();
+    const auto visible = [&](std::uint32_t i) { return i < puntos.size() && EsPuntoVisible(puntos[i]); };
     for (const CDEM::CCelda& celda : m_pDEM->Celdas()) {
-        const CDEM::CPunto* p[4];
-        bool entera = true;
+        if (!std::ranges::all_of(celda.m_nPuntos, visible)) continue;
+        const auto punto = [&](int i) -> const CDEM::CPunto& { return puntos[celda.m_nPuntos[i]]; };
+        const double oeste = m_pDEM->ListaX()[punto(0).m_nX], este = m_pDEM->ListaX()[punto(3).m_nX];
+        const double sur = m_pDEM->ListaY()[punto(0).m_nY], norte = m_pDEM->ListaY()[punto(1).m_nY];
+        float h[4];
+        CCoor3D<double> v[4];
         for (int i = 0; i < 4; ++i) {
-            entera = entera && celda.m_nPuntos[i] < puntos.size();
-            if (!entera) break;
-            p[i] = &puntos[celda.m_nPuntos[i]];
-            entera = p[i]->m_fCota > nulo && std::isfinite(p[i]->m_fCota);
+            h[i] = static_cast<float>(punto(kOrden[i]).m_fCota - sz);
+            v[i] = PosicionLista(i < 2 ? oeste : este, i == 0 || i == 3 ? norte : sur, h[i]);
         }
-        if (!entera) continue;
-        const auto x = [&](int i) { return m_pDEM->ListaX()[p[i]->m_nX]; };
-        const auto y = [&](int i) { return m_pDEM->ListaY()[p[i]->m_nY]; };
-        const auto h = [&](int i) { return static_cast<float>(p[i]->m_fCota - sz); };
-        // West and south are those of the first point, north that of the second, east that of the fourth.
-        const CCoor3D<double> v[4] = {PosicionLista(x(0), y(1), h(1)), PosicionLista(x(0), y(0), h(0)),
-                                      PosicionLista(x(3), y(3), h(0)), PosicionLista(x(3), y(2), h(1))};
-        const float alturas[4] = {h(1), h(0), h(0), h(1)};
         CCoor3D<double> normal = (v[0] - v[1]) * (v[3] - v[0]);
         normal.Normaliza();
         glNormal3d(normal.x, normal.y, normal.z);
         for (int i = 0; i < 4; ++i) {
-            ColorVertice(alturas[i], i);
+            if (porAltura || m_Data.m_nSombraCeldas != 0) {
+                const Color color = porAltura ? ColorAltura(h[i]) : Tinte(i);
+                glColor3f(color[0], color[1], color[2]);
+            }
             glVertex3d(v[i].x, v[i].y, v[i].z);
         }
     }
 }
 
 void CEscenaDEM::CompilaPuntos() const {
-    const double nulo = m_pDEM->GetNulo(), sz = m_pDEM->GetSemilla().GetZ();
-    const unsigned modo = GetTipoColorMDT();
+    const double sz = m_pDEM->GetSemilla().GetZ();
+    const bool porAltura = ColorPorAltura();
     for (const CDEM::CPunto& punto : m_pDEM->Puntos()) {
-        if (!(punto.m_fCota > nulo) || !std::isfinite(punto.m_fCota)) continue;
+        if (!EsPuntoVisible(punto)) continue;
         // Here the origin's height is added where the quads take it away: so this form has always been.
         const auto h = static_cast<float>(punto.m_fCota + sz);
         const CCoor3D<double> p = PosicionLista(m_pDEM->ListaX()[punto.m_nX], m_pDEM->ListaY()[punto.m_nY], h);
-        if (modo == 2 || modo == 6) ColorVertice(h, 0);
+        if (porAltura) {
+            const Color color = ColorAltura(h);
+            glColor3f(color[0], color[1], color[2]);
+        }
         glVertex3d(p.x, p.y, p.z);
     }
 }
 
-// The colour of a vertex by its height or, with cell shading, by its place in the cell.
-void CEscenaDEM::ColorVertice(double h, int lugar) const {
-    constexpr float kTintes[4][3] = {{0.2F, 0.8F, 1.0F}, {0.6F, 0.7F, 1.0F}, {0.7F, 0.9F, 1.0F}, {0.7F, 0.8F, 1.0F}};
-    const unsigned modo = GetTipoColorMDT();
-    if (modo == 2) {
-        glColorTintaHipsometrica(h, true, -1.0);
-    } else if (modo == 6) {
-        const float* color = h > 0.0 ? m_ColorTerraplen : h < 0.0 ? m_ColorDesmonte : m_ColorNada;
-        glColor3f(color[0], color[1], color[2]);
-    } else if (m_Data.m_nSombraCeldas != 0) {
-        glColor3f(kTintes[lugar][0], kTintes[lugar][1], kTintes[lugar][2]);
-    }
+// The colour of a height: by the ramp, or by cut and fill.
+CEscenaDEM::Color CEscenaDEM::ColorAltura(double h) const {
+    if (GetTipoColorMDT() == 2) return TintaHipsometrica(h, true, -1.0);
+    if (h > 0.0) return m_ColorTerraplen;
+    return h < 0.0 ? m_ColorDesmonte : m_ColorNada;
+}
+
+// Cell shading: the tint of a vertex by its place in the cell.
+const CEscenaDEM::Color& CEscenaDEM::Tinte(int lugar) {
+    static constexpr Color kTintes[4] = {
+        {0.2F, 0.8F, 1.0F}, {0.6F, 0.7F, 1.0F}, {0.7F, 0.9F, 1.0F}, {0.7F, 0.8F, 1.0F}};
+    return kTintes[lugar];
 }
 
 int CEscenaDEM::OnIniciarLimites() {

@@ -1,7 +1,9 @@
 #pragma once
 // The scene of a regular elevation grid.
 
+#include <array>
 #include <cstdint>
+#include <span>
 #include <vector>
 
 #include "model/CDEM.h"
@@ -72,6 +74,7 @@ class LUMBRA_API CEscenaDEM : public CEscenaMDT {
     int GeneraDEMRegular(int filaInicio, int colInicio, int filaFin, int colFin, int f, int x, int filas, int colsMapa);
 
   private:
+    using Color = std::array<float, 3>;
     // How fine the mesh is: n as in PuntosSuavizado, one sample every x, each cell divided in f x f.
     struct Paso {
         int n = 0, x = 1, f = 1;
@@ -86,15 +89,18 @@ class LUMBRA_API CEscenaDEM : public CEscenaMDT {
     int IniciarCapas();
     int OnIniciarListaCeldas();
     void PreparaColorUnico() const;
+    bool EsPuntoVisible(const Vertiz::CDEM::CPunto& punto) const;
     Vertiz::CCoor3D<double> PosicionLista(double x, double y, float h) const;
     void CompilaCeldas() const;
     void CompilaPuntos() const;
-    void ColorVertice(double h, int lugar) const;
+    bool ColorPorAltura() const { return GetTipoColorMDT() == 2 || GetTipoColorMDT() == 6; }
+    Color ColorAltura(double h) const;
+    static const Color& Tinte(int lugar);
     Marco DameMarco() const;
 
     // CEscenaDEMMalla.cpp
-    struct Vector;
     struct Banda;
+    struct FilaMapa;
     Paso CalculaPaso(int n) const;
     int FilasMapa(const Paso& paso) const;
     int ColumnasMapa(const Paso& paso) const;
@@ -103,26 +109,33 @@ class LUMBRA_API CEscenaDEM : public CEscenaMDT {
     bool ReservaIndices(const Paso& paso);
     int CompilaMalla(const Paso& paso);
     void ColocaMuestras(const Paso& paso);
+    void ColocaDivididas(const Paso& paso, const Marco& marco, int r, int u);
     bool AlturaSuave(int r, int c, int u, int w, int f, double& h) const;
     void ColocaVertice(std::int64_t posicion, const Marco& marco, double fila, double columna, float h);
-    float AlturaVertice(int fila, int columna, std::int32_t indice) const;
-    static Vector Normal(const float* v0, const float* v1, const float* v2);
+    const float* FilaAlturas(int fila, std::vector<float>& copia) const;
+    FilaMapa DameFilaMapa(const Banda& banda, std::int64_t fila) const;
+    void ColoreaFila(Banda& banda, std::int64_t fila, std::vector<Color>& colores) const;
+    void CalculaNormales(Banda& banda, const FilaMapa& norte, const FilaMapa& sur) const;
     void EmiteBanda(Banda& banda, int r, int u) const;
     void LiberaMalla();
 
     // CEscenaDEMBase.cpp
-    struct Suelo;
-    void CompilaMuros(Suelo& suelo) const;
-    void CompilaSuelo(Suelo& suelo) const;
+    struct Muro;
+    struct Base;
+    double CotaBase() const;
+    void CompilaMuros(Base& base) const;
+    void CompilaMurosCelda(Base& base, int r, int c) const;
+    void CompilaMuro(Base& base, const Muro& muro) const;
+    void CompilaSuelo(Base& base) const;
 
     std::vector<Vertiz::CDEM::CPosicion> m_SeleccionCeldas;
     Vertiz::CDEM* m_pDEM = nullptr;
 
     // Working arrays of the mesh, filled only while OnIniciarDEMRegular runs.
     std::vector<float> m_Vertices;        // x, y, z in GL space
-    std::vector<float> m_Alturas;         // height of each vertex that is no sample, where its colour needs it
+    std::vector<float> m_Alturas;         // height of each vertex of a divided mesh, where the colour needs it
     std::vector<std::int32_t> m_Indices;  // for each sample position that of its x in m_Vertices, or -1
-    float m_ColorDesmonte[3] = {0, 0, 0};
-    float m_ColorTerraplen[3] = {0, 0, 0};
-    float m_ColorNada[3] = {0, 0, 0};
+    Color m_ColorDesmonte{};
+    Color m_ColorTerraplen{};
+    Color m_ColorNada{};
 };

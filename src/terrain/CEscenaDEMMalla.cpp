@@ -2,25 +2,22 @@
 // enough to draw: first the step and the subdivision are settled within a budget of samples, then every sample is
 // placed once in a vertex array, and then the cells are walked, sending elements of that array.
 
-#include <array>
-#include <cmath>
-#include <new>
+#include "terrain/CEscenaDEM.h"
 
 #include "frame/ListaGL.h"
 #include "model/IPorcentaje.h"
 #include "platform/Errores.h"
-#include "terrain/CEscenaDEM.h"
+
+#include <algorithm>
+#include <cmath>
+#include <new>
 
 using Vertiz::CDEM;
-
-// A direction in GL space.
-struct CEscenaDEM::Vector {
-    float x, y, z;
-};
 
 namespace {
 
 constexpr double kMuestrasMaximas = 5e6;
+constexpr int kPasoMaximo = 1'000'000;  // beyond any grid, and far from where integers end
 constexpr int kNivelMensajes = 3;
 
 void AvisaSinMemoria(const wchar_t* formato, std::int64_t cantidad, int paso) {
@@ -29,6 +26,21 @@ void AvisaSinMemoria(const wchar_t* formato, std::int64_t cantidad, int paso) {
         texto.Format(formato, TextoError(ERROR_NOT_ENOUGH_MEMORY), cantidad, paso);
         porcentaje->Mensaje(kNivelMensajes, texto, 1);
     }
+}
+
+// A direction in GL space.
+struct Vector {
+    float x, y, z;
+};
+
+// Unit normal of the triangle v0, v1, v2, which points into the terrain: the light's default position is its match.
+Vector Normal(const float* v0, const float* v1, const float* v2) {
+    const float ax = v0[0] - v1[0], ay = v0[1] - v1[1], az = v0[2] - v1[2];
+    const float bx = v2[0] - v0[0], by = v2[1] - v0[1], bz = v2[2] - v0[2];
+    const float x = ay * bz - az * by, y = az * bx - ax * bz, z = ax * by - ay * bx;
+    const float longitud2 = x * x + y * y + z * z;
+    const float k = longitud2 > 0.0F ? 1.0F / std::sqrt(longitud2) : 1.0F;
+    return {x * k, y * k, z * k};
 }
 
 // Samples from 0 in steps of x below n.
@@ -42,6 +54,7 @@ std::int64_t Posiciones(std::int64_t n, int x) {
 CEscenaDEM::Paso CEscenaDEM::CalculaPaso(int n) const {
     Paso paso;
     if (m_pDEM == nullptr) return paso;
+    n = std::clamp(n, -kPasoMaximo, kPasoMaximo);
     const double filas = m_pDEM->GetFilas(), columnas = m_pDEM->GetColumnas();
     const auto muestras = [&] {
         const double m = n >= 0 ? n + 1.0 : 1.0 / (1.0 - n);
@@ -62,19 +75,20 @@ CEscenaDEM::Paso CEscenaDEM::CalculaPaso(int n) const {
 }
 
 // The vertex array, with room for every sample position, valid or not. Without memory the mesh gets coarser.
+// @return false when there is none even for the coarsest
 bool CEscenaDEM::ReservaVertices(Paso& paso) {
     for (;;) {
         const std::int64_t filas = Posiciones(m_pDEM->GetFilas(), paso.x) * paso.f;
         const std::int64_t columnas = Posiciones(m_pDEM->GetColumnas(), paso.x) * paso.f - (paso.f - 1);
         const std::int64_t cantidad = filas * columnas;
         try {
-            m_Vertices.clear();
             m_Vertices.reserve(static_cast<std::size_t>(3 * cantidad));
             if (paso.f > 1) m_Alturas.reserve(static_cast<std::size_t>(cantidad));
             return true;
         } catch (const std::bad_alloc&) {
             LiberaMalla();
             AvisaSinMemoria(L"%s Sin memoria para %d vértices (paso %d)", cantidad, paso.x);
+            if (cantidad <= 1) return false;
             paso = CalculaPaso(paso.n - 1);
         }
     }
@@ -108,27 +122,53 @@ void CEscenaDEM::LiberaMalla() {
     std::vector<std::int32_t>().swap(m_Indices);
 }
 
+// The heights of a row of the matrix. One that isn't in memory is read into the copy.
+const float* CEscenaDEM::FilaAlturas(int fila, std::vector<float>& copia) const {
+    const auto i = static_cast<unsigned>(m_pDEM->GetFilas() - 1 - fila);
+    if (const float* directa = m_pDEM->Matriz().Fila(i)) return directa;
+    copia.resize(m_pDEM->GetColumnas());
+    for (unsigned c = 0; c < copia.size(); ++c)
+        copia[c] = m_pDEM->Matriz().Get(i, c);
+    return copia.data();
+}
+
 // Every sample of the mesh through TerrenoAGL, once, in the order of the rows from the north.
 void CEscenaDEM::ColocaMuestras(const Paso& paso) {
     const int filas = static_cast<int>(m_pDEM->GetFilas()), columnas = static_cast<int>(m_pDEM->GetColumnas());
     const int x = paso.x, f = paso.f;
     const std::int64_t colsMapa = ColumnasMapa(paso);
     const Marco marco = DameMarco();
-    const double origenZ = m_pDEM->GetSemilla().GetZ();
-    for (int r = 0; r < filas; r += x)
-        for (int u = 0; u < (r >= filas - x ? 1 : f); ++u) {
-            const std::int64_t filaMapa = (u + std::int64_t{r} * f / x) * colsMapa;
-            for (int c = 0; c < columnas; c += x) {
-                if (!m_pDEM->EsValido(filas - 1 - r, c)) continue;
-                const float muestra = m_pDEM->Matriz().Get(filas - 1 - r, c);
-                for (int w = 0; w < (c >= columnas - x ? 1 : f); ++w) {
-                    double h = muestra;
-                    if (f > 1 && !AlturaSuave(r, c, u, w, f, h)) continue;
-                    ColocaVertice(filaMapa + std::int64_t{c} * f / x + w, marco, r + static_cast<double>(u) / f,
-                                  c + static_cast<double>(w) / f, static_cast<float>(h - origenZ));
-                }
-            }
+    const double origenZ = m_pDEM->GetSemilla().GetZ(), nulo = m_pDEM->GetNulo();
+    std::vector<float> copia;
+    for (int r = 0; r < filas; r += x) {
+        if (f > 1) {
+            for (int u = 0; u < (r >= filas - x ? 1 : f); ++u)
+                ColocaDivididas(paso, marco, r, u);
+            continue;
         }
+        const float* alturas = FilaAlturas(r, copia);
+        std::int64_t posicion = r / x * colsMapa;
+        for (int c = 0; c < columnas; c += x, ++posicion)
+            if (alturas[c] > nulo && std::isfinite(alturas[c]))
+                ColocaVertice(posicion, marco, r, c, static_cast<float>(alturas[c] - origenZ));
+    }
+}
+
+// One row of a divided mesh: subrow u of the row r.
+void CEscenaDEM::ColocaDivididas(const Paso& paso, const Marco& marco, int r, int u) {
+    const int filas = static_cast<int>(m_pDEM->GetFilas()), columnas = static_cast<int>(m_pDEM->GetColumnas());
+    const int x = paso.x, f = paso.f;
+    const double origenZ = m_pDEM->GetSemilla().GetZ();
+    const std::int64_t filaMapa = (u + std::int64_t{r} * f / x) * ColumnasMapa(paso);
+    for (int c = 0; c < columnas; c += x) {
+        if (!m_pDEM->EsValido(filas - 1 - r, c)) continue;
+        for (int w = 0; w < (c >= columnas - x ? 1 : f); ++w) {
+            double h = 0;
+            if (!AlturaSuave(r, c, u, w, f, h)) continue;
+            ColocaVertice(filaMapa + std::int64_t{c} * f / x + w, marco, r + static_cast<double>(u) / f,
+                          c + static_cast<double>(w) / f, static_cast<float>(h - origenZ));
+        }
+    }
 }
 
 // The interpolated height of a subdivided cell: row r from the north and column c, fractions u / f and w / f. A sample
@@ -154,27 +194,22 @@ void CEscenaDEM::ColocaVertice(std::int64_t posicion, const Marco& marco, double
     double x = 0, y = 0, z = 0;
     if (!TerrenoAGL(p, x, y, z, 1.0, false)) return;
     m_Indices[static_cast<std::size_t>(posicion)] = static_cast<std::int32_t>(m_Vertices.size());
-    m_Vertices.insert(m_Vertices.end(), {static_cast<float>(x), static_cast<float>(y), static_cast<float>(z)});
+    m_Vertices.push_back(static_cast<float>(x));
+    m_Vertices.push_back(static_cast<float>(y));
+    m_Vertices.push_back(static_cast<float>(z));
     if (m_Alturas.capacity() != 0) m_Alturas.push_back(h);
-}
-
-// The height that a vertex is coloured by. It can't be worked back from the vertex, where an exact 0 seldom survives
-// the way to single precision; samples have it in the grid, and vertices between samples beside the array.
-float CEscenaDEM::AlturaVertice(int fila, int columna, std::int32_t indice) const {
-    if (!m_Alturas.empty()) return m_Alturas[static_cast<std::size_t>(indice / 3)];
-    const float muestra = m_pDEM->Matriz().Get(m_pDEM->GetFilas() - 1 - static_cast<unsigned>(fila), columna);
-    return static_cast<float>(muestra - m_pDEM->GetSemilla().GetZ());
 }
 
 int CEscenaDEM::OnIniciarDEMRegular() {
     if (m_pDEM == nullptr) return 0;
-    if (m_pDEM->GetFilas() == 0 || m_pDEM->GetColumnas() == 0) return 1;
+    const struct Limpieza {
+        CEscenaDEM& escena;
+        ~Limpieza() { escena.LiberaMalla(); }
+    } limpieza{*this};
     Paso paso = CalculaPaso(m_nPuntosSuavizado);
     if (!ReservaVertices(paso)) return 0;
     if (!ReservaIndices(paso)) return 1;
-    const int resultado = CompilaMalla(paso);
-    LiberaMalla();
-    return resultado;
+    return CompilaMalla(paso);
 }
 
 int CEscenaDEM::CompilaMalla(const Paso& paso) {
@@ -186,32 +221,72 @@ int CEscenaDEM::CompilaMalla(const Paso& paso) {
     glVertexPointer(3, GL_FLOAT, 0, m_Vertices.data());
     const int filas = static_cast<int>(m_pDEM->GetFilas()), columnas = static_cast<int>(m_pDEM->GetColumnas());
     const int limite = GetQuad() == 1 ? columnas - paso.x : columnas;
-    return GeneraDEMRegular(0, 0, filas, limite, paso.f, paso.x, filas, ColumnasMapa(paso));
+    const int bien = GeneraDEMRegular(0, 0, filas, limite, paso.f, paso.x, filas, ColumnasMapa(paso));
+    glDisableClientState(GL_VERTEX_ARRAY);
+    return CierraLista(bien != 0);
 }
 
-// Unit normal of the triangle v0, v1, v2, which points into the terrain: the light's default position is its match.
-CEscenaDEM::Vector CEscenaDEM::Normal(const float* v0, const float* v1, const float* v2) {
-    const float ax = v0[0] - v1[0], ay = v0[1] - v1[1], az = v0[2] - v1[2];
-    const float bx = v2[0] - v0[0], by = v2[1] - v0[1], bz = v2[2] - v0[2];
-    const float x = ay * bz - az * by, y = az * bx - ax * bz, z = ax * by - ay * bx;
-    const float longitud = std::sqrt(x * x + y * y + z * z);
-    if (longitud == 0.0F) return {x, y, z};
-    return {x / longitud, y / longitud, z / longitud};
-}
-
-// One row of cells, as it is sent.
+// What the bands of one rectangle are sent from.
 struct CEscenaDEM::Banda {
     int f, x, colInicio, colFin, colsMapa;
-    Vector normal{0, 0, 0};  // of the last whole cell: strips and points keep it over a void
+    unsigned quad;
+    bool porAltura, tintada;
+    Vector normal{0, 0, 0};          // of the last whole cell: strips and points keep it over a void
+    std::vector<Vector> normales{};  // of the band's cells, by their column of the map
+    // Colours by height of the band's two rows of the map. Each row is coloured once for the two bands that it is in.
+    std::vector<Color> coloresNorte{}, coloresSur{};
+    std::int64_t filaSur = -1;  // the row that coloresSur holds
+
+    // The columns of the map that the rectangle can reach.
+    std::int64_t Primera() const { return std::max<std::int64_t>(std::int64_t{colInicio} * f / x - 1, 0); }
+    std::int64_t Ultima() const {
+        return std::min<std::int64_t>(std::int64_t{colFin} * f / x + f, std::int64_t{colsMapa} - 1);
+    }
 };
+
+// A row of the index map with its colours. A neighbour past its end is missing, and so is all of a row past the map's.
+struct CEscenaDEM::FilaMapa {
+    std::span<const std::int32_t> indices;
+    const Color* colores;
+
+    std::int32_t Indice(std::int64_t columna) const {
+        const auto i = static_cast<std::size_t>(columna);
+        return i < indices.size() ? indices[i] : -1;
+    }
+};
+
+CEscenaDEM::FilaMapa CEscenaDEM::DameFilaMapa(const Banda& banda, std::int64_t fila) const {
+    const auto ancho = static_cast<std::size_t>(banda.colsMapa), inicio = static_cast<std::size_t>(fila) * ancho;
+    if (fila < 0 || inicio + ancho > m_Indices.size()) return {{}, nullptr};
+    return {{m_Indices.data() + inicio, ancho}, nullptr};
+}
+
+// The colours by height of the vertices of a row of the map, as far as the rectangle goes. The heights can't be worked
+// back from the vertices, where an exact 0 seldom survives the way to single precision: those of samples are in the
+// grid, those between samples beside the array.
+void CEscenaDEM::ColoreaFila(Banda& banda, std::int64_t fila, std::vector<Color>& colores) const {
+    const FilaMapa mapa = DameFilaMapa(banda, fila);
+    colores.resize(static_cast<std::size_t>(banda.colsMapa));
+    std::vector<float> copia;
+    const float* alturas = banda.f == 1 ? FilaAlturas(static_cast<int>(fila * banda.x), copia) : nullptr;
+    const double origenZ = m_pDEM->GetSemilla().GetZ();
+    for (std::int64_t j = banda.Primera(); j <= banda.Ultima(); ++j) {
+        const std::int32_t i = mapa.Indice(j);
+        if (i == -1) continue;
+        const float h = alturas != nullptr ? static_cast<float>(alturas[j * banda.x] - origenZ)
+                                           : m_Alturas[static_cast<std::size_t>(i / 3)];
+        colores[static_cast<std::size_t>(j)] = ColorAltura(h);
+    }
+}
 
 int CEscenaDEM::GeneraDEMRegular(int filaInicio, int colInicio, int filaFin, int colFin, int f, int x, int /*filas*/,
                                  int colsMapa) {
     const std::int64_t limite = std::int64_t{filaFin} - x;
-    if (filaInicio >= limite) return 1;
+    if (f < 1 || x < 1 || filaInicio >= limite) return 1;
     const unsigned quad = GetQuad();
+    const bool porAltura = ColorPorAltura();
+    Banda banda{f, x, colInicio, colFin, colsMapa, quad, porAltura, !porAltura && m_Data.m_nSombraCeldas && quad < 2};
     if (quad != 0) glBegin(quad == 1 ? GL_QUADS : GL_POINTS);
-    Banda banda{f, x, colInicio, colFin, colsMapa};
     for (int r = filaInicio; r < limite; r += x)
         for (int u = 0; u < f; ++u) {
             if (quad == 0) glBegin(GL_QUAD_STRIP);
@@ -225,42 +300,60 @@ int CEscenaDEM::GeneraDEMRegular(int filaInicio, int colInicio, int filaFin, int
     return HayErrorGL() ? 0 : 1;
 }
 
+// The normals of a band's whole cells, ahead of sending them: between calls to OpenGL each root would have to be waited
+// for.
+void CEscenaDEM::CalculaNormales(Banda& banda, const FilaMapa& norte, const FilaMapa& sur) const {
+    banda.normales.resize(static_cast<std::size_t>(banda.colsMapa));
+    const float* vertices = m_Vertices.data();
+    for (std::int64_t j = banda.Primera(); j <= banda.Ultima(); ++j) {
+        const std::int32_t i0 = norte.Indice(j), i1 = sur.Indice(j), i2 = norte.Indice(j + 1);
+        if (i0 != -1 && i1 != -1 && i2 != -1)
+            banda.normales[static_cast<std::size_t>(j)] = Normal(vertices + i0, vertices + i1, vertices + i2);
+    }
+}
+
 void CEscenaDEM::EmiteBanda(Banda& banda, int r, int u) const {
-    const int f = banda.f, x = banda.x;
-    const unsigned quad = GetQuad();
-    const bool conAltura = GetTipoColorMDT() == 2 || GetTipoColorMDT() == 6;
-    const std::int64_t fila = (u + std::int64_t{r} * f / x) * banda.colsMapa;
-    const std::int64_t total = static_cast<std::int64_t>(m_Indices.size());
-    // A neighbour past the end of its row, or of the map, is missing.
-    const auto indice = [&](std::int64_t abajo, std::int64_t columna) -> std::int32_t {
-        const std::int64_t p = fila + abajo * banda.colsMapa + columna;
-        return columna < banda.colsMapa && p < total ? m_Indices[static_cast<std::size_t>(p)] : -1;
-    };
-    const auto emite = [&](std::int32_t i, int filaMuestra, int columnaMuestra, int lugar) {
-        ColorVertice(conAltura ? AlturaVertice(filaMuestra, columnaMuestra, i) : 0.0F, lugar);
-        glArrayElement(i / 3);
+    const int f = banda.f, x = banda.x, ultima = banda.colFin - x;
+    const std::int64_t fila = u + std::int64_t{r} * f / x;
+    FilaMapa norte = DameFilaMapa(banda, fila), sur = DameFilaMapa(banda, fila + 1);
+    if (banda.porAltura) {
+        banda.coloresNorte.swap(banda.coloresSur);
+        if (banda.filaSur != fila) ColoreaFila(banda, fila, banda.coloresNorte);
+        ColoreaFila(banda, fila + 1, banda.coloresSur);
+        banda.filaSur = fila + 1;
+        norte.colores = banda.coloresNorte.data();
+        sur.colores = banda.coloresSur.data();
+    }
+    CalculaNormales(banda, norte, sur);
+    const auto emite = [&banda](const FilaMapa& lado, std::int64_t columna, std::int32_t indice, int lugar) {
+        if (banda.porAltura || banda.tintada) {
+            const Color& color = banda.porAltura ? lado.colores[columna] : Tinte(lugar);
+            glColor3f(color[0], color[1], color[2]);
+        }
+        glArrayElement(indice / 3);
     };
     for (int c = banda.colInicio; c < banda.colFin; c += x)
-        for (int w = 0; w < (quad != 1 && c == banda.colFin - x ? 1 : f); ++w) {
+        for (int w = 0; w < (banda.quad != 1 && c == ultima ? 1 : f); ++w) {
             std::int64_t columna = w + std::int64_t{c} * f / x;
             // Points: the last sample of a row has no cell of its own, and is sent as the east side of the one before.
-            const bool ladoEste = quad == 2 && c == banda.colFin - 1 && w == f - 1;
+            const bool ladoEste = banda.quad == 2 && c == banda.colFin - 1 && w == f - 1;
             if (ladoEste) columna = f == 1 ? std::int64_t{c - 1} / x + w : columna - 1;
-            const std::int32_t i0 = columna < 0 ? -1 : indice(0, columna);
+            const std::int32_t i0 = norte.Indice(columna);
             if (i0 == -1) continue;
-            const std::int32_t i1 = indice(1, columna), i2 = indice(0, columna + 1), i3 = indice(1, columna + 1);
+            const std::int32_t i1 = sur.Indice(columna), i2 = norte.Indice(columna + 1), i3 = sur.Indice(columna + 1);
             if (i1 != -1 && i2 != -1 && i3 != -1)
-                banda.normal = Normal(&m_Vertices[i0], &m_Vertices[i1], &m_Vertices[i2]);
-            else if (quad == 1)
+                banda.normal = banda.normales[static_cast<std::size_t>(columna)];
+            else if (banda.quad == 1)
                 continue;
-            if (quad == 0 && i1 == -1) continue;
+            if (banda.quad == 0 && i1 == -1) continue;
             glNormal3f(banda.normal.x, banda.normal.y, banda.normal.z);
+            const std::int64_t lado = columna + (ladoEste ? 1 : 0);
             const std::int32_t primero = ladoEste ? i2 : i0, segundo = ladoEste ? i3 : i1;
-            if (primero != -1) emite(primero, r, c, 0);
-            if (segundo != -1) emite(segundo, r + x, c, 1);
-            if (quad == 1) {
-                emite(i3, r + x, c + x, 2);
-                emite(i2, r, c + x, 3);
+            if (primero != -1) emite(norte, lado, primero, 0);
+            if (segundo != -1) emite(sur, lado, segundo, 1);
+            if (banda.quad == 1) {
+                emite(sur, columna + 1, i3, 2);
+                emite(norte, columna + 1, i2, 3);
             }
         }
 }

@@ -1,11 +1,11 @@
 #include "terrain/CEscenaMDT.h"
 
-#include <algorithm>
 #include <array>
 
 #include "frame/ListaGL.h"
 #include "frame/MaterialGL.h"
 #include "model/CElementoDigiTab.h"
+#include "terrain/ColorGL.h"
 
 using Vertiz::CCoor3D;
 using Vertiz::CDibujo;
@@ -21,15 +21,12 @@ CElementoDigiTab ElementoPorDefecto(const wchar_t* codigo) {
     return CElementoDigiTab(CTipoEntidad::Linea, codigo, 70, 70, 70, 0.0F, 0, CString(), 1);
 }
 
-void FijaColor(COLORREF color) {
-    glColor3f(GetRValue(color) / 255.0F, GetGValue(color) / 255.0F, GetBValue(color) / 255.0F);
-}
-
 // Colour, moved away from the background, and width of an element.
 void FijaTrazo(const CElementoDigiTab& elemento, int nColorFondo) {
     COLORREF color = elemento.GetColor();
     ContrastaColor(color, static_cast<COLORREF>(nColorFondo));
-    FijaColor(color);
+    const std::array<float, 3> canales = ColorGL(static_cast<int>(color));
+    glColor3f(canales[0], canales[1], canales[2]);
     glLineWidth(elemento.GetGrosor() > 0.0F ? elemento.GetGrosor() : 1.0F);
 }
 
@@ -158,8 +155,7 @@ int CEscenaMDT::DibujarLimites(const CDibujo<int>& dibujo, const CMaximas<double
     CompilaCaja(maximas);
     for (unsigned i = 0; i < dibujo.Cantidad(); ++i)
         CompilaLinea(LineaLocal(*dibujo[i], dibujo.Precision()), maximas);
-    glEndList();
-    if (HayErrorGL()) return 0;
+    if (!CierraLista(true)) return 0;
     m_bLimitesIniciados = 1;
     return 1;
 }
@@ -173,7 +169,7 @@ int CEscenaMDT::DibujarRupturas(const CDibujo<int>& dibujo, const CMaximas<doubl
     glEnable(GL_COLOR_MATERIAL);
     glDisable(GL_LIGHTING);
     glDisable(GL_LIGHT0);
-    if (!MaterialNulo()) return 0;
+    if (!MaterialNulo()) return CierraLista(false);
     for (unsigned i = 0; i < dibujo.Cantidad(); ++i) {
         const Vertiz::CEntidadDigi<int>& entidad = *dibujo[i];
         if (!entidad.EsGrafico() || entidad.EsBorrado()) continue;
@@ -184,8 +180,7 @@ int CEscenaMDT::DibujarRupturas(const CDibujo<int>& dibujo, const CMaximas<doubl
         FijaEstilo(elemento.GetEstilo());
         CompilaLinea(LineaLocal(entidad, dibujo.Precision()), maximas);
     }
-    glEndList();
-    if (HayErrorGL()) return 0;
+    if (!CierraLista(true)) return 0;
     m_bRupturasIniciadas = 1;
     return 1;
 }
@@ -206,8 +201,8 @@ int CEscenaMDT::SetVariablesVisualizacion() {
         glEnable(GL_COLOR_MATERIAL);
         if (HayErrorGL()) return 0;
     }
-    const auto fondo = static_cast<COLORREF>(m_Data.m_nColorFondo);
-    glClearColor(GetRValue(fondo) / 255.0F, GetGValue(fondo) / 255.0F, GetBValue(fondo) / 255.0F, 0.0F);
+    const std::array<float, 3> fondo = ColorGL(m_Data.m_nColorFondo);
+    glClearColor(fondo[0], fondo[1], fondo[2], 0.0F);
     if (HayErrorGL()) return 0;
     glPolygonMode(GL_FRONT_AND_BACK, m_nTipo == 3 || GetTipoColorMDT() != 0 ? GL_FILL : GL_LINE);
     return HayErrorGL() ? 0 : 1;

@@ -1,0 +1,96 @@
+#pragma once
+// What the tests of terrains share: a scene that shows its lists, on a picture in memory, built in a host's order.
+
+#include <gtest/gtest.h>
+
+#include <array>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "platform/CBitmap.h"
+#include "platform/CDC.h"
+#include "support/Imagen.h"
+#include "support/Modelos.h"
+#include "support/RegistroGL.h"
+#include "terrain/CEscenaDEM.h"
+
+/// The scene under test, with the fields that a deriving scene sees.
+class EscenaTerreno : public CEscenaDEM {
+  public:
+    using CEscenaDEM::CEscenaDEM;
+    using CEscenaDEM::operator=;
+    using CEscenaDEM::m_bArbolesIniciados;
+    using CEscenaDEM::m_bBaseIniciada;
+    using CEscenaDEM::m_bEdificiosIniciados;
+    using CEscenaDEM::m_bLimitesIniciados;
+    using CEscenaDEM::m_bRupturasIniciadas;
+    using CEscenaDEM::m_dFactor;
+    using CEscenaDEM::m_dRangoX;
+    using CEscenaDEM::m_dRangoY;
+    using CEscenaDEM::m_dRangoZ;
+    using CEscenaDEM::m_Maximas;
+    using CEscenaDEM::m_nListaArboles;
+    using CEscenaDEM::m_nListaBase;
+    using CEscenaDEM::m_nListaCamara;
+    using CEscenaDEM::m_nListaCielo;
+    using CEscenaDEM::m_nListaEdificios;
+    using CEscenaDEM::m_nListaEjes;
+    using CEscenaDEM::m_nListaLimites;
+    using CEscenaDEM::m_nListaRupturas;
+    using CEscenaDEM::m_nListaSeleccion;
+    using CEscenaDEM::m_nListaSuperficie;
+
+    CDataGL& Data() { return m_Data; }
+};
+
+/// A picture in memory, without a context of its own.
+class Tela {
+  public:
+    explicit Tela(int ancho = 120, int alto = 90);
+    CDC* DC() { return &m_dc; }
+    /// What was presented last.
+    Imagen Lee() const;
+
+  private:
+    CBitmap m_bitmap;
+    CDC m_dc;
+};
+
+/// A vertex as OpenGL got it from a list.
+struct Vertice {
+    double x, y, z;
+    std::array<double, 3> color;
+};
+
+/// Base of the tests: a scene in quads, without axes, on a picture of 120 x 90. What is left of OpenGL errors after a
+/// test fails it.
+class Terreno : public testing::Test {
+  protected:
+    using Ajuste = std::function<void(EscenaTerreno&)>;
+
+    Terreno();
+    void TearDown() override;
+
+    /// Makes the contexts.
+    void Crea();
+    /// Takes a model and fixes the GL space on it; lists are not compiled yet.
+    void Toma(Vertiz::CDEM& dem, const Ajuste& ajuste = {});
+    /// All of a host's order up to Render.
+    void Monta(Vertiz::CDEM& dem, const Ajuste& ajuste = {});
+
+    /// What the surface's list holds when compiled now, calls as text; the state before the first glBegin left out.
+    LlamadasGL Superficie();
+    /// What a list draws: runs it through OpenGL's feedback. GL space, to five digits, in the order of the primitives;
+    /// quads with their four vertices.
+    std::vector<Vertice> Vertices(GLuint lista);
+
+    /// GL position that a terrain point (local coordinates) should have, by the stated formula.
+    std::array<double, 3> EnGL(double x, double y, double z) const;
+    /// The call that sends an element of the vertex array, where samples lie by rows from the north, voids left out.
+    static std::string Elemento(int indice) { return "glArrayElement(" + std::to_string(indice) + ")"; }
+
+    Tela m_tela;
+    EscenaTerreno m_escena;
+};
