@@ -23,8 +23,11 @@ class Contador : public CHilo {
     bool Start() { return Arranca(this); }
     void Run() {
         m_nHilo = GetCurrentThreadId();
-        while (!m_bParar)
+        CCriticalSection seccion;  // taking it is where a suspended thread stops
+        while (!m_bParar) {
+            CSingleLock cierre(&seccion, TRUE);
             ++m_nVueltas;
+        }
         m_bFin = true;
     }
     void Stop() override {
@@ -41,10 +44,9 @@ class Contador : public CHilo {
 };
 
 void EsperaVueltas(const Contador& c, unsigned long long n) {
-    for (int i = 0; i < 10'000'000 && c.m_nVueltas < n; ++i) {
-    }
-    while (c.m_nVueltas < n)
-        WaitForSingleObject(nullptr, 1);
+    for (int i = 0; i < 10'000 && c.m_nVueltas < n; ++i)
+        Sleep(1);
+    EXPECT_GE(c.m_nVueltas, n);
 }
 
 }  // namespace
