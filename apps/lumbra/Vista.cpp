@@ -4,6 +4,7 @@
 #include <cmath>
 #include <numbers>
 #include <stdexcept>
+#include <vector>
 
 #include "platform/CBitmap.h"
 #include "platform/CDC.h"
@@ -24,16 +25,21 @@ Vertiz::CCoor3D<double> Direccion(double azimut, double elevacion) {
     return {std::sin(a) * std::cos(e), std::sin(e), -std::cos(a) * std::cos(e), 0};
 }
 
-// A factor that makes relief visible without lying more than it must: none at all when heights span a tenth of the
-// plan or more.
+// A factor that makes relief visible: none where heights span some share of the plan, and less than one only for
+// heights that tower over it, as in grids whose plan isn't in their heights' unit.
 double ExageracionNatural(const Vertiz::CMaximas<double>& m) {
+    constexpr double kRelieve = 0.07, kTorre = 0.7;
     const double plano = std::max(m.Maxima().x - m.Minima().x, m.Maxima().y - m.Minima().y);
     const double alto = m.Maxima().z - m.Minima().z;
-    if (alto <= 0.0) return 1.0;
-    const double pedida = 0.1 * plano / alto;
-    for (const double factor : {1.0, 1.5, 2.0, 3.0, 4.0, 5.0, 8.0, 10.0, 15.0})
-        if (pedida <= factor) return factor;
-    return 20.0;
+    if (alto <= 0.0 || plano <= 0.0) return 1.0;
+    const double pedida = (alto > kTorre * plano ? kTorre / 2.0 : kRelieve) * plano / alto;
+    if (pedida >= 1.0)
+        for (const double factor : {1.0, 1.5, 2.0, 3.0, 4.0, 5.0, 8.0, 10.0, 15.0, 20.0})
+            if (pedida <= factor) return factor;
+    if (pedida >= 1.0) return 20.0;
+    if (alto <= kTorre * plano) return 1.0;
+    const double decada = std::pow(10.0, std::floor(std::log10(pedida)));
+    return std::max(1.0, std::floor(pedida / decada)) * decada;
 }
 
 // The light's sliders for a light that comes from a direction. Normals point into the terrain, so the light stands on
@@ -45,6 +51,10 @@ void PonLuz(CGL& escena, double azimut, double elevacion) {
     escena.SetLightParam(50 + deslizador(d.x), 0);
     escena.SetLightParam(50 + deslizador(d.y), 2);
     escena.SetLightParam(50 - deslizador(d.z), 1);
+    // Ambient, diffuse and specular such that the brightest slope just keeps its colour.
+    escena.SetLightParam(59, 3);
+    escena.SetLightParam(81, 4);
+    escena.SetLightParam(50, 5);
 }
 
 void PonCamara(CGL& escena, double azimut, double elevacion) {
@@ -60,10 +70,80 @@ void PonCamara(CGL& escena, double azimut, double elevacion) {
     escena.GetCamara().PositionCamera(ojo, {0, 0, 0, 0}, perpendicular);
 }
 
+using Punto = Vertiz::CCoor3D<double>;
+
+double Producto(const Punto& a, const Punto& b) {
+    return a.x * b.x + a.y * b.y + a.z * b.z;
+}
+
+// The model's corners as the viewer has them: x to his right, y upwards, z away from him.
+std::vector<Punto> EsquinasVistas(const CEscenaDEM& escena, const Vertiz::CMaximas<double>& extension,
+                                  const Punto& derecha, const Punto& arriba, const Punto& frente) {
+    std::vector<Punto> vistas;
+    const Punto &a = extension.Minima(), &b = extension.Maxima();
+    for (int i = 0; i < 8; ++i) {
+        Punto gl;
+        if (escena.TerrenoAGL({i & 1 ? b.x : a.x, i & 2 ? b.y : a.y, i & 4 ? b.z : a.z, 0}, gl.x, gl.y, gl.z, 1.0,
+                              true))
+            vistas.emplace_back(Producto(gl, derecha), Producto(gl, arriba), Producto(gl, frente), 0);
+    }
+    return vistas;
+}
+
+// Moves a camera in perspective to where the model just fills the picture, in its middle but for some margin. The
+// scene's own fit is the distance of a sphere, and lets near corners leave the picture.
+void EncuadraPerspectiva(CEscenaDEM& escena, const Vertiz::CMaximas<double>& extension, double aspecto) {
+    constexpr double kMargen = 0.94;
+    constexpr int kVueltas = 20;
+    CCamera& camara = escena.GetCamara();
+    Punto frente = camara.View() - camara.Position();
+    frente.Normaliza();
+    Punto derecha = frente * camara.UpVector();
+    derecha.Normaliza();
+    const Punto arriba = derecha * frente;
+    const double alto = std::tan(ARadianes(escena.GetAnguloVista() / 2.0)) * kMargen, ancho = alto * aspecto;
+    const std::vector<Punto> vistas = EsquinasVistas(escena, extension, derecha, arriba, frente);
+    double x = 0, y = 0, distancia = 0;  // of the eye: beside, above and before the model's middle
+    for (int vuelta = 0; vuelta < kVueltas; ++vuelta) {
+        distancia = 0;
+        for (const Punto& p : vistas)
+            distancia = std::max({distancia, std::abs(p.x - x) / ancho - p.z, std::abs(p.y - y) / alto - p.z});
+        Vertiz::CMaximas<double> marco;
+        for (const Punto& p : vistas)
+            marco.Nuevo(Punto((p.x - x) / (distancia + p.z), (p.y - y) / (distancia + p.z), 0, 0));
+        const Punto centro = marco.Centro(false);
+        x += centro.x * distancia;
+        y += centro.y * distancia;
+    }
+    const Punto vista = derecha * x + arriba * y;
+    camara.PositionCamera(vista - frente * distancia, vista, camara.UpVector());
+}
+
+void Encuadra(CEscenaDEM& escena, const Vertiz::CMaximas<double>& extension, double aspecto) {
+    constexpr double kMargen = 0.94;
+    if (escena.GetOrtogonal() != 0)
+        escena.SetZoom(escena.GetZoom() * kMargen);
+    else
+        EncuadraPerspectiva(escena, extension, aspecto);
+}
+
+// What the scene is built on: the grid's extents, with some thickness under the lowest height, so that the floor
+// doesn't lie in the same plane as a sea or a lake.
+Vertiz::CMaximas<double> ConPeana(const Vertiz::CMaximas<double>& m, double exageracion) {
+    constexpr double kGrosor = 0.025;
+    const double plano = std::max(m.Maxima().x - m.Minima().x, m.Maxima().y - m.Minima().y);
+    Vertiz::CMaximas<double> conPeana = m;
+    Punto bajo = m.Minima();
+    bajo.z -= kGrosor * plano / exageracion;
+    conPeana.Nuevo(bajo);
+    return conPeana;
+}
+
 void Ajusta(CEscenaDEM& escena, const OpcionesVista& o, const Vertiz::CMaximas<double>& extension) {
     CDataGL data = escena.GetData();
     data.m_nColorFondo = o.colorFondo;
     data.m_nColorDEM = o.colorDEM;
+    data.m_nColorBase = 0xA8B0B4;
     data.m_nModoRelleno = o.color;
     data.m_nSombraCeldas = o.sombraCeldas ? 1 : 0;
     data.m_nQuad = o.malla;
@@ -112,7 +192,7 @@ Imagen Promedia(const BITMAP& mapa, int ancho, int alto, int n) {
 }  // namespace
 
 ResultadoVista DibujaDEM(Vertiz::CDEM& dem, const OpcionesVista& opciones) {
-    const Vertiz::CMaximas<double> extension = dem.GetMaximasDouble();
+    Vertiz::CMaximas<double> extension = dem.GetMaximasDouble();
     ResultadoVista resultado;
     resultado.exageracion = opciones.exageracion != 0.0 ? opciones.exageracion : ExageracionNatural(extension);
 
@@ -123,15 +203,17 @@ ResultadoVista DibujaDEM(Vertiz::CDEM& dem, const OpcionesVista& opciones) {
         Falla("no room for a picture of " + std::to_string(ancho) + " x " + std::to_string(alto) + " pixels");
     CEscenaDEM escena(&dem);
     Ajusta(escena, opciones, extension);
+    if (opciones.base) extension = ConPeana(extension, resultado.exageracion);
     escena.SetExageracionVertical(static_cast<float>(resultado.exageracion));
     if (!escena.Crear(&dc, PFD_TYPE_RGBA, PFD_DRAW_TO_BITMAP | PFD_SUPPORT_OPENGL)) Falla("can't draw");
     PonCamara(escena, opciones.azimut, opciones.elevacion);
     // The first fit fixes the space of the model, the second the view, once there is a projection.
-    escena.OnZoomExtension();
+    escena.ZoomExtension(extension);
     if (!escena.Iniciar()) Falla("can't build the picture");
     resultado.pasoMalla = escena.GetPasoMalla();
     if (!escena.Resize(ancho, alto)) Falla("can't draw a picture of this size");
-    escena.OnZoomExtension();
+    escena.ZoomExtension(extension);
+    Encuadra(escena, extension, static_cast<double>(ancho) / alto);
     escena.SetBkColor();
     if (!escena.Render()) Falla("can't draw");
 

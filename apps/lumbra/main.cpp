@@ -165,7 +165,7 @@ void DeclaraDibujo(CLI::App& orden, Orden& o) {
     orden.add_flag("--no-light", o.sinLuz, "Colours as they are, without shading")->group("Look");
     orden.add_flag("--no-base", o.sinBase, "Without walls and floor")->group("Look");
     orden.add_flag("--limits", v.limites, "Box and outline of the grid")->group("Look");
-    orden.add_flag("--axes", v.ejes, "Axes in the corner")->group("Look");
+    orden.add_flag("--axes", v.ejes, "Axes in the corner of an orthographic picture")->group("Look");
     orden.add_option("--mesh", v.malla, "How the surface is made: quads, strips, points")
         ->transform(CLI::CheckedTransformer(mallas, CLI::ignore_case))
         ->group("Look");

@@ -3,12 +3,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 
 #include "frame/CGL.h"
 #include "frame/EsquinasCaja.h"
 #include "frame/MatricesGL.h"
 #include "model/CMatrizCuadrada.h"
-#include "model/CNubePuntos.h"
 
 using Vertiz::CCoor3D;
 using Vertiz::CMatrizCuadrada;
@@ -135,15 +135,11 @@ bool CGL::TransformaConData(const CCoor3D<double>& entra, CCoor3D<double>& sale)
         if (entra.z <= suelo) sale.z = suelo + 1.0;
         return true;
     }
-    const Vertiz::CSistemaReferencia sistema(L"Sistema Nuevo");
-    Vertiz::CNubePuntos nube(sistema, Vertiz::CUnidadAngular(0), 0, 4, 3), resultado(nube);
-    nube.Inserta(Vertiz::CPuntoPortula(Vertiz::CUnidadAngular(0), 1, entra.x, entra.y, entra.z, 0.0, CString()), false,
-                 0);
-    if (m_DataTransformacion.Es3D())
-        nube.TransformaInversa3D(resultado, m_DataTransformacion);
-    else
-        nube.TransformaInversa2D(resultado, m_DataTransformacion);
-    sale = resultado[0];
+    // To the image, as a cloud's inverse transformation goes. Without a transformation the point stays as it is; one
+    // without an image comes back as no number.
+    sale = entra;
+    m_DataTransformacion.Transforma(std::span(&sale, 1));
+    if (!m_DataTransformacion.Es3D()) sale.z = entra.z;
     return std::isfinite(sale.x) && std::isfinite(sale.y) && std::isfinite(sale.z);
 }
 

@@ -132,6 +132,7 @@ TEST_F(ConNavegacion, AZoomAtAPixelBringsItsPointToTheMiddle) {
 TEST_F(ConNavegacion, ARectangleFillsAnOrthographicWindow) {
     const CPoint a = Pixel(Punto(20, 70, 0)), b = Pixel(Punto(60, 40, 0));
     const double zoom = 150.0 / (b.y - a.y);
+    m_Escena.m_dZoom = 3;
     EXPECT_NEAR(Ampliacion([&] { m_Escena.OnZoomVentana(a.y, b.y, a.x, b.x); }), zoom, 1e-5);
     EXPECT_DOUBLE_EQ(m_Escena.m_dZoom, zoom) << "replaced, not multiplied";
     ASSERT_EQ(m_Escena.Render(), 1);
