@@ -1,14 +1,14 @@
-// How the terrain's coordinates go to and from those of a photograph, a panorama or another map.
 #pragma once
-
-#include <array>
-#include <span>
+// How the terrain's coordinates go to and from those of a photograph, a panorama or another map.
 
 #include "model/CCoor.h"
 #include "model/CDataHelmertNTV2.h"
 #include "model/CMatrizCuadrada.h"
 #include "model/CUnidadAngular.h"
 #include "platform/Exporta.h"
+
+#include <array>
+#include <span>
 
 namespace Vertiz {
 
