@@ -121,10 +121,10 @@ void EcuacionesNormales(const Giro& giro, const std::array<Observacion, 3>& obse
         }
 }
 
+// A correction may overshoot by several turns, when up and the view are far from square.
 double EnVuelta(double radianes) {
-    if (radianes >= 2.0 * kPi) return radianes - 2.0 * kPi;
-    if (radianes < 0.0) return radianes + 2.0 * kPi;
-    return radianes;
+    const double resto = std::fmod(radianes, 2.0 * kPi);
+    return resto < 0.0 ? resto + 2.0 * kPi : resto;
 }
 
 double GradosEnVuelta(double radianes) {

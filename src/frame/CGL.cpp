@@ -352,6 +352,7 @@ int CGL::RenderMarcas() {
     if (HayErrorGL()) return 0;
     glDisable(GL_LIGHT0);
     if (HayErrorGL()) return 0;
+    glDisable(GL_TEXTURE_2D);  // the sky leaves it on
     glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
     if (HayErrorGL()) return 0;
     if (m_Data.m_bMarcasFoto) OnRenderMarcasFoto();

@@ -193,7 +193,8 @@ class LUMBRA_API CGL : public CGLAjustes {
     /// @param c              out: terrain units, or GL space when bGL
     /// @param bPixelHallado  give the point of the pixel where geometry was met rather than that of pt
     /// @param bBuscarPunto   take the height of a vertex near the pixel (OnBuscaPunto)
-    /// @return 1 found; 0 no context or no matrices. A click on nothing gives a point at the far end of the view
+    /// @return 1 found; 0 no context or no matrices. A click on nothing gives a point at the window depth of
+    ///         1 - GetPlanoCerca(): the far end of an orthographic view
     virtual int PantallaATerreno(const CPoint& pt, Vertiz::CCoor3D<double>& c, bool bGL, bool bPixelHallado,
                                  bool bBuscarPunto);
     /// The pixel of a point in terrain units (GL space when bGL), and its window depth when pz is given.
@@ -512,7 +513,8 @@ class LUMBRA_API CGL : public CGLAjustes {
     // ---- State of the view -----------------------------------------------------------------------------------------
     void SetPuntosSuavizado(int v) { m_nPuntosSuavizado = v; }
     int GetPuntosSuavizado() const { return m_nPuntosSuavizado; }
-    /// Distances from the eye, in GL units; they take effect at the next Resize.
+    /// Distances from the eye, in GL units. They take effect at the next Resize; the far plane of an orthographic view
+    /// stays as Crear found it, since a resize keeps the depth range.
     void SetPlanoCerca(float v) { m_fPlanoCerca = v; }
     float GetPlanoCerca() const { return m_fPlanoCerca; }
     void SetPlanoFondo(float v) { m_fPlanoFondo = v; }
@@ -716,7 +718,7 @@ class LUMBRA_API CGL : public CGLAjustes {
     ProfundidadFondo MideFondo(const MatricesGL& matrices) const;
     void LeeProfundidad(int x, int y);
     bool BuscaPixel(const ProfundidadFondo& fondo, float& z, int& i, int& j) const;
-    int ProyectaPixel(const MatricesGL& matrices, int x, int y, Vertiz::CCoor3D<double>& c) const;
+    bool ProyectaPixel(const MatricesGL& matrices, int x, int y, Vertiz::CCoor3D<double>& c, bool& bHallado) const;
     Vertiz::CMaximas<double> EnImagen(const Vertiz::CMaximas<double>& m) const;
     int GetMaximasHijos(const std::vector<CGL*>& hijos, Vertiz::CMaximas<double>& m, int fondo) const;
 
@@ -726,14 +728,16 @@ class LUMBRA_API CGL : public CGLAjustes {
     bool AjustaOrto(const Vertiz::CMaximas<double>& cajaGL);
     bool AjustaPerspectiva(const Vertiz::CMaximas<double>& cajaGL);
     void GiraVista(double grados, Vertiz::CCoor3D<double> eje, int bVista, const Vertiz::CCoor3D<double>* pivote);
-    bool PuntosPaso(int dx, int dy, Vertiz::CCoor3D<double>& a, Vertiz::CCoor3D<double>& b);
+    enum class Paso { SinContexto, SinPunto, Hallado };
+    Paso MidePaso(int dx, int dy, Vertiz::CCoor3D<double>& d);
     void DesplazaX(int sentido);
     void DesplazaZ(int sentido);
+    template <class Traza>
+    void DibujaXor(Traza traza);
 
     // CGLSuperpuestos.cpp, CGLCielo.cpp
     void RestauraModo() const;
-    bool EntraEspacioIcono(double fondo, double z);
-    void DibujaIcono(GLuint lista) const;
+    bool SituaIcono(double fondo, double z) const;
     bool CargaTexturaCielo(bool& bBuena);
     void CompilaEsferaCielo() const;
 

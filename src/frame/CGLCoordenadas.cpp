@@ -3,12 +3,12 @@
 
 #include <algorithm>
 #include <cmath>
+#include <span>
 
 #include "frame/CGL.h"
 #include "frame/EsquinasCaja.h"
 #include "frame/MatricesGL.h"
 #include "model/CMatrizCuadrada.h"
-#include "model/CNubePuntos.h"
 
 using Vertiz::CCoor3D;
 using Vertiz::CMatrizCuadrada;
@@ -135,16 +135,12 @@ bool CGL::TransformaConData(const CCoor3D<double>& entra, CCoor3D<double>& sale)
         if (entra.z <= suelo) sale.z = suelo + 1.0;
         return true;
     }
-    const Vertiz::CSistemaReferencia sistema(L"Sistema Nuevo");
-    Vertiz::CNubePuntos nube(sistema, Vertiz::CUnidadAngular(0), 0, 4, 3), resultado(nube);
-    nube.Inserta(Vertiz::CPuntoPortula(Vertiz::CUnidadAngular(0), 1, entra.x, entra.y, entra.z, 0.0, CString()), false,
-                 0);
-    if (m_DataTransformacion.Es3D())
-        nube.TransformaInversa3D(resultado, m_DataTransformacion);
-    else
-        nube.TransformaInversa2D(resultado, m_DataTransformacion);
-    sale = resultado[0];
-    return true;
+    // To the image, as a cloud's inverse transformation goes. Without a transformation the point stays as it is; one
+    // without an image comes back as no number.
+    sale = entra;
+    m_DataTransformacion.Transforma(std::span(&sale, 1));
+    if (!m_DataTransformacion.Es3D()) sale.z = entra.z;
+    return std::isfinite(sale.x) && std::isfinite(sale.y) && std::isfinite(sale.z);
 }
 
 void CGL::SetDataTransformacion(const Vertiz::CDataTransformacion& data) {
@@ -196,8 +192,8 @@ int CGL::ProyectaOrto(int& cx, int& cy, const double* vieja) {
     if (HayErrorGL()) return 0;
     const double exceso = cx >= cy ? static_cast<double>(cx) / limites[0] : static_cast<double>(cy) / limites[1];
     if (exceso > 1.0) {
-        cx = static_cast<int>(cx / exceso + 0.5);
-        cy = static_cast<int>(cy / exceso + 0.5);
+        cx = std::max(1, static_cast<int>(cx / exceso + 0.5));
+        cy = std::max(1, static_cast<int>(cy / exceso + 0.5));
         m_dAspecto /= exceso;
         h = 0.5 / exceso;
     }
@@ -227,8 +223,8 @@ int CGL::TerrenoAPantalla(CPoint& pt, const CCoor3D<double>& p, double* pz, bool
     CCoor3D<double> gl = p, ventana;
     if (!bGL && !TerrenoAGL(p, gl.x, gl.y, gl.z, 1.0, false)) return 0;
     if (!matrices.Proyecta(gl, ventana)) return 0;
-    pt.x = static_cast<int>(ventana.x + 0.5);
-    pt.y = matrices.viewport[3] - static_cast<int>(ventana.y + 0.5);
+    pt.x = APixel(ventana.x);
+    pt.y = matrices.viewport[3] - APixel(ventana.y);
     if (pz != nullptr) *pz = ventana.z;
     wglMakeCurrent(nullptr, nullptr);
     return 1;
@@ -305,12 +301,13 @@ bool CGL::BuscaPixel(const ProfundidadFondo& fondo, float& z, int& i, int& j) co
 }
 
 // Without a depth buffer that can be read: the pixel at the depth of the last point, laid on the surface by the scene.
-int CGL::ProyectaPixel(const MatricesGL& matrices, int x, int y, CCoor3D<double>& c) const {
+// False when the matrices can't be inverted; bHallado tells whether the ray met the surface.
+bool CGL::ProyectaPixel(const MatricesGL& matrices, int x, int y, CCoor3D<double>& c, bool& bHallado) const {
     CCoor3D<double> ventana;
-    if (!matrices.Proyecta(m_PuntoGL, ventana)) return 0;
-    if (!matrices.Desproyecta(x, y, ventana.z, c)) return 0;
+    if (!matrices.Proyecta(m_PuntoGL, ventana) || !matrices.Desproyecta(x, y, ventana.z, c)) return false;
     const CCoor3D<double> ojo = m_Camara.Position();
-    return ProyectaVector(c, EsOrtografica() ? c + m_Camara.View() - ojo : ojo) ? 1 : 0;
+    bHallado = ProyectaVector(c, EsOrtografica() ? c + m_Camara.View() - ojo : ojo);
+    return true;
 }
 
 int CGL::PantallaATerreno(const CPoint& pt, CCoor3D<double>& c, bool bGL, bool bPixelHallado, bool bBuscarPunto) {
@@ -321,28 +318,27 @@ int CGL::PantallaATerreno(const CPoint& pt, CCoor3D<double>& c, bool bGL, bool b
     int i = LADO_PROFUNDIDAD / 2, j = LADO_PROFUNDIDAD / 2;
     const ProfundidadFondo fondo = MideFondo(matrices);
     LeeProfundidad(x, y);
-    int resultado = 1;
+    bool hallado = true;
     if (!HayErrorGL()) {
         float z = 1.0F - m_fPlanoCerca;
-        const bool hallado = BuscaPixel(fondo, z, i, j);
-        if (bPixelHallado && hallado) {
+        if (BuscaPixel(fondo, z, i, j) && bPixelHallado) {
             x += i - LADO_PROFUNDIDAD / 2;
             y += j - LADO_PROFUNDIDAD / 2;
         }
         if (!matrices.Desproyecta(x, y, z, c)) return 0;
-    } else {
-        resultado = ProyectaPixel(matrices, x, y, c);
+    } else if (!ProyectaPixel(matrices, x, y, c, hallado)) {
+        return 0;
     }
     m_PuntoGL = c;
     wglMakeCurrent(nullptr, nullptr);
-    if (bGL) return resultado;
+    if (bGL) return hallado;
     if (bBuscarPunto) {
         CCoor3D<double> vertice;
         if (OnBuscaPunto(pt.x + i - LADO_PROFUNDIDAD / 2, pt.y + LADO_PROFUNDIDAD / 2 - j, vertice, 0) != 0)
             c.y = ((vertice.z - m_Maximas.Minima().z) - m_dRangoZ * 0.5) * m_dFactor * m_fExageracionVertical;
     }
     GLATerreno(c, c.x, c.y, c.z, 1.0);
-    return resultado;
+    return hallado;
 }
 
 int CGL::PantallaZATerreno(const CPoint& pt, CCoor3D<double>& c, double winz, bool bGL) {
@@ -356,9 +352,10 @@ int CGL::PantallaZATerreno(const CPoint& pt, CCoor3D<double>& c, double winz, bo
     return 1;
 }
 
-// A box of terrain coordinates as the box of its corners on the image.
+// A box of terrain coordinates as the box of its corners on the image. An empty one stays empty.
 CMaximas<double> CGL::EnImagen(const CMaximas<double>& m) const {
     CMaximas<double> imagen;
+    if (m.EstanVacias(true)) return imagen;
     for (const CCoor3D<double>& esquina : EsquinasCaja(m)) {
         CCoor3D<double> punto;
         if (TransformaConData(esquina, punto)) imagen.Nuevo(punto);
@@ -370,7 +367,7 @@ int CGL::GetMaximas(CMaximas<double>& m) const {
     if (TieneImagenEsferica() && m_bEsReferencia == 0) {
         CMaximas<double> fondo;
         if (!GetMaximasReferencia(fondo, 6) && !GetMaximasVinculos(fondo, 6)) return 0;
-        if (!fondo.EstanVacias(true)) m.Nuevo(fondo);
+        m.Nuevo(fondo);
         return 1;
     }
     int resultado = 0;
@@ -379,7 +376,7 @@ int CGL::GetMaximas(CMaximas<double>& m) const {
         resultado = GetMaximasObjeto(objeto);
         if (resultado != 0 && m_nTipoImagenFondo == 1 && m_DataTransformacion.ExisteTransformacion())
             objeto = EnImagen(objeto);
-        if (!objeto.EstanVacias(true)) m.Nuevo(objeto);
+        m.Nuevo(objeto);
         if (GetMaximasVinculos(m, -1) != 0) resultado = 1;
     }
     if (m_Data.m_bReferencia != 0 && m_nTipo != 8 && GetMaximasReferencia(m, -1) != 0) resultado = 1;
@@ -401,10 +398,9 @@ int CGL::GetMaximasHijos(const std::vector<CGL*>& hijos, CMaximas<double>& m, in
         if (fondo >= 0 && suyo != fondo) continue;
         CMaximas<double> caja;
         if (hijo->GetMaximasObjeto(caja) != 0) resultado = 1;
-        if (suyo != 2 && suyo != 5 && suyo != 6 && hijo->m_DataTransformacion.ExisteTransformacion() &&
-            !caja.EstanVacias(true))
+        if (suyo != 2 && suyo != 5 && suyo != 6 && hijo->m_DataTransformacion.ExisteTransformacion())
             caja = EnImagen(caja);
-        if (!caja.EstanVacias(true)) m.Nuevo(caja);
+        m.Nuevo(caja);
     }
     return resultado;
 }

@@ -36,6 +36,7 @@ bool EmpiezaXor(EstadoXor& estado) {
     if (HayErrorGL()) return false;
     glDisable(GL_LIGHT0);
     if (HayErrorGL()) return false;
+    glDisable(GL_TEXTURE_2D);  // the sky leaves it on
     glEnable(GL_COLOR_LOGIC_OP);
     glGetIntegerv(GL_LOGIC_OP_MODE, &estado.nLogica);
     glLogicOp(GL_XOR);

@@ -111,6 +111,7 @@ int CGL::CompilaMarcas() {
     if (!CompilaPuntosMarcas(m_nListaPuntosMarcasTerreno, &CGL::EsMarcaTerreno)) return 0;
     if (m_Marcas.empty()) return 1;
     m_nListaMarcas = glGenLists(static_cast<GLsizei>(m_Marcas.size()));
+    if (m_nListaMarcas == 0) return 0;
     for (unsigned i = 0; i < m_Marcas.size(); ++i) {
         m_MarcasGL << LugarMarca(i);
         if (!m_Marcas[i].Texto().IsEmpty() && !CompilaMarca(i)) return 0;
@@ -134,18 +135,20 @@ int CGL::RenderTextosMarcas(GLuint listaPuntos, bool (CGL::*deEstas)(unsigned) c
         if (!(this->*deEstas)(i) || !TieneLugar(p) || m_nListaMarcas == 0) continue;
         glPushMatrix();
         glTranslated(p.x, p.y, p.z);
-        if (p.GetTipo() == 0) {
+        const int orientacion = p.GetTipoCompleto();
+        if (orientacion == 0) {
             // Faces the viewer.
             glRotated(GetAnguloX() - 90.0, 1.0, 0.0, 0.0);
             glRotated(GetAnguloZ(), 0.0, 0.0, 1.0);
             glRotated(-GetAnguloY(), 0.0, 1.0, 0.0);
         } else {
-            glRotated(p.GetTipo() / 100.0, 0.0, 1.0, 0.0);
+            glRotated(orientacion / 100.0, 0.0, 1.0, 0.0);
             glRotated(GetAnguloX() - 90.0, 1.0, 0.0, 0.0);
         }
         glCallList(m_nListaMarcas + i);
-        if (HayErrorGL()) return 0;
-        glPopMatrix();
+        const bool error = HayErrorGL();
+        glPopMatrix();  // also after an error: the pass goes on
+        if (error) return 0;
     }
     return 1;
 }
@@ -168,6 +171,7 @@ template <class Cambio>
 void CGL::CambiaMarcas(Cambio cambio) {
     const EntradaPublica entrada;
     if (MakeCurrent(nullptr)) BorraListasMarcas();
+    m_MarcasGL.Clear();
     cambio();
     entrada.Acaba(OnIniciarMarcas());
 }
@@ -185,10 +189,7 @@ void CGL::BorraMarca(unsigned i) {
 }
 
 void CGL::ClearMarcas() {
-    CambiaMarcas([&] {
-        m_Marcas.clear();
-        m_MarcasGL.Clear();
-    });
+    CambiaMarcas([&] { m_Marcas.clear(); });
 }
 
 void CGL::ClearMedidas() {

@@ -21,10 +21,6 @@ double ARadianes(double grados) {
     return grados * std::numbers::pi / 180.0;
 }
 
-int Redondea(double v) {
-    return static_cast<int>(v + 0.5);
-}
-
 // The step of a zoom from what was asked for: the speed of the settings stands for 0.
 double PasoZoom(double paso, double velocidad) {
     return std::max(0.2, std::abs(paso == 0.0 ? velocidad : paso));
@@ -112,7 +108,7 @@ void CGL::OnZoomOut(const CPoint& pt, double paso) {
 }
 
 CCoor3D<double> CGL::OnZoomCentrado(const CPoint& pt) {
-    const CPoint centro(Redondea(m_nAncho * 0.5), Redondea(m_nAlto * 0.5));
+    const CPoint centro(APixel(m_nAncho * 0.5), APixel(m_nAlto * 0.5));
     CCoor3D<double> punto, medio;
     PantallaATerreno(pt, punto, true, false, false);
     PantallaATerreno(centro, medio, true, false, false);
@@ -122,7 +118,7 @@ CCoor3D<double> CGL::OnZoomCentrado(const CPoint& pt) {
 }
 
 void CGL::OnZoomVentana(int arriba, int abajo, int izquierda, int derecha) {
-    const CPoint centro(Redondea((izquierda + derecha) * 0.5), Redondea((arriba + abajo) * 0.5));
+    const CPoint centro(APixel((izquierda + derecha) * 0.5), APixel((arriba + abajo) * 0.5));
     const CCoor3D<double> p = OnZoomCentrado(centro);
     if (derecha == izquierda || abajo == arriba) return;
     const double z = std::min(static_cast<double>(m_nAncho) / (derecha - izquierda),
@@ -331,9 +327,10 @@ void CGL::GiraVista(double grados, CCoor3D<double> eje, int bVista, const CCoor3
     glRotated(-grados, eje.x, eje.y, eje.z);
     CalculaCamaraDesdeMatrices();
     CCoor3D<double> despues = fijo();
-    if (pivote != nullptr) PantallaATerreno(pixel, despues, true, false, false);
+    if (pivote != nullptr && PantallaATerreno(pixel, despues, true, false, false) == 0) despues = antes;
     if (!MakeCurrent(nullptr)) return;
     glMatrixMode(GL_MODELVIEW);
+    if (HayErrorGL()) return;
     const CCoor3D<double> d = despues - antes;
     glTranslated(d.x, d.y, d.z);
     CalculaCamaraDesdeMatrices();
@@ -380,36 +377,36 @@ void CGL::ReduceZTrans() {
     DesplazaZ(-1);
 }
 
-// GL points of the window's middle and of the pixel (dx, dy) beside it.
-bool CGL::PuntosPaso(int dx, int dy, CCoor3D<double>& a, CCoor3D<double>& b) {
-    if (!MakeCurrent(nullptr)) return false;
+// How far the model moves when what is at the window's middle goes (dx, dy) pixels away, in GL units.
+CGL::Paso CGL::MidePaso(int dx, int dy, CCoor3D<double>& d) {
+    if (!MakeCurrent(nullptr)) return Paso::SinContexto;
     GLint viewport[4] = {};
     glGetIntegerv(GL_VIEWPORT, viewport);
-    if (HayErrorGL()) return false;
+    if (HayErrorGL()) return Paso::SinContexto;
     wglMakeCurrent(nullptr, nullptr);
     const CPoint centro(viewport[2] / 2, viewport[3] / 2);
-    return PantallaATerreno(centro, a, true, false, false) != 0 &&
-           PantallaATerreno(CPoint(centro.x + dx, centro.y + dy), b, true, false, false) != 0;
+    CCoor3D<double> a, b;
+    if (PantallaATerreno(centro, a, true, false, false) == 0 ||
+        PantallaATerreno(CPoint(centro.x + dx, centro.y + dy), b, true, false, false) == 0)
+        return Paso::SinPunto;
+    d = b - a;
+    return Paso::Hallado;
 }
 
 void CGL::DesplazaX(int sentido) {
-    CCoor3D<double> a, b;
-    const bool hallados = PuntosPaso(sentido * m_Data.m_nPasoTrans, 0, a, b);
-    if (EsEsferica()) return;
-    if (hallados)
-        m_Camara.SumaTrans(b - a);
-    else
-        m_Camara.SumaXTrans(sentido * m_Data.m_nPasoTrans * m_dFactorPantalla);
+    const int pixeles = sentido * m_Data.m_nPasoTrans;
+    CCoor3D<double> d;
+    const Paso paso = MidePaso(pixeles, 0, d);
+    if (paso == Paso::Hallado) SumaTrans(d);
+    if (paso == Paso::SinPunto) SumaXTrans(pixeles * m_dFactorPantalla);
 }
 
 void CGL::DesplazaZ(int sentido) {
-    CCoor3D<double> a, b;
-    const bool hallados = PuntosPaso(0, -sentido * m_Data.m_nPasoTrans, a, b);
-    if (EsEsferica()) return;
-    if (hallados)
-        m_Camara.SumaTrans(b - a);
-    else
-        m_Camara.SumaZTrans(sentido * m_Data.m_nPasoTrans * m_dFactorPantalla + m_Camara.View().z);
+    const int pixeles = sentido * m_Data.m_nPasoTrans;
+    CCoor3D<double> d;
+    const Paso paso = MidePaso(0, -pixeles, d);
+    if (paso == Paso::Hallado) SumaTrans(d);
+    if (paso == Paso::SinPunto) SumaZTrans(pixeles * m_dFactorPantalla + m_Camara.View().z);
 }
 
 void CGL::SumaXTrans(double d) {
@@ -440,7 +437,10 @@ void CGL::CompruebaCotaCamara() {
         m_Camara.PositionCamera(m_Camara.Position(), c, m_Camara.UpVector());
 }
 
-void CGL::DrawZoomRect(int arriba, int abajo, int izquierda, int derecha) {
+// Runs traza(matrices, z) with a wide yellow pen in XOR on the front buffer; z is the window depth to draw at, just
+// behind the near plane.
+template <class Traza>
+void CGL::DibujaXor(Traza traza) {
     if (!MakeCurrent(nullptr)) return;
     glLineWidth(3.0F);
     glDrawBuffer(GL_FRONT);
@@ -451,43 +451,36 @@ void CGL::DrawZoomRect(int arriba, int abajo, int izquierda, int derecha) {
     if (HayErrorGL()) return;
     glDisable(GL_LIGHT0);
     if (HayErrorGL()) return;
+    glDisable(GL_TEXTURE_2D);  // the sky leaves it on
     lapiz.Activa();
-    const float z = 1.0F - m_fPlanoCerca;
-    const int esquinas[4][2] = {{izquierda, arriba}, {derecha, arriba}, {derecha, abajo}, {izquierda, abajo}};
-    glBegin(GL_LINE_LOOP);
-    for (const auto& [x, y] : esquinas) {
-        CCoor3D<double> p;
-        if (matrices.Desproyecta(x, m_nAlto - y, z, p)) glVertex3d(p.x, p.y, p.z);
-    }
-    glEnd();
+    traza(matrices, 1.0F - m_fPlanoCerca);
     lapiz.Restaura();
     wglMakeCurrent(nullptr, nullptr);
 }
 
+void CGL::DrawZoomRect(int arriba, int abajo, int izquierda, int derecha) {
+    DibujaXor([&](const MatricesGL& matrices, float z) {
+        const int esquinas[4][2] = {{izquierda, arriba}, {derecha, arriba}, {derecha, abajo}, {izquierda, abajo}};
+        glBegin(GL_LINE_LOOP);
+        for (const auto& [x, y] : esquinas) {
+            CCoor3D<double> p;
+            if (matrices.Desproyecta(x, m_nAlto - y, z, p)) glVertex3d(p.x, p.y, p.z);
+        }
+        glEnd();
+    });
+}
+
 void CGL::DrawSelCircle(int x0, int y0, int x1, int y1) {
-    if (!MakeCurrent(nullptr)) return;
-    glLineWidth(3.0F);
-    glDrawBuffer(GL_FRONT);
-    LapizXor lapiz;
-    MatricesGL matrices;
-    if (!matrices.Lee()) return;
-    glDisable(GL_LIGHTING);
-    if (HayErrorGL()) return;
-    glDisable(GL_LIGHT0);
-    if (HayErrorGL()) return;
-    lapiz.Activa();
-    const float z = 1.0F - m_fPlanoCerca;
-    const int alto = matrices.viewport[3];
-    CCoor3D<double> centro, borde;
-    if (matrices.Desproyecta(x0, alto - y0, z, centro) && matrices.Desproyecta(x1, alto - y1, z, borde)) {
+    DibujaXor([&](const MatricesGL& matrices, float z) {
+        const int alto = matrices.viewport[3];
+        CCoor3D<double> centro, borde;
+        if (!matrices.Desproyecta(x0, alto - y0, z, centro) || !matrices.Desproyecta(x1, alto - y1, z, borde)) return;
         const double radio = centro.Distancia(borde, 1);
         glPushMatrix();
         glTranslated(centro.x, centro.y, centro.z);
         glRotated(90.0, 1.0, 0.0, 0.0);
-        Cuadrica cuadrica(GLU_LINE, GLU_NONE);
+        const Cuadrica cuadrica(GLU_LINE, GLU_NONE);
         gluDisk(cuadrica, radio, radio, 20, 1);
         glPopMatrix();
-    }
-    lapiz.Restaura();
-    wglMakeCurrent(nullptr, nullptr);
+    });
 }

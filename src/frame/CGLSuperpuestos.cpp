@@ -79,9 +79,26 @@ bool FijaMaterial(GLenum parametro, float v) {
     return !HayErrorGL();
 }
 
+// A channel without its fraction. Heights far below the ramp give channels that no integer holds: 0.
+int Canal(double v) {
+    return std::abs(v) < 2e9 ? static_cast<int>(v) : 0;
+}
+
 int Sombreado(int canal, double sombra) {
-    if (sombra < 0.5) return static_cast<int>(canal * 2.0 * sombra + 0.5);
-    return static_cast<int>((255 - canal) * (2.0 * sombra - 1.0) + canal);
+    if (sombra < 0.5) return Canal(canal * 2.0 * sombra + 0.5);
+    return Canal((255.0 - canal) * (2.0 * sombra - 1.0) + canal);
+}
+
+// The icons' own space begins and ends with identity matrices.
+void ApilaIdentidad(GLenum modo) {
+    glMatrixMode(modo);
+    glPushMatrix();
+    glLoadIdentity();
+}
+
+void Desapila(GLenum modo) {
+    glMatrixMode(modo);
+    glPopMatrix();
 }
 
 }  // namespace
@@ -169,19 +186,14 @@ int CGL::OnIniciarPuntosCamara() {
         double x = 0, y = 0, z = 0;
         // One point for each station whatever happens, so that the angles keep their index.
         TerrenoAGL(p, x, y, z, 1.0, false);
-        m_PuntosCamaraGL << CCoor3D<double>(x, y, z, p.GetTipo());
+        m_PuntosCamaraGL << CCoor3D<double>(x, y, z, p.GetTipoCompleto());
     }
     return 1;
 }
 
-// Enters a space of the icons' own, where they keep their size and turn with the camera: identity matrices, a
-// projection, and a place in the corner or in the middle of the view. SaleEspacioIcono leaves it, also after a failure.
-bool CGL::EntraEspacioIcono(double fondo, double z) {
-    for (const GLenum modo : {GL_MODELVIEW, GL_TEXTURE, GL_PROJECTION}) {
-        glMatrixMode(modo);
-        glPushMatrix();
-        glLoadIdentity();
-    }
+// The projection of the icons' own space, where they keep their size and turn with the camera, and their place in the
+// corner or in the middle of the view.
+bool CGL::SituaIcono(double fondo, double z) const {
     const double a = m_dAspecto;
     if (EsOrtografica()) {
         glOrtho(-a, a, -1.0, 1.0, -fondo, fondo);
@@ -202,44 +214,45 @@ bool CGL::EntraEspacioIcono(double fondo, double z) {
     return true;
 }
 
-void CGL::DibujaIcono(GLuint lista) const {
-    glMatrixMode(GL_MODELVIEW);
-    if (lista != 0) glCallList(lista);
-}
-
+// Matrices and lights are put back after a failure too, since the frame goes on without the axes.
 int CGL::OnRenderEjes() {
+    ApilaIdentidad(GL_MODELVIEW);
+    ApilaIdentidad(GL_TEXTURE);
     glDisable(GL_LIGHT0);
     glEnable(GL_LIGHT1);
-    const bool colocado = EntraEspacioIcono(2.0 * m_fPlanoFondo, m_fPlanoFondo * 1.5);
-    if (colocado) DibujaIcono(m_nListaEjes);
-    glMatrixMode(GL_TEXTURE);
-    glPopMatrix();
+    ApilaIdentidad(GL_PROJECTION);
+    const bool situado = SituaIcono(2.0 * m_fPlanoFondo, m_fPlanoFondo * 1.5);
+    if (situado) {
+        glMatrixMode(GL_MODELVIEW);
+        if (m_nListaEjes != 0) glCallList(m_nListaEjes);
+    }
+    Desapila(GL_TEXTURE);
     glDisable(GL_LIGHT1);
     glEnable(GL_LIGHT0);
-    glMatrixMode(GL_PROJECTION);
-    glPopMatrix();
-    glMatrixMode(GL_MODELVIEW);
-    glPopMatrix();
-    return colocado ? 1 : 0;
+    Desapila(GL_PROJECTION);
+    Desapila(GL_MODELVIEW);
+    return situado ? 1 : 0;
 }
 
 int CGL::OnRenderCamara() {
-    bool bien = EntraEspacioIcono(m_fPlanoFondo, 0.75);
-    if (bien) bien = SetMaterial() != 0 && SetLight() != 0;
-    if (bien) {
+    ApilaIdentidad(GL_MODELVIEW);
+    ApilaIdentidad(GL_TEXTURE);
+    ApilaIdentidad(GL_PROJECTION);
+    const bool situado = SituaIcono(m_fPlanoFondo, 0.75) && SetMaterial() != 0 && SetLight() != 0;
+    if (situado) {
         if (GetLuz() != 0) {
             glEnable(GL_LIGHTING);
             glEnable(GL_LIGHT0);
         }
         glColorMaterial(GL_FRONT_AND_BACK, GL_AMBIENT_AND_DIFFUSE);
         glEnable(GL_COLOR_MATERIAL);
-        DibujaIcono(m_nListaCamara);
+        glMatrixMode(GL_MODELVIEW);
+        if (m_nListaCamara != 0) glCallList(m_nListaCamara);
     }
-    for (const GLenum modo : {GL_TEXTURE, GL_PROJECTION, GL_MODELVIEW}) {
-        glMatrixMode(modo);
-        glPopMatrix();
-    }
-    return bien ? 1 : 0;
+    Desapila(GL_TEXTURE);
+    Desapila(GL_PROJECTION);
+    Desapila(GL_MODELVIEW);
+    return situado ? 1 : 0;
 }
 
 int CGL::SetLight() {
@@ -297,7 +310,7 @@ std::array<float, 3> CGL::TintaHipsometrica(double z, bool bInterpolar, double s
         const int bajos[3] = {a.m_nRojo, a.m_nVerde, a.m_nAzul}, altos[3] = {b.m_nRojo, b.m_nVerde, b.m_nAzul};
         const double t = bInterpolar ? (z - a.m_dCota) / (b.m_dCota - a.m_dCota) : 0.0;
         for (int i = 0; i < 3; ++i)
-            canales[i] = bInterpolar ? static_cast<int>((altos[i] - bajos[i]) * t + 0.5 + bajos[i]) : bajos[i];
+            canales[i] = bInterpolar ? Canal((altos[i] - bajos[i]) * t + 0.5 + bajos[i]) : bajos[i];
     }
     if (sombra >= 0.0)
         for (int& canal : canales)

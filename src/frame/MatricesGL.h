@@ -4,6 +4,16 @@
 #include "model/CCoor.h"
 #include "platform/OpenGL.h"
 
+#include <algorithm>
+#include <cmath>
+
+/// A window coordinate as a whole pixel: v + 0.5 without its fraction. Points next to the eye's plane project to far
+/// beyond any window; they are kept where sums and differences of two pixels still fit in an int.
+inline int APixel(double v) {
+    constexpr double kLejos = 1e9;
+    return static_cast<int>(std::clamp(std::isnan(v) ? 0.0 : v + 0.5, -kLejos, kLejos));
+}
+
 /// What GLU needs to go between GL space and window coordinates.
 struct MatricesGL {
     GLint viewport[4] = {};

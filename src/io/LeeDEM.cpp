@@ -175,11 +175,11 @@ void CompruebaAlturas(const Rejilla& r, const Resumen& s, CResultadoDEM& resulta
                      " samples holds a height");
 }
 
-void TrasReproyectar(const Rejilla& r, const std::string& antes, CResultadoDEM& resultado) {
+void TrasReproyectar(const Rejilla& r, const std::string& antes, const char* unidad, CResultadoDEM& resultado) {
     resultado.m_bReproyectado = true;
     resultado.m_Mensajes.push_back(Texto(antes + ": resampled to " + std::to_string(r.Columnas()) + " x " +
                                          std::to_string(r.Filas()) + " samples of " +
-                                         TextoGeneral(r.m_Colocacion[1], 6) + " units"));
+                                         TextoGeneral(r.m_Colocacion[1], 6) + " " + unidad));
 }
 
 // Brings the grid to plane coordinates, north up, where it isn't yet.
@@ -196,10 +196,10 @@ void Endereza(Rejilla& r, const Resumen& s, const CDataLeeDEM& opciones, const C
         const Sistema utm = UTMDelCentro(r);
         const std::string de = NombreSistema(r).Utf8();
         r = Reproyecta(r, utm.get(), opciones.m_nMaxMuestras, avance);
-        TrasReproyectar(r, "from degrees (" + de + ") to " + NombreSistema(r).Utf8(), resultado);
+        TrasReproyectar(r, "from degrees (" + de + ") to " + NombreSistema(r).Utf8(), "m", resultado);
     } else if (girada) {
         r = Reproyecta(r, nullptr, opciones.m_nMaxMuestras, avance);
-        TrasReproyectar(r, "a rotated grid, turned north up", resultado);
+        TrasReproyectar(r, "a rotated grid, turned north up", "units", resultado);
     }
 }
 

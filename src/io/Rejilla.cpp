@@ -41,7 +41,7 @@ struct Banda {
     bool EsNulo(double valor) const {
         if (std::isnan(valor)) return true;
         if (!m_Nulo) return false;
-        // Headers give the value in decimals, which needn't be the exact float of the samples.
+        // Users and headers give the value in decimals, which needn't be the exact float of the samples.
         return valor == *m_Nulo || (m_bReal32 && static_cast<float>(valor) == static_cast<float>(*m_Nulo));
     }
 };

@@ -18,7 +18,7 @@ bool EsHuso(int huso) {
 // The zone of 6 degrees that holds a longitude in radians; 180 degrees is the start of zone 1 again.
 int HusoDeLongitud(double longitud) {
     const double vueltas = longitud / (2.0 * std::numbers::pi) + 0.5;
-    return static_cast<int>(std::floor((vueltas - std::floor(vueltas)) * 60.0)) % 60 + 1;
+    return static_cast<int>(std::floor((vueltas - std::floor(vueltas)) * 60.0)) + 1;
 }
 
 }  // namespace

@@ -260,7 +260,6 @@ int CEscenaDEM::OnRender() {
         glLoadIdentity();
         if (HayErrorGL()) return 0;
         m_Camara.Look();
-        if (HayErrorGL()) return 0;
         // A tall view shows the whole model. A child draws in its parent's frame, which is scaled already.
         if (m_dAspecto < 1.0) glScaled(m_dAspecto, m_dAspecto, m_dAspecto);
     }

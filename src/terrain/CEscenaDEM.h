@@ -99,7 +99,6 @@ class LUMBRA_API CEscenaDEM : public CEscenaMDT {
     Marco DameMarco() const;
 
     // CEscenaDEMMalla.cpp
-    struct Vector;
     struct Banda;
     struct FilaMapa;
     Paso CalculaPaso(int n) const;
@@ -114,9 +113,9 @@ class LUMBRA_API CEscenaDEM : public CEscenaMDT {
     bool AlturaSuave(int r, int c, int u, int w, int f, double& h) const;
     void ColocaVertice(std::int64_t posicion, const Marco& marco, double fila, double columna, float h);
     const float* FilaAlturas(int fila, std::vector<float>& copia) const;
-    static Vector Normal(const float* v0, const float* v1, const float* v2);
     FilaMapa DameFilaMapa(const Banda& banda, std::int64_t fila) const;
     void ColoreaFila(Banda& banda, std::int64_t fila, std::vector<Color>& colores) const;
+    void CalculaNormales(Banda& banda, const FilaMapa& norte, const FilaMapa& sur) const;
     void EmiteBanda(Banda& banda, int r, int u) const;
     void LiberaMalla();
 

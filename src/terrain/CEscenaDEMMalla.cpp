@@ -14,11 +14,6 @@
 
 using Vertiz::CDEM;
 
-// A direction in GL space.
-struct CEscenaDEM::Vector {
-    float x, y, z;
-};
-
 namespace {
 
 constexpr double kMuestrasMaximas = 5e6;
@@ -31,6 +26,21 @@ void AvisaSinMemoria(const wchar_t* formato, std::int64_t cantidad, int paso) {
         texto.Format(formato, TextoError(ERROR_NOT_ENOUGH_MEMORY), cantidad, paso);
         porcentaje->Mensaje(kNivelMensajes, texto, 1);
     }
+}
+
+// A direction in GL space.
+struct Vector {
+    float x, y, z;
+};
+
+// Unit normal of the triangle v0, v1, v2, which points into the terrain: the light's default position is its match.
+Vector Normal(const float* v0, const float* v1, const float* v2) {
+    const float ax = v0[0] - v1[0], ay = v0[1] - v1[1], az = v0[2] - v1[2];
+    const float bx = v2[0] - v0[0], by = v2[1] - v0[1], bz = v2[2] - v0[2];
+    const float x = ay * bz - az * by, y = az * bx - ax * bz, z = ax * by - ay * bx;
+    const float longitud2 = x * x + y * y + z * z;
+    const float k = longitud2 > 0.0F ? 1.0F / std::sqrt(longitud2) : 1.0F;
+    return {x * k, y * k, z * k};
 }
 
 // Samples from 0 in steps of x below n.
@@ -216,25 +226,22 @@ int CEscenaDEM::CompilaMalla(const Paso& paso) {
     return CierraLista(bien != 0);
 }
 
-// Unit normal of the triangle v0, v1, v2, which points into the terrain: the light's default position is its match.
-CEscenaDEM::Vector CEscenaDEM::Normal(const float* v0, const float* v1, const float* v2) {
-    const float ax = v0[0] - v1[0], ay = v0[1] - v1[1], az = v0[2] - v1[2];
-    const float bx = v2[0] - v0[0], by = v2[1] - v0[1], bz = v2[2] - v0[2];
-    const float x = ay * bz - az * by, y = az * bx - ax * bz, z = ax * by - ay * bx;
-    const float longitud = std::sqrt(x * x + y * y + z * z);
-    if (longitud == 0.0F) return {x, y, z};
-    return {x / longitud, y / longitud, z / longitud};
-}
-
 // What the bands of one rectangle are sent from.
 struct CEscenaDEM::Banda {
     int f, x, colInicio, colFin, colsMapa;
     unsigned quad;
     bool porAltura, tintada;
-    Vector normal{0, 0, 0};  // of the last whole cell: strips and points keep it over a void
+    Vector normal{0, 0, 0};          // of the last whole cell: strips and points keep it over a void
+    std::vector<Vector> normales{};  // of the band's cells, by their column of the map
     // Colours by height of the band's two rows of the map. Each row is coloured once for the two bands that it is in.
     std::vector<Color> coloresNorte{}, coloresSur{};
     std::int64_t filaSur = -1;  // the row that coloresSur holds
+
+    // The columns of the map that the rectangle can reach.
+    std::int64_t Primera() const { return std::max<std::int64_t>(std::int64_t{colInicio} * f / x - 1, 0); }
+    std::int64_t Ultima() const {
+        return std::min<std::int64_t>(std::int64_t{colFin} * f / x + f, std::int64_t{colsMapa} - 1);
+    }
 };
 
 // A row of the index map with its colours. A neighbour past its end is missing, and so is all of a row past the map's.
@@ -263,9 +270,7 @@ void CEscenaDEM::ColoreaFila(Banda& banda, std::int64_t fila, std::vector<Color>
     std::vector<float> copia;
     const float* alturas = banda.f == 1 ? FilaAlturas(static_cast<int>(fila * banda.x), copia) : nullptr;
     const double origenZ = m_pDEM->GetSemilla().GetZ();
-    const std::int64_t primera = std::int64_t{banda.colInicio} * banda.f / banda.x;
-    const std::int64_t ultima = std::int64_t{banda.colFin} * banda.f / banda.x + banda.f;
-    for (std::int64_t j = std::max<std::int64_t>(primera - 1, 0); j <= ultima; ++j) {
+    for (std::int64_t j = banda.Primera(); j <= banda.Ultima(); ++j) {
         const std::int32_t i = mapa.Indice(j);
         if (i == -1) continue;
         const float h = alturas != nullptr ? static_cast<float>(alturas[j * banda.x] - origenZ)
@@ -295,6 +300,18 @@ int CEscenaDEM::GeneraDEMRegular(int filaInicio, int colInicio, int filaFin, int
     return HayErrorGL() ? 0 : 1;
 }
 
+// The normals of a band's whole cells, ahead of sending them: between calls to OpenGL each root would have to be waited
+// for.
+void CEscenaDEM::CalculaNormales(Banda& banda, const FilaMapa& norte, const FilaMapa& sur) const {
+    banda.normales.resize(static_cast<std::size_t>(banda.colsMapa));
+    const float* vertices = m_Vertices.data();
+    for (std::int64_t j = banda.Primera(); j <= banda.Ultima(); ++j) {
+        const std::int32_t i0 = norte.Indice(j), i1 = sur.Indice(j), i2 = norte.Indice(j + 1);
+        if (i0 != -1 && i1 != -1 && i2 != -1)
+            banda.normales[static_cast<std::size_t>(j)] = Normal(vertices + i0, vertices + i1, vertices + i2);
+    }
+}
+
 void CEscenaDEM::EmiteBanda(Banda& banda, int r, int u) const {
     const int f = banda.f, x = banda.x, ultima = banda.colFin - x;
     const std::int64_t fila = u + std::int64_t{r} * f / x;
@@ -307,6 +324,7 @@ void CEscenaDEM::EmiteBanda(Banda& banda, int r, int u) const {
         norte.colores = banda.coloresNorte.data();
         sur.colores = banda.coloresSur.data();
     }
+    CalculaNormales(banda, norte, sur);
     const auto emite = [&banda](const FilaMapa& lado, std::int64_t columna, std::int32_t indice, int lugar) {
         if (banda.porAltura || banda.tintada) {
             const Color& color = banda.porAltura ? lado.colores[columna] : Tinte(lugar);
@@ -324,7 +342,7 @@ void CEscenaDEM::EmiteBanda(Banda& banda, int r, int u) const {
             if (i0 == -1) continue;
             const std::int32_t i1 = sur.Indice(columna), i2 = norte.Indice(columna + 1), i3 = sur.Indice(columna + 1);
             if (i1 != -1 && i2 != -1 && i3 != -1)
-                banda.normal = Normal(&m_Vertices[i0], &m_Vertices[i1], &m_Vertices[i2]);
+                banda.normal = banda.normales[static_cast<std::size_t>(columna)];
             else if (banda.quad == 1)
                 continue;
             if (banda.quad == 0 && i1 == -1) continue;

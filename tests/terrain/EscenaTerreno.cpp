@@ -2,6 +2,13 @@
 
 #include <algorithm>
 
+namespace {
+
+constexpr int kVentana = 4096;  // fine enough for its vertices not to be moved to a coarse raster
+constexpr double kMedio = 4.0;  // half the side of the space that the feedback sees
+
+}  // namespace
+
 Tela::Tela(int ancho, int alto) {
     m_bitmap.CreateBitmap(ancho, alto, 24);
     m_dc.CreateCompatibleDC(nullptr);
@@ -72,14 +79,14 @@ std::vector<Vertice> Terreno::Vertices(GLuint lista) {
     EXPECT_TRUE(m_escena.MakeCurrent(nullptr));
     std::vector<GLfloat> datos(1 << 20);
     glPushAttrib(GL_ALL_ATTRIB_BITS);
-    glViewport(0, 0, 2, 2);
+    glViewport(0, 0, kVentana, kVentana);
     for (const GLenum modo : {GL_PROJECTION, GL_MODELVIEW}) {
         glMatrixMode(modo);
         glPushMatrix();
         glLoadIdentity();
     }
     glMatrixMode(GL_PROJECTION);
-    glOrtho(-2, 2, -2, 2, -2, 2);
+    glOrtho(-kMedio, kMedio, -kMedio, kMedio, -kMedio, kMedio);
     glDisable(GL_LIGHTING);
     glDisable(GL_CULL_FACE);
     glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
@@ -92,17 +99,30 @@ std::vector<Vertice> Terreno::Vertices(GLuint lista) {
         glPopMatrix();
     }
     glPopAttrib();
-    const auto lee = [&](int& i) {
+    const auto lee = [&](int i) {
         const GLfloat* v = &datos[std::size_t(i)];
-        vertices.push_back({v[0] * 2.0 - 2.0, v[1] * 2.0 - 2.0, 2.0 - v[2] * 4.0, {v[3], v[4], v[5]}});
-        i += 7;
+        vertices.push_back({(2.0 * v[0] / kVentana - 1) * kMedio,
+                            (2.0 * v[1] / kVentana - 1) * kMedio,
+                            (1 - 2.0 * v[2]) * kMedio,
+                            {v[3], v[4], v[5]}});
     };
     for (int i = 0; i < cantidad;) {
         const auto token = GLenum(datos[std::size_t(i++)]);
         int n = 1;
         if (token == GL_POLYGON_TOKEN) n = int(datos[std::size_t(i++)]);
         if (token == GL_LINE_TOKEN || token == GL_LINE_RESET_TOKEN) n = 2;
-        while (n-- > 0)
+        // The driver hands a quad back as two triangles: 0 1 3 and 1 2 3.
+        const bool quad =
+            n == 3 && i + 44 <= cantidad && datos[std::size_t(i + 21)] == GLfloat(GL_POLYGON_TOKEN) &&
+            std::equal(&datos[std::size_t(i + 7)], &datos[std::size_t(i + 10)], &datos[std::size_t(i + 23)]) &&
+            std::equal(&datos[std::size_t(i + 14)], &datos[std::size_t(i + 17)], &datos[std::size_t(i + 37)]);
+        if (quad) {
+            for (const int lugar : {0, 7, 30, 14})
+                lee(i + lugar);
+            i += 44;
+            continue;
+        }
+        for (; n > 0; --n, i += 7)
             lee(i);
     }
     EXPECT_GE(cantidad, 0) << "the feedback buffer is too small";

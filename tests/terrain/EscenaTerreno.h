@@ -20,6 +20,7 @@
 class EscenaTerreno : public CEscenaDEM {
   public:
     using CEscenaDEM::CEscenaDEM;
+    using CEscenaDEM::operator=;
     using CEscenaDEM::m_bArbolesIniciados;
     using CEscenaDEM::m_bBaseIniciada;
     using CEscenaDEM::m_bEdificiosIniciados;
@@ -33,6 +34,7 @@ class EscenaTerreno : public CEscenaDEM {
     using CEscenaDEM::m_nListaArboles;
     using CEscenaDEM::m_nListaBase;
     using CEscenaDEM::m_nListaCamara;
+    using CEscenaDEM::m_nListaCielo;
     using CEscenaDEM::m_nListaEdificios;
     using CEscenaDEM::m_nListaEjes;
     using CEscenaDEM::m_nListaLimites;
@@ -80,13 +82,13 @@ class Terreno : public testing::Test {
 
     /// What the surface's list holds when compiled now, calls as text; the state before the first glBegin left out.
     LlamadasGL Superficie();
-    /// What a list draws: runs it through OpenGL's feedback. GL space, to five digits; in the order of the
-    /// primitives, each with its own vertices (a strip's quads come out apart).
+    /// What a list draws: runs it through OpenGL's feedback. GL space, to five digits, in the order of the primitives;
+    /// quads with their four vertices.
     std::vector<Vertice> Vertices(GLuint lista);
 
     /// GL position that a terrain point (local coordinates) should have, by the stated formula.
     std::array<double, 3> EnGL(double x, double y, double z) const;
-    /// The same as the place in the vertex array of sample (row from the north, column), in a grid without voids.
+    /// The call that sends an element of the vertex array, where samples lie by rows from the north, voids left out.
     static std::string Elemento(int indice) { return "glArrayElement(" + std::to_string(indice) + ")"; }
 
     Tela m_tela;

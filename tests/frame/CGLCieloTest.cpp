@@ -1,0 +1,166 @@
+// The sky's list, and the reading of its image.
+
+#include "EscenaVista.h"
+#include "platform/CStdioFile.h"
+#include "raster/IRaster.h"
+#include "support/RegistroGL.h"
+#include "support/Temporales.h"
+
+namespace {
+
+const LlamadasGL kSinLuz = {"glDisable(GL_LIGHTING)",
+                            "glDisable(GL_LIGHT0)",
+                            "glColorMaterial(GL_FRONT_AND_BACK, GL_AMBIENT_AND_DIFFUSE)",
+                            "glEnable(GL_COLOR_MATERIAL)",
+                            "glMaterialfv(GL_FRONT_AND_BACK, GL_AMBIENT, [0, 0, 0, 0])",
+                            "glMaterialfv(GL_FRONT_AND_BACK, GL_DIFFUSE, [0, 0, 0, 0])",
+                            "glMaterialfv(GL_FRONT_AND_BACK, GL_SPECULAR, [0, 0, 0, 0])",
+                            "glMaterialfv(GL_FRONT_AND_BACK, GL_EMISSION, [0, 0, 0, 0])",
+                            "glMaterialf(GL_FRONT_AND_BACK, GL_SHININESS, 128)"};
+
+class ConCielo : public testing::Test {
+  protected:
+    void SetUp() override {
+        m_Escena.SetColorFondo(0x336699);
+        ASSERT_TRUE(m_Escena.Monta(m_Tela));
+    }
+    void TearDown() override { wglMakeCurrent(nullptr, nullptr); }
+    LlamadasGL Lista() {
+        const RegistroGL registro;
+        EXPECT_EQ(m_Escena.OnIniciarCielo(), 1);
+        return registro.Lista(m_Escena.m_nListaCielo);
+    }
+    static LlamadasGL SinImagen(const LlamadasGL& luz) {
+        LlamadasGL lista = {"glEnable(GL_DEPTH_TEST)"};
+        lista.insert(lista.end(), luz.begin(), luz.end());
+        lista.push_back("glColor3f(0.6, 0.4, 0.2)");
+        return lista;
+    }
+
+    Tela m_Tela;
+    EscenaVista m_Escena;
+};
+
+/// A raster that tells what it was asked for.
+class ImagenFalsa : public Vertiz::IRaster {
+  public:
+    ImagenFalsa(int tipo, int cabecera, int datos) : m_nTipo(tipo), m_nCabecera(cabecera), m_nDatos(datos) {}
+    void Limpiar() override {}
+    void SetNombre(const wchar_t*) override {}
+    bool SetFichero(CFile* fichero) override {
+        m_bFlujo = dynamic_cast<CStdioFile*>(fichero) != nullptr;
+        m_sPasos += "abre ";
+        return true;
+    }
+    bool CierraFichero() override {
+        m_sPasos += "cierra";
+        return true;
+    }
+    int Leer(bool soloCabecera) override {
+        m_sPasos += soloCabecera ? "cabecera " : "datos ";
+        return soloCabecera ? m_nCabecera : m_nDatos;
+    }
+    int Alto100() const override { return 100; }
+    int Ancho100() const override { return 100; }
+    int Alto() const override { return 1; }
+    int Ancho() const override { return 1; }
+    UINT BytesFila() const override { return 4; }
+    const wchar_t* Nombre() const override { return L""; }
+    bool TienePaleta() const override { return false; }
+    int BytesPixel() const override { return 3; }
+    float Resolucion() const override { return 72; }
+    const BYTE* Paleta() const override { return nullptr; }
+    int Crear(int, int, int, float, const BYTE*, const BYTE*, const BYTE*, bool) override { return 0; }
+    bool SetPixel(int, int, const BYTE*) override { return false; }
+    bool GetPixel(BYTE*, int, int, int) const override { return false; }
+    bool GetFila(BYTE*, int, int, int) const override { return false; }
+    int Reducir(int, int) override { return 0; }
+    int NumMuestras() const override { return 3; }
+    int Tipo() const override { return m_nTipo; }
+
+    int m_nTipo, m_nCabecera, m_nDatos;
+    bool m_bFlujo = false;
+    std::string m_sPasos;
+};
+
+}  // namespace
+
+TEST_F(ConCielo, WithoutAnImageTheSkyIsTheBackgroundColourOnADarkMaterial) {
+    EXPECT_LLAMADAS(Lista(), (SinImagen(kSinLuz)));
+    EXPECT_EQ(wglGetCurrentContext(), m_Escena.m_hRC) << "the hook leaves the context current";
+    EXPECT_EQ(m_Escena.m_nTexturaFondo, 0U);
+}
+
+TEST_F(ConCielo, ImageScenesAndSphericalOnesKeepTheirLight) {
+    for (const int tipo : {3, 8}) {
+        m_Escena.SetTipo(tipo);
+        EXPECT_LLAMADAS(Lista(), (SinImagen({})));
+    }
+    m_Escena.SetTipo(1);
+    for (const int fondo : {1, 2, 3, 4}) {
+        m_Escena.m_nTipoImagenFondo = fondo;
+        EXPECT_LLAMADAS(Lista(), (SinImagen(kSinLuz)));
+    }
+    for (const int fondo : {5, 6}) {
+        m_Escena.m_nTipoImagenFondo = fondo;
+        EXPECT_LLAMADAS(Lista(), (SinImagen({})));
+    }
+}
+
+TEST_F(ConCielo, AnImageThatCannotBeReadLeavesTheColour) {
+    m_Escena.SetImagenFondo(1);
+    m_Escena.SetNombreImagenFondo(L"no such sky.tif");
+    const RegistroGL registro;
+    ASSERT_EQ(m_Escena.OnIniciarCielo(), 1);
+    EXPECT_LLAMADAS(registro.Lista(m_Escena.m_nListaCielo), (SinImagen(kSinLuz)));
+    const LlamadasGL textura = Solo(registro.Ejecutadas(), {"glPixelStorei", "glTexParameteri", "glTexEnvf"});
+    EXPECT_LLAMADAS(textura, {"glPixelStorei(GL_UNPACK_ALIGNMENT, 1)",
+                              "glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_REPEAT)",
+                              "glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_REPEAT)",
+                              "glTexEnvf(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE)",
+                              "glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST)",
+                              "glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST)"});
+    EXPECT_EQ(registro.Cuenta("glTexImage2D"), 0U);
+}
+
+TEST_F(ConCielo, ListAndTextureAreTakenAnew) {
+    m_Escena.SetImagenFondo(1);
+    ASSERT_EQ(m_Escena.OnIniciarCielo(), 1);
+    EXPECT_NE(m_Escena.m_nTexturaFondo, 0U);
+    m_Escena.SetImagenFondo(0);
+    const RegistroGL registro;
+    ASSERT_EQ(m_Escena.OnIniciarCielo(), 1);
+    EXPECT_EQ(registro.Cuenta("glDeleteLists"), 1U);
+    EXPECT_EQ(registro.Cuenta("glDeleteTextures"), 1U);
+    EXPECT_EQ(m_Escena.m_nTexturaFondo, 0U);
+}
+
+TEST_F(ConCielo, AnErrorEndsTheSky) {
+    m_Escena.SetImagenFondo(1);
+    for (const char* nombre : {"glGenTextures", "glTexEnvf", "glNewList", "glColorMaterial", "glMaterialf"}) {
+        const FallaGL falla(nombre, 1);
+        EXPECT_EQ(m_Escena.OnIniciarCielo(), 0) << nombre;
+        EXPECT_TRUE(falla.Ocurrida());
+        EXPECT_EQ(wglGetCurrentContext(), m_Escena.m_hRC);
+    }
+    EXPECT_EQ(m_Escena.OnIniciarCielo(), 1);
+}
+
+TEST_F(ConCielo, TheImageIsReadHeaderFirstAndAJpegThroughAStream) {
+    const CarpetaTemporal carpeta;
+    const std::string ruta = carpeta.Escribe("cielo.dat", "x").string();
+    m_Escena.SetNombreImagenFondo(CString(ruta.c_str()));
+    const auto lee = [&](int tipo, int cabecera, int datos, int esperado, const char* pasos) {
+        ImagenFalsa falsa(tipo, cabecera, datos);
+        Vertiz::IRaster* imagen = &falsa;
+        EXPECT_EQ(m_Escena.CargarImagenFondo(&imagen), esperado);
+        EXPECT_EQ(falsa.m_sPasos, pasos);
+        EXPECT_EQ(falsa.m_bFlujo, tipo == 22);
+    };
+    lee(20, 1, 1, 1, "abre cabecera datos cierra");
+    lee(22, 1, 1, 1, "abre cabecera datos cierra");
+    lee(20, 0, 1, 0, "abre cabecera cierra");
+    lee(20, 1, 2, 0, "abre cabecera datos cierra");
+    m_Escena.SetNombreImagenFondo(L"no such sky.tif");
+    lee(20, 1, 1, 0, "");
+}

@@ -1,0 +1,231 @@
+// What all terrains share: limits, breaklines, the state that the surface is drawn in, the sky.
+
+#include <algorithm>
+#include <cmath>
+
+#include "EscenaTerreno.h"
+
+namespace {
+
+using modelos::Rejilla;
+using Vertiz::CDigiTab;
+using Vertiz::CElementoDigiTab;
+using Vertiz::CLinea;
+using Vertiz::CTipoEntidad;
+
+class Capas : public Terreno {
+  protected:
+    Vertiz::CDEM m_dem = Rejilla({{10, 20, 30}, {20, 30, 40}, {30, 40, 50}});
+    CDigiTab m_tabla;
+
+    void PonRuptura(const wchar_t* codigo, int x0, int y0, int z0, int x1, int y1, int z1) {
+        CLinea<int> linea{CString(codigo)};
+        linea << Vertiz::CCoor3D<int>(x0, y0, z0) << Vertiz::CCoor3D<int>(x1, y1, z1);
+        ASSERT_TRUE(m_dem.InsertaRuptura(linea));
+    }
+    void PonElemento(const wchar_t* codigo, int r, int g, int b, float grosor, int estilo) {
+        m_tabla.Inserta(
+            CElementoDigiTab(CTipoEntidad::Linea, codigo, BYTE(r), BYTE(g), BYTE(b), grosor, estilo, CString(), 1),
+            true);
+        m_escena.SetDigiTab(&m_tabla);
+    }
+    LlamadasGL Rupturas() {
+        const RegistroGL registro;
+        EXPECT_EQ(m_escena.OnIniciarRupturas(), 1);
+        return registro.Lista(m_escena.m_nListaRupturas);
+    }
+};
+
+TEST_F(Capas, LimitsAreABoxOfSixOpenSidesAndTheOutline) {
+    Toma(m_dem);
+    const RegistroGL registro;
+    ASSERT_EQ(m_escena.OnIniciarLimites(), 1);
+    const LlamadasGL lista = registro.Lista(m_escena.m_nListaLimites);
+    ASSERT_GE(lista.size(), 3u);
+    EXPECT_EQ(lista[1], "glLineWidth(1)") << "without a table the default element";
+    EXPECT_EQ(lista[2], "glDisable(GL_LINE_STIPPLE)");
+    EXPECT_EQ(Solo(lista, {"glBegin"}), LlamadasGL(7, "glBegin(GL_LINE_STRIP)"));
+    const auto v = registro.Numeros("glVertex3f");
+    ASSERT_GE(v.size(), 24u + 5u);
+    const auto igual = [&](std::size_t i, double x, double y, double z) {
+        const auto gl = EnGL(x, y, z);
+        for (int k = 0; k < 3; ++k)
+            EXPECT_NEAR(v[i][k], gl[k], 1e-5) << "vertex " << i;
+    };
+    // X lowest and highest, Z lowest and highest, Y highest and lowest; what each keeps fixed.
+    for (std::size_t i = 0; i < 4; ++i) {
+        EXPECT_NEAR(v[i][0], EnGL(0, 0, 0)[0], 1e-5);
+        EXPECT_NEAR(v[4 + i][0], EnGL(20, 0, 0)[0], 1e-5);
+        EXPECT_NEAR(v[8 + i][1], EnGL(0, 0, 10)[1], 1e-5);
+        EXPECT_NEAR(v[12 + i][1], EnGL(0, 0, 50)[1], 1e-5);
+        EXPECT_NEAR(v[16 + i][2], EnGL(0, 20, 0)[2], 1e-5);
+        EXPECT_NEAR(v[20 + i][2], EnGL(0, 0, 0)[2], 1e-5);
+    }
+    igual(0, 0, 0, 10);
+    // The outline lies on the terrain.
+    for (std::size_t i = 24; i < v.size(); ++i) {
+        const double x = v[i][0] / m_escena.m_dFactor + 10, y = 10 - v[i][2] / m_escena.m_dFactor;
+        igual(i, x, y, 10 + (20 - y) + x);
+    }
+    EXPECT_EQ(m_escena.m_bLimitesIniciados, 1);
+}
+
+TEST_F(Capas, LimitsTakeColourAndWidthFromTheTable) {
+    Toma(m_dem);
+    PonElemento(L"LIMITE", 255, 0, 51, 3.0F, 0);
+    const RegistroGL registro;
+    ASSERT_EQ(m_escena.OnIniciarLimites(), 1);
+    const LlamadasGL lista = registro.Lista(m_escena.m_nListaLimites);
+    EXPECT_EQ(lista[0], "glColor3f(1, 0, 0.2)");
+    EXPECT_EQ(lista[1], "glLineWidth(3)");
+}
+
+TEST_F(Capas, TheOutlineIsSilentAndItsLevelIsPutBack) {
+    Toma(m_dem);
+    m_dem.Mensajes(7);
+    ASSERT_EQ(m_escena.OnIniciarLimites(), 1);
+    EXPECT_EQ(m_dem.GetMensajes(), 7);
+}
+
+TEST_F(Capas, WithoutATableThereAreNoBreaklinesAndNoFailure) {
+    PonRuptura(L"R", 1, 1, 1, 2, 2, 2);
+    Toma(m_dem);
+    const RegistroGL registro;
+    EXPECT_EQ(m_escena.OnIniciarRupturas(), 1);
+    EXPECT_TRUE(registro.Todas().empty());
+}
+
+TEST_F(Capas, BreaklinesAreUnlitInTheirOwnStyleAndPlace) {
+    PonRuptura(L"R", 0, 20, 30, 10, 0, 50);
+    Toma(m_dem, [](EscenaTerreno& e) { e.SetExageracionVertical(2); });
+    PonElemento(L"R", 0, 255, 0, 2.0F, 3);
+    const RegistroGL registro;
+    ASSERT_EQ(m_escena.OnIniciarRupturas(), 1);
+    const LlamadasGL lista = registro.Lista(m_escena.m_nListaRupturas);
+    EXPECT_LLAMADAS(Sin(lista, {"glVertex3f"}),
+                    {"glEnable(GL_DEPTH_TEST)", "glColorMaterial(GL_FRONT_AND_BACK, GL_AMBIENT_AND_DIFFUSE)",
+                     "glEnable(GL_COLOR_MATERIAL)", "glDisable(GL_LIGHTING)", "glDisable(GL_LIGHT0)",
+                     "glMaterialfv(GL_FRONT_AND_BACK, GL_AMBIENT, [0, 0, 0, 0])",
+                     "glMaterialfv(GL_FRONT_AND_BACK, GL_DIFFUSE, [0, 0, 0, 0])",
+                     "glMaterialfv(GL_FRONT_AND_BACK, GL_SPECULAR, [0, 0, 0, 0])",
+                     "glMaterialfv(GL_FRONT_AND_BACK, GL_EMISSION, [0, 0, 0, 0])",
+                     "glMaterialf(GL_FRONT_AND_BACK, GL_SHININESS, 128)", "glColor3f(0, 1, 0)", "glLineWidth(2)",
+                     "glEnable(GL_LINE_STIPPLE)", "glLineStipple(1, 0x1C47)", "glBegin(GL_LINE_STRIP)", "glEnd()"});
+    const auto v = registro.Numeros("glVertex3f");
+    const double esperados[2][3] = {{0, 20, 30}, {10, 0, 50}};
+    ASSERT_EQ(v.size(), 2u);
+    for (int i = 0; i < 2; ++i) {
+        const auto gl = EnGL(esperados[i][0], esperados[i][1], esperados[i][2]);
+        for (int k = 0; k < 3; ++k)
+            EXPECT_NEAR(v[i][k], gl[k], 1e-5);
+    }
+    EXPECT_EQ(m_escena.m_bRupturasIniciadas, 1);
+}
+
+TEST_F(Capas, BreaklinesThatAreBuiltStayAsTheyAre) {
+    PonRuptura(L"R", 1, 1, 1, 2, 2, 2);
+    Toma(m_dem);
+    PonElemento(L"R", 0, 255, 0, 0, 0);
+    m_escena.m_bRupturasIniciadas = 1;
+    const RegistroGL registro;
+    EXPECT_EQ(m_escena.OnIniciarRupturas(), 1);
+    EXPECT_TRUE(registro.Todas().empty());
+}
+
+TEST_F(Capas, ErasedBreaklinesAndThinWidthsAndUnknownStyles) {
+    PonRuptura(L"R", 1, 1, 1, 2, 2, 2);
+    PonRuptura(L"S", 1, 1, 1, 2, 2, 2);
+    m_dem.Rupturas()[1]->SetBorrado(true);
+    Toma(m_dem);
+    PonElemento(L"R", 0, 255, 0, 0, 5);
+    const LlamadasGL lista = Rupturas();
+    EXPECT_EQ(Solo(lista, {"glBegin"}).size(), 1u);
+    EXPECT_EQ(Solo(lista, {"glLineWidth"}), LlamadasGL{"glLineWidth(1)"});
+    EXPECT_EQ(Solo(lista, {"glLineStipple"}), LlamadasGL{}) << "a style that is not known keeps the pattern";
+    EXPECT_EQ(Solo(lista, {"glEnable"}).back(), "glEnable(GL_LINE_STIPPLE)");
+}
+
+TEST_F(Capas, ABreaklineOfTheBackgroundsColourIsMovedAwayFromIt) {
+    PonRuptura(L"R", 1, 1, 1, 2, 2, 2);
+    Toma(m_dem, [](EscenaTerreno& e) { e.SetColorFondo(0x646464); });
+    PonElemento(L"R", 100, 100, 105, 0, 0);
+    const RegistroGL registro;
+    ASSERT_EQ(m_escena.OnIniciarRupturas(), 1);
+    const auto color = registro.Numeros("glColor3f").at(0);
+    EXPECT_NEAR(color[0], 228 / 255.0, 1e-6);
+    EXPECT_NEAR(color[2], 233 / 255.0, 1e-6);
+}
+
+TEST_F(Capas, AFailedMaterialEndsTheBreaklinesWithTheirListClosed) {
+    PonRuptura(L"R", 1, 1, 1, 2, 2, 2);
+    Toma(m_dem);
+    PonElemento(L"R", 0, 255, 0, 0, 0);
+    {
+        const FallaGL falla("glMaterialf", 1);
+        EXPECT_EQ(m_escena.OnIniciarRupturas(), 0);
+        EXPECT_TRUE(falla.Ocurrida());
+    }
+    GLint abierta = -1;
+    glGetIntegerv(GL_LIST_INDEX, &abierta);
+    EXPECT_EQ(abierta, 0);
+    EXPECT_EQ(m_escena.m_bRupturasIniciadas, 0);
+    EXPECT_EQ(m_escena.OnIniciarRupturas(), 1);
+}
+
+TEST_F(Capas, OnlyWireIsDrawnAsLinesAndAnImageNever) {
+    Monta(m_dem);
+    ASSERT_TRUE(m_escena.MakeCurrent(nullptr));
+    for (const unsigned modo : {0u, 1u, 2u, 6u}) {
+        m_escena.SetTipoColorMDT(modo);
+        const RegistroGL registro;
+        ASSERT_EQ(m_escena.OnRender(), 1);
+        EXPECT_EQ(Solo(registro.Ejecutadas(), {"glPolygonMode"}),
+                  LlamadasGL{modo == 0 ? "glPolygonMode(GL_FRONT_AND_BACK, GL_LINE)"
+                                       : "glPolygonMode(GL_FRONT_AND_BACK, GL_FILL)"});
+    }
+    m_escena.SetTipo(3);
+    m_escena.SetTipoColorMDT(0);
+    const RegistroGL registro;
+    ASSERT_EQ(m_escena.OnRender(), 1);
+    EXPECT_EQ(Solo(registro.Ejecutadas(), {"glPolygonMode"}), LlamadasGL{"glPolygonMode(GL_FRONT_AND_BACK, GL_FILL)"});
+    EXPECT_TRUE(Solo(registro.Ejecutadas(), {"glColorMaterial"}).empty());
+}
+
+TEST_F(Capas, TheTerrainIsLitOnlyWhenAsked) {
+    Monta(m_dem);
+    ASSERT_TRUE(m_escena.MakeCurrent(nullptr));
+    for (const int relleno : {0, 1}) {
+        m_escena.SetRelleno(relleno);
+        const RegistroGL registro;
+        ASSERT_EQ(m_escena.OnRender(), 1);
+        const LlamadasGL luces = Solo(registro.Ejecutadas(), {"glEnable"});
+        EXPECT_EQ(std::ranges::count(luces, "glEnable(GL_LIGHTING)"), relleno);
+        EXPECT_EQ(std::ranges::count(luces, "glEnable(GL_LIGHT0)"), relleno);
+    }
+}
+
+TEST_F(Capas, TheSkyKeepsItsProportionInATallView) {
+    Monta(m_dem);
+    ASSERT_EQ(m_escena.Resize(45, 90), 1);
+    ASSERT_TRUE(m_escena.MakeCurrent(nullptr));
+    const RegistroGL registro;
+    ASSERT_EQ(m_escena.OnRender(), 1);
+    EXPECT_EQ(registro.Numeros("glOrtho"), (std::vector<std::vector<double>>{{-0.25, 0.25, -0.5, 0.5, 0, 1}}));
+    EXPECT_EQ(registro.Cuenta("glPushMatrix"), registro.Cuenta("glPopMatrix"));
+    EXPECT_EQ(Solo(registro.Todas(), {"glMatrixMode"}).back(), "glMatrixMode(GL_MODELVIEW)");
+}
+
+TEST_F(Capas, InPerspectiveTheSkyStandsFarBeyondTheModel) {
+    Monta(m_dem, [](EscenaTerreno& e) { e.SetOrtogonal(0); });
+    ASSERT_TRUE(m_escena.MakeCurrent(nullptr));
+    const RegistroGL registro;
+    ASSERT_EQ(m_escena.OnRender(), 1);
+    const auto p = registro.Numeros("gluPerspective");
+    ASSERT_EQ(p.size(), 1u);
+    EXPECT_NEAR(p[0][3], m_escena.GetPlanoFondo() * 1000.0, 1);
+    const auto escala = registro.Numeros("glScaled").back();
+    EXPECT_NEAR(escala[0], 10 / (120.0 / 90), 1e-9);
+    EXPECT_EQ(escala[1], 10);
+}
+
+}  // namespace
