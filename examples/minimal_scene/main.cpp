@@ -80,6 +80,7 @@ int main(int argc, char** argv) {
     if (!escena.Iniciar() || !escena.Resize(ANCHO, ALTO)) return 1;
     escena.OnZoomExtension();
     escena.GetCamara().PositionCamera(Punto(0.5, 0.6, 0.9), Punto(0, 0, 0), Punto(0, 1, 0));
+    escena.SetZoom(0.8 * escena.GetZoom());  // seen from a corner it is wider than from above
     std::vector<char> pixeles(std::size_t(ANCHO) * ALTO * 3);
     if (!escena.SetBkColor() || !escena.Render() || escena.CapturaImagen(CSize(ANCHO, ALTO), pixeles.data()) != 0)
         return 1;

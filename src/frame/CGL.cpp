@@ -54,14 +54,14 @@ CGL::CGL()
 
 CGL::CGL(const CGL& otra) : CGL() {
     CopiaDe(otra);
-    if (m_hRC) CreaContextosCompartidos();
+    CreaContextosCompartidos();
 }
 
 CGL& CGL::operator=(const CGL& otra) {
     if (this == &otra) return *this;
     Destruir();
     CopiaDe(otra);
-    if (m_hRC) CreaContextosCompartidos();
+    CreaContextosCompartidos();
     return *this;
 }
 
@@ -353,6 +353,7 @@ int CGL::RenderMarcas() {
     glDisable(GL_LIGHT0);
     if (HayErrorGL()) return 0;
     glDisable(GL_TEXTURE_2D);  // the sky leaves it on
+    if (HayErrorGL()) return 0;
     glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
     if (HayErrorGL()) return 0;
     if (m_Data.m_bMarcasFoto) OnRenderMarcasFoto();

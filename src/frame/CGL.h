@@ -708,6 +708,8 @@ class LUMBRA_API CGL : public CGLAjustes {
     int CreaContextosCompartidos();
     int CargaProyeccion();
     void Presta(CGL& hijo) const;
+    /// The parent is gone, and the device context that it lent with it.
+    bool EsHuerfana() const { return m_bEsReferencia && m_pPrestamo.expired(); }
     bool DejaContexto(bool bDestruirHijos);
     void DestruirDC();
     void DestruirHRCShared();

@@ -105,6 +105,7 @@ int CGL::CreaContextoPrincipal(const PIXELFORMATDESCRIPTOR& descriptor) {
 /// One context for each worker, joined to the main one before any of them is used: what a worker compiles has to show.
 int CGL::CreaContextosCompartidos() {
     DestruirHRCShared();
+    if (!m_hRC || EsHuerfana()) return 0;
     m_phRCShared = std::make_unique<HGLRC[]>(m_nHRCShared);
     for (unsigned i = 0; i < m_nHRCShared; ++i) {
         m_phRCShared[i] = wglCreateContext(m_pDC->GetSafeHdc());
@@ -135,7 +136,7 @@ int CGL::SetMaxSizeTextura() {
 int CGL::MakeCurrent(HGLRC* p) {
     const HGLRC contexto = p ? *p : m_hRC;
     if (!contexto || !m_pDC) return 0;
-    if (m_bEsReferencia && m_pPrestamo.expired()) return 0;  // the parent is gone, and its device context with it
+    if (EsHuerfana()) return 0;
     if (m_pPalette && !m_bDCExterno) {
         if (!m_pDC->SelectPalette(m_pPalette, FALSE)) return 0;
         m_pDC->RealizePalette();
@@ -147,20 +148,20 @@ int CGL::MakeCurrent(HGLRC* p) {
 
 /// Lends the context to a child, which in turn lends it to its own.
 void CGL::Presta(CGL& hijo) const {
-    hijo.DestruirHRCShared();
+    hijo.DestruirHRCShared();  // while it still knows how many there are
     hijo.m_pPalette = m_pPalette;
     hijo.m_hRC = m_hRC;
     hijo.m_nHRCShared = m_nHRCShared;
     hijo.m_pDC = m_pDC;
     hijo.m_bDCExterno = m_bDCExterno;
     hijo.m_pPrestamo = m_bEsReferencia ? m_pPrestamo : std::weak_ptr<const char>(m_pDuenos);
-    if (hijo.m_hRC) hijo.CreaContextosCompartidos();
+    hijo.CreaContextosCompartidos();
     for (CGL* nieto : hijo.Hijos())
         hijo.Presta(*nieto);
 }
 
 /// Parts from the context, the concrete scene first: frees it with all that lives in it, or only forgets it when it is
-/// the parent's or when copies go on using it.
+/// the parent's or when copies go on using it. Children are destroyed, or part from the context too.
 /// @return whether it was this scene's alone
 bool CGL::DejaContexto(bool bDestruirHijos) {
     const bool bUltimo = m_pDuenos.use_count() == 1;
@@ -173,6 +174,9 @@ bool CGL::DejaContexto(bool bDestruirHijos) {
     if (bDestruirHijos) {
         ClearReferencias();
         ClearVinculos();
+    } else {
+        for (CGL* hijo : Hijos())
+            hijo->DejaContexto(false);  // its lists' ids would stand for lists of the next context
     }
     if (bMio) {
         if (MakeCurrent(nullptr)) BorraListas();

@@ -378,5 +378,5 @@ void CGL::SetVistaSeleccion(std::vector<CPosicionEntidad>& vista, bool bIniciar)
     const EntradaPublica entrada;
     m_VistaSeleccion = vista;
     m_bVistaSeleccion = 1;
-    if (bIniciar) entrada.Acaba(OnIniciarVista());
+    if (bIniciar && MakeCurrent(nullptr)) entrada.Acaba(OnIniciarVista());
 }

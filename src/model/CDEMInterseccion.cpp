@@ -146,7 +146,7 @@ bool CDEM::InterseccionVector(const CCoor3D<double>& punto, const CCoor3D<double
     rayo.o.z += m_Semilla.GetZ();
     CCoor3D<double> corte;
     if (!(m_bListaCeldas ? CortaLista(rayo, corte) : CortaMatriz(rayo, corte))) return false;
-    resultado = CCoor3D<double>(corte.x, corte.y, corte.z - m_Semilla.GetZ(), punto.GetTipo());
+    resultado = CCoor3D<double>(corte.x, corte.y, corte.z - m_Semilla.GetZ(), punto.GetTipoCompleto());
     return true;
 }
 

@@ -199,7 +199,7 @@ bool CDEM::Proyecta(CLinea<double>& linea, bool bInserta, bool bConserva, bool b
         if (!bInserta || i + 1 == linea.NPuntos()) continue;
         const CCoor3D<double> b = linea.Punto(int(i) + 1);
         for (const double t : Cortes(a, b, origenX, origenY)) {
-            CCoor3D<double> corte(a.x + (b.x - a.x) * t, a.y + (b.y - a.y) * t, 0.0, a.GetTipo());
+            CCoor3D<double> corte(a.x + (b.x - a.x) * t, a.y + (b.y - a.y) * t, 0.0, a.GetTipoCompleto());
             if (Proyecta(corte, nullptr, bAbsolutas)) puntos.push_back(corte);
         }
     }

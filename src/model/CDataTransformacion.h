@@ -19,19 +19,21 @@ namespace Vertiz {
 /// them (a world file is type 4): with these types TransformaInversa evaluates F, and Transforma inverts it.
 /// CNubePuntos, which speaks from the map's side, calls F Transforma.
 ///
-/// | type | what                      | parameters              | F                                                   |
-/// |------|---------------------------|-------------------------|-----------------------------------------------------|
-/// | 0    | none                      |                         |                                                     |
-/// | 1    | similarity in space       | tx ty tz omega fi kappa k | X = t + k R x, R = Rx(omega) Ry(fi) Rz(kappa)     |
-/// | 2    | similarity in plan        | tx ty a b               | X = tx + a x - b y, Y = ty + b x + a y              |
-/// | 3    | datum, seven parameters   | m_Datum                 | CDataHelmertNTV2 without grid, heights change       |
-/// | 4    | affine in plan            | tx ty a b c d           | X = tx + a x + b y, Y = ty + c x + d y              |
-/// | 5    | polynomial of degree 2    | a0..a5 b0..b5           | X = a0 + a1 x + a2 y + a3 x2 + a4 x y + a5 y2, Y by b
-/// | | 6    | projective in plan        | a0 a1 a2 b0 b1 b2 c1 c2 | X = (a0 + a1 x + a2 y) / (1 + c1 x + c2 y), Y by b
-/// | | 7    | datum, NTv2 grid          | m_Datum                 | CDataHelmertNTV2 with a grid, heights stay | | 8 |
-/// affine in space           | tx ty tz m00..m22       | X = t + M x, M by rows                              | | 11   |
-/// conic photograph          |                         | below                                               | | 12   |
-/// spherical image           |                         | below                                               |
+/// | type | what                    | parameters                | F                                               |
+/// |------|-------------------------|---------------------------|-------------------------------------------------|
+/// | 0    | none                    |                           |                                                 |
+/// | 1    | similarity in space     | tx ty tz omega fi kappa k | X = t + k R x, R = Rx(omega) Ry(fi) Rz(kappa)   |
+/// | 2    | similarity in plan      | tx ty a b                 | X = tx + a x - b y, Y = ty + b x + a y          |
+/// | 3    | datum, seven parameters | m_Datum                   | CDataHelmertNTV2 without grid, heights change   |
+/// | 4    | affine in plan          | tx ty a b c d             | X = tx + a x + b y, Y = ty + c x + d y          |
+/// | 5    | polynomial of degree 2  | a0..a5 b0..b5             | X = a0 + a1 x + a2 y + a3 x2 + a4 x y + a5 y2   |
+/// | 6    | projective in plan      | a0 a1 a2 b0 b1 b2 c1 c2   | X = (a0 + a1 x + a2 y) / (1 + c1 x + c2 y)      |
+/// | 7    | datum, NTv2 grid        | m_Datum                   | CDataHelmertNTV2 with a grid, heights stay      |
+/// | 8    | affine in space         | tx ty tz m00..m22         | X = t + M x, M by rows                          |
+/// | 11   | conic photograph        |                           | below                                           |
+/// | 12   | spherical image         |                           | below                                           |
+///
+/// In types 5 and 6 Y is as X, by the b.
 ///
 /// Types 1, 3 and 8 are three-dimensional, the other map types leave z alone. Angles are in the record's unit.
 ///

@@ -34,7 +34,8 @@ struct TramoRayo {
             if (origen < menor || origen > mayor) t1 = -1.0;
             return;
         }
-        const auto [entra, sale] = std::minmax((menor - origen) / direccion, (mayor - origen) / direccion);
+        // In braces, or the result would refer to numbers that are gone.
+        const auto [entra, sale] = std::minmax({(menor - origen) / direccion, (mayor - origen) / direccion});
         t0 = std::max(t0, entra);
         t1 = std::min(t1, sale);
     }

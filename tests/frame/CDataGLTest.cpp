@@ -9,14 +9,29 @@ TEST(CDataGL, NewSettingsHaveTheirDefaults) {
         EXPECT_EQ(d.m_nLuzParam[i], luz[i]) << i;
     EXPECT_EQ(d.m_nColorFondo, 0xFEF1E0);
     EXPECT_EQ(d.m_nColorDEM, 0x62C5DD);
+    EXPECT_EQ(d.m_nColorBase, 0x808080);
+    EXPECT_EQ(d.m_nColorDesmonte, 0x0000FF);
+    EXPECT_EQ(d.m_nColorTerraplen, 0x00FF00);
     EXPECT_EQ(d.m_nColorNada, 0xFF0000);
+    EXPECT_EQ(d.m_nGrosorPuntos, 1);
     EXPECT_EQ(d.m_nQuad, 2U);
     EXPECT_EQ(d.m_nModoRelleno, 1U);
     EXPECT_EQ(d.m_nTipoLIDAR, ColorIntensidad);
-    EXPECT_EQ(d.m_bOrto, 1);
     EXPECT_EQ(d.m_nEjes, 1U);
-    EXPECT_EQ(d.m_bRelleno, 0);
-    EXPECT_EQ(d.m_bLuz, 1);
+    for (const int encendido :
+         {d.m_bRotacion, d.m_bEdificios, d.m_bArboles, d.m_bRupturas, d.m_bReferencia, d.m_bMaximasObjeto, d.m_bLuz,
+          d.m_bLimitesProyecto, d.m_bPuntosCamara, d.m_bMascara, d.m_bVerPuntosSinPlanos, d.m_bOrto, d.m_bTextos3D}) {
+        EXPECT_EQ(encendido, 1);
+    }
+    for (const int apagado : {d.m_nColorLIDAR, d.m_nSombraCeldas, d.m_nTipoColorLineas, d.m_bLimites, d.m_bCurvado,
+                              d.m_bBase, d.m_bRelleno, d.m_bMarcasFoto, d.m_bMarcasTerreno, d.m_bVerPlanos,
+                              d.m_bVerPuntosConPlanos, d.m_bImagenFondo, d.m_nCalidadTextos}) {
+        EXPECT_EQ(apagado, 0);
+    }
+    EXPECT_TRUE(d.m_GamaColor == Vertiz::CDataGamaColor(L""));
+    EXPECT_TRUE(d.m_VerObjetosMDT.empty());
+    EXPECT_TRUE(d.m_SzImagenFondo.IsEmpty());
+    EXPECT_EQ(d.m_nAlturaTextos, 14);
     EXPECT_EQ(d.m_nPasoTrans, 10);
     EXPECT_EQ(d.m_nPasoAngulo, 5);
     EXPECT_EQ(d.m_nAlfaSuperficie, 20);

@@ -263,6 +263,25 @@ TEST_F(ConEscena, AContextOfTheChildsOwnIsReleasedWithItsListsFirst) {
     wglMakeCurrent(nullptr, nullptr);
 }
 
+TEST_F(ConEscena, TheFamilyOfAChildPartsFromItsOldContextToo) {
+    Tela otra;
+    auto* hijo = new EscenaPrueba;
+    auto* nieto = new EscenaPrueba;
+    hijo->ReferenciaNuevo(nieto);
+    ASSERT_TRUE(hijo->Monta(otra));
+    ASSERT_NE(nieto->m_nLista, 0U);
+    nieto->GetPasos().clear();
+    m_Escena.ReferenciaNuevo(hijo);
+    EXPECT_THAT(nieto->GetPasos(), ElementsAre("OnLiberarContexto(1)"));
+    EXPECT_EQ(nieto->m_nListaEjes, 0U) << "the number stands for another list in the new context";
+    EXPECT_EQ(nieto->m_hRC, m_Escena.m_hRC);
+    ASSERT_EQ(m_Escena.Iniciar(), 1);
+    ASSERT_TRUE(m_Escena.MakeCurrent(nullptr));
+    for (const GLuint lista : {m_Escena.m_nLista, m_Escena.m_nListaEjes, hijo->m_nLista, nieto->m_nLista})
+        EXPECT_TRUE(glIsList(lista));
+    wglMakeCurrent(nullptr, nullptr);
+}
+
 TEST_F(ConEscena, DestroyingAChildFreesItsListsAndLeavesTheParentUsable) {
     auto* hijo = new EscenaPrueba(L"h");
     m_Escena.ReferenciaNuevo(hijo);
@@ -289,6 +308,8 @@ TEST(CGLComposicion, AChildThatWasHandedBackOutlivesItsParent) {
     auto* prueba = static_cast<EscenaPrueba*>(hijo.get());
     padre.reset();
     EXPECT_EQ(hijo->MakeCurrent(nullptr), 0);
+    const EscenaPrueba copia(*prueba);
+    EXPECT_EQ(copia.m_phRCShared, nullptr);
     prueba->GetPasos().clear();
     hijo->Destruir();
     EXPECT_THAT(prueba->GetPasos(), ElementsAre("h.OnLiberarContexto(0)"));

@@ -93,6 +93,29 @@ TEST_F(ConFamilia, RenderDrawsInTheStatedOrder) {
     EXPECT_LT(Indice(todas, "glPointSize(3)"), Indice(todas, Llama(m_Padre.m_nListaLineaNueva)));
 }
 
+TEST_F(ConEscena, MarksAreDrawnUnlitUntexturedAndFilled) {
+    m_Escena.m_Marcas.emplace_back(L"m", Punto(1, 1, 1), L"a", 1.0);
+    m_Escena.SetEjes(0);
+    RegistroGL registro;
+    ASSERT_EQ(m_Escena.Render(), 1);
+    EXPECT_LLAMADAS(Solo(registro.Ejecutadas(), {"glDisable", "glPolygonMode", "glPointSize"}),
+                    {"glDisable(GL_COLOR_LOGIC_OP)", "glDisable(GL_LIGHTING)", "glDisable(GL_LIGHT0)",
+                     "glDisable(GL_TEXTURE_2D)", "glPolygonMode(GL_FRONT_AND_BACK, GL_FILL)", "glPointSize(1)"});
+}
+
+TEST_F(ConEscena, AnErrorInWhatMarksNeedEndsThePassBeforeThem) {
+    m_Escena.m_Marcas.emplace_back(L"m", Punto(1, 1, 1), L"a", 1.0);
+    m_Escena.SetEjes(0);
+    for (const int n : {2, 3, 4}) {  // the first one ends what was drawn in XOR
+        const FallaGL falla("glDisable", n);
+        EXPECT_EQ(m_Escena.Render(), 0) << n;
+        EXPECT_TRUE(falla.Ocurrida()) << n;
+    }
+    const FallaGL falla("glPolygonMode", 1);
+    EXPECT_EQ(m_Escena.Render(), 0);
+    wglMakeCurrent(nullptr, nullptr);
+}
+
 TEST_F(ConFamilia, CameraStationsStandTurnedByTheirAngles) {
     m_Padre.m_PuntosCamara << Punto(10, 10, 0, 0) << Punto(20, 20, 0, 1) << Punto(30, 30, 0, 0);
     m_Padre.m_AngulosCamara << Punto(11, 12, 13);

@@ -123,6 +123,37 @@ TEST_F(ConHijos, WindowAndViewSelectionsSumTheChildren) {
     EXPECT_FALSE(m_Escena.HaySeleccion(1, 1));
 }
 
+TEST(CGLSeleccion, WindowAndViewOperationsAddTheChildrensAnswersUp) {
+    // Answers by operation, and notes the flags that it was called with.
+    struct Hijo : EscenaPrueba {
+        explicit Hijo(unsigned responde) : m_nVale(responde) {}
+        using CGL::operator=;
+        using EscenaPrueba::OnSeleccionVentana;
+        unsigned OnSeleccionVentana(int, int, double, int, int bR, int bV) override { return Vale(bR, bV); }
+        unsigned OnSeleccionVentana(Vertiz::CLinea<int>&, int, int bR, int bV, short, bool, bool) override {
+            return Vale(bR, bV);
+        }
+        unsigned OnSeleccionVentana(int, int, int, int, int, int bR, int bV) override { return Vale(bR, bV); }
+        unsigned OnVistaSeleccion(int) override { return m_nVale; }
+        unsigned InvierteSeleccion() override { return m_nVale; }
+        unsigned Vale(int bReferencias, int bVinculos) const { return bReferencias || bVinculos ? 1000 : m_nVale; }
+        unsigned m_nVale;
+    };
+    EscenaPrueba padre;
+    padre.ReferenciaNuevo(new Hijo(1));
+    padre.ReferenciaNuevo(new Hijo(2));
+    padre.VinculoNuevo(new Hijo(4));
+    padre.VinculoNuevo(new Hijo(8));
+    Vertiz::CLinea<int> linea;
+    for (const auto& [bReferencias, bVinculos, suma] : {std::tuple(0, 0, 0U), {1, 0, 3U}, {0, 1, 12U}, {1, 1, 15U}}) {
+        EXPECT_EQ(padre.OnSeleccionVentana(1, 2, 3.0, 0, bReferencias, bVinculos), suma);
+        EXPECT_EQ(padre.OnSeleccionVentana(linea, 0, bReferencias, bVinculos, 0, false, false), suma);
+        EXPECT_EQ(padre.OnSeleccionVentana(1, 2, 3, 4, 0, bReferencias, bVinculos), suma);
+    }
+    EXPECT_EQ(padre.OnVistaSeleccion(1), 15U);
+    EXPECT_EQ(padre.InvierteSeleccion(), 15U);
+}
+
 TEST_F(ConHijos, DeseleccionaEmptiesWhatIsAskedFor) {
     const auto llena = [this] {
         for (EscenaPrueba* escena : {&m_Escena, m_pR1, m_pV1}) {
@@ -173,6 +204,7 @@ TEST_F(ConEscena, AViewSelectionIsCompiledOnlyWhenAsked) {
     EXPECT_THAT(m_Escena.GetPasos(), IsEmpty());
     m_Escena.SetVistaSeleccion(vista, true);
     EXPECT_THAT(m_Escena.GetPasos(), ElementsAre("OnIniciarVista"));
+    EXPECT_EQ(m_Escena.m_hRCEnVista, m_Escena.m_hRC);
     EXPECT_EQ(m_Escena.GetVistaSeleccion(), vista);
 }
 

@@ -61,6 +61,13 @@ TEST_F(ConEscena, ResizeWithASideOf0ChangesNothing) {
     EXPECT_EQ(m_Escena.m_nAlto, 48);
 }
 
+TEST_F(ConEscena, ResizeTakesTheSizeEvenWhenTheHookFails) {
+    m_Escena.m_sFalla = "OnResize";
+    EXPECT_EQ(m_Escena.Resize(32, 24), 0);
+    EXPECT_EQ(m_Escena.m_nAncho, 32);
+    EXPECT_EQ(m_Escena.m_nAlto, 24);
+}
+
 TEST_F(ConEscena, ASecondCrearIsRefusedUntilDestruir) {
     const HGLRC primero = m_Escena.m_hRC;
     Tela otra;

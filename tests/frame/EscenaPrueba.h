@@ -108,7 +108,14 @@ class EscenaPrueba : public CGL {
     int OnIniciarLimites() override { return Anota("OnIniciarLimites"); }
     int OnIniciarBase() override { return Anota("OnIniciarBase"); }
     int OnIniciarArboles() override { return Anota("OnIniciarArboles"); }
-    int OnIniciarVista() override { return Anota("OnIniciarVista"); }
+    int OnIniciarVista() override {
+        m_hRCEnVista = wglGetCurrentContext();
+        return Anota("OnIniciarVista");
+    }
+    int OnResize(int cx, int cy) override {
+        const int r = CGL::OnResize(cx, cy);
+        return Anota("OnResize") ? r : 0;
+    }
     int OnCreate(CWnd* pVentana, PIXELFORMATDESCRIPTOR* pDescriptor) override {
         m_pVentana = pVentana;
         m_Descriptor = *pDescriptor;
@@ -152,6 +159,7 @@ class EscenaPrueba : public CGL {
     Vertiz::CDataSemilla m_Semilla;
     std::string m_sFalla;  ///< the hook that returns 0
     GLuint m_nLista = 0;
+    HGLRC m_hRCEnVista = nullptr;  ///< current when OnIniciarVista was last asked
     CWnd* m_pVentana = nullptr;
     PIXELFORMATDESCRIPTOR m_Descriptor{};
     unsigned m_nResponde = 0;  ///< what OnSeleccion answers; 0 as the base does

@@ -390,7 +390,7 @@ TEST(CDEM, AGridOfOneRowIsALine) {
 TEST(CDEM, ProyectaALineInsertsTheCrossingsOfRowsAndColumns) {
     const CDEM dem = Ondulado(6, 7);
     CLinea<double> linea(CString(L"camino"));
-    linea << CCoor3D<double>(201.0, 10.5, 0.0, 4) << CCoor3D<double>(206.0, 12.5, 0.0, 5);
+    linea << CCoor3D<double>(201.0, 10.5, 0.0, 0x10004) << CCoor3D<double>(206.0, 12.5, 0.0, 5);
     CLinea<double> sola = linea;
     EXPECT_TRUE(dem.Proyecta(sola, false, true, false));
     EXPECT_EQ(sola.NPuntos(), 2u);
@@ -403,7 +403,7 @@ TEST(CDEM, ProyectaALineInsertsTheCrossingsOfRowsAndColumns) {
     EXPECT_NEAR(linea.Punto(3).x, 205.0, 1e-12);
     for (int i = 0; i < 5; ++i)
         EXPECT_NEAR(linea.Punto(i).z, Cota(dem, linea.Punto(i).x, linea.Punto(i).y), 1e-12);
-    EXPECT_EQ(linea.Punto(3).GetTipo(), 4);
+    EXPECT_EQ(linea.Punto(3).GetTipoCompleto(), 0x10004);
     EXPECT_EQ(linea.Punto(4).GetTipo(), 5);
     EXPECT_EQ(linea.GetCodigo(), L"camino");
     EXPECT_EQ(linea.GetMaximas().Maxima().z,

@@ -1,6 +1,8 @@
 // The mesh of a regular grid: which samples it takes, and what it sends for them, in which order.
 
+#include <charconv>
 #include <cmath>
+#include <limits>
 
 #include "EscenaTerreno.h"
 
@@ -252,9 +254,12 @@ TEST_F(Malla, TintFollowsTheRampInEveryMode) {
             for (int k = 0; k < 9; ++k) {
                 if (lista[i] != Elemento(k)) continue;
                 const int rojo = 2 * cotas[k], verde = 200 - rojo;
+                const std::string& texto = lista[i - 1];
+                ASSERT_TRUE(texto.starts_with("glColor3f(")) << texto;
                 float canales[2] = {};
-                ASSERT_EQ(std::sscanf(lista[i - 1].c_str(), "glColor3f(%f, %f, 0)", &canales[0], &canales[1]), 2)
-                    << lista[i - 1];
+                const char *fin = texto.data() + texto.size(), *p = texto.data() + 10;
+                p = std::from_chars(p, fin, canales[0]).ptr + 2;
+                std::from_chars(p, fin, canales[1]);
                 EXPECT_NEAR(canales[0], float(rojo) / 255.0F, 1e-5F);
                 EXPECT_NEAR(canales[1], float(verde) / 255.0F, 1e-5F);
             }
