@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <numbers>
 #include <stdexcept>
 #include <vector>
@@ -90,11 +91,43 @@ std::vector<Punto> EsquinasVistas(const CEscenaDEM& escena, const Vertiz::CMaxim
     return vistas;
 }
 
+// A corner as a picture has it in one of its directions: how far beside the model's middle, and how far behind.
+struct Esquina {
+    double lado, fondo;
+};
+
+// The least distance from which the corners fit into a view whose half is `media` wide at distance 1. The eye may move
+// sideways: its place has to be at least `lado` - `media` (distance + `fondo`) for each corner, and at most
+// `lado` + `media` (distance + `fondo`).
+double DistanciaQueCabe(const std::vector<Esquina>& esquinas, double media) {
+    double desde = -std::numeric_limits<double>::max(), hasta = -desde;
+    for (const Esquina& e : esquinas) {
+        desde = std::max(desde, e.lado - media * e.fondo);
+        hasta = std::min(hasta, e.lado + media * e.fondo);
+    }
+    return (desde - hasta) / (2.0 * media);
+}
+
+// The eye's place sideways that leaves as much free on one side of the picture as on the other.
+double Centro(const std::vector<Esquina>& esquinas, double distancia) {
+    constexpr int kVueltas = 50;
+    double desde = -2.0, hasta = 2.0;  // a model is about 1 across
+    for (int vuelta = 0; vuelta < kVueltas; ++vuelta) {
+        const double ojo = (desde + hasta) / 2.0;
+        double menor = std::numeric_limits<double>::max(), mayor = -menor;
+        for (const Esquina& e : esquinas) {
+            menor = std::min(menor, (e.lado - ojo) / (distancia + e.fondo));
+            mayor = std::max(mayor, (e.lado - ojo) / (distancia + e.fondo));
+        }
+        (menor + mayor > 0.0 ? desde : hasta) = ojo;
+    }
+    return (desde + hasta) / 2.0;
+}
+
 // Moves a camera in perspective to where the model just fills the picture, in its middle but for some margin. The
 // scene's own fit is the distance of a sphere, and lets near corners leave the picture.
 void EncuadraPerspectiva(CEscenaDEM& escena, const Vertiz::CMaximas<double>& extension, double aspecto) {
-    constexpr double kMargen = 0.94;
-    constexpr int kVueltas = 20;
+    constexpr double kMargen = 0.94, kAntesDelOjo = 0.05;
     CCamera& camara = escena.GetCamara();
     Punto frente = camara.View() - camara.Position();
     frente.Normaliza();
@@ -102,20 +135,15 @@ void EncuadraPerspectiva(CEscenaDEM& escena, const Vertiz::CMaximas<double>& ext
     derecha.Normaliza();
     const Punto arriba = derecha * frente;
     const double alto = std::tan(ARadianes(escena.GetAnguloVista() / 2.0)) * kMargen, ancho = alto * aspecto;
-    const std::vector<Punto> vistas = EsquinasVistas(escena, extension, derecha, arriba, frente);
-    double x = 0, y = 0, distancia = 0;  // of the eye: beside, above and before the model's middle
-    for (int vuelta = 0; vuelta < kVueltas; ++vuelta) {
-        distancia = 0;
-        for (const Punto& p : vistas)
-            distancia = std::max({distancia, std::abs(p.x - x) / ancho - p.z, std::abs(p.y - y) / alto - p.z});
-        Vertiz::CMaximas<double> marco;
-        for (const Punto& p : vistas)
-            marco.Nuevo(Punto((p.x - x) / (distancia + p.z), (p.y - y) / (distancia + p.z), 0, 0));
-        const Punto centro = marco.Centro(false);
-        x += centro.x * distancia;
-        y += centro.y * distancia;
+    std::vector<Esquina> horizontal, vertical;
+    double distancia = 0.0;
+    for (const Punto& p : EsquinasVistas(escena, extension, derecha, arriba, frente)) {
+        horizontal.push_back({p.x, p.z});
+        vertical.push_back({p.y, p.z});
+        distancia = std::max(distancia, kAntesDelOjo - p.z);
     }
-    const Punto vista = derecha * x + arriba * y;
+    distancia = std::max({distancia, DistanciaQueCabe(horizontal, ancho), DistanciaQueCabe(vertical, alto)});
+    const Punto vista = derecha * Centro(horizontal, distancia) + arriba * Centro(vertical, distancia);
     camara.PositionCamera(vista - frente * distancia, vista, camara.UpVector());
 }
 
@@ -125,6 +153,31 @@ void Encuadra(CEscenaDEM& escena, const Vertiz::CMaximas<double>& extension, dou
         escena.SetZoom(escena.GetZoom() * kMargen);
     else
         EncuadraPerspectiva(escena, extension, aspecto);
+}
+
+// The part of a grid that holds heights: many are a piece of country in a rectangle of voids.
+Vertiz::CMaximas<double> ExtensionConDatos(const Vertiz::CDEM& dem) {
+    const unsigned filas = dem.GetFilas(), columnas = dem.GetColumnas();
+    unsigned sur = filas, norte = 0, oeste = columnas, este = 0;
+    for (unsigned i = 0; i < filas; ++i) {
+        unsigned primera = 0, ultima = columnas;
+        while (primera < columnas && !dem.EsValido(i, primera))
+            ++primera;
+        if (primera == columnas) continue;
+        while (!dem.EsValido(i, ultima - 1))
+            --ultima;
+        sur = std::min(sur, i);
+        norte = i;
+        oeste = std::min(oeste, primera);
+        este = std::max(este, ultima - 1);
+    }
+    const Vertiz::CMaximas<double> todo = dem.GetMaximasDouble();
+    if (sur == filas) return todo;
+    const double x = todo.Minima().x, y = todo.Minima().y;
+    Vertiz::CMaximas<double> datos;
+    datos.Nuevo(Punto(x + oeste * dem.GetCeldaX(), y + sur * dem.GetCeldaY(), todo.Minima().z, 0));
+    datos.Nuevo(Punto(x + este * dem.GetCeldaX(), y + norte * dem.GetCeldaY(), todo.Maxima().z, 0));
+    return datos;
 }
 
 // What the scene is built on: the grid's extents, with some thickness under the lowest height, so that the floor
@@ -137,6 +190,20 @@ Vertiz::CMaximas<double> ConPeana(const Vertiz::CMaximas<double>& m, double exag
     bajo.z -= kGrosor * plano / exageracion;
     conPeana.Nuevo(bajo);
     return conPeana;
+}
+
+// The ramp that is asked for. Its outer colours go on to the ends of the heights, which would be black otherwise.
+Vertiz::CDataGamaColor Rampa(const std::string& texto, double minima, double maxima) {
+    if (texto.empty()) return Vertiz::CDataGamaColor::Terreno(minima, maxima);
+    Vertiz::CDataGamaColor rampa(CString(DeUtf8(texto)));
+    if (rampa.EstaVacia()) throw std::runtime_error("'" + texto + "' is not a colour ramp");
+    Vertiz::CColorCota primera = rampa.Paradas().front(), ultima = rampa.Paradas().back();
+    const double holgura = 1.0 + std::abs(maxima - minima);
+    primera.m_dCota = std::min(primera.m_dCota, minima) - holgura;
+    ultima.m_dCota = std::max(ultima.m_dCota, maxima) + holgura;
+    rampa.Inserta(primera);
+    rampa.Inserta(ultima);
+    return rampa;
 }
 
 void Ajusta(CEscenaDEM& escena, const OpcionesVista& o, const Vertiz::CMaximas<double>& extension) {
@@ -152,11 +219,10 @@ void Ajusta(CEscenaDEM& escena, const OpcionesVista& o, const Vertiz::CMaximas<d
     data.m_nEjes = o.ejes ? 1 : 0;
     data.m_bOrto = o.perspectiva ? 0 : 1;
     data.m_bRelleno = o.luz ? 1 : 0;
-    data.m_GamaColor = o.rampa.empty() ? Vertiz::CDataGamaColor::Terreno(extension.Minima().z, extension.Maxima().z)
-                                       : Vertiz::CDataGamaColor(CString(DeUtf8(o.rampa).c_str()));
+    data.m_GamaColor = Rampa(o.rampa, extension.Minima().z, extension.Maxima().z);
     escena.SetData(data);
     PonLuz(escena, o.luzAzimut, o.luzElevacion);
-    escena.SetPuntosSuavizado(o.paso);
+    escena.SetPuntosSuavizado(1 - o.paso);
     // A model is about 1 across: near planes, so that the depth buffer's steps are spent on it.
     escena.SetPlanoCerca(0.01F);
     escena.SetPlanoFondo(100.0F);
@@ -184,19 +250,40 @@ Imagen Promedia(const BITMAP& mapa, int ancho, int alto, int n) {
     return imagen;
 }
 
+void CompruebaPaso(const Vertiz::CDEM& dem, int paso) {
+    if (static_cast<unsigned>(paso) < std::min(dem.GetFilas(), dem.GetColumnas())) return;
+    throw std::runtime_error("one sample in " + std::to_string(paso) + " leaves no cell of a grid of " +
+                             std::to_string(dem.GetColumnas()) + " x " + std::to_string(dem.GetFilas()) +
+                             " samples; ask for a smaller --step");
+}
+
 [[noreturn]] void Falla(const std::string& que) {
     const std::string motivo = UltimoFalloGL();
     throw std::runtime_error(motivo.empty() ? que : que + ": " + motivo);
 }
 
+// How many times as large the picture is drawn: by default twice, and as it is where twice doesn't fit.
+int Muestreo(const OpcionesVista& o) {
+    constexpr int kLadoMaximo = 16384;  // drivers draw no larger
+    const int lado = std::max(o.ancho, o.alto);
+    const int muestreo = o.muestreo != 0 ? o.muestreo : lado > kLadoMaximo / 2 ? 1 : 2;
+    if (lado <= kLadoMaximo / muestreo) return muestreo;
+    const std::string suave = muestreo > 1 ? " smoothed " + std::to_string(muestreo) + " times" : "";
+    throw std::runtime_error("a picture of " + std::to_string(o.ancho) + " x " + std::to_string(o.alto) + " pixels" +
+                             suave + " is too large: at most " + std::to_string(kLadoMaximo / muestreo) +
+                             " a side; ask for a smaller --size" + (muestreo > 1 ? " or --smooth" : ""));
+}
+
 }  // namespace
 
 ResultadoVista DibujaDEM(Vertiz::CDEM& dem, const OpcionesVista& opciones) {
-    Vertiz::CMaximas<double> extension = dem.GetMaximasDouble();
+    Vertiz::CMaximas<double> extension = opciones.limites ? dem.GetMaximasDouble() : ExtensionConDatos(dem);
     ResultadoVista resultado;
+    CompruebaPaso(dem, opciones.paso);
+    const int muestreo = Muestreo(opciones);
     resultado.exageracion = opciones.exageracion != 0.0 ? opciones.exageracion : ExageracionNatural(extension);
 
-    const int ancho = opciones.ancho * opciones.muestreo, alto = opciones.alto * opciones.muestreo;
+    const int ancho = opciones.ancho * muestreo, alto = opciones.alto * muestreo;
     CBitmap mapa;
     CDC dc;
     if (!mapa.CreateBitmap(ancho, alto, 32) || !dc.CreateCompatibleDC(nullptr) || dc.SelectObject(&mapa) == nullptr)
@@ -219,7 +306,7 @@ ResultadoVista DibujaDEM(Vertiz::CDEM& dem, const OpcionesVista& opciones) {
 
     BITMAP datos = {};
     mapa.GetBitmap(&datos);
-    resultado.imagen = Promedia(datos, opciones.ancho, opciones.alto, opciones.muestreo);
+    resultado.imagen = Promedia(datos, opciones.ancho, opciones.alto, muestreo);
     escena.Destruir();
     return resultado;
 }

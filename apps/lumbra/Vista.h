@@ -10,7 +10,7 @@
 /// What a user can ask of a picture. Angles are in degrees, colours RGB with red in the low byte.
 struct OpcionesVista {
     int ancho = 1200, alto = 900;  ///< pixels
-    int muestreo = 2;              ///< the picture is drawn this many times as large each way, and averaged
+    int muestreo = 0;              ///< the picture is drawn this many times as large each way, and averaged; 0 chooses
     double azimut = 215.0;         ///< where the viewer stands, clockwise from north
     double elevacion = 35.0;       ///< how high he stands over the horizon; 90 looks straight down
     bool perspectiva = true;       ///< otherwise orthographic
@@ -27,7 +27,7 @@ struct OpcionesVista {
     double luzAzimut = 315.0;      ///< where the light comes from
     double luzElevacion = 45.0;
     unsigned malla = 1;  ///< 0 strips, 1 quads, 2 points
-    int paso = 0;        ///< below 0 leaves samples out, above 0 divides smoothed cells
+    int paso = 1;        ///< every how many samples of rows and columns one is taken
 };
 
 /// What was drawn.

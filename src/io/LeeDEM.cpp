@@ -170,7 +170,8 @@ std::unique_ptr<CDEM> HazModelo(Rejilla& r, const Resumen& s, double nulo) {
 
 void CompruebaAlturas(const Rejilla& r, const Resumen& s, CResultadoDEM& resultado) {
     if (s.m_nInfinitas > 0)
-        resultado.m_Avisos.push_back(Texto(Muestras(s.m_nInfinitas) + " are infinite; taken as void"));
+        resultado.m_Avisos.push_back(
+            Texto(Muestras(s.m_nInfinitas) + (s.m_nInfinitas == 1 ? " is" : " are") + " infinite; taken as void"));
     if (s.m_nValidas == 0)
         throw CFallo("none of its " + std::to_string(std::size_t(r.Filas()) * r.Columnas()) +
                      " samples holds a height");

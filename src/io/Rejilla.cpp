@@ -6,8 +6,11 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <filesystem>
 #include <limits>
+#include <string_view>
+#include <system_error>
 #include <vector>
 
 namespace Vertiz::io {
@@ -56,6 +59,8 @@ Datos Abre(const std::string& ruta) {
     const CMensajesGdal mensajes;
     Datos datos(
         GDALOpenEx(ruta.c_str(), GDAL_OF_RASTER | GDAL_OF_READONLY | GDAL_OF_VERBOSE_ERROR, nullptr, nullptr, nullptr));
+    // Some formats are folders, so the driver is asked first.
+    if (!datos && std::filesystem::is_directory(estado)) throw CFallo("a folder, and not one that holds a grid");
     if (!datos) throw CFallo("not a raster that can be read (" + mensajes.Error("format not recognised") + ")");
     return datos;
 }
@@ -72,6 +77,23 @@ void CompruebaForma(GDALDatasetH datos) {
     const auto color = GDALGetRasterColorInterpretation(banda);
     if ((color == GCI_RedBand && GDALGetRasterCount(datos) >= 3) || color == GCI_PaletteIndex)
         throw CFallo("it is a picture in colours, not an elevation grid");
+}
+
+// Bare samples beside a header: what such a file lacks would be read as zeros. Where the header doesn't tell a sample's
+// size GDAL guesses it from the file's, which fails for a file cut off; those of .flt are floats.
+void CompruebaLargo(GDALDatasetH datos, const std::string& ruta) {
+    if (std::string_view(GDALGetDriverShortName(GDALGetDatasetDriver(datos))) != "EHdr") return;
+    const GDALRasterBandH banda = GDALGetRasterBand(datos, 1);
+    if (GDALGetMetadataItem(banda, "NBITS", "IMAGE_STRUCTURE") != nullptr) return;
+    std::uintmax_t muestra = static_cast<unsigned>(GDALGetDataTypeSizeBytes(GDALGetRasterDataType(banda)));
+    if (ruta.ends_with(".flt")) muestra = sizeof(float);
+    const std::uintmax_t largo = muestra * static_cast<unsigned>(GDALGetRasterXSize(datos)) *
+                                 static_cast<unsigned>(GDALGetRasterYSize(datos)) *
+                                 static_cast<unsigned>(GDALGetRasterCount(datos));
+    std::error_code error;
+    const std::uintmax_t hay = std::filesystem::file_size(ruta, error);
+    if (!error && hay < largo)
+        throw CFallo("the file is damaged or cut off: " + std::to_string(hay) + " bytes of " + std::to_string(largo));
 }
 
 // The place of the samples that a step takes out of the file: the one in the middle of each step.
@@ -129,7 +151,8 @@ void LeeMuestras(const Banda& banda, int columnas, unsigned paso, Rejilla& r, co
             alturas[j] = nan;
             if (banda.EsNulo(valores[k]) || (banda.m_hMascara && mascara[k] == 0)) continue;
             const float altura = static_cast<float>(valores[k] * banda.m_dEscala + banda.m_dDesplazamiento);
-            if (!std::isfinite(altura)) {
+            // GDAL brings the infinities of some formats down to the greatest float.
+            if (!std::isfinite(altura) || altura == std::numeric_limits<float>::max()) {
                 ++resumen.m_nInfinitas;
                 continue;
             }
@@ -181,6 +204,7 @@ Rejilla LeeRejilla(const std::string& ruta, const CDataLeeDEM& opciones, const C
                    CResultadoDEM& resultado, Resumen& resumen) {
     const Datos datos = Abre(ruta);
     CompruebaForma(datos.get());
+    CompruebaLargo(datos.get(), ruta);
     const int columnas = GDALGetRasterXSize(datos.get()), filas = GDALGetRasterYSize(datos.get());
     const unsigned paso = PasoPara(columnas, filas, opciones.m_nMaxMuestras);
 

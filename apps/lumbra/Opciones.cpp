@@ -1,0 +1,306 @@
+#include "Opciones.h"
+
+#include <CLI/CLI.hpp>
+#include <charconv>
+#include <cmath>
+#include <initializer_list>
+#include <stdexcept>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "model/CDataGamaColor.h"
+#include "platform/Conversiones.h"
+
+namespace {
+
+// Options that are texts until all of them are known.
+struct Textos {
+    std::string tamano = "1200x900", luz, fondo, superficie;
+    bool cenital = false, ortografica = false, sinBase = false, sinLuz = false;
+};
+
+template <class T>
+T Numero(std::string_view texto, const char* clase) {
+    T valor{};
+    std::string_view resto = texto;
+    if (resto.starts_with('+')) resto.remove_prefix(1);
+    const auto [fin, error] = std::from_chars(resto.data(), resto.data() + resto.size(), valor);
+    if (error != std::errc() || fin != resto.data() + resto.size())
+        throw std::invalid_argument("'" + std::string(texto) + "' is not " + clase);
+    return valor;
+}
+
+int Entero(std::string_view texto) {
+    return Numero<int>(texto, "a whole number");
+}
+
+double Real(std::string_view texto) {
+    const auto valor = Numero<double>(texto, "a number; decimals are written with a point");
+    if (!std::isfinite(valor)) throw std::invalid_argument("'" + std::string(texto) + "' is not a finite number");
+    return valor;
+}
+
+std::string Corto(double v) {
+    std::string texto(32, '\0');
+    texto.resize(
+        static_cast<std::size_t>(std::to_chars(texto.data(), texto.data() + texto.size(), v).ptr - texto.data()));
+    return texto;
+}
+
+// A check for the parser, which wants the fault as a text, out of one that throws.
+template <class Comprueba>
+CLI::Validator Regla(std::string descripcion, Comprueba comprueba) {
+    return {[comprueba](std::string& texto) {
+                try {
+                    comprueba(texto);
+                } catch (const std::invalid_argument& fallo) {
+                    return std::string(fallo.what());
+                }
+                return std::string();
+            },
+            std::move(descripcion)};
+}
+
+CLI::Validator EsReal(double desde, double hasta) {
+    return Regla("", [=](const std::string& texto) {
+        const double valor = Real(texto);
+        if (valor < desde || valor > hasta)
+            throw std::invalid_argument(texto + " is not between " + Corto(desde) + " and " + Corto(hasta));
+    });
+}
+
+CLI::Validator EsEntero(int desde, int hasta) {
+    return Regla("", [=](const std::string& texto) {
+        const int valor = Entero(texto);
+        if (valor < desde || valor > hasta)
+            throw std::invalid_argument(texto + " is not between " + std::to_string(desde) + " and " +
+                                        std::to_string(hasta));
+    });
+}
+
+// One of some names, which the option keeps as its number.
+CLI::Validator UnoDe(std::initializer_list<std::pair<const char*, unsigned>> nombres) {
+    std::string lista;
+    for (const auto& nombre : nombres)
+        lista += (lista.empty() ? "" : ", ") + std::string(nombre.first);
+    const std::vector<std::pair<const char*, unsigned>> tabla(nombres);
+    return Regla("", [=](std::string& texto) {
+        for (const auto& [nombre, valor] : tabla)
+            if (texto == nombre) {
+                texto = std::to_string(valor);
+                return;
+            }
+        throw std::invalid_argument("'" + texto + "' is none of " + lista);
+    });
+}
+
+CLI::Validator EsRampa() {
+    return Regla("", [](const std::string& texto) {
+        if (Vertiz::CDataGamaColor(CString(DeUtf8(texto))).Paradas().size() < 2)
+            throw std::invalid_argument("'" + texto +
+                                        "' is not a ramp: at least two stops \"height red green blue\", channels from "
+                                        "0 to 255, parted by semicolons, as in \"0 0 97 71; 900 255 255 255\"");
+    });
+}
+
+CLI::Validator NoVacio(const char* que) {
+    return Regla("", [=](const std::string& texto) {
+        if (texto.empty()) throw std::invalid_argument(std::string("an empty name; ") + que);
+    });
+}
+
+// Two values with a separator between them: 1200x900, 315,45.
+std::pair<std::string_view, std::string_view> Parte(std::string_view texto, char separador) {
+    const std::size_t lugar = texto.find(separador);
+    if (lugar == std::string_view::npos)
+        throw std::invalid_argument("'" + std::string(texto) + "' is not two values with '" + separador +
+                                    "' between them");
+    return {texto.substr(0, lugar), texto.substr(lugar + 1)};
+}
+
+std::pair<int, int> Tamano(std::string_view texto) {
+    const auto [ancho, alto] = Parte(texto, 'x');
+    const std::pair<int, int> tamano = {Entero(ancho), Entero(alto)};
+    if (tamano.first < 1 || tamano.second < 1) throw std::invalid_argument("a picture's side has at least 1 pixel");
+    return tamano;
+}
+
+std::pair<double, double> Direccion(std::string_view texto) {
+    const auto [azimut, elevacion] = Parte(texto, ',');
+    return {Real(azimut), Real(elevacion)};
+}
+
+// #rrggbb as the library keeps colours, with red in the low byte.
+int Color(std::string_view texto) {
+    unsigned rgb = 0;
+    const bool forma = texto.size() == 7 && texto[0] == '#';
+    const char* const fin = texto.data() + texto.size();
+    if (!forma || std::from_chars(texto.data() + 1, fin, rgb, 16).ptr != fin)
+        throw std::invalid_argument("'" + std::string(texto) + "' is not a colour like #e0f1fe");
+    return static_cast<int>((rgb >> 16 & 0xFF) | (rgb & 0xFF00) | (rgb & 0xFF) << 16);
+}
+
+std::string SalidaPorDefecto(const std::string& fichero) {
+    const std::size_t barra = fichero.find_last_of('/'), punto = fichero.find_last_of('.');
+    const std::size_t inicio = barra == std::string::npos ? 0 : barra + 1;
+    return fichero.substr(inicio, punto == std::string::npos || punto <= inicio ? std::string::npos : punto - inicio) +
+           ".png";
+}
+
+void Completa(Orden& orden, const Textos& textos) {
+    OpcionesVista& v = orden.vista;
+    std::tie(v.ancho, v.alto) = Tamano(textos.tamano);
+    if (!textos.luz.empty()) std::tie(v.luzAzimut, v.luzElevacion) = Direccion(textos.luz);
+    if (!textos.fondo.empty()) v.colorFondo = Color(textos.fondo);
+    if (!textos.superficie.empty()) v.colorDEM = Color(textos.superficie);
+    if (textos.cenital) {
+        v.azimut = 180.0;
+        v.elevacion = 90.0;
+    }
+    v.perspectiva = !textos.ortografica;
+    v.base = !textos.sinBase;
+    v.luz = !textos.sinLuz;
+    if (orden.salida.empty()) orden.salida = SalidaPorDefecto(orden.fichero);
+}
+
+void DeclaraLectura(CLI::App& orden, Orden& o) {
+    orden.add_option("--nodata", o.nulo, "Height that stands for 'no height', where the file doesn't say it")
+        ->check(Regla("", [](const std::string& texto) { Real(texto); }))
+        ->type_name("HEIGHT");
+    orden.add_flag("--degrees", o.grados, "Leave a grid in degrees as it is, instead of bringing it to UTM");
+}
+
+void DeclaraVista(CLI::App& orden, Orden& o, Textos& t) {
+    OpcionesVista& v = o.vista;
+    constexpr double kMuchos = 1e6;
+    orden.add_option("--azimuth", v.azimut, "Where the viewer stands, clockwise from north")
+        ->check(EsReal(-kMuchos, kMuchos))
+        ->type_name("DEGREES")
+        ->capture_default_str()
+        ->group("View");
+    orden.add_option("--elevation", v.elevacion, "How high the viewer stands over the horizon, -90 to 90")
+        ->check(EsReal(-90.0, 90.0))
+        ->type_name("DEGREES")
+        ->capture_default_str()
+        ->group("View");
+    orden.add_flag("--top", t.cenital, "Look straight down, north up")->group("View");
+    orden.add_flag("--orthographic", t.ortografica, "Without perspective: lengths can be measured")->group("View");
+    orden.add_option("--exaggeration", v.exageracion, "Heights times this; by default what shows the relief")
+        ->check(EsReal(0.001, 1000.0))
+        ->type_name("FACTOR")
+        ->group("View");
+}
+
+void DeclaraAspecto(CLI::App& orden, Orden& o, Textos& t) {
+    OpcionesVista& v = o.vista;
+    const CLI::Validator esColor = Regla("", [](const std::string& texto) { Color(texto); });
+    orden
+        .add_option("--color", v.color,
+                    "Colour of the surface: height (by a ramp), plain, cutfill (above and below 0), wire")
+        ->transform(UnoDe({{"height", 2}, {"plain", 1}, {"cutfill", 6}, {"wire", 0}}))
+        ->type_name("HOW")
+        ->group("Look");
+    orden.add_option("--ramp", v.rampa, "Colours of heights: \"height red green blue; ...\"")
+        ->check(EsRampa())
+        ->type_name("STOPS")
+        ->group("Look");
+    orden.add_option("--surface", t.superficie, "Colour of a plain surface")
+        ->check(esColor)
+        ->type_name("#RRGGBB")
+        ->group("Look");
+    orden.add_option("--background", t.fondo, "Colour behind the model")
+        ->check(esColor)
+        ->type_name("#RRGGBB")
+        ->group("Look");
+    orden.add_flag("--tints", v.sombraCeldas, "Four tints a cell on a plain surface, to see the cells")->group("Look");
+    orden.add_option("--light", t.luz, "Where the light comes from, in degrees; by default 315,45")
+        ->check(Regla("", [](const std::string& texto) { Direccion(texto); }))
+        ->type_name("AZIMUTH,ELEVATION")
+        ->group("Look");
+    orden.add_flag("--no-light", t.sinLuz, "Colours as they are, without shading")->group("Look");
+    orden.add_flag("--no-base", t.sinBase, "Without walls and floor")->group("Look");
+    orden.add_flag("--limits", v.limites, "Box and outline of the grid")->group("Look");
+    orden.add_flag("--axes", v.ejes, "Axes in the corner of an orthographic picture")->group("Look");
+    orden.add_option("--mesh", v.malla, "How the surface is made: quads, strips, points")
+        ->transform(UnoDe({{"quads", 1}, {"strips", 0}, {"points", 2}}))
+        ->type_name("HOW")
+        ->group("Look");
+    orden
+        .add_option("--step", v.paso, "Take one sample in so many of rows and columns; large grids do it by themselves")
+        ->check(EsEntero(1, 100000))
+        ->type_name("N")
+        ->group("Look");
+}
+
+void DeclaraDibujo(CLI::App& orden, Orden& o, Textos& t) {
+    orden.add_option("file", o.fichero, "Elevation grid: GeoTIFF, ESRI ASCII grid, SRTM, USGS DEM ...")
+        ->check(NoVacio("name an elevation grid"))
+        ->required();
+    orden.add_option("-o,--output", o.salida, "Picture to write, PNG; by default the file's name with .png, here")
+        ->check(NoVacio("name the picture to write"))
+        ->type_name("FILE");
+    orden.add_option("--size", t.tamano, "Width and height in pixels")
+        ->check(Regla("", [](const std::string& texto) { Tamano(texto); }))
+        ->type_name("WxH")
+        ->capture_default_str();
+    orden
+        .add_option("--smooth", o.vista.muestreo,
+                    "Draw 1 to 4 times as large and average, for smooth edges; by default 2 where that fits")
+        ->check(EsEntero(1, 4))
+        ->type_name("N");
+    DeclaraLectura(orden, o);
+    DeclaraVista(orden, o, t);
+    DeclaraAspecto(orden, o, t);
+    orden.footer(
+        "Examples:\n"
+        "  lumbra render dem.tif\n"
+        "  lumbra render dem.tif -o north.png --azimuth 0 --elevation 25\n"
+        "  lumbra render dem.tif -o plan.png --top --orthographic --size 3000x3000");
+}
+
+// The parser's fault in one line, with where to read on.
+std::string Fallo(const CLI::ParseError& error, const CLI::App& programa) {
+    const auto ordenes = programa.get_subcommands();
+    const std::string ayuda = ordenes.empty() ? "lumbra --help" : "lumbra " + ordenes.front()->get_name() + " --help";
+    std::string texto = error.what();
+    texto.erase(texto.find_last_not_of("\n ") + 1);
+    for (char& c : texto)
+        if (c == '\n') c = ' ';
+    return texto + " (" + ayuda + " lists the options)";
+}
+
+}  // namespace
+
+Orden LeeOrden(int argc, char** argv) {
+    Orden orden;
+    Textos textos;
+    CLI::App programa{"Draws elevation grids, and tells about them. Needs no display.", "lumbra"};
+    programa.require_subcommand(0, 1);
+    programa.set_version_flag("--version", "lumbra " LUMBRA_VERSION);
+    CLI::App* dibuja = programa.add_subcommand("render", "Draw an elevation grid into a picture");
+    DeclaraDibujo(*dibuja, orden, textos);
+    CLI::App* cuenta = programa.add_subcommand("info", "Tell about an elevation grid, or about the machine's OpenGL");
+    cuenta->add_option("file", orden.fichero, "Elevation grid")->check(NoVacio("name an elevation grid"));
+    cuenta->add_flag("--gl", orden.gl, "Which way to OpenGL serves, its limits, and why the others don't");
+    DeclaraLectura(*cuenta, orden);
+    try {
+        programa.parse(argc, argv);
+    } catch (const CLI::Success& ayuda) {
+        programa.exit(ayuda);
+        return orden;
+    } catch (const CLI::ParseError& error) {
+        throw std::invalid_argument(Fallo(error, programa));
+    }
+    if (dibuja->parsed()) {
+        orden.tarea = Tarea::kDibuja;
+        Completa(orden, textos);
+    } else if (cuenta->parsed()) {
+        orden.tarea = Tarea::kCuenta;
+        if (orden.fichero.empty() && !orden.gl) throw std::invalid_argument("info: name a file, or ask for --gl");
+    } else {
+        throw std::invalid_argument(
+            "say what to do: lumbra render FILE, or lumbra info FILE (lumbra --help tells more)");
+    }
+    return orden;
+}

@@ -1,0 +1,22 @@
+#pragma once
+// What the user asks for on the command line.
+
+#include <optional>
+#include <string>
+
+#include "Vista.h"
+
+enum class Tarea { kDibuja, kCuenta, kNada };  // kNada: help or version was asked for, and given
+
+struct Orden {
+    Tarea tarea = Tarea::kNada;
+    std::string fichero, salida;
+    std::optional<double> nulo;  ///< void value in place of the file's own
+    bool grados = false;         ///< leave a grid in degrees as it is
+    bool gl = false;             ///< tell about OpenGL
+    OpcionesVista vista;
+};
+
+/// Reads the command line.
+/// @throw std::invalid_argument with a sentence for the user
+Orden LeeOrden(int argc, char** argv);
