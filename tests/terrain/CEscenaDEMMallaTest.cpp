@@ -343,6 +343,81 @@ TEST_F(Malla, StepsHoldInStripsAndPoints) {
     }
 }
 
+TEST_F(Malla, ColumnsLeftOverByAStepEndAStripAtTheLastSample) {
+    for (const unsigned quad : {0u, 2u}) {
+        // Columns 0, 2 and 4 of six, rows 0, 2 and 4 of six: the sixth of each is left over.
+        Vertiz::CDEM dem = Rejilla(6, 6, [](int, int) { return 1.0F; });
+        m_escena.Destruir();
+        Toma(dem, [quad](EscenaTerreno& e) {
+            e.SetTipo(1);
+            e.SetQuad(quad);
+            e.SetPuntosSuavizado(-1);
+        });
+        EXPECT_LLAMADAS(Solo(Superficie(), {"glArrayElement"}),
+                        {Elemento(0), Elemento(3), Elemento(1), Elemento(4), Elemento(2), Elemento(5),  //
+                         Elemento(3), Elemento(6), Elemento(4), Elemento(7), Elemento(5), Elemento(8)});
+    }
+}
+
+TEST_F(Malla, ADividedGridSendsEachSubrowAsABandThatEndsAtTheLastSample) {
+    for (const unsigned quad : {0u, 2u}) {
+        Vertiz::CDEM dem = Rejilla(2, 2, [](int, int) { return 1.0F; });
+        dem.CalculaVectores();
+        m_escena.Destruir();
+        Toma(dem, [quad](EscenaTerreno& e) {
+            e.SetTipo(1);
+            e.SetQuad(quad);
+            e.SetPuntosSuavizado(1);
+        });
+        const LlamadasGL lista = Superficie();
+        EXPECT_LLAMADAS(Solo(lista, {"glArrayElement"}),
+                        {Elemento(0), Elemento(3), Elemento(1), Elemento(4), Elemento(2), Elemento(5),  //
+                         Elemento(3), Elemento(6), Elemento(4), Elemento(7), Elemento(5), Elemento(8)});
+        EXPECT_EQ(Solo(lista, {"glBegin"}).size(), quad == 0 ? 2u : 1u);
+        EXPECT_EQ(Solo(lista, {"glNormal3f"}), LlamadasGL(6, kAbajo));
+    }
+}
+
+// A scene with an image laid over its grid.
+class ConImagen : public EscenaTerreno {
+  public:
+    using EscenaTerreno::operator=;
+    bool HayTexturas() const override { return true; }
+};
+
+TEST_F(Malla, UnderAnImageTheStepIsAPowerOfTwoAndNothingIsDivided) {
+    Vertiz::CDEM dem = Rejilla(20, 20, [](int, int) { return 1.0F; });
+    dem.CalculaVectores();
+    ConImagen escena;
+    escena.SetDEM(&dem);
+    const auto malla = [&](unsigned quad, int n) {
+        escena.SetQuad(quad);
+        escena.SetPuntosSuavizado(n);
+        return std::pair(escena.GetPasoMalla(), escena.GetSubdivisionMalla());
+    };
+    for (const unsigned quad : {0u, 1u}) {
+        EXPECT_EQ(malla(quad, -1), std::pair(2, 1));
+        EXPECT_EQ(malla(quad, -2), std::pair(4, 1));
+        EXPECT_EQ(malla(quad, -3), std::pair(4, 1));
+        EXPECT_EQ(malla(quad, -4), std::pair(8, 1));
+        EXPECT_EQ(malla(quad, -7), std::pair(8, 1));
+        EXPECT_EQ(malla(quad, 2), std::pair(1, 1));
+    }
+    // Points take no image.
+    EXPECT_EQ(malla(2, -2), std::pair(3, 1));
+    EXPECT_EQ(malla(2, 2), std::pair(1, 3));
+}
+
+TEST_F(Malla, OutsideABuildARectangleSendsNothing) {
+    Vertiz::CDEM dem = Rejilla({{1, 2}, {3, 4}});
+    Toma(dem, [](EscenaTerreno& e) { e.SetTipoColorMDT(2); });
+    ASSERT_TRUE(m_escena.MakeCurrent(nullptr));
+    m_escena.SetDEM(nullptr);
+    const RegistroGL registro;
+    EXPECT_EQ(m_escena.GeneraDEMRegular(0, 0, 2, 1, 1, 1, 2, 2), 1);
+    EXPECT_EQ(registro.Cuenta("glArrayElement"), 0u);
+}
+
 TEST_F(Malla, ASmoothGridIsDivided) {
     Vertiz::CDEM dem = Rejilla(3, 3, [](int r, int c) { return float(10 * r + 5 * c); });
     dem.CalculaVectores();

@@ -116,6 +116,23 @@ TEST_F(Escena, IsBuiltInItsOrder) {
               1);
 }
 
+TEST_F(Escena, MarksAreBuiltLastAndByTheParentAlone) {
+    Toma(m_dem);
+    auto* referencia = new EscenaTerreno(&m_dem);
+    m_escena.ReferenciaNuevo(referencia);
+    for (EscenaTerreno* escena : {&m_escena, referencia})
+        escena->NuevaMarca(Vertiz::CTexto<double>(L"m", Punto(5, 5, 20, 0), L"a", 1.0, 0.0));
+    const RegistroGL registro;
+    ASSERT_EQ(m_escena.Iniciar(), 1);
+    EXPECT_EQ(referencia->m_nListaCielo, 0u);
+    const std::vector<GLuint> listas = registro.Listas();
+    const auto cielo = std::ranges::find(listas, m_escena.m_nListaCielo);
+    ASSERT_NE(cielo, listas.end());
+    EXPECT_EQ(listas.end() - cielo, 1 + 3) << "points on photographs, points on the terrain, and one text";
+    const auto superficie = std::ranges::find(listas, referencia->m_nListaSuperficie);
+    EXPECT_EQ(cielo - superficie, 2) << "the reference's surface, the camera, the sky";
+}
+
 TEST_F(Escena, ReferencesThatAreNotShownAreNotBuilt) {
     Pasos pasos;
     EscenaAtenta escena("", pasos);
@@ -337,7 +354,8 @@ TEST_F(Escena, InPointsABaseThatStillExistsIsNotDrawn) {
 
 TEST_F(Escena, APassThatFailsEndsWithZeroAndTheNextOneIsWhole) {
     Monta(m_dem);
-    for (const char* llamada : {"glClear", "glLightModeli", "glColorMaterial", "glPolygonMode", "glOrtho"}) {
+    for (const char* llamada :
+         {"glClear", "glLoadIdentity", "glLightModeli", "glColorMaterial", "glPolygonMode", "glOrtho"}) {
         {
             const FallaGL falla(llamada, 1);
             EXPECT_EQ(m_escena.Render(), 0) << llamada;
