@@ -501,6 +501,21 @@ TEST_F(Malla, ALargeGridIsThinnedByItself) {
         << "walls stand on the same step: two on each side, and one floor";
 }
 
+TEST_F(Malla, TheBudgetIsFiveMillionSamples) {
+    const auto paso = [](unsigned filas, unsigned columnas, int n) {
+        Vertiz::CDEM dem(filas, columnas, 1, 1, 0, 0);
+        EscenaTerreno escena;
+        escena.SetDEM(&dem);
+        escena.SetPuntosSuavizado(n);
+        return escena.GetPasoMalla();
+    };
+    EXPECT_EQ(paso(2000, 2500, 0), 1) << "exactly five million are not too many";
+    EXPECT_EQ(paso(2000, 2501, 0), 2);
+    EXPECT_EQ(paso(2000, 2501, 3), 2) << "a setting above 0 comes down too";
+    EXPECT_EQ(paso(2000, 2501, -4), 5) << "one that is coarse enough stays";
+    EXPECT_EQ(paso(4500, 4500, -1), 3) << "a quarter of twenty millions and a quarter is too many still";
+}
+
 TEST_F(Malla, TheBudgetCountsForADividedMesh) {
     Vertiz::CDEM dem = Esquina(1000);
     dem.SetSuavizado(true);

@@ -343,6 +343,37 @@ TEST_F(Escena, WithoutASurfaceThePassLeavesItOut) {
     EXPECT_EQ(registro.Cuenta("glCallList"), 1u) << "the sky alone";
 }
 
+TEST_F(Escena, ListsThatStillExistAreNotDrawnWhenTheirSettingIsOff) {
+    Monta(m_dem);
+    ASSERT_TRUE(m_escena.MakeCurrent(nullptr));
+    GLuint siguiente = glGenLists(5);
+    for (GLuint* lista : {&m_escena.m_nListaRupturas, &m_escena.m_nListaLimites, &m_escena.m_nListaEdificios,
+                          &m_escena.m_nListaArboles, &m_escena.m_nListaBase})
+        *lista = siguiente++;
+    m_escena.SetQuad(3);
+    for (const int mostrada : {-1, 0, 1, 2, 3, 4}) {
+        m_escena.SetQuad(mostrada == 4 ? 0 : 3);
+        m_escena.SetRupturas(mostrada == 0);
+        m_escena.SetLimites(mostrada == 1);
+        m_escena.SetEdificios(mostrada == 2);
+        m_escena.SetArboles(mostrada == 3);
+        m_escena.SetBase(mostrada == 4);
+        const RegistroGL registro;
+        ASSERT_EQ(m_escena.OnRender(), 1);
+        // The sky always, the one that is shown, and with the base, which Quad 3 leaves out, the surface.
+        EXPECT_EQ(registro.Cuenta("glCallList"), mostrada == -1 ? 1u : mostrada == 4 ? 3u : 2u) << mostrada;
+    }
+}
+
+TEST_F(Escena, WithoutItsGridTheOldSurfaceGoes) {
+    Monta(m_dem);
+    m_escena.SetDEM(nullptr);
+    const RegistroGL registro;
+    EXPECT_EQ(m_escena.OnIniciar(), 0);
+    EXPECT_EQ(m_escena.m_nListaSuperficie, 0u);
+    EXPECT_EQ(registro.Cuenta("glDeleteLists"), 1u);
+}
+
 TEST_F(Escena, InPointsABaseThatStillExistsIsNotDrawn) {
     Monta(m_dem, [](EscenaTerreno& e) { e.SetBase(1); });
     ASSERT_NE(m_escena.m_nListaBase, 0u);
