@@ -715,6 +715,9 @@ class LUMBRA_API CGL : public CGLAjustes {
     void DestruirHRCShared();
 
     // CGLCoordenadas.cpp
+    void CajaAGL(double X, double Y, double Z, double& x, double& y, double& z) const;
+    bool TerrenoAGLConImagen(const Vertiz::CCoor3D<double>& p, double& x, double& y, double& z, double escala,
+                             bool bSinLimite) const;
     struct ProfundidadFondo;
     int ProyectaOrto(int& cx, int& cy, const double* vieja);
     ProfundidadFondo MideFondo(const MatricesGL& matrices) const;
@@ -793,3 +796,21 @@ class LUMBRA_API CGL : public CGLAjustes {
     std::weak_ptr<const char> m_pPrestamo;
     unsigned m_nPadres = 0;
 };
+
+/// A local terrain point in the GL box of the extents.
+inline void CGL::CajaAGL(double X, double Y, double Z, double& x, double& y, double& z) const {
+    const Vertiz::CCoor3D<double>& o = m_Maximas.Minima();
+    x = ((X - o.x) - m_dRangoX * 0.5) * m_dFactor;
+    y = ((Z - o.z) - m_dRangoZ * 0.5) * m_dFactor * m_fExageracionVertical;
+    z = -((Y - o.y) - m_dRangoY * 0.5) * m_dFactor;
+}
+
+// Inline, since every vertex of every model goes through here, and nearly all of them where no image takes part.
+inline bool CGL::TerrenoAGL(const Vertiz::CCoor3D<double>& p, double& x, double& y, double& z, double escala,
+                            bool bSinLimite) const {
+    if (m_nTipoImagenFondo != 0 || m_bEsReferencia != 0 ||
+        m_DataTransformacion.GetTipo() == Vertiz::CDataTransformacion::ESFERICA)
+        return TerrenoAGLConImagen(p, x, y, z, escala, bSinLimite);
+    CajaAGL(p.x * escala, p.y * escala, p.z * escala, x, y, z);
+    return true;
+}

@@ -75,7 +75,9 @@ void CGL::SetExageracionVertical(float e) {
     m_dFactor = mayor == 0.0 ? 1.0F : static_cast<float>(1.0 / mayor);
 }
 
-bool CGL::TerrenoAGL(const CCoor3D<double>& p, double& x, double& y, double& z, double escala, bool bSinLimite) const {
+// TerrenoAGL where an image may take part.
+bool CGL::TerrenoAGLConImagen(const CCoor3D<double>& p, double& x, double& y, double& z, double escala,
+                              bool bSinLimite) const {
     const int fondo = m_nTipoImagenFondo;
     const bool hijo = m_bEsReferencia != 0;
     const bool esferica = m_DataTransformacion.GetTipo() == kEsferica;
@@ -95,10 +97,7 @@ bool CGL::TerrenoAGL(const CCoor3D<double>& p, double& x, double& y, double& z, 
         if (sobreOrto && m_Maximas.Minima().z >= q.z) q.z += 1.0;
     }
     if (!esferica) {
-        const CCoor3D<double>& o = m_Maximas.Minima();
-        x = ((q.x - o.x) - m_dRangoX * 0.5) * m_dFactor;
-        y = ((q.z - o.z) - m_dRangoZ * 0.5) * m_dFactor * m_fExageracionVertical;
-        z = -((q.y - o.y) - m_dRangoY * 0.5) * m_dFactor;
+        CajaAGL(q.x, q.y, q.z, x, y, z);
         return true;
     }
     const Vertiz::CDataSemilla& semilla = DameSemilla();
