@@ -45,10 +45,6 @@
 // with a shared context and for TerrenoAGL, which workers call too. No operation throws, except for a failed
 // allocation.
 
-#include <array>
-#include <memory>
-#include <vector>
-
 #include "frame/CCamera.h"
 #include "frame/CGLAjustes.h"
 #include "model/CCoor.h"
@@ -67,6 +63,10 @@
 #include "platform/Contextos.h"
 #include "platform/Exporta.h"
 #include "platform/OpenGL.h"
+
+#include <array>
+#include <memory>
+#include <vector>
 
 class CDC;
 class CWnd;
@@ -556,10 +556,10 @@ class LUMBRA_API CGL : public CGLAjustes {
     int GetMaxTexDim() const { return m_nMaxTexDim; }
 
   protected:
-    static constexpr unsigned N_GLIFOS = 1024;         ///< glyph lists of a font block, for UTF-16 codes from 0
-    static constexpr int MAX_LADO_TEXTURA = 1024;      ///< however much the hardware offers
-    static constexpr int LADO_PROFUNDIDAD = 1024;      ///< side of the depth block, in pixels
-    static constexpr double COTA_SIN_TERRENO = -9989;  ///< a height of this or below belongs to a photograph
+    static constexpr unsigned kGlifos = 1024;         ///< glyph lists of a font block, for UTF-16 codes from 0
+    static constexpr int kMaxLadoTextura = 1024;      ///< however much the hardware offers
+    static constexpr int kLadoProfundidad = 1024;     ///< side of the depth block, in pixels
+    static constexpr double kCotaSinTerreno = -9989;  ///< a height of this or below belongs to a photograph
 
     /// The colour that glColorTintaHipsometrica sets, channels from 0 to 1.
     std::array<float, 3> TintaHipsometrica(double z, bool bInterpolar, double sombra) const;
@@ -667,7 +667,7 @@ class LUMBRA_API CGL : public CGLAjustes {
     std::vector<CGL*> m_Referencias;  ///< owned, together with the copies of this scene
     std::vector<CGL*> m_Vinculos;
     bool m_bIniciarMalla = true;
-    GLuint m_nListaFuentes = 0;  ///< first of N_GLIFOS lists
+    GLuint m_nListaFuentes = 0;  ///< first of kGlifos lists
     GLuint m_nListaFuentesSeleccion = 0;
     float m_fEscalaFuente = 1.0F;           ///< tallest glyph over 1.2
     int m_bFuentes = 0;                     ///< glyph lists are built only when non-zero
