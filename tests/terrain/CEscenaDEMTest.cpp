@@ -145,6 +145,22 @@ TEST_F(Escena, ReferencesThatAreNotShownAreNotBuilt) {
     EXPECT_EQ(std::ranges::count(pasos, "ref.Iniciar"), 0);
 }
 
+TEST_F(Escena, AReferenceLeavesItsOwnReferencesAlone) {
+    Pasos pasos;
+    EscenaAtenta escena("", pasos);
+    Prepara(escena);
+    auto* referencia = new EscenaAtenta("ref.", pasos);
+    auto* nieta = new EscenaAtenta("nieta.", pasos);
+    referencia->SetDEM(&m_dem);
+    nieta->SetDEM(&m_dem);
+    escena.ReferenciaNuevo(referencia);
+    referencia->ReferenciaNuevo(nieta);
+    pasos.clear();
+    ASSERT_EQ(escena.Iniciar(), 1);
+    EXPECT_EQ(std::ranges::count(pasos, "ref.Iniciar"), 1);
+    EXPECT_EQ(std::ranges::count(pasos, "nieta.Iniciar"), 0);
+}
+
 TEST_F(Escena, AStepThatFailsEndsTheBuildWithTheContextCurrent) {
     Pasos pasos;
     EscenaAtenta escena("", pasos);

@@ -1,6 +1,7 @@
 // What all terrains share: limits, breaklines, the state that the surface is drawn in, the sky.
 
 #include "EscenaTerreno.h"
+#include "model/CTexto.h"
 
 #include <algorithm>
 #include <cmath>
@@ -170,6 +171,15 @@ TEST_F(Capas, ErasedBreaklinesAndThinWidthsAndUnknownStyles) {
     EXPECT_EQ(Solo(lista, {"glLineWidth"}), LlamadasGL{"glLineWidth(1)"});
     EXPECT_EQ(Solo(lista, {"glLineStipple"}), LlamadasGL{}) << "a style that is not known keeps the pattern";
     EXPECT_EQ(Solo(lista, {"glEnable"}).back(), "glEnable(GL_LINE_STIPPLE)");
+}
+
+TEST_F(Capas, TextsAmongTheBreaklinesAreNotDrawn) {
+    PonRuptura(L"R", 1, 1, 1, 2, 2, 2);
+    m_dem.Rupturas().Inserta(Vertiz::CTexto<int>(L"R", Vertiz::CCoor3D<int>(1, 1, 1), L"a", 1.0));
+    ASSERT_EQ(m_dem.Rupturas().Cantidad(), 2u);
+    Toma(m_dem);
+    PonElemento(L"R", 0, 255, 0, 0, 0);
+    EXPECT_EQ(Solo(Rupturas(), {"glBegin"}).size(), 1u);
 }
 
 TEST_F(Capas, EachStyleOfBreaklineHasItsPattern) {
