@@ -80,6 +80,14 @@ bool FijaMaterial(GLenum parametro, float v) {
     return !HayErrorGL();
 }
 
+// The 256 values of a channel as OpenGL takes them: grids ask for millions of colours, and a division costs more.
+constexpr std::array<float, 256> kCanales = [] {
+    std::array<float, 256> canales{};
+    for (int i = 0; i < 256; ++i)
+        canales[static_cast<std::size_t>(i)] = static_cast<float>(i) / 255.0F;
+    return canales;
+}();
+
 // A channel without its fraction. Heights far below the ramp give channels that no integer holds: 0.
 int Canal(double v) {
     return std::abs(v) < 2e9 ? static_cast<int>(v) : 0;
@@ -316,6 +324,5 @@ std::array<float, 3> CGL::TintaHipsometrica(double z, bool bInterpolar, double s
         for (int& canal : canales)
             canal = Sombreado(canal, sombra);
     // Channels are not clamped: below the first stop they wrap.
-    return {static_cast<float>(canales[0] & 0xFF) / 255.0F, static_cast<float>(canales[1] & 0xFF) / 255.0F,
-            static_cast<float>(canales[2] & 0xFF) / 255.0F};
+    return {kCanales[canales[0] & 0xFF], kCanales[canales[1] & 0xFF], kCanales[canales[2] & 0xFF]};
 }

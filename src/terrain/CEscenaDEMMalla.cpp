@@ -193,9 +193,7 @@ void CEscenaDEM::ColocaVertice(std::int64_t posicion, const Marco& marco, double
     double x = 0, y = 0, z = 0;
     if (!TerrenoAGL(p, x, y, z, 1.0, false)) return;
     m_Indices[static_cast<std::size_t>(posicion)] = static_cast<std::int32_t>(m_Vertices.size());
-    m_Vertices.push_back(static_cast<float>(x));
-    m_Vertices.push_back(static_cast<float>(y));
-    m_Vertices.push_back(static_cast<float>(z));
+    m_Vertices.insert(m_Vertices.end(), {static_cast<float>(x), static_cast<float>(y), static_cast<float>(z)});
     if (m_Alturas.capacity() != 0) m_Alturas.push_back(h);
 }
 
@@ -332,9 +330,10 @@ void CEscenaDEM::EmiteBanda(Banda& banda, int r, int u) const {
         }
         glArrayElement(indice / 3);
     };
-    for (int c = banda.colInicio; c < banda.colFin; c += x)
+    std::int64_t celda = std::int64_t{banda.colInicio} * f / x;  // column of the map that column c begins at
+    for (int c = banda.colInicio; c < banda.colFin; c += x, celda += f)
         for (int w = 0; w < (banda.quad != 1 && c == ultima ? 1 : f); ++w) {
-            std::int64_t columna = w + std::int64_t{c} * f / x;
+            std::int64_t columna = celda + w;
             // Points: the last sample of a row has no cell of its own, and is sent as the east side of the one before.
             const bool ladoEste = banda.quad == 2 && c == banda.colFin - 1 && w == f - 1;
             if (ladoEste) columna = f == 1 ? std::int64_t{c - 1} / x + w : columna - 1;
