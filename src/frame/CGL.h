@@ -561,8 +561,6 @@ class LUMBRA_API CGL : public CGLAjustes {
     static constexpr int kLadoProfundidad = 1024;     ///< side of the depth block, in pixels
     static constexpr double kCotaSinTerreno = -9989;  ///< a height of this or below belongs to a photograph
 
-    /// The colour that glColorTintaHipsometrica sets, channels from 0 to 1.
-    std::array<float, 3> TintaHipsometrica(double z, bool bInterpolar, double sombra) const;
     /// This scene lies on a photograph: points go through the image's transformation and back.
     bool SobreFoto() const;
     /// All children: references first, then links.

@@ -2,6 +2,7 @@
 // in CGLCielo.cpp, marks and measures in CGLMarcas.cpp.
 
 #include "frame/CGL.h"
+#include "frame/CTintaAlturas.h"
 #include "frame/ColorGL.h"
 #include "frame/Cuadrica.h"
 #include "frame/ListaGL.h"
@@ -78,24 +79,6 @@ bool FijaMaterial(GLenum parametro, float v) {
     const GLfloat valores[4] = {v, v, v, 0.0F};
     glMaterialfv(GL_FRONT_AND_BACK, parametro, valores);
     return !HayErrorGL();
-}
-
-// The 256 values of a channel as OpenGL takes them: grids ask for millions of colours, and a division costs more.
-constexpr std::array<float, 256> kCanales = [] {
-    std::array<float, 256> canales{};
-    for (int i = 0; i < 256; ++i)
-        canales[static_cast<std::size_t>(i)] = static_cast<float>(i) / 255.0F;
-    return canales;
-}();
-
-// A channel without its fraction. Heights far below the ramp give channels that no integer holds: 0.
-int Canal(double v) {
-    return std::abs(v) < 2e9 ? static_cast<int>(v) : 0;
-}
-
-int Sombreado(int canal, double sombra) {
-    if (sombra < 0.5) return Canal(canal * 2.0 * sombra + 0.5);
-    return Canal((255.0 - canal) * (2.0 * sombra - 1.0) + canal);
 }
 
 // The icons' own space begins and ends with identity matrices.
@@ -300,29 +283,6 @@ int CGL::SetBkColor() {
 }
 
 void CGL::glColorTintaHipsometrica(double z, bool bInterpolar, double sombra) const {
-    const std::array<float, 3> color = TintaHipsometrica(z, bInterpolar, sombra);
+    const std::array<float, 3> color = CTintaAlturas(m_Data.m_GamaColor.Paradas())(z, bInterpolar, sombra);
     glColor3f(color[0], color[1], color[2]);
-}
-
-std::array<float, 3> CGL::TintaHipsometrica(double z, bool bInterpolar, double sombra) const {
-    const std::vector<Vertiz::CColorCota>& paradas = m_Data.m_GamaColor.Paradas();
-    int canales[3] = {0, 0, 0};
-    // The first stop above z, from the second on: at and above the last stop there is none, and the colour is black.
-    const auto alta = paradas.size() < 2
-                          ? paradas.end()
-                          : std::upper_bound(paradas.begin() + 1, paradas.end(), z,
-                                             [](double cota, const auto& p) { return cota < p.m_dCota; });
-    if (alta != paradas.end()) {
-        const Vertiz::CColorCota& a = *(alta - 1);
-        const Vertiz::CColorCota& b = *alta;
-        const int bajos[3] = {a.m_nRojo, a.m_nVerde, a.m_nAzul}, altos[3] = {b.m_nRojo, b.m_nVerde, b.m_nAzul};
-        const double t = bInterpolar ? (z - a.m_dCota) / (b.m_dCota - a.m_dCota) : 0.0;
-        for (int i = 0; i < 3; ++i)
-            canales[i] = bInterpolar ? Canal((altos[i] - bajos[i]) * t + 0.5 + bajos[i]) : bajos[i];
-    }
-    if (sombra >= 0.0)
-        for (int& canal : canales)
-            canal = Sombreado(canal, sombra);
-    // Channels are not clamped: below the first stop they wrap.
-    return {kCanales[canales[0] & 0xFF], kCanales[canales[1] & 0xFF], kCanales[canales[2] & 0xFF]};
 }

@@ -4,6 +4,7 @@
 
 #include "terrain/CEscenaDEM.h"
 
+#include "frame/CTintaAlturas.h"
 #include "frame/ColorGL.h"
 #include "frame/ListaGL.h"
 #include "model/IPorcentaje.h"
@@ -173,6 +174,7 @@ void CEscenaDEM::CompilaCeldas() const {
     const std::vector<CDEM::CPunto>& puntos = m_pDEM->Puntos();
     const double sz = m_pDEM->GetSemilla().GetZ();
     const bool porAltura = ColorPorAltura();
+    CTintaAlturas tinta(m_Data.m_GamaColor.Paradas());
     const auto visible = [&](std::uint32_t i) { return i < puntos.size() && EsPuntoVisible(puntos[i]); };
     for (const CDEM::CCelda& celda : m_pDEM->Celdas()) {
         if (!std::ranges::all_of(celda.m_nPuntos, visible)) continue;
@@ -190,7 +192,7 @@ void CEscenaDEM::CompilaCeldas() const {
         glNormal3d(normal.x, normal.y, normal.z);
         for (int i = 0; i < 4; ++i) {
             if (porAltura || m_Data.m_nSombraCeldas != 0) {
-                const Color color = porAltura ? ColorAltura(h[i]) : Tinte(i);
+                const Color color = porAltura ? ColorAltura(h[i], tinta) : Tinte(i);
                 glColor3f(color[0], color[1], color[2]);
             }
             glVertex3d(v[i].x, v[i].y, v[i].z);
@@ -201,13 +203,14 @@ void CEscenaDEM::CompilaCeldas() const {
 void CEscenaDEM::CompilaPuntos() const {
     const double sz = m_pDEM->GetSemilla().GetZ();
     const bool porAltura = ColorPorAltura();
+    CTintaAlturas tinta(m_Data.m_GamaColor.Paradas());
     for (const CDEM::CPunto& punto : m_pDEM->Puntos()) {
         if (!EsPuntoVisible(punto)) continue;
         // Here the origin's height is added where the quads take it away: so this form has always been.
         const auto h = static_cast<float>(punto.m_fCota + sz);
         const CCoor3D<double> p = PosicionLista(m_pDEM->ListaX()[punto.m_nX], m_pDEM->ListaY()[punto.m_nY], h);
         if (porAltura) {
-            const Color color = ColorAltura(h);
+            const Color color = ColorAltura(h, tinta);
             glColor3f(color[0], color[1], color[2]);
         }
         glVertex3d(p.x, p.y, p.z);
@@ -215,8 +218,8 @@ void CEscenaDEM::CompilaPuntos() const {
 }
 
 // The colour of a height: by the ramp, or by cut and fill.
-CEscenaDEM::Color CEscenaDEM::ColorAltura(double h) const {
-    if (GetTipoColorMDT() == 2) return TintaHipsometrica(h, true, -1.0);
+CEscenaDEM::Color CEscenaDEM::ColorAltura(double h, CTintaAlturas& tinta) const {
+    if (GetTipoColorMDT() == 2) return tinta(h, true, -1.0);
     if (h > 0.0) return m_ColorTerraplen;
     return h < 0.0 ? m_ColorDesmonte : m_ColorNada;
 }

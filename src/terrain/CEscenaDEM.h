@@ -9,6 +9,8 @@
 #include <span>
 #include <vector>
 
+class CTintaAlturas;
+
 /// Shows a digital elevation model, in either of its forms: a matrix of heights, or a list of cells.
 ///
 /// Settings that steer it: `Quad` 0 strips, 1 quads, 2 points, 3 no surface; `TipoColorMDT` 0 wire, 2 tint by height, 6
@@ -94,7 +96,7 @@ class LUMBRA_API CEscenaDEM : public CEscenaMDT {
     void CompilaCeldas() const;
     void CompilaPuntos() const;
     bool ColorPorAltura() const { return GetTipoColorMDT() == 2 || GetTipoColorMDT() == 6; }
-    Color ColorAltura(double h) const;
+    Color ColorAltura(double h, CTintaAlturas& tinta) const;
     static const Color& Tinte(int lugar);
     Marco DameMarco() const;
 

@@ -3,6 +3,7 @@
 // placed once in a vertex array, and then the cells are walked, sending elements of that array.
 
 #include "terrain/CEscenaDEM.h"
+#include "frame/CTintaAlturas.h"
 #include "frame/ListaGL.h"
 #include "model/IPorcentaje.h"
 #include "platform/Errores.h"
@@ -268,12 +269,13 @@ void CEscenaDEM::ColoreaFila(Banda& banda, std::int64_t fila, std::vector<Color>
     std::vector<float> copia;
     const float* alturas = banda.f == 1 ? FilaAlturas(static_cast<int>(fila * banda.x), copia) : nullptr;
     const double origenZ = m_pDEM->GetSemilla().GetZ();
+    CTintaAlturas tinta(m_Data.m_GamaColor.Paradas());
     for (std::int64_t j = banda.Primera(); j <= banda.Ultima(); ++j) {
         const std::int32_t i = mapa.Indice(j);
         if (i == -1) continue;
         const float h = alturas != nullptr ? static_cast<float>(alturas[j * banda.x] - origenZ)
                                            : m_Alturas[static_cast<std::size_t>(i / 3)];
-        colores[static_cast<std::size_t>(j)] = ColorAltura(h);
+        colores[static_cast<std::size_t>(j)] = ColorAltura(h, tinta);
     }
 }
 
