@@ -4,7 +4,13 @@
 // list. Floor and scene take turns within one measurement, since a machine's speed changes while it works; of each the
 // best turn counts, and `ratio` is what both come to.
 
+#include "terrain/CEscenaDEM.h"
+#include "platform/CBitmap.h"
+#include "platform/CDC.h"
+
 #include <benchmark/benchmark.h>
+#include <malloc.h>
+#include <time.h>
 
 #include <algorithm>
 #include <cmath>
@@ -12,13 +18,6 @@
 #include <limits>
 #include <new>
 #include <vector>
-
-#include "platform/CBitmap.h"
-#include "platform/CDC.h"
-#include "terrain/CEscenaDEM.h"
-
-#include <malloc.h>
-#include <time.h>
 
 // ---- Memory that the library holds now, and the most that it held --------------------------------------------------
 

@@ -1,11 +1,11 @@
 #include "Informacion.h"
 
-#include <cstdio>
-#include <string>
-
 #include "platform/Conversiones.h"
 #include "platform/DiagnosticoGL.h"
 #include "platform/Numeros.h"
+
+#include <cstdio>
+#include <string>
 
 namespace {
 

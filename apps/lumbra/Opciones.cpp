@@ -1,6 +1,10 @@
 #include "Opciones.h"
 
+#include "model/CDataGamaColor.h"
+#include "platform/Conversiones.h"
+
 #include <CLI/CLI.hpp>
+
 #include <charconv>
 #include <cmath>
 #include <initializer_list>
@@ -8,9 +12,6 @@
 #include <string_view>
 #include <utility>
 #include <vector>
-
-#include "model/CDataGamaColor.h"
-#include "platform/Conversiones.h"
 
 namespace {
 

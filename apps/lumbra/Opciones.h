@@ -1,10 +1,10 @@
 #pragma once
 // What the user asks for on the command line.
 
+#include "Vista.h"
+
 #include <optional>
 #include <string>
-
-#include "Vista.h"
 
 enum class Tarea { kDibuja, kCuenta, kNada };  // kNada: help or version was asked for, and given
 

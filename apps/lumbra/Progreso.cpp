@@ -1,11 +1,11 @@
 #include "Progreso.h"
 
+#include "platform/Conversiones.h"
+
 #include <unistd.h>
 
 #include <cstdint>
 #include <cstdio>
-
-#include "platform/Conversiones.h"
 
 Progreso::Progreso() : CWinApp(L"lumbra"), m_bTerminal(isatty(STDERR_FILENO) == 1) {}
 

@@ -1,18 +1,18 @@
 #include "Vista.h"
 
+#include "terrain/CEscenaDEM.h"
+#include "platform/CBitmap.h"
+#include "platform/CDC.h"
+#include "platform/Contextos.h"
+#include "platform/Conversiones.h"
+#include "platform/DiagnosticoGL.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
 #include <numbers>
 #include <stdexcept>
 #include <vector>
-
-#include "platform/CBitmap.h"
-#include "platform/CDC.h"
-#include "platform/Contextos.h"
-#include "platform/Conversiones.h"
-#include "platform/DiagnosticoGL.h"
-#include "terrain/CEscenaDEM.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
 #pragma once
 // A picture of an elevation grid, taken without a window.
 
-#include <optional>
-#include <string>
-
 #include "Png.h"
 #include "model/CDEM.h"
+
+#include <optional>
+#include <string>
 
 /// What a user can ask of a picture. Angles are in degrees, colours RGB with red in the low byte.
 struct OpcionesVista {

@@ -1,11 +1,5 @@
 // lumbra: draws elevation grids and tells about them, from the command line.
 
-#include <cstdio>
-#include <exception>
-#include <new>
-#include <stdexcept>
-#include <string>
-
 #include "Informacion.h"
 #include "Opciones.h"
 #include "Png.h"
@@ -13,6 +7,12 @@
 #include "Vista.h"
 #include "io/LeeDEM.h"
 #include "platform/Conversiones.h"
+
+#include <cstdio>
+#include <exception>
+#include <new>
+#include <stdexcept>
+#include <string>
 
 namespace {
 

@@ -2,12 +2,12 @@
 //
 //     minimal_scene [tent.ppm]
 
-#include <cstdio>
-#include <vector>
-
 #include "frame/CGL.h"
 #include "platform/CBitmap.h"
 #include "platform/CDC.h"
+
+#include <cstdio>
+#include <vector>
 
 using Punto = Vertiz::CCoor3D<double>;
 

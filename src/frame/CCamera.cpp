@@ -1,12 +1,13 @@
 #include "frame/CCamera.h"
 
+#include "frame/Angulos.h"
+#include "model/CMatrizCuadrada.h"
+#include "platform/OpenGL.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <numbers>
-
-#include "model/CMatrizCuadrada.h"
-#include "platform/OpenGL.h"
 
 namespace {
 
@@ -14,13 +15,6 @@ using Punto = CCamera::Punto;
 using Vertiz::CMatrizCuadrada;
 
 constexpr double kPi = std::numbers::pi;
-
-double ARadianes(double grados) {
-    return grados * kPi / 180.0;
-}
-double AGrados(double radianes) {
-    return radianes * 180.0 / kPi;
-}
 
 Punto Unitario(Punto v) {
     v.Normaliza();

@@ -1,12 +1,12 @@
 #pragma once
 // The view settings of a scene: what a user can set about how it looks, and how fast it moves.
 
-#include <vector>
-
 #include "model/CDataGamaColor.h"
 #include "model/CInfoClasificacion.h"
 #include "platform/CString.h"
 #include "platform/Exporta.h"
+
+#include <vector>
 
 /// How the points of a cloud are coloured.
 enum ColoresNubeLiDAR {

@@ -22,8 +22,8 @@ unsigned NumeroProcesadores() {
 
 /// One flag for each kind of error at the most; with a lost context the errors never end.
 void OlvidaErroresGL() {
-    constexpr int MAX_ERRORES = 16;
-    for (int i = 0; i < MAX_ERRORES && HayErrorGL(); ++i) {
+    constexpr int kMaxErrores = 16;
+    for (int i = 0; i < kMaxErrores && HayErrorGL(); ++i) {
     }
 }
 
@@ -43,7 +43,7 @@ CGL::CGL()
     : m_LineaNueva(CString(L"nuevo")),
       m_LineaNuevaTerreno(CString(L"nuevo")),
       m_MarcasGL(CString(L"nuevo")),
-      m_pBufferProfundidad(std::make_unique<float[]>(LADO_PROFUNDIDAD * LADO_PROFUNDIDAD)),
+      m_pBufferProfundidad(std::make_unique<float[]>(kLadoProfundidad * kLadoProfundidad)),
       m_nHRCShared(NumeroProcesadores()),
       m_PuntosCamara(CString(L"nuevo")),
       m_PuntosCamaraGL(CString(L"nuevo")),
@@ -202,8 +202,8 @@ void CGL::BorraListas() {
     BorraLista(m_nListaPuntosMarcasTerreno);
     BorraLista(m_nListaMarcas, static_cast<GLsizei>(m_Marcas.size()));
     if (m_bFuentes) {
-        BorraLista(m_nListaFuentes, N_GLIFOS);
-        BorraLista(m_nListaFuentesSeleccion, N_GLIFOS);
+        BorraLista(m_nListaFuentes, kGlifos);
+        BorraLista(m_nListaFuentesSeleccion, kGlifos);
     }
     for (GLuint* lista : {&m_nListaLineaNueva, &m_nListaCielo, &m_nListaEjes, &m_nListaCamara,
                           &m_nListaCamaraPanoramica, &m_nListaReserva, &m_nListaLimites, &m_nListaMedidas}) {
@@ -226,7 +226,7 @@ int CGL::Iniciar() {
     if (!MakeCurrent(nullptr)) return 0;
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &m_nMaxTexDim);
     if (HayErrorGL()) return 0;
-    m_nMaxTexDim = std::min(m_nMaxTexDim, MAX_LADO_TEXTURA);
+    m_nMaxTexDim = std::min(m_nMaxTexDim, kMaxLadoTextura);
 
     const int r = OnIniciar() && OnIniciarReferencia(-1) && OnIniciarVinculos() && OnIniciarEjes() &&
                   OnIniciarCamara() && OnIniciarCamaraPanoramica() && OnIniciarPuntosCamara() && OnIniciarLineaNueva(0);

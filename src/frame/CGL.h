@@ -45,10 +45,6 @@
 // with a shared context and for TerrenoAGL, which workers call too. No operation throws, except for a failed
 // allocation.
 
-#include <array>
-#include <memory>
-#include <vector>
-
 #include "frame/CCamera.h"
 #include "frame/CGLAjustes.h"
 #include "model/CCoor.h"
@@ -67,6 +63,10 @@
 #include "platform/Contextos.h"
 #include "platform/Exporta.h"
 #include "platform/OpenGL.h"
+
+#include <array>
+#include <memory>
+#include <vector>
 
 class CDC;
 class CWnd;
@@ -557,10 +557,10 @@ class LUMBRA_API CGL : public CGLAjustes {
     int GetMaxTexDim() const { return m_nMaxTexDim; }
 
   protected:
-    static constexpr unsigned N_GLIFOS = 1024;         ///< glyph lists of a font block, for UTF-16 codes from 0
-    static constexpr int MAX_LADO_TEXTURA = 1024;      ///< however much the hardware offers
-    static constexpr int LADO_PROFUNDIDAD = 1024;      ///< side of the depth block, in pixels
-    static constexpr double COTA_SIN_TERRENO = -9989;  ///< a height of this or below belongs to a photograph
+    static constexpr unsigned kGlifos = 1024;         ///< glyph lists of a font block, for UTF-16 codes from 0
+    static constexpr int kMaxLadoTextura = 1024;      ///< however much the hardware offers
+    static constexpr int kLadoProfundidad = 1024;     ///< side of the depth block, in pixels
+    static constexpr double kCotaSinTerreno = -9989;  ///< a height of this or below belongs to a photograph
 
     /// The colour that glColorTintaHipsometrica sets, channels from 0 to 1.
     std::array<float, 3> TintaHipsometrica(double z, bool bInterpolar, double sombra) const;
@@ -668,7 +668,7 @@ class LUMBRA_API CGL : public CGLAjustes {
     std::vector<CGL*> m_Referencias;  ///< owned, together with the copies of this scene
     std::vector<CGL*> m_Vinculos;
     bool m_bIniciarMalla = true;
-    GLuint m_nListaFuentes = 0;  ///< first of N_GLIFOS lists
+    GLuint m_nListaFuentes = 0;  ///< first of kGlifos lists
     GLuint m_nListaFuentesSeleccion = 0;
     float m_fEscalaFuente = 1.0F;           ///< tallest glyph over 1.2
     int m_bFuentes = 0;                     ///< glyph lists are built only when non-zero
@@ -716,6 +716,9 @@ class LUMBRA_API CGL : public CGLAjustes {
     void DestruirHRCShared();
 
     // CGLCoordenadas.cpp
+    void CajaAGL(double X, double Y, double Z, double& x, double& y, double& z) const;
+    bool TerrenoAGLConImagen(const Vertiz::CCoor3D<double>& p, double& x, double& y, double& z, double escala,
+                             bool bSinLimite) const;
     struct ProfundidadFondo;
     int ProyectaOrto(int& cx, int& cy, const double* vieja);
     ProfundidadFondo MideFondo(const MatricesGL& matrices) const;
@@ -795,3 +798,21 @@ class LUMBRA_API CGL : public CGLAjustes {
     std::weak_ptr<const char> m_pPrestamo;
     unsigned m_nPadres = 0;
 };
+
+/// A local terrain point in the GL box of the extents.
+inline void CGL::CajaAGL(double X, double Y, double Z, double& x, double& y, double& z) const {
+    const Vertiz::CCoor3D<double>& o = m_Maximas.Minima();
+    x = ((X - o.x) - m_dRangoX * 0.5) * m_dFactor;
+    y = ((Z - o.z) - m_dRangoZ * 0.5) * m_dFactor * m_fExageracionVertical;
+    z = -((Y - o.y) - m_dRangoY * 0.5) * m_dFactor;
+}
+
+// Inline, since every vertex of every model goes through here, and nearly all of them where no image takes part.
+inline bool CGL::TerrenoAGL(const Vertiz::CCoor3D<double>& p, double& x, double& y, double& z, double escala,
+                            bool bSinLimite) const {
+    if (m_nTipoImagenFondo != 0 || m_bEsReferencia != 0 ||
+        m_DataTransformacion.GetTipo() == Vertiz::CDataTransformacion::ESFERICA)
+        return TerrenoAGLConImagen(p, x, y, z, escala, bSinLimite);
+    CajaAGL(p.x * escala, p.y * escala, p.z * escala, x, y, z);
+    return true;
+}

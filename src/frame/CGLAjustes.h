@@ -1,11 +1,11 @@
 #pragma once
 // The settings part of a scene: the record that says how it looks, and one-line accessors to each of its fields.
 
-#include <vector>
-
 #include "frame/CDataGL.h"
 #include "platform/CString.h"
 #include "platform/Exporta.h"
+
+#include <vector>
 
 /// What a scene shows and how: see CDataGL for meaning and range of each setting. Colours are RGB integers with red in
 /// the low byte. A setting that shapes the lists takes effect at the next Iniciar.

@@ -1,15 +1,16 @@
 // The sky: a background colour, or an image on a sphere round the viewer.
 
-#include <algorithm>
-#include <vector>
-
 #include "frame/CGL.h"
+#include "frame/ColorGL.h"
 #include "frame/Cuadrica.h"
 #include "frame/ListaGL.h"
 #include "frame/MaterialGL.h"
+#include "raster/IRaster.h"
 #include "platform/CFile.h"
 #include "platform/CStdioFile.h"
-#include "raster/IRaster.h"
+
+#include <algorithm>
+#include <vector>
 
 namespace {
 
@@ -100,8 +101,7 @@ int CGL::OnIniciarCielo() {
     if (conImagen) {
         CompilaEsferaCielo();
     } else {
-        const auto fondo = static_cast<COLORREF>(m_Data.m_nColorFondo);
-        glColor3f(GetRValue(fondo) / 255.0F, GetGValue(fondo) / 255.0F, GetBValue(fondo) / 255.0F);
+        FijaColorGL(m_Data.m_nColorFondo);
     }
     glEndList();
     return HayErrorGL() ? 0 : 1;

@@ -2,7 +2,6 @@
 // parting from them.
 
 #include "frame/CGL.h"
-
 #include "platform/CBitmap.h"
 #include "platform/CDC.h"
 #include "platform/CWnd.h"
@@ -32,11 +31,11 @@ int BitsPorPixel(const CDC& dc) {
 
 /// A worker may be about to leave the context: it is asked for again for a tenth of a second.
 bool ActivaConPaciencia(HDC hdc, HGLRC contexto) {
-    constexpr int INTENTOS = 10;
-    constexpr DWORD PAUSA_MS = 10;
-    for (int i = 0; i < INTENTOS; ++i) {
+    constexpr int kIntentos = 10;
+    constexpr DWORD kPausaMs = 10;
+    for (int i = 0; i < kIntentos; ++i) {
         if (wglMakeCurrent(hdc, contexto)) return true;
-        Sleep(PAUSA_MS);
+        Sleep(kPausaMs);
     }
     return false;
 }
@@ -129,7 +128,7 @@ int CGL::SetMaxSizeTextura() {
     if (!MakeCurrent(nullptr)) return 0;
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &m_nMaxTexDim);
     if (HayErrorGL()) return 0;
-    m_nMaxTexDim = std::min(m_nMaxTexDim, MAX_LADO_TEXTURA);
+    m_nMaxTexDim = std::min(m_nMaxTexDim, kMaxLadoTextura);
     return wglMakeCurrent(nullptr, nullptr);
 }
 

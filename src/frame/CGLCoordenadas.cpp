@@ -1,14 +1,14 @@
 // The coordinate chain: terrain units to GL space and back, GL space to pixels and back, the projection, and the
 // extents that the GL space is built on. Scale and exaggeration reach the vertices here alone, in TerrenoAGL.
 
-#include <algorithm>
-#include <cmath>
-#include <span>
-
 #include "frame/CGL.h"
 #include "frame/EsquinasCaja.h"
 #include "frame/MatricesGL.h"
 #include "model/CMatrizCuadrada.h"
+
+#include <algorithm>
+#include <cmath>
+#include <span>
 
 using Vertiz::CCoor3D;
 using Vertiz::CMatrizCuadrada;
@@ -75,7 +75,9 @@ void CGL::SetExageracionVertical(float e) {
     m_dFactor = mayor == 0.0 ? 1.0F : static_cast<float>(1.0 / mayor);
 }
 
-bool CGL::TerrenoAGL(const CCoor3D<double>& p, double& x, double& y, double& z, double escala, bool bSinLimite) const {
+// TerrenoAGL where an image may take part.
+bool CGL::TerrenoAGLConImagen(const CCoor3D<double>& p, double& x, double& y, double& z, double escala,
+                              bool bSinLimite) const {
     const int fondo = m_nTipoImagenFondo;
     const bool hijo = m_bEsReferencia != 0;
     const bool esferica = m_DataTransformacion.GetTipo() == kEsferica;
@@ -95,10 +97,7 @@ bool CGL::TerrenoAGL(const CCoor3D<double>& p, double& x, double& y, double& z, 
         if (sobreOrto && m_Maximas.Minima().z >= q.z) q.z += 1.0;
     }
     if (!esferica) {
-        const CCoor3D<double>& o = m_Maximas.Minima();
-        x = ((q.x - o.x) - m_dRangoX * 0.5) * m_dFactor;
-        y = ((q.z - o.z) - m_dRangoZ * 0.5) * m_dFactor * m_fExageracionVertical;
-        z = -((q.y - o.y) - m_dRangoY * 0.5) * m_dFactor;
+        CajaAGL(q.x, q.y, q.z, x, y, z);
         return true;
     }
     const Vertiz::CDataSemilla& semilla = DameSemilla();
@@ -272,10 +271,10 @@ CGL::ProfundidadFondo CGL::MideFondo(const MatricesGL& matrices) const {
 // Reads the depth block round a window point. Cells outside the window count as empty; a block that has no others isn't
 // read at all, since drivers go astray far from the window.
 void CGL::LeeProfundidad(const MatricesGL& matrices, int x, int y) {
-    std::fill_n(m_pBufferProfundidad.get(), LADO_PROFUNDIDAD * LADO_PROFUNDIDAD, 1.0F);
-    const auto fuera = [](int v, int lado) { return v < -LADO_PROFUNDIDAD / 2 || v > lado + LADO_PROFUNDIDAD / 2; };
+    std::fill_n(m_pBufferProfundidad.get(), kLadoProfundidad * kLadoProfundidad, 1.0F);
+    const auto fuera = [](int v, int lado) { return v < -kLadoProfundidad / 2 || v > lado + kLadoProfundidad / 2; };
     if (fuera(x, matrices.viewport[2]) || fuera(y, matrices.viewport[3])) return;
-    glReadPixels(x - LADO_PROFUNDIDAD / 2, y - LADO_PROFUNDIDAD / 2, LADO_PROFUNDIDAD, LADO_PROFUNDIDAD,
+    glReadPixels(x - kLadoProfundidad / 2, y - kLadoProfundidad / 2, kLadoProfundidad, kLadoProfundidad,
                  GL_DEPTH_COMPONENT, GL_FLOAT, m_pBufferProfundidad.get());
 }
 
@@ -284,8 +283,8 @@ void CGL::LeeProfundidad(const MatricesGL& matrices, int x, int y) {
 bool CGL::BuscaPixel(const ProfundidadFondo& fondo, float& z, int& i, int& j) const {
     const float inicial = z;
     bool hallado = false;
-    Espiral(LADO_PROFUNDIDAD, [&](int columna, int fila) {
-        const float v = m_pBufferProfundidad[static_cast<std::size_t>(fila) * LADO_PROFUNDIDAD + columna];
+    Espiral(kLadoProfundidad, [&](int columna, int fila) {
+        const float v = m_pBufferProfundidad[static_cast<std::size_t>(fila) * kLadoProfundidad + columna];
         if (std::abs(v) >= 1.0F) return false;
         if (std::abs(z - inicial) <= 1e-7F) z = v;
         if (m_nTipoImagenFondo == 0)
@@ -319,15 +318,15 @@ int CGL::PantallaATerreno(const CPoint& pt, CCoor3D<double>& c, bool bGL, bool b
     if (!matrices.Lee()) return 0;
     int x = std::clamp<int>(pt.x, -kPixelLejano, kPixelLejano);
     int y = matrices.viewport[3] - std::clamp<int>(pt.y, -kPixelLejano, kPixelLejano);
-    int i = LADO_PROFUNDIDAD / 2, j = LADO_PROFUNDIDAD / 2;
+    int i = kLadoProfundidad / 2, j = kLadoProfundidad / 2;
     const ProfundidadFondo fondo = MideFondo(matrices);
     LeeProfundidad(matrices, x, y);
     bool hallado = true;
     if (!HayErrorGL()) {
         float z = 1.0F - m_fPlanoCerca;
         if (BuscaPixel(fondo, z, i, j) && bPixelHallado) {
-            x += i - LADO_PROFUNDIDAD / 2;
-            y += j - LADO_PROFUNDIDAD / 2;
+            x += i - kLadoProfundidad / 2;
+            y += j - kLadoProfundidad / 2;
         }
         if (!matrices.Desproyecta(x, y, z, c)) return 0;
     } else if (!ProyectaPixel(matrices, x, y, c, hallado)) {
@@ -338,7 +337,7 @@ int CGL::PantallaATerreno(const CPoint& pt, CCoor3D<double>& c, bool bGL, bool b
     if (bGL) return hallado;
     if (bBuscarPunto) {
         CCoor3D<double> vertice;
-        if (OnBuscaPunto(pt.x + (i - LADO_PROFUNDIDAD / 2), pt.y + (LADO_PROFUNDIDAD / 2 - j), vertice, 0) != 0)
+        if (OnBuscaPunto(pt.x + (i - kLadoProfundidad / 2), pt.y + (kLadoProfundidad / 2 - j), vertice, 0) != 0)
             c.y = ((vertice.z - m_Maximas.Minima().z) - m_dRangoZ * 0.5) * m_dFactor * m_fExageracionVertical;
     }
     GLATerreno(c, c.x, c.y, c.z, 1.0);

@@ -2,7 +2,6 @@
 // of the picture, the glyph lists.
 
 #include "frame/CGL.h"
-
 #include "platform/CDC.h"
 
 #include <cstddef>
@@ -11,7 +10,7 @@
 
 namespace {
 
-constexpr int N_ENTRADAS = 256;
+constexpr int kEntradas = 256;
 
 /// 3 bits of red, 3 of green, 2 of blue: the format in which the system's own colours have a place.
 bool Es332(const PIXELFORMATDESCRIPTOR& d) {
@@ -53,10 +52,10 @@ int CGL::CreatePalette() {
     if (!NecesitaPaleta(d)) return 0;
 
     // A record with room for its entries behind the one that it declares.
-    std::vector<std::byte> memoria(sizeof(LOGPALETTE) + (N_ENTRADAS - 1) * sizeof(PALETTEENTRY));
+    std::vector<std::byte> memoria(sizeof(LOGPALETTE) + (kEntradas - 1) * sizeof(PALETTEENTRY));
     LOGPALETTE* registro = new (memoria.data()) LOGPALETTE{};
     registro->palVersion = 0x0A00;
-    registro->palNumEntries = N_ENTRADAS;
+    registro->palNumEntries = kEntradas;
     if (d.iPixelType == PFD_TYPE_RGBA) {
         LlenaPaleta(d, registro->palPalEntry);
     } else {
@@ -79,7 +78,7 @@ bool CGL::NecesitaPaleta(const PIXELFORMATDESCRIPTOR& d) const {
 
 /// @param entradas room for 256
 void CGL::LlenaPaleta(const PIXELFORMATDESCRIPTOR& d, PALETTEENTRY* entradas) {
-    const int n = d.cColorBits < 8 ? 1 << d.cColorBits : N_ENTRADAS;
+    const int n = d.cColorBits < 8 ? 1 << d.cColorBits : kEntradas;
     for (int i = 0; i < n; ++i) {
         entradas[i] = {ComponentFromIndex(i, d.cRedBits, d.cRedShift),
                        ComponentFromIndex(i, d.cGreenBits, d.cGreenShift),

@@ -5,10 +5,10 @@
 // followed without drawing the scene again. The list holds the same drawing for Render to call on each new frame.
 
 #include "frame/CGL.h"
-
 #include "frame/EntradaPublica.h"
 #include "frame/ListaGL.h"
 #include "frame/MatricesGL.h"
+#include "frame/TrazoGL.h"
 
 #include <algorithm>
 
@@ -17,7 +17,7 @@ using Vertiz::CLinea;
 
 namespace {
 
-constexpr GLfloat GROSOR_MINIMO = 3.0F;
+constexpr GLfloat kGrosorMinimo = 3.0F;
 
 /// What drawing in XOR changes in OpenGL, to be put back afterwards. Not by a destructor: an error leaves it as it is.
 struct EstadoXor {
@@ -48,16 +48,6 @@ void TerminaXor(const EstadoXor& estado) {
     if (estado.bProfundidad) glEnable(GL_DEPTH_TEST);
     glDepthFunc(static_cast<GLenum>(estado.nProfundidad));
     glLogicOp(static_cast<GLenum>(estado.nLogica));
-}
-
-void PonTrama(int estilo) {
-    if (estilo == 0) {
-        glDisable(GL_LINE_STIPPLE);
-        return;
-    }
-    constexpr GLushort TRAMAS[] = {0x00FF, 0x0101, 0x1C47, 0x3927};
-    glEnable(GL_LINE_STIPPLE);
-    if (estilo >= 1 && estilo <= 4) glLineStipple(1, TRAMAS[estilo - 1]);
 }
 
 void CambiaUltimo(CLinea<double>& linea, const CCoor3D<double>& p) {
@@ -96,19 +86,17 @@ int CGL::OnIniciarLineaNueva(int bDirecto) {
 int CGL::EstiloLineaNueva() const {
     if (m_nTipoLineaNueva == 1) {
         glDisable(GL_LINE_STIPPLE);
-        glLineWidth(GROSOR_MINIMO);
+        glLineWidth(kGrosorMinimo);
         glColor3f(1.0F, 1.0F, 0.0F);
         return 1;
     }
-    Vertiz::CElementoDigiTab elemento(Vertiz::CTipoEntidad::Linea, L"nuevo", 70, 70, 70, 0.0F, 0, L"", 1);
+    Vertiz::CElementoDigiTab elemento = ElementoPorDefecto(L"nuevo");
     m_pDigiTab->GetElemento(m_LineaNueva, elemento);
-    COLORREF color = elemento.GetColor();
-    ContrastaColor(color, static_cast<COLORREF>(m_Data.m_nColorFondo));
-    glColor3f(GetRValue(color) / 255.0F, GetGValue(color) / 255.0F, GetBValue(color) / 255.0F);
+    FijaColorTrazo(elemento, m_Data.m_nColorFondo);
     if (HayErrorGL()) return 0;
-    glLineWidth(std::max(GROSOR_MINIMO, elemento.GetGrosor()));
+    glLineWidth(std::max(kGrosorMinimo, elemento.GetGrosor()));
     if (HayErrorGL()) return 0;
-    PonTrama(elemento.GetEstilo());
+    FijaEstiloTrazo(elemento.GetEstilo());
     return 1;
 }
 

@@ -2,15 +2,16 @@
 // mark at a height of -9989.0 or below is one on a photograph, at -9989.0 or above one on the terrain; exactly there it
 // is both.
 
+#include "frame/CGL.h"
+#include "frame/ColorGL.h"
+#include "frame/EntradaPublica.h"
+#include "frame/ListaGL.h"
+#include "platform/Conversiones.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
 #include <string>
-
-#include "frame/CGL.h"
-#include "frame/EntradaPublica.h"
-#include "frame/ListaGL.h"
-#include "platform/Conversiones.h"
 
 using Vertiz::CCoor3D;
 using Vertiz::CTexto;
@@ -27,18 +28,18 @@ bool TieneLugar(const CCoor3D<double>& p) {
 }  // namespace
 
 bool CGL::EsMarcaFoto(unsigned i) const {
-    return m_Marcas[i].Punto(0).z <= COTA_SIN_TERRENO;
+    return m_Marcas[i].Punto(0).z <= kCotaSinTerreno;
 }
 
 bool CGL::EsMarcaTerreno(unsigned i) const {
-    return m_Marcas[i].Punto(0).z >= COTA_SIN_TERRENO;
+    return m_Marcas[i].Punto(0).z >= kCotaSinTerreno;
 }
 
 // White, unless the background is.
 void CGL::ColorMarcas() const {
     COLORREF color = RGB(255, 255, 255);
     ContrastaColor(color, static_cast<COLORREF>(m_Data.m_nColorFondo));
-    glColor3f(GetRValue(color) / 255.0F, GetGValue(color) / 255.0F, GetBValue(color) / 255.0F);
+    FijaColorGL(static_cast<int>(color));
 }
 
 void CGL::BorraListasMarcas() {
@@ -85,7 +86,7 @@ int CGL::CompilaMarca(unsigned i) {
     // Without fonts the codes would call whatever other lists have these numbers.
     if (m_nListaFuentes != 0) {
         std::u16string texto = AUtf16(marca.Texto().GetString());
-        std::erase_if(texto, [](char16_t c) { return c >= N_GLIFOS; });
+        std::erase_if(texto, [](char16_t c) { return c >= kGlifos; });
         glCallLists(static_cast<GLsizei>(texto.size()), GL_UNSIGNED_SHORT, texto.data());
         if (HayErrorGL()) return 0;
     }

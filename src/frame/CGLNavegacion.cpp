@@ -2,24 +2,20 @@
 // host renders afterwards. In perspective a zoom moves the camera; in orthographic and spherical views it multiplies
 // the projection, and a spherical view never pans, since its eye is the sphere's centre.
 
-#include <algorithm>
-#include <cmath>
-#include <limits>
-#include <numbers>
-
+#include "frame/Angulos.h"
 #include "frame/CGL.h"
 #include "frame/Cuadrica.h"
 #include "frame/EsquinasCaja.h"
 #include "frame/MatricesGL.h"
 
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
 using Vertiz::CCoor3D;
 using Vertiz::CMaximas;
 
 namespace {
-
-double ARadianes(double grados) {
-    return grados * std::numbers::pi / 180.0;
-}
 
 // The step of a zoom from what was asked for: the speed of the settings stands for 0.
 double PasoZoom(double paso, double velocidad) {

@@ -2,7 +2,6 @@
 // the generic selection, which walks the children and feeds the recorded points and the sketch.
 
 #include "frame/CGL.h"
-
 #include "frame/EntradaPublica.h"
 
 #include <algorithm>

@@ -1,14 +1,15 @@
 // What is drawn round a scene's model: axes, camera models, light and material, and the colour of a height. The sky is
 // in CGLCielo.cpp, marks and measures in CGLMarcas.cpp.
 
-#include <algorithm>
-#include <cmath>
-
 #include "frame/CGL.h"
+#include "frame/ColorGL.h"
 #include "frame/Cuadrica.h"
 #include "frame/ListaGL.h"
 #include "frame/MaterialGL.h"
 #include "frame/MatricesGL.h"
+
+#include <algorithm>
+#include <cmath>
 
 using Vertiz::CCoor3D;
 
@@ -283,8 +284,7 @@ int CGL::SetMaterial() {
 
 int CGL::SetBkColor() {
     if (!MakeCurrent(nullptr)) return 0;
-    const auto fondo = static_cast<COLORREF>(m_Data.m_nColorFondo);
-    glClearColor(GetRValue(fondo) / 255.0F, GetGValue(fondo) / 255.0F, GetBValue(fondo) / 255.0F, 0.0F);
+    FijaColorFondoGL(m_Data.m_nColorFondo);
     if (HayErrorGL()) return 0;
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     if (HayErrorGL()) return 0;

@@ -1,5 +1,5 @@
 #pragma once
-// A GLU quadric that goes with its block.
+// Internal. A GLU quadric that goes with its block.
 
 #include "platform/OpenGL.h"
 

@@ -1,9 +1,9 @@
 #pragma once
-// The corners of a box of real coordinates.
-
-#include <array>
+// Internal. The corners of a box of real coordinates.
 
 #include "model/CMaximas.h"
+
+#include <array>
 
 /// All eight: heights first, then west to east, then south to north.
 inline std::array<Vertiz::CCoor3D<double>, 8> EsquinasCaja(const Vertiz::CMaximas<double>& m) {

@@ -1,5 +1,5 @@
 #pragma once
-// Display lists kept in a field: 0 means none.
+// Internal. Display lists kept in a field: 0 means none.
 
 #include "platform/OpenGL.h"
 

@@ -1,5 +1,5 @@
 #pragma once
-// The dark material of what is not lit.
+// Internal. The dark material of what is not lit.
 
 #include "platform/OpenGL.h"
 

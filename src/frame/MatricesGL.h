@@ -1,5 +1,5 @@
 #pragma once
-// The viewport and the two matrices of the current context, and the projections through them.
+// Internal. The viewport and the two matrices of the current context, and the projections through them.
 
 #include "model/CCoor.h"
 #include "platform/OpenGL.h"

@@ -4,9 +4,9 @@
 
 #include "terrain/CEscenaDEM.h"
 
+#include "frame/ColorGL.h"
 #include "frame/ListaGL.h"
 #include "model/IPorcentaje.h"
-#include "terrain/ColorGL.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,13 +1,13 @@
 #pragma once
 // The scene of a regular elevation grid.
 
+#include "terrain/CEscenaMDT.h"
+#include "model/CDEM.h"
+
 #include <array>
 #include <cstdint>
 #include <span>
 #include <vector>
-
-#include "model/CDEM.h"
-#include "terrain/CEscenaMDT.h"
 
 /// Shows a digital elevation model, in either of its forms: a matrix of heights, or a list of cells.
 ///

@@ -2,9 +2,8 @@
 // the floor in that plane. Walls stand on the samples that the mesh shows, so both ask for the same step.
 
 #include "terrain/CEscenaDEM.h"
-
+#include "frame/ColorGL.h"
 #include "frame/ListaGL.h"
-#include "terrain/ColorGL.h"
 
 #include <algorithm>
 

@@ -3,7 +3,6 @@
 // placed once in a vertex array, and then the cells are walked, sending elements of that array.
 
 #include "terrain/CEscenaDEM.h"
-
 #include "frame/ListaGL.h"
 #include "model/IPorcentaje.h"
 #include "platform/Errores.h"

@@ -1,11 +1,11 @@
 #include "terrain/CEscenaMDT.h"
 
-#include <array>
-
 #include "frame/ListaGL.h"
 #include "frame/MaterialGL.h"
+#include "frame/TrazoGL.h"
 #include "model/CElementoDigiTab.h"
-#include "terrain/ColorGL.h"
+
+#include <array>
 
 using Vertiz::CCoor3D;
 using Vertiz::CDibujo;
@@ -16,29 +16,10 @@ using Vertiz::CTipoEntidad;
 
 namespace {
 
-// What is drawn when no table knows a code: dark grey lines of one pixel.
-CElementoDigiTab ElementoPorDefecto(const wchar_t* codigo) {
-    return CElementoDigiTab(CTipoEntidad::Linea, codigo, 70, 70, 70, 0.0F, 0, CString(), 1);
-}
-
-// Colour, moved away from the background, and width of an element.
+// Colour and width of an element.
 void FijaTrazo(const CElementoDigiTab& elemento, int nColorFondo) {
-    COLORREF color = elemento.GetColor();
-    ContrastaColor(color, static_cast<COLORREF>(nColorFondo));
-    const std::array<float, 3> canales = ColorGL(static_cast<int>(color));
-    glColor3f(canales[0], canales[1], canales[2]);
+    FijaColorTrazo(elemento, nColorFondo);
     glLineWidth(elemento.GetGrosor() > 0.0F ? elemento.GetGrosor() : 1.0F);
-}
-
-// Styles of line; one that is not known keeps the pattern used before.
-void FijaEstilo(int nEstilo) {
-    constexpr GLushort kPatrones[] = {0x00FF, 0x0101, 0x1C47, 0x3927};
-    if (nEstilo == 0) {
-        glDisable(GL_LINE_STIPPLE);
-        return;
-    }
-    glEnable(GL_LINE_STIPPLE);
-    if (nEstilo >= 1 && nEstilo <= 4) glLineStipple(1, kPatrones[nEstilo - 1]);
 }
 
 }  // namespace
@@ -177,7 +158,7 @@ int CEscenaMDT::DibujarRupturas(const CDibujo<int>& dibujo, const CMaximas<doubl
         m_pDigiTab->GetElemento(entidad, elemento);
         FijaTrazo(elemento, m_Data.m_nColorFondo);
         if (HayErrorGL()) break;
-        FijaEstilo(elemento.GetEstilo());
+        FijaEstiloTrazo(elemento.GetEstilo());
         CompilaLinea(LineaLocal(entidad, dibujo.Precision()), maximas);
     }
     if (!CierraLista(true)) return 0;
@@ -201,8 +182,7 @@ int CEscenaMDT::SetVariablesVisualizacion() {
         glEnable(GL_COLOR_MATERIAL);
         if (HayErrorGL()) return 0;
     }
-    const std::array<float, 3> fondo = ColorGL(m_Data.m_nColorFondo);
-    glClearColor(fondo[0], fondo[1], fondo[2], 0.0F);
+    FijaColorFondoGL(m_Data.m_nColorFondo);
     if (HayErrorGL()) return 0;
     glPolygonMode(GL_FRONT_AND_BACK, m_nTipo == 3 || GetTipoColorMDT() != 0 ? GL_FILL : GL_LINE);
     return HayErrorGL() ? 0 : 1;

@@ -1,8 +1,8 @@
 // The sky's list, and the reading of its image.
 
 #include "EscenaVista.h"
-#include "platform/CStdioFile.h"
 #include "raster/IRaster.h"
+#include "platform/CStdioFile.h"
 #include "support/RegistroGL.h"
 #include "support/Temporales.h"
 

@@ -1,9 +1,9 @@
 // Palettes of displays with few colours, and the copy of the picture.
 
-#include <array>
-
 #include "EscenaPrueba.h"
 #include "support/RegistroGL.h"
+
+#include <array>
 
 TEST(CGLPaleta, AChannelIsSpreadOverAByte) {
     EscenaPrueba escena;

@@ -2,12 +2,12 @@
 // A scene for the tests of the frame: the smallest there is, with a triangle for a model. It notes the hooks that it is
 // asked for, can be made to fail in one of them, and shows the frame's fields.
 
-#include <string>
-#include <vector>
-
 #include "frame/CGL.h"
 #include "platform/CBitmap.h"
 #include "platform/CDC.h"
+
+#include <string>
+#include <vector>
 
 /// A picture in memory to draw on.
 class Tela {

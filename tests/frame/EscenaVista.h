@@ -1,10 +1,10 @@
 #pragma once
 // A scene whose extents, geometry and answers are set by hand: for the tests of coordinates, navigation and overlays.
 
-#include <array>
-
 #include "EscenaPrueba.h"
 #include "model/CTexto.h"
+
+#include <array>
 
 /// A horizontal square of the model, in terrain units.
 struct Plancha {

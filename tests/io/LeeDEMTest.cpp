@@ -436,7 +436,7 @@ TEST_F(LeeDEMTest, EmptyFileFolderAndOtherFilesAreSaid) {
     EXPECT_THAT(LeeDEM(Nombre(m_Carpeta.Escribe("a.tif", ""))).m_Error.Utf8(), HasSubstr("the file is empty"));
     EXPECT_THAT(LeeDEM(Nombre(m_Carpeta.Escribe("a.txt", "This is no grid.\n"))).m_Error.Utf8(),
                 HasSubstr("not a raster"));
-    EXPECT_THAT(LeeDEM(Nombre(m_Carpeta.Ruta())).m_Error.Utf8(), HasSubstr("not a raster"));
+    EXPECT_THAT(LeeDEM(Nombre(m_Carpeta.Ruta())).m_Error.Utf8(), HasSubstr("a folder"));
     EXPECT_EQ(LeeDEM(CString()).m_nResultado, 0);
 }
 

@@ -73,14 +73,15 @@ class Ventana : public CWnd {
         EXPECT_EQ(d * d, WHEEL_DELTA * WHEEL_DELTA);
         return TRUE;
     }
-    void OnKeyDown(UINT t, UINT, UINT) override { m_Sucesos += "K" + std::to_string(t) + " "; }
-    void OnKeyUp(UINT t, UINT, UINT) override { m_Sucesos += "k" + std::to_string(t) + " "; }
+    void OnKeyDown(UINT t, UINT, UINT) override { ApuntaTecla('K', t); }
+    void OnKeyUp(UINT t, UINT, UINT) override { ApuntaTecla('k', t); }
     void OnClose() override {
         m_Sucesos += "close ";
         CWnd::OnClose();
     }
 
   private:
+    void ApuntaTecla(char que, UINT tecla) { (m_Sucesos += que).append(std::to_string(tecla)).append(" "); }
     void Apunta(char que, UINT f, CPoint p) {
         m_Sucesos += que + std::to_string(f) + "," + std::to_string(p.x) + "," + std::to_string(p.y) + " ";
     }
@@ -323,7 +324,8 @@ class Servidor {
         }
         close(canal[1]);
         char numero[16] = {};
-        if (read(canal[0], numero, sizeof numero - 1) > 0) m_Nombre = ":" + std::to_string(std::atoi(numero));
+        if (read(canal[0], numero, sizeof numero - 1) > 0)
+            m_Nombre = std::string(":").append(std::to_string(std::atoi(numero)));
         close(canal[0]);
     }
     ~Servidor() { Mata(); }

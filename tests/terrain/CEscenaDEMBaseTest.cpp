@@ -1,13 +1,13 @@
 // Walls and floor: where they stand, and that together with the mesh they leave no hole.
 
+#include "EscenaTerreno.h"
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <map>
 #include <random>
 #include <set>
-
-#include "EscenaTerreno.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 // What a terrain looks like: invariants of the picture.
 
-#include <cmath>
-
 #include "EscenaTerreno.h"
+
+#include <cmath>
 
 namespace {
 

@@ -1,10 +1,10 @@
 // The mesh of a regular grid: which samples it takes, and what it sends for them, in which order.
 
+#include "EscenaTerreno.h"
+
 #include <charconv>
 #include <cmath>
 #include <limits>
-
-#include "EscenaTerreno.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
 // What a mesh does when memory runs out: the test program's own allocator refuses blocks of a chosen size.
 
-#include <cstdlib>
-#include <new>
-
 #include "EscenaTerreno.h"
 #include "model/IPorcentaje.h"
 #include "platform/CWinApp.h"
+
+#include <cstdlib>
+#include <new>
 
 namespace {
 

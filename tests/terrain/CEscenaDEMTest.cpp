@@ -1,13 +1,13 @@
 // The grid's scene: the order in which it is built and drawn, its life, and the way to the surface.
 
-#include <algorithm>
-#include <set>
-
 #include "EscenaTerreno.h"
 #include "model/CTexto.h"
 #include "model/IPorcentaje.h"
 #include "platform/CWinApp.h"
 #include "support/Temporales.h"
+
+#include <algorithm>
+#include <set>
 
 namespace {
 

@@ -1,9 +1,9 @@
 // What all terrains share: limits, breaklines, the state that the surface is drawn in, the sky.
 
+#include "EscenaTerreno.h"
+
 #include <algorithm>
 #include <cmath>
-
-#include "EscenaTerreno.h"
 
 namespace {
 

@@ -1,6 +1,13 @@
 #pragma once
 // What the tests of terrains share: a scene that shows its lists, on a picture in memory, built in a host's order.
 
+#include "terrain/CEscenaDEM.h"
+#include "platform/CBitmap.h"
+#include "platform/CDC.h"
+#include "support/Imagen.h"
+#include "support/Modelos.h"
+#include "support/RegistroGL.h"
+
 #include <gtest/gtest.h>
 
 #include <array>
@@ -8,13 +15,6 @@
 #include <memory>
 #include <string>
 #include <vector>
-
-#include "platform/CBitmap.h"
-#include "platform/CDC.h"
-#include "support/Imagen.h"
-#include "support/Modelos.h"
-#include "support/RegistroGL.h"
-#include "terrain/CEscenaDEM.h"
 
 /// The scene under test, with the fields that a deriving scene sees.
 class EscenaTerreno : public CEscenaDEM {
