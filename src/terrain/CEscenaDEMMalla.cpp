@@ -265,6 +265,7 @@ CEscenaDEM::FilaMapa CEscenaDEM::DameFilaMapa(const Banda& banda, std::int64_t f
 // grid, those between samples beside the array.
 void CEscenaDEM::ColoreaFila(Banda& banda, std::int64_t fila, std::vector<Color>& colores) const {
     const FilaMapa mapa = DameFilaMapa(banda, fila);
+    if (mapa.indices.empty()) return;
     colores.resize(static_cast<std::size_t>(banda.colsMapa));
     std::vector<float> copia;
     const float* alturas = banda.f == 1 ? FilaAlturas(static_cast<int>(fila * banda.x), copia) : nullptr;

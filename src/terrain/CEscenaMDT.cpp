@@ -104,26 +104,27 @@ void CEscenaMDT::CompilaCaja(const CMaximas<double>& maximas) const {
     }
 }
 
-// Sends a line of a drawing as a strip, in GL space.
+// Sends a line that starts at the lowest corner of `maximas` as a strip, in GL space. Heights are left as they are.
 void CEscenaMDT::CompilaLinea(const CLinea<double>& linea, const CMaximas<double>& maximas) const {
     const CCoor3D<double>& origen = m_Maximas.Minima();
-    const double a = (maximas.Minima().x - origen.x) * m_dFactor, b = (maximas.Minima().y - origen.y) * m_dFactor,
-                 c = (maximas.Minima().z - origen.z) * m_dFactor;
+    const double a = (maximas.Minima().x - origen.x) * m_dFactor, b = (maximas.Minima().y - origen.y) * m_dFactor;
     glBegin(GL_LINE_STRIP);
     for (unsigned i = 0; i < linea.NPuntos(); ++i) {
         const CCoor3D<double>& p = linea.Punto(static_cast<int>(i));
         double x = p.x * m_dFactor, y = p.y * m_dFactor, z = p.z;
-        TerrenoAPantallaGL(x, y, z, maximas, a, b, c, origen.z);
+        TerrenoAPantallaGL(x, y, z, maximas, a, b, 0.0, origen.z);
         glVertex3f(static_cast<float>(x), static_cast<float>(y), static_cast<float>(-z));
     }
     glEnd();
 }
 
-// A line of a drawing in terrain units, in plan less the scene's offset.
-CLinea<double> CEscenaMDT::LineaLocal(const Vertiz::CEntidadDigi<int>& entidad, double precision) const {
+// A line of a drawing in terrain units, which in plan starts at the lowest corner of `maximas`: in a group that is not
+// the scene's.
+CLinea<double> CEscenaMDT::LineaLocal(const Vertiz::CEntidadDigi<int>& entidad, double precision,
+                                      const CMaximas<double>& maximas) {
     CLinea<double> linea(entidad);
     linea.Escalar(1.0 / precision, 1.0 / precision, 1.0 / precision);
-    linea.Mover(-m_Maximas.Minima().x, -m_Maximas.Minima().y, 0.0);
+    linea.Mover(-maximas.Minima().x, -maximas.Minima().y, 0.0);
     return linea;
 }
 
@@ -135,7 +136,7 @@ int CEscenaMDT::DibujarLimites(const CDibujo<int>& dibujo, const CMaximas<double
     glDisable(GL_LINE_STIPPLE);
     CompilaCaja(maximas);
     for (unsigned i = 0; i < dibujo.Cantidad(); ++i)
-        CompilaLinea(LineaLocal(*dibujo[i], dibujo.Precision()), maximas);
+        CompilaLinea(LineaLocal(*dibujo[i], dibujo.Precision(), maximas), maximas);
     if (!CierraLista(true)) return 0;
     m_bLimitesIniciados = 1;
     return 1;
@@ -159,7 +160,7 @@ int CEscenaMDT::DibujarRupturas(const CDibujo<int>& dibujo, const CMaximas<doubl
         FijaTrazo(elemento, m_Data.m_nColorFondo);
         if (HayErrorGL()) break;
         FijaEstiloTrazo(elemento.GetEstilo());
-        CompilaLinea(LineaLocal(entidad, dibujo.Precision()), maximas);
+        CompilaLinea(LineaLocal(entidad, dibujo.Precision(), maximas), maximas);
     }
     if (!CierraLista(true)) return 0;
     m_bRupturasIniciadas = 1;

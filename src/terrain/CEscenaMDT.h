@@ -64,5 +64,6 @@ class LUMBRA_API CEscenaMDT : public CGL {
     void CopiaCapas(const CEscenaMDT& otra);
     void CompilaCaja(const Vertiz::CMaximas<double>& maximas) const;
     void CompilaLinea(const Vertiz::CLinea<double>& linea, const Vertiz::CMaximas<double>& maximas) const;
-    Vertiz::CLinea<double> LineaLocal(const Vertiz::CEntidadDigi<int>& entidad, double precision) const;
+    static Vertiz::CLinea<double> LineaLocal(const Vertiz::CEntidadDigi<int>& entidad, double precision,
+                                             const Vertiz::CMaximas<double>& maximas);
 };

@@ -233,6 +233,17 @@ TEST(CCamera, MovingTheCameraGoesAlongTheView) {
     EsperaPunto(camara.View(), 0, -0.25, 0);
 }
 
+TEST(CCamera, ASecondStrafeGoesAlongUpTiltedByTheFirstAngleAndTurnedByTheSecond) {
+    CCamera camara;
+    camara.PositionCamera({0, 0, 0, 0}, {0, 0, -1, 0}, {0, 1, 0, 0});
+    // Up tilted back by a quarter turn is (0, 0, 1); turned by a twelfth round up it leans towards x.
+    const double lado = std::sin(std::numbers::pi / 6), fondo = std::cos(std::numbers::pi / 6);
+    camara.StrafeCamera2(2, std::numbers::pi / 2, std::numbers::pi / 6);
+    EsperaPunto(camara.Strafe(), lado, 0, fondo);
+    EsperaPunto(camara.Position(), 2 * lado, 0, 2 * fondo);
+    EsperaPunto(camara.View(), 2 * lado, 0, 2 * fondo - 1);
+}
+
 TEST(CCamera, HeightMovesAlongTheTurnedUpVector) {
     CCamera camara = Cenital();
     camara.StrafeCamera2(2, 0, 0);

@@ -150,6 +150,14 @@ TEST_F(Base, WallsStandAtEveryOpenEdgeOfTheMesh) {
     SinHuecos(5 * 7, 100);
 }
 
+TEST_F(Base, TheFloorKeepsTheCornersOfItsOutlineOnly) {
+    Vertiz::CDEM dem = Rejilla(6, 8, [](int r, int c) { return float(r * c); });
+    Toma(dem);
+    const Partes partes = Construye();
+    ASSERT_EQ(partes.suelo.size(), 1u);
+    EXPECT_EQ(partes.suelo[0].size(), 4u);
+}
+
 TEST_F(Base, WallsStandRoundAVoidAndTheFloorLeavesItOut) {
     Vertiz::CDEM dem =
         Rejilla(8, 8, [](int r, int c) { return (r == 3 && c == 4) || (r == 0 && c == 0) ? kVacio : float(r + c); });

@@ -129,6 +129,13 @@ TEST_F(Celdas, TheBaseIsAnEmptyList) {
     EXPECT_EQ(m_escena.m_bBaseIniciada, 1);
 }
 
+TEST_F(Celdas, BeforeThereIsASpaceNoRayIsFollowed) {
+    Vertiz::CDEM dem = ListaCeldas({{1, 2}, {3, 4}});
+    m_escena.SetDEM(&dem);
+    Vertiz::CCoor3D<double> a(0.1, 0.2, 0.3, 0);
+    EXPECT_FALSE(m_escena.ProyectaVector(a, {0.1, 5, 0.3, 0}));
+}
+
 TEST_F(Celdas, ARayLeavesThePointWhereItIs) {
     Vertiz::CDEM dem = ListaCeldas({{1, 2}, {3, 4}});
     Toma(dem);

@@ -343,6 +343,81 @@ TEST_F(Malla, StepsHoldInStripsAndPoints) {
     }
 }
 
+TEST_F(Malla, ColumnsLeftOverByAStepEndAStripAtTheLastSample) {
+    for (const unsigned quad : {0u, 2u}) {
+        // Columns 0, 2 and 4 of six, rows 0, 2 and 4 of six: the sixth of each is left over.
+        Vertiz::CDEM dem = Rejilla(6, 6, [](int, int) { return 1.0F; });
+        m_escena.Destruir();
+        Toma(dem, [quad](EscenaTerreno& e) {
+            e.SetTipo(1);
+            e.SetQuad(quad);
+            e.SetPuntosSuavizado(-1);
+        });
+        EXPECT_LLAMADAS(Solo(Superficie(), {"glArrayElement"}),
+                        {Elemento(0), Elemento(3), Elemento(1), Elemento(4), Elemento(2), Elemento(5),  //
+                         Elemento(3), Elemento(6), Elemento(4), Elemento(7), Elemento(5), Elemento(8)});
+    }
+}
+
+TEST_F(Malla, ADividedGridSendsEachSubrowAsABandThatEndsAtTheLastSample) {
+    for (const unsigned quad : {0u, 2u}) {
+        Vertiz::CDEM dem = Rejilla(2, 2, [](int, int) { return 1.0F; });
+        dem.CalculaVectores();
+        m_escena.Destruir();
+        Toma(dem, [quad](EscenaTerreno& e) {
+            e.SetTipo(1);
+            e.SetQuad(quad);
+            e.SetPuntosSuavizado(1);
+        });
+        const LlamadasGL lista = Superficie();
+        EXPECT_LLAMADAS(Solo(lista, {"glArrayElement"}),
+                        {Elemento(0), Elemento(3), Elemento(1), Elemento(4), Elemento(2), Elemento(5),  //
+                         Elemento(3), Elemento(6), Elemento(4), Elemento(7), Elemento(5), Elemento(8)});
+        EXPECT_EQ(Solo(lista, {"glBegin"}).size(), quad == 0 ? 2u : 1u);
+        EXPECT_EQ(Solo(lista, {"glNormal3f"}), LlamadasGL(6, kAbajo));
+    }
+}
+
+// A scene with an image laid over its grid.
+class ConImagen : public EscenaTerreno {
+  public:
+    using EscenaTerreno::operator=;
+    bool HayTexturas() const override { return true; }
+};
+
+TEST_F(Malla, UnderAnImageTheStepIsAPowerOfTwoAndNothingIsDivided) {
+    Vertiz::CDEM dem = Rejilla(20, 20, [](int, int) { return 1.0F; });
+    dem.CalculaVectores();
+    ConImagen escena;
+    escena.SetDEM(&dem);
+    const auto malla = [&](unsigned quad, int n) {
+        escena.SetQuad(quad);
+        escena.SetPuntosSuavizado(n);
+        return std::pair(escena.GetPasoMalla(), escena.GetSubdivisionMalla());
+    };
+    for (const unsigned quad : {0u, 1u}) {
+        EXPECT_EQ(malla(quad, -1), std::pair(2, 1));
+        EXPECT_EQ(malla(quad, -2), std::pair(4, 1));
+        EXPECT_EQ(malla(quad, -3), std::pair(4, 1));
+        EXPECT_EQ(malla(quad, -4), std::pair(8, 1));
+        EXPECT_EQ(malla(quad, -7), std::pair(8, 1));
+        EXPECT_EQ(malla(quad, 2), std::pair(1, 1));
+    }
+    // Points take no image.
+    EXPECT_EQ(malla(2, -2), std::pair(3, 1));
+    EXPECT_EQ(malla(2, 2), std::pair(1, 3));
+}
+
+TEST_F(Malla, OutsideABuildARectangleSendsNothing) {
+    Vertiz::CDEM dem = Rejilla({{1, 2}, {3, 4}});
+    Toma(dem, [](EscenaTerreno& e) { e.SetTipoColorMDT(2); });
+    ASSERT_TRUE(m_escena.MakeCurrent(nullptr));
+    m_escena.SetDEM(nullptr);
+    const RegistroGL registro;
+    EXPECT_EQ(m_escena.GeneraDEMRegular(0, 0, 2, 1, 1, 1, 2, 2), 1);
+    EXPECT_EQ(registro.Cuenta("glArrayElement"), 0u);
+}
+
 TEST_F(Malla, ASmoothGridIsDivided) {
     Vertiz::CDEM dem = Rejilla(3, 3, [](int r, int c) { return float(10 * r + 5 * c); });
     dem.CalculaVectores();
@@ -424,6 +499,21 @@ TEST_F(Malla, ALargeGridIsThinnedByItself) {
     ASSERT_EQ(m_escena.OnIniciarBase(), 1);
     EXPECT_EQ(Solo(registro.Lista(m_escena.m_nListaBase), {"glNormal3f"}).size(), 8u + 1)
         << "walls stand on the same step: two on each side, and one floor";
+}
+
+TEST_F(Malla, TheBudgetIsFiveMillionSamples) {
+    const auto paso = [](unsigned filas, unsigned columnas, int n) {
+        Vertiz::CDEM dem(filas, columnas, 1, 1, 0, 0);
+        EscenaTerreno escena;
+        escena.SetDEM(&dem);
+        escena.SetPuntosSuavizado(n);
+        return escena.GetPasoMalla();
+    };
+    EXPECT_EQ(paso(2000, 2500, 0), 1) << "exactly five million are not too many";
+    EXPECT_EQ(paso(2000, 2501, 0), 2);
+    EXPECT_EQ(paso(2000, 2501, 3), 2) << "a setting above 0 comes down too";
+    EXPECT_EQ(paso(2000, 2501, -4), 5) << "one that is coarse enough stays";
+    EXPECT_EQ(paso(4500, 4500, -1), 3) << "a quarter of twenty millions and a quarter is too many still";
 }
 
 TEST_F(Malla, TheBudgetCountsForADividedMesh) {

@@ -116,6 +116,23 @@ TEST_F(Escena, IsBuiltInItsOrder) {
               1);
 }
 
+TEST_F(Escena, MarksAreBuiltLastAndByTheParentAlone) {
+    Toma(m_dem);
+    auto* referencia = new EscenaTerreno(&m_dem);
+    m_escena.ReferenciaNuevo(referencia);
+    for (EscenaTerreno* escena : {&m_escena, referencia})
+        escena->NuevaMarca(Vertiz::CTexto<double>(L"m", Punto(5, 5, 20, 0), L"a", 1.0, 0.0));
+    const RegistroGL registro;
+    ASSERT_EQ(m_escena.Iniciar(), 1);
+    EXPECT_EQ(referencia->m_nListaCielo, 0u);
+    const std::vector<GLuint> listas = registro.Listas();
+    const auto cielo = std::ranges::find(listas, m_escena.m_nListaCielo);
+    ASSERT_NE(cielo, listas.end());
+    EXPECT_EQ(listas.end() - cielo, 1 + 3) << "points on photographs, points on the terrain, and one text";
+    const auto superficie = std::ranges::find(listas, referencia->m_nListaSuperficie);
+    EXPECT_EQ(cielo - superficie, 2) << "the reference's surface, the camera, the sky";
+}
+
 TEST_F(Escena, ReferencesThatAreNotShownAreNotBuilt) {
     Pasos pasos;
     EscenaAtenta escena("", pasos);
@@ -126,6 +143,22 @@ TEST_F(Escena, ReferencesThatAreNotShownAreNotBuilt) {
     escena.SetReferencia(0);
     ASSERT_EQ(escena.Iniciar(), 1);
     EXPECT_EQ(std::ranges::count(pasos, "ref.Iniciar"), 0);
+}
+
+TEST_F(Escena, AReferenceLeavesItsOwnReferencesAlone) {
+    Pasos pasos;
+    EscenaAtenta escena("", pasos);
+    Prepara(escena);
+    auto* referencia = new EscenaAtenta("ref.", pasos);
+    auto* nieta = new EscenaAtenta("nieta.", pasos);
+    referencia->SetDEM(&m_dem);
+    nieta->SetDEM(&m_dem);
+    escena.ReferenciaNuevo(referencia);
+    referencia->ReferenciaNuevo(nieta);
+    pasos.clear();
+    ASSERT_EQ(escena.Iniciar(), 1);
+    EXPECT_EQ(std::ranges::count(pasos, "ref.Iniciar"), 1);
+    EXPECT_EQ(std::ranges::count(pasos, "nieta.Iniciar"), 0);
 }
 
 TEST_F(Escena, AStepThatFailsEndsTheBuildWithTheContextCurrent) {
@@ -326,6 +359,37 @@ TEST_F(Escena, WithoutASurfaceThePassLeavesItOut) {
     EXPECT_EQ(registro.Cuenta("glCallList"), 1u) << "the sky alone";
 }
 
+TEST_F(Escena, ListsThatStillExistAreNotDrawnWhenTheirSettingIsOff) {
+    Monta(m_dem);
+    ASSERT_TRUE(m_escena.MakeCurrent(nullptr));
+    GLuint siguiente = glGenLists(5);
+    for (GLuint* lista : {&m_escena.m_nListaRupturas, &m_escena.m_nListaLimites, &m_escena.m_nListaEdificios,
+                          &m_escena.m_nListaArboles, &m_escena.m_nListaBase})
+        *lista = siguiente++;
+    m_escena.SetQuad(3);
+    for (const int mostrada : {-1, 0, 1, 2, 3, 4}) {
+        m_escena.SetQuad(mostrada == 4 ? 0 : 3);
+        m_escena.SetRupturas(mostrada == 0);
+        m_escena.SetLimites(mostrada == 1);
+        m_escena.SetEdificios(mostrada == 2);
+        m_escena.SetArboles(mostrada == 3);
+        m_escena.SetBase(mostrada == 4);
+        const RegistroGL registro;
+        ASSERT_EQ(m_escena.OnRender(), 1);
+        // The sky always, the one that is shown, and with the base, which Quad 3 leaves out, the surface.
+        EXPECT_EQ(registro.Cuenta("glCallList"), mostrada == -1 ? 1u : mostrada == 4 ? 3u : 2u) << mostrada;
+    }
+}
+
+TEST_F(Escena, WithoutItsGridTheOldSurfaceGoes) {
+    Monta(m_dem);
+    m_escena.SetDEM(nullptr);
+    const RegistroGL registro;
+    EXPECT_EQ(m_escena.OnIniciar(), 0);
+    EXPECT_EQ(m_escena.m_nListaSuperficie, 0u);
+    EXPECT_EQ(registro.Cuenta("glDeleteLists"), 1u);
+}
+
 TEST_F(Escena, InPointsABaseThatStillExistsIsNotDrawn) {
     Monta(m_dem, [](EscenaTerreno& e) { e.SetBase(1); });
     ASSERT_NE(m_escena.m_nListaBase, 0u);
@@ -337,7 +401,8 @@ TEST_F(Escena, InPointsABaseThatStillExistsIsNotDrawn) {
 
 TEST_F(Escena, APassThatFailsEndsWithZeroAndTheNextOneIsWhole) {
     Monta(m_dem);
-    for (const char* llamada : {"glClear", "glLightModeli", "glColorMaterial", "glPolygonMode", "glOrtho"}) {
+    for (const char* llamada :
+         {"glClear", "glLoadIdentity", "glLightModeli", "glColorMaterial", "glPolygonMode", "glOrtho"}) {
         {
             const FallaGL falla(llamada, 1);
             EXPECT_EQ(m_escena.Render(), 0) << llamada;

@@ -1,6 +1,7 @@
 // What all terrains share: limits, breaklines, the state that the surface is drawn in, the sky.
 
 #include "EscenaTerreno.h"
+#include "model/CTexto.h"
 
 #include <algorithm>
 #include <cmath>
@@ -68,6 +69,33 @@ TEST_F(Capas, LimitsAreABoxOfSixOpenSidesAndTheOutline) {
         igual(i, x, y, 10 + (20 - y) + x);
     }
     EXPECT_EQ(m_escena.m_bLimitesIniciados, 1);
+}
+
+TEST_F(Capas, LimitsInALargerGroupLieOnTheirOwnGrid) {
+    Toma(m_dem);
+    Vertiz::CMaximas<double> grupo;
+    grupo.Nuevo(Vertiz::CCoor3D<double>(-100, -40, -10, 0));
+    grupo.Nuevo(Vertiz::CCoor3D<double>(60, 80, 90, 0));
+    m_escena.EstableceMaxMin(grupo);
+    const RegistroGL registro;
+    ASSERT_EQ(m_escena.OnIniciarLimites(), 1);
+    const auto v = registro.Numeros("glVertex3f");
+    ASSERT_GE(v.size(), 24u + 5u);
+    const auto esquina = EnGL(0, 0, 10);
+    for (int k = 0; k < 3; ++k)
+        EXPECT_NEAR(v[0][k], esquina[k], 1e-5) << "the box";
+    double oeste = 1e9, este = -1e9, norte = 1e9, sur = -1e9;
+    for (std::size_t i = 24; i < v.size(); ++i) {
+        oeste = std::min(oeste, v[i][0]), este = std::max(este, v[i][0]);
+        norte = std::min(norte, v[i][2]), sur = std::max(sur, v[i][2]);
+        const double x = (v[i][0] - EnGL(0, 0, 0)[0]) / m_escena.m_dFactor;
+        const double y = (EnGL(0, 0, 0)[2] - v[i][2]) / m_escena.m_dFactor;
+        EXPECT_NEAR(v[i][1], EnGL(0, 0, 10 + (20 - y) + x)[1], 1e-5) << "the outline lies on the terrain";
+    }
+    EXPECT_NEAR(oeste, EnGL(0, 0, 0)[0], 1e-5);
+    EXPECT_NEAR(este, EnGL(20, 0, 0)[0], 1e-5);
+    EXPECT_NEAR(norte, EnGL(0, 20, 0)[2], 1e-5);
+    EXPECT_NEAR(sur, EnGL(0, 0, 0)[2], 1e-5);
 }
 
 TEST_F(Capas, LimitsTakeColourAndWidthFromTheTable) {
@@ -145,6 +173,34 @@ TEST_F(Capas, ErasedBreaklinesAndThinWidthsAndUnknownStyles) {
     EXPECT_EQ(Solo(lista, {"glEnable"}).back(), "glEnable(GL_LINE_STIPPLE)");
 }
 
+TEST_F(Capas, TextsAmongTheBreaklinesAreNotDrawn) {
+    PonRuptura(L"R", 1, 1, 1, 2, 2, 2);
+    m_dem.Rupturas().Inserta(Vertiz::CTexto<int>(L"R", Vertiz::CCoor3D<int>(1, 1, 1), L"a", 1.0));
+    ASSERT_EQ(m_dem.Rupturas().Cantidad(), 2u);
+    Toma(m_dem);
+    PonElemento(L"R", 0, 255, 0, 0, 0);
+    EXPECT_EQ(Solo(Rupturas(), {"glBegin"}).size(), 1u);
+}
+
+TEST_F(Capas, EachStyleOfBreaklineHasItsPattern) {
+    PonRuptura(L"R", 1, 1, 1, 2, 2, 2);
+    Toma(m_dem);
+    const char* const patrones[] = {"0x00FF", "0x0101", "0x1C47", "0x3927"};
+    for (int estilo = 0; estilo <= 4; ++estilo) {
+        m_tabla = CDigiTab();
+        m_escena.m_bRupturasIniciadas = 0;
+        PonElemento(L"R", 0, 255, 0, 0, estilo);
+        const LlamadasGL lista = Rupturas();
+        if (estilo == 0) {
+            EXPECT_EQ(Solo(lista, {"glDisable"}).back(), "glDisable(GL_LINE_STIPPLE)");
+            EXPECT_TRUE(Solo(lista, {"glLineStipple"}).empty());
+        } else {
+            EXPECT_EQ(Solo(lista, {"glLineStipple"}),
+                      LlamadasGL{std::string("glLineStipple(1, ") + patrones[estilo - 1] + ")"});
+        }
+    }
+}
+
 TEST_F(Capas, ABreaklineOfTheBackgroundsColourIsMovedAwayFromIt) {
     PonRuptura(L"R", 1, 1, 1, 2, 2, 2);
     Toma(m_dem, [](EscenaTerreno& e) { e.SetColorFondo(0x646464); });
@@ -202,6 +258,50 @@ TEST_F(Capas, TheTerrainIsLitOnlyWhenAsked) {
         EXPECT_EQ(std::ranges::count(luces, "glEnable(GL_LIGHTING)"), relleno);
         EXPECT_EQ(std::ranges::count(luces, "glEnable(GL_LIGHT0)"), relleno);
     }
+}
+
+TEST_F(Capas, TheSurfaceIsPreparedMaterialFirstThenLightThenState) {
+    Monta(m_dem, [](EscenaTerreno& e) { e.SetRelleno(1); });
+    ASSERT_TRUE(m_escena.MakeCurrent(nullptr));
+    const RegistroGL registro;
+    ASSERT_EQ(m_escena.OnRender(), 1);
+    LlamadasGL estado = Solo(registro.Ejecutadas(), {"glLightModeli", "glMaterialfv", "glMaterialf", "glLightfv",
+                                                     "glEnable", "glColorMaterial", "glClearColor", "glPolygonMode"});
+    for (std::string& l : estado)
+        if (!l.starts_with("glEnable")) l.erase(l.find('('));
+    LlamadasGL esperado{"glLightModeli", "glMaterialfv", "glMaterialfv", "glMaterialfv",
+                        "glMaterialf",   "glMaterialfv", "glLightModeli"};
+    esperado.insert(esperado.end(), 8, "glLightfv");
+    for (const char* paso : {"glEnable(GL_DEPTH_TEST)", "glEnable(GL_LIGHTING)", "glEnable(GL_LIGHT0)",
+                             "glColorMaterial", "glEnable(GL_COLOR_MATERIAL)", "glClearColor", "glPolygonMode"})
+        esperado.emplace_back(paso);
+    EXPECT_LLAMADAS(estado, (esperado));
+}
+
+TEST_F(Capas, TheSkyTurnsWithTheCameraBetweenMatricesOfItsOwn) {
+    Monta(m_dem);
+    m_escena.SetAngulos(20, 30, 40);
+    ASSERT_TRUE(m_escena.MakeCurrent(nullptr));
+    const RegistroGL registro;
+    ASSERT_EQ(m_escena.OnRender(), 1);
+    LlamadasGL cielo = Sin(registro.Ejecutadas(), {"glGetIntegerv"});
+    const std::string lista = "glCallList(" + std::to_string(m_escena.m_nListaSuperficie) + ")";
+    cielo.erase(cielo.begin(), std::ranges::find(cielo, lista) + 1);
+    for (std::string& l : cielo)
+        if (l.starts_with("glOrtho") || l.starts_with("glRotated")) l.erase(l.find('('));
+    EXPECT_LLAMADAS(cielo,
+                    {"glMatrixMode(GL_MODELVIEW)", "glPushMatrix()", "glLoadIdentity()", "glMatrixMode(GL_PROJECTION)",
+                     "glPushMatrix()", "glLoadIdentity()", "glOrtho", "glRotated", "glRotated", "glRotated",
+                     "glMatrixMode(GL_MODELVIEW)", "glCallList(" + std::to_string(m_escena.m_nListaCielo) + ")",
+                     "glMatrixMode(GL_PROJECTION)", "glPopMatrix()", "glMatrixMode(GL_MODELVIEW)", "glPopMatrix()"});
+    const std::vector<std::vector<double>> esperados{
+        {m_escena.GetAnguloY(), 0, 1, 0}, {-m_escena.GetAnguloZ(), 0, 0, 1}, {-m_escena.GetAnguloX(), 1, 0, 0}};
+    const auto giros = registro.Numeros("glRotated");
+    ASSERT_EQ(giros.size(), 3u);
+    for (std::size_t i = 0; i < 3; ++i)
+        for (std::size_t k = 0; k < 4; ++k)
+            EXPECT_NEAR(giros[i][k], esperados[i][k], 1e-9);
+    EXPECT_NEAR(esperados[0][0], 30, 1e-5);
 }
 
 TEST_F(Capas, TheSkyKeepsItsProportionInATallView) {

@@ -121,8 +121,9 @@ std::unique_ptr<ContextoNativo> BackendGLX::CreaContexto(const FormatoPixel& for
 bool BackendGLX::HazActual(Superficie* superficie, ContextoNativo& contexto, std::string& motivo) {
     GuardaErroresX guarda(m_Display);
     auto* dibujable = static_cast<SuperficieGLX*>(superficie);
-    if (dibujable &&
-        glXMakeCurrent(m_Display, dibujable->m_Dibujable, static_cast<ContextoGLX&>(contexto).m_Contexto)) {
+    // A window that vanished is not shown to the driver: it would half take it, and crash when the context goes.
+    const bool existe = dibujable && (dibujable->m_bPbuffer || MideVentana(m_Display, dibujable->m_Dibujable));
+    if (existe && glXMakeCurrent(m_Display, dibujable->m_Dibujable, static_cast<ContextoGLX&>(contexto).m_Contexto)) {
         if (m_Capacidades.m_bPresentaCopiando && !dibujable->m_bPbuffer) SigueTamano(*dibujable);
         return true;
     }
