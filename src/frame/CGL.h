@@ -142,6 +142,7 @@ class LUMBRA_API CGL : public CGLAjustes {
     virtual unsigned InvierteSeleccion();
     /// Takes a scene as reference: drawn in this one's frame while the setting "Referencia" is on. This scene owns it
     /// from now on. It takes this scene's context; one of its own is released first, with all that lives in it.
+    /// Refused: null, this scene, and one that has this scene below it.
     virtual void ReferenciaNuevo(CGL* r);
     /// Takes a scene as link: always drawn. Otherwise as ReferenciaNuevo.
     virtual void VinculoNuevo(CGL* r);
@@ -719,7 +720,7 @@ class LUMBRA_API CGL : public CGLAjustes {
     struct ProfundidadFondo;
     int ProyectaOrto(int& cx, int& cy, const double* vieja);
     ProfundidadFondo MideFondo(const MatricesGL& matrices) const;
-    void LeeProfundidad(int x, int y);
+    void LeeProfundidad(const MatricesGL& matrices, int x, int y);
     bool BuscaPixel(const ProfundidadFondo& fondo, float& z, int& i, int& j) const;
     bool ProyectaPixel(const MatricesGL& matrices, int x, int y, Vertiz::CCoor3D<double>& c, bool& bHallado) const;
     Vertiz::CMaximas<double> EnImagen(const Vertiz::CMaximas<double>& m) const;
@@ -759,6 +760,7 @@ class LUMBRA_API CGL : public CGLAjustes {
 
     // CGLSeleccion.cpp
     bool EsFondo() const { return m_nTipoImagenFondo == 2 || m_nTipoImagenFondo == 4 || m_nTipoImagenFondo == 6; }
+    bool Contiene(const CGL& escena) const;
     void TomaHijo(CGL& r);
     void HeredaImagen(CGL& r, int fondo) const;
     void AjustaProyeccion(const CGL& r);

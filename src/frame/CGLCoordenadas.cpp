@@ -268,9 +268,12 @@ CGL::ProfundidadFondo CGL::MideFondo(const MatricesGL& matrices) const {
     return fondo;
 }
 
-// Reads the depth block round a window point. Cells outside the window count as empty.
-void CGL::LeeProfundidad(int x, int y) {
+// Reads the depth block round a window point. Cells outside the window count as empty; a block that has no others isn't
+// read at all, since drivers go astray far from the window.
+void CGL::LeeProfundidad(const MatricesGL& matrices, int x, int y) {
     std::fill_n(m_pBufferProfundidad.get(), kLadoProfundidad * kLadoProfundidad, 1.0F);
+    const auto fuera = [](int v, int lado) { return v < -kLadoProfundidad / 2 || v > lado + kLadoProfundidad / 2; };
+    if (fuera(x, matrices.viewport[2]) || fuera(y, matrices.viewport[3])) return;
     glReadPixels(x - kLadoProfundidad / 2, y - kLadoProfundidad / 2, kLadoProfundidad, kLadoProfundidad,
                  GL_DEPTH_COMPONENT, GL_FLOAT, m_pBufferProfundidad.get());
 }
@@ -313,10 +316,11 @@ int CGL::PantallaATerreno(const CPoint& pt, CCoor3D<double>& c, bool bGL, bool b
     if (!MakeCurrent(nullptr)) return 0;
     MatricesGL matrices;
     if (!matrices.Lee()) return 0;
-    int x = pt.x, y = matrices.viewport[3] - pt.y;
+    int x = std::clamp<int>(pt.x, -kPixelLejano, kPixelLejano);
+    int y = matrices.viewport[3] - std::clamp<int>(pt.y, -kPixelLejano, kPixelLejano);
     int i = kLadoProfundidad / 2, j = kLadoProfundidad / 2;
     const ProfundidadFondo fondo = MideFondo(matrices);
-    LeeProfundidad(x, y);
+    LeeProfundidad(matrices, x, y);
     bool hallado = true;
     if (!HayErrorGL()) {
         float z = 1.0F - m_fPlanoCerca;
@@ -333,7 +337,7 @@ int CGL::PantallaATerreno(const CPoint& pt, CCoor3D<double>& c, bool bGL, bool b
     if (bGL) return hallado;
     if (bBuscarPunto) {
         CCoor3D<double> vertice;
-        if (OnBuscaPunto(pt.x + i - kLadoProfundidad / 2, pt.y + kLadoProfundidad / 2 - j, vertice, 0) != 0)
+        if (OnBuscaPunto(pt.x + (i - kLadoProfundidad / 2), pt.y + (kLadoProfundidad / 2 - j), vertice, 0) != 0)
             c.y = ((vertice.z - m_Maximas.Minima().z) - m_dRangoZ * 0.5) * m_dFactor * m_fExageracionVertical;
     }
     GLATerreno(c, c.x, c.y, c.z, 1.0);
@@ -344,7 +348,7 @@ int CGL::PantallaZATerreno(const CPoint& pt, CCoor3D<double>& c, double winz, bo
     if (!MakeCurrent(nullptr)) return 0;
     MatricesGL matrices;
     if (!matrices.Lee()) return 0;
-    if (!matrices.Desproyecta(pt.x, matrices.viewport[3] - pt.y, winz, c)) return 0;
+    if (!matrices.Desproyecta(pt.x, matrices.viewport[3] - static_cast<double>(pt.y), winz, c)) return 0;
     m_PuntoGL = c;
     wglMakeCurrent(nullptr, nullptr);
     if (!bGL) GLATerreno(c, c.x, c.y, c.z, 1.0);

@@ -114,11 +114,11 @@ CCoor3D<double> CGL::OnZoomCentrado(const CPoint& pt) {
 }
 
 void CGL::OnZoomVentana(int arriba, int abajo, int izquierda, int derecha) {
-    const CPoint centro(APixel((izquierda + derecha) * 0.5), APixel((arriba + abajo) * 0.5));
+    const CPoint centro(APixel(izquierda * 0.5 + derecha * 0.5), APixel(arriba * 0.5 + abajo * 0.5));
     const CCoor3D<double> p = OnZoomCentrado(centro);
     if (derecha == izquierda || abajo == arriba) return;
-    const double z = std::min(static_cast<double>(m_nAncho) / (derecha - izquierda),
-                              static_cast<double>(m_nAlto) / (abajo - arriba));
+    const double z = std::min(m_nAncho / (static_cast<double>(derecha) - izquierda),
+                              m_nAlto / (static_cast<double>(abajo) - arriba));
     if (z == 0.0) return;
     if (EsOrtografica()) {
         if (EscalaProyeccion(z, 1.0)) m_dZoom = z;  // replaced, not multiplied

@@ -14,7 +14,7 @@ using Vertiz::CPosicionEntidad;
 // ---- Composition ---------------------------------------------------------------------------------------------------
 
 void CGL::ReferenciaNuevo(CGL* r) {
-    if (!r || r == this) return;
+    if (!r || r->Contiene(*this)) return;
     TomaHijo(*r);
     if (r->EsFondo()) {
         SetFondoGrupo(r->m_nTipoImagenFondo - 1);
@@ -26,13 +26,18 @@ void CGL::ReferenciaNuevo(CGL* r) {
 }
 
 void CGL::VinculoNuevo(CGL* r) {
-    if (!r || r == this) return;
+    if (!r || r->Contiene(*this)) return;
     TomaHijo(*r);
     const int fondoAnterior = m_nTipoImagenFondo;
     if (r->EsFondo()) SetFondoGrupo(r->m_nTipoImagenFondo - 1);
     HeredaImagen(*r, fondoAnterior);
     m_Vinculos.push_back(r);
     AjustaProyeccion(*r);
+}
+
+/// Whether the scene is this one or stands somewhere below it: a scene below itself would be walked for ever.
+bool CGL::Contiene(const CGL& escena) const {
+    return this == &escena || std::ranges::any_of(Hijos(), [&](const CGL* hijo) { return hijo->Contiene(escena); });
 }
 
 /// Makes a scene a child: tables, extents and context become the parent's. A context of its own goes first, with the

@@ -3,16 +3,17 @@
 
 #include "platform/Contextos.h"
 
-/// Made at the start of a public operation. One that found no context current leaves none current when all went well; a
-/// context that the caller had taken stays his, and so does one in which something failed.
+/// Made at the start of a public operation. One that took the scene's context lets it go when all went well, and so
+/// none is current then; the one that the caller had taken already stays his, and so does one in which something
+/// failed.
 class EntradaPublica {
   public:
     /// @return r, after releasing the context where that is due
     int Acaba(int r) const {
-        if (r != 0 && m_bNingunoActual) wglMakeCurrent(nullptr, nullptr);
+        if (r != 0 && wglGetCurrentContext() != m_hAnterior) wglMakeCurrent(nullptr, nullptr);
         return r;
     }
 
   private:
-    const bool m_bNingunoActual = wglGetCurrentContext() == nullptr;
+    const HGLRC m_hAnterior = wglGetCurrentContext();
 };

@@ -7,11 +7,13 @@
 #include <algorithm>
 #include <cmath>
 
+/// Beyond any window, and where sums and differences of two pixels still fit in an int.
+constexpr int kPixelLejano = 1'000'000'000;
+
 /// A window coordinate as a whole pixel: v + 0.5 without its fraction. Points next to the eye's plane project to far
-/// beyond any window; they are kept where sums and differences of two pixels still fit in an int.
+/// beyond any window.
 inline int APixel(double v) {
-    constexpr double kLejos = 1e9;
-    return static_cast<int>(std::clamp(std::isnan(v) ? 0.0 : v + 0.5, -kLejos, kLejos));
+    return static_cast<int>(std::clamp<double>(std::isnan(v) ? 0.0 : v + 0.5, -kPixelLejano, kPixelLejano));
 }
 
 /// What GLU needs to go between GL space and window coordinates.

@@ -2,18 +2,28 @@
 
 #include "io/Gdal.h"
 
+#include <cpl_conv.h>
 #include <cpl_error.h>
 
 #include <algorithm>
 
 namespace Vertiz::io {
 
+namespace {
+
+constexpr const char* kHilos = "GDAL_NUM_THREADS";
+
+}  // namespace
+
 CMensajesGdal::CMensajesGdal() {
+    if (const char* hilos = CPLGetThreadLocalConfigOption(kHilos, nullptr)) m_Hilos = hilos;
+    CPLSetThreadLocalConfigOption(kHilos, "1");
     CPLPushErrorHandlerEx(Recibe, this);
 }
 
 CMensajesGdal::~CMensajesGdal() {
     CPLPopErrorHandler();
+    CPLSetThreadLocalConfigOption(kHilos, m_Hilos ? m_Hilos->c_str() : nullptr);
 }
 
 std::string CMensajesGdal::Error(std::string_view otro) const {

@@ -7,6 +7,7 @@
 #include <ogr_srs_api.h>
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <type_traits>
@@ -26,7 +27,8 @@ struct SueltaSistema {
 using Sistema = std::unique_ptr<std::remove_pointer_t<OGRSpatialReferenceH>, SueltaSistema>;
 
 /// While it lives, this thread's messages of GDAL end here instead of on the terminal. The first error is kept: those
-/// that follow are its consequences.
+/// that follow are its consequences. GDAL keeps to this thread meanwhile, since threads of its own, which some formats
+/// are decoded on, would print what goes wrong in them.
 class CMensajesGdal {
   public:
     CMensajesGdal();
@@ -41,6 +43,7 @@ class CMensajesGdal {
     static void CPL_STDCALL Recibe(CPLErr clase, CPLErrorNum numero, const char* texto);
 
     std::string m_Error;
+    std::optional<std::string> m_Hilos;  // how many threads this one allowed GDAL before
 };
 
 }  // namespace Vertiz::io

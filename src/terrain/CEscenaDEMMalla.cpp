@@ -53,7 +53,7 @@ std::int64_t Posiciones(std::int64_t n, int x) {
 // The one place where step and subdivision are settled: mesh, walls and floor agree because all ask here.
 CEscenaDEM::Paso CEscenaDEM::CalculaPaso(int n) const {
     Paso paso;
-    if (m_pDEM == nullptr) return paso;
+    if (m_pDEM == nullptr || m_pDEM->GetFilas() == 0 || m_pDEM->GetColumnas() == 0) return paso;
     n = std::clamp(n, -kPasoMaximo, kPasoMaximo);
     const double filas = m_pDEM->GetFilas(), columnas = m_pDEM->GetColumnas();
     const auto muestras = [&] {

@@ -152,6 +152,21 @@ TEST(CGLComposicion, NothingAndTheSceneItselfAreNotTaken) {
     EXPECT_FALSE(padre.TieneVinculos());
 }
 
+TEST(CGLComposicion, ASceneThatStandsAboveIsNotTakenAsAChild) {
+    EscenaPrueba abuela;
+    auto* madre = new EscenaPrueba(L"madre");
+    auto* hija = new EscenaPrueba(L"hija");
+    abuela.ReferenciaNuevo(madre);
+    madre->VinculoNuevo(hija);
+    for (CGL* antepasada : {static_cast<CGL*>(&abuela), static_cast<CGL*>(madre)}) {
+        hija->ReferenciaNuevo(antepasada);
+        hija->VinculoNuevo(antepasada);
+    }
+    EXPECT_FALSE(hija->TieneReferencia());
+    EXPECT_FALSE(hija->TieneVinculos());
+    EXPECT_FALSE(abuela.EsReferencia());
+}
+
 TEST(CGLComposicion, IgualaVariablesHandsSelectionsOnAndToItselfOnlyTheSettings) {
     EscenaPrueba a, b;
     a.SetQuad(0);

@@ -233,6 +233,15 @@ TEST_F(ConMarcas, CompilingMarksLeavesTheContextToTheHook) {
     wglMakeCurrent(nullptr, nullptr);
 }
 
+TEST_F(ConMarcas, AContextOfTheHostsIsLetGoAsByAnyOperation) {
+    Tela tela;
+    EscenaVista otra;
+    ASSERT_TRUE(otra.Monta(tela));
+    ASSERT_TRUE(otra.MakeCurrent(nullptr));
+    m_Escena.NuevaMarca(Marca(L"a", 50, 25));
+    EXPECT_EQ(wglGetCurrentContext(), nullptr);
+}
+
 TEST_F(ConMarcas, MeasuresCompileTheMarksOnceMoreAndHaveNoListOfTheirOwn) {
     m_Escena.m_Medidas.emplace_back(CString(L"medida"));
     RegistroGL registro;

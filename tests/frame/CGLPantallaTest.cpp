@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 #include <random>
 
 using Punto = EscenaPrueba::Punto;
@@ -255,6 +256,20 @@ TEST_F(ConClic, CellsOutsideTheWindowDoNotKeepTheClickBefore) {
     EscribeProfundidad({});
     for (const CPoint& rincon : {CPoint(0, 0), CPoint(199, 149), CPoint(-300, 75)})
         EsperaCerca(Clic(rincon, true), Desproyecta(rincon.x, kAlto - rincon.y, 1.0F - 0.0001F), 1e-12);
+}
+
+TEST_F(ConClic, AClickFarOutsideTheWindowReadsNothingAndIsEmpty) {
+    constexpr int kMenor = std::numeric_limits<int>::min(), kMayor = std::numeric_limits<int>::max();
+    Clic(CPoint(100, 75));
+    const RegistroGL registro;
+    for (const CPoint& lejos : {CPoint(kMenor, kMenor), CPoint(kMayor, kMayor), CPoint(kMayor, 75), CPoint(100, kMenor),
+                                CPoint(-600, 75), CPoint(100, 700)}) {
+        Punto c;
+        EXPECT_EQ(m_Escena.PantallaATerreno(lejos, c, true, true, false), 1);
+        EXPECT_TRUE(std::isfinite(c.x) && std::isfinite(c.y) && std::isfinite(c.z));
+    }
+    EXPECT_EQ(registro.Cuenta("glReadPixels"), 0U);
+    EsperaCerca(Clic(CPoint(-600, 75), true), Desproyecta(-600, 75, 1.0F - 0.0001F), 1e-9);
 }
 
 TEST_F(ConClic, AVertexNearTheFoundPixelGivesItsHeight) {

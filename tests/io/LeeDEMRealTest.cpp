@@ -45,6 +45,15 @@ TEST(LeeDEMReal, TownSurfaceModelOfOneMetre) {
     EXPECT_THAT(r.m_Avisos, IsEmpty());
 }
 
+TEST(LeeDEMReal, NothingIsPrintedWhileADamagedPictureIsDecoded) {
+    SALTA_SIN_DATOS("jp2/p1_05.j2k");
+    testing::internal::CaptureStderr();
+    const CResultadoDEM r = Vertiz::LeeDEM(CString((CarpetaDatos() / "jp2/p1_05.j2k").string().c_str()));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_EQ(r.m_nResultado, 0);
+    EXPECT_THAT(r.m_Error.Utf8(), HasSubstr("reading row 1 failed"));
+}
+
 TEST(LeeDEMReal, BigEndianTileInDegreesGoesToUTM) {
     SALTA_SIN_DATOS("dem/N00E010.hgt");
     const CResultadoDEM r = Lee("N00E010.hgt");

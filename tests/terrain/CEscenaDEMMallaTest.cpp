@@ -559,4 +559,12 @@ TEST_F(Malla, TheWorkingArrayIsNotLeftToOpenGL) {
     EXPECT_EQ(glIsEnabled(GL_VERTEX_ARRAY), GL_FALSE);
 }
 
+TEST_F(Terreno, AGridWithoutSamplesIsNotDividedHoweverMuchIsAskedFor) {
+    Vertiz::CDEM dem;
+    dem.SetSuavizado(true);
+    Toma(dem, [](EscenaTerreno& e) { e.SetPuntosSuavizado(1000); });
+    EXPECT_EQ(m_escena.GetSubdivisionMalla(), 1);
+    EXPECT_TRUE(Superficie().empty());
+}
+
 }  // namespace
