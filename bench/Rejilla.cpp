@@ -5,6 +5,7 @@
 // best turn counts, and `ratio` is what both come to.
 
 #include "terrain/CEscenaDEM.h"
+#include "frame/CTintaAlturas.h"
 #include "platform/CBitmap.h"
 #include "platform/CDC.h"
 
@@ -79,7 +80,6 @@ class Escena : public CEscenaDEM {
     using CEscenaDEM::CEscenaDEM;
     using CEscenaDEM::operator=;
     using CEscenaDEM::m_nListaSuperficie;
-    using CEscenaDEM::TintaHipsometrica;
     CDataGL& Data() { return m_Data; }
 };
 
@@ -115,6 +115,8 @@ struct Terreno {
 struct Suelo {
     explicit Suelo(const Terreno& t)
         : vertices(3 * std::size_t(kLado) * kLado), colores(vertices.size()), normales(vertices.size()) {
+        const CDataGL data = t.escena.GetData();
+        CTintaAlturas tinta(data.m_GamaColor.Paradas());
         for (int r = 0; r < kLado; ++r)
             for (int c = 0; c < kLado; ++c) {
                 const float h = t.dem.Matriz().Get(unsigned(kLado - 1 - r), unsigned(c));
@@ -122,7 +124,7 @@ struct Suelo {
                 t.escena.TerrenoAGL({500000.0 + c * 5.0, 4500000.0 + (kLado - 1 - r) * 5.0, h, 0}, x, y, z, 1.0, false);
                 float* v = &vertices[Lugar(r, c)];
                 v[0] = float(x), v[1] = float(y), v[2] = float(z);
-                const std::array<float, 3> color = t.escena.TintaHipsometrica(h, true, -1.0);
+                const std::array<float, 3> color = tinta(h, true, -1.0);
                 std::ranges::copy(color, &colores[Lugar(r, c)]);
             }
         for (int r = 0; r + 1 < kLado; ++r)

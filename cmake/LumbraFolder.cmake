@@ -25,6 +25,8 @@ function(lumbra_test)
   set(environment)
   if(LUMBRA_SANITIZE STREQUAL "address")
     list(APPEND environment "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0")
+    # Tests of refused memory replace the global operator new.
+    list(APPEND environment "ASAN_OPTIONS=alloc_dealloc_mismatch=0")
   endif()
   set_tests_properties(${ARG_NAME} PROPERTIES ENVIRONMENT "${environment}")
   if(LUMBRA_LOCALE_ES)

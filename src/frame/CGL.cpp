@@ -58,7 +58,7 @@ CGL::CGL(const CGL& otra) : CGL() {
 }
 
 CGL& CGL::operator=(const CGL& otra) {
-    if (this == &otra) return *this;
+    if (EsDeLaFamilia(otra)) return *this;
     Destruir();
     CopiaDe(otra);
     CreaContextosCompartidos();

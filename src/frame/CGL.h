@@ -93,7 +93,8 @@ class LUMBRA_API CGL : public CGLAjustes {
 
     // ---- Virtual operations: life ----------------------------------------------------------------------------------
     virtual ~CGL();
-    /// Lets go of what this scene had (as Destruir does) and copies as the copy constructor does.
+    /// Lets go of what this scene had (as Destruir does) and copies as the copy constructor does. Between a scene and
+    /// one below it nothing happens: one of them would destroy the other, or hold itself.
     virtual CGL& operator=(const CGL& otra);
     /// Compiles all lists: the scene's own, the children's, the overlays. May be repeated at any time.
     virtual int Iniciar();
@@ -564,6 +565,10 @@ class LUMBRA_API CGL : public CGLAjustes {
 
     /// This scene lies on a photograph: points go through the image's transformation and back.
     bool SobreFoto() const;
+    /// A scene is this one, or stands below it.
+    bool Contiene(const CGL& escena) const;
+    /// What assignment leaves alone: itself, and a scene above or below.
+    bool EsDeLaFamilia(const CGL& otra) const { return Contiene(otra) || otra.Contiene(*this); }
     /// All children: references first, then links.
     std::vector<CGL*> Hijos() const;
 
@@ -760,7 +765,6 @@ class LUMBRA_API CGL : public CGLAjustes {
 
     // CGLSeleccion.cpp
     bool EsFondo() const { return m_nTipoImagenFondo == 2 || m_nTipoImagenFondo == 4 || m_nTipoImagenFondo == 6; }
-    bool Contiene(const CGL& escena) const;
     void TomaHijo(CGL& r);
     void HeredaImagen(CGL& r, int fondo) const;
     void AjustaProyeccion(const CGL& r);

@@ -55,7 +55,7 @@ CEscenaDEM::CEscenaDEM(const CEscenaDEM& otra, CDEM* pDEM)
 CEscenaDEM::CEscenaDEM(const CEscenaDEM& otra) : CEscenaDEM(otra, otra.m_pDEM) {}
 
 CEscenaDEM& CEscenaDEM::operator=(const CEscenaDEM& otra) {
-    if (this == &otra) return *this;
+    if (EsDeLaFamilia(otra)) return *this;
     CEscenaMDT::operator=(otra);
     m_SeleccionCeldas = otra.m_SeleccionCeldas;
     m_pDEM = otra.m_pDEM;

@@ -29,7 +29,7 @@ CEscenaMDT::CEscenaMDT(const CEscenaMDT& otra) : CGL(otra) {
 }
 
 CEscenaMDT& CEscenaMDT::operator=(const CEscenaMDT& otra) {
-    if (this == &otra) return *this;
+    if (EsDeLaFamilia(otra)) return *this;
     CGL::operator=(otra);
     CopiaCapas(otra);
     return *this;

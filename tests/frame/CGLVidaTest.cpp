@@ -6,6 +6,7 @@
 #include "support/RegistroGL.h"
 
 #include <chrono>
+#include <future>
 #include <thread>
 
 using testing::Contains;
@@ -251,21 +252,26 @@ TEST_F(ConEscena, MakeCurrentEndsAListThatWasLeftOpen) {
 
 TEST_F(ConEscena, MakeCurrentWaitsForAnotherThreadButNotForEver) {
     using namespace std::chrono_literals;
-    const auto ocupa = [this](std::chrono::milliseconds tiempo) {
-        std::thread hilo([this, tiempo] {
+    // Holds the context on another thread until the wait is over.
+    const auto ocupa = [this](auto espera) {
+        std::promise<void> ocupado;
+        std::thread hilo([this, espera, &ocupado] {
             m_Escena.MakeCurrent(nullptr);
-            std::this_thread::sleep_for(tiempo);
+            ocupado.set_value();
+            espera();
             wglMakeCurrent(nullptr, nullptr);
         });
-        std::this_thread::sleep_for(20ms);
+        ocupado.get_future().wait();
         return hilo;
     };
-    std::thread breve = ocupa(50ms);
+    std::thread breve = ocupa([] { std::this_thread::sleep_for(15ms); });
     EXPECT_EQ(m_Escena.MakeCurrent(nullptr), 1);
     wglMakeCurrent(nullptr, nullptr);
     breve.join();
-    std::thread largo = ocupa(400ms);
+    std::promise<void> basta;
+    std::thread largo = ocupa([&basta] { basta.get_future().wait(); });
     EXPECT_EQ(m_Escena.MakeCurrent(nullptr), 0);
+    basta.set_value();
     largo.join();
 }
 

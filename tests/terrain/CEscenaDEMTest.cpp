@@ -515,3 +515,16 @@ TEST_F(Escena, AFileOfBreaklinesThatIsNotThereIsAFailure) {
 }
 
 }  // namespace
+
+TEST(CEscenaDEM, AssignmentBetweenASceneAndOneBelowItChangesNothing) {
+    Vertiz::CDEM arriba(2, 2, 1.0, 1.0, 0.0, 0.0), abajo(2, 2, 1.0, 1.0, 0.0, 0.0);
+    CEscenaDEM madre(&arriba);
+    auto* hija = new CEscenaDEM(&abajo);
+    madre.ReferenciaNuevo(hija);
+    madre = *hija;
+    *hija = madre;
+    EXPECT_EQ(madre.GetDEM(), &arriba);
+    EXPECT_EQ(hija->GetDEM(), &abajo);
+    EXPECT_TRUE(madre.TieneReferencia());
+    EXPECT_FALSE(hija->TieneReferencia());
+}
