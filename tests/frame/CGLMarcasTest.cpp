@@ -278,10 +278,10 @@ TEST_F(ConMarcas, AnErrorEndsTheMarksWithTheContextCurrent) {
 }
 
 TEST(CGLMarcasSinContexto, AreKeptUntilThereIsOne) {
+    Tela tela;
     EscenaVista escena;
     escena.NuevaMarca(Marca(L"a", 50, 25));
     EXPECT_EQ(escena.m_Marcas.size(), 1U);
-    Tela tela;
     ASSERT_TRUE(escena.Monta(tela));
     EXPECT_NE(escena.m_nListaMarcas, 0U);
 }

@@ -78,6 +78,7 @@ TEST_F(ConEscena, ASecondCrearIsRefusedUntilDestruir) {
     m_Escena.Destruir();
     EXPECT_EQ(m_Escena.Monta(otra), 1);
     EXPECT_EQ(m_Escena.Render(), 1);
+    m_Escena.Destruir();  // before its device context
 }
 
 TEST_F(ConEscena, DestruirFreesTheContextsAndMayComeTwice) {

@@ -128,9 +128,9 @@ TEST_F(Malla, NoSurfaceHasNoList) {
 
 TEST_F(Malla, OneRowHasNothingToSend) {
     for (const unsigned quad : {0u, 1u, 2u}) {
-        EscenaTerreno otra;
         Vertiz::CDEM dem = Rejilla({{1, 2, 3}});
         Tela tela;
+        EscenaTerreno otra;
         ASSERT_EQ(otra.Crear(tela.DC(), PFD_TYPE_RGBA, PFD_DRAW_TO_BITMAP | PFD_SUPPORT_OPENGL), 1);
         otra.SetDEM(&dem);
         otra.SetQuad(quad);
