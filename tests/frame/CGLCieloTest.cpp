@@ -1,8 +1,8 @@
 // The sky's list, and the reading of its image.
 
 #include "EscenaVista.h"
-#include "raster/IRaster.h"
 #include "platform/CStdioFile.h"
+#include "support/RasterVacio.h"
 #include "support/RegistroGL.h"
 #include "support/Temporales.h"
 
@@ -42,11 +42,9 @@ class ConCielo : public testing::Test {
 };
 
 /// A raster that tells what it was asked for.
-class ImagenFalsa : public Vertiz::IRaster {
+class ImagenFalsa : public RasterVacio {
   public:
     ImagenFalsa(int tipo, int cabecera, int datos) : m_nTipo(tipo), m_nCabecera(cabecera), m_nDatos(datos) {}
-    void Limpiar() override {}
-    void SetNombre(const wchar_t*) override {}
     bool SetFichero(CFile* fichero) override {
         m_bFlujo = dynamic_cast<CStdioFile*>(fichero) != nullptr;
         m_sPasos += "abre ";
@@ -60,22 +58,6 @@ class ImagenFalsa : public Vertiz::IRaster {
         m_sPasos += soloCabecera ? "cabecera " : "datos ";
         return soloCabecera ? m_nCabecera : m_nDatos;
     }
-    int Alto100() const override { return 100; }
-    int Ancho100() const override { return 100; }
-    int Alto() const override { return 1; }
-    int Ancho() const override { return 1; }
-    UINT BytesFila() const override { return 4; }
-    const wchar_t* Nombre() const override { return L""; }
-    bool TienePaleta() const override { return false; }
-    int BytesPixel() const override { return 3; }
-    float Resolucion() const override { return 72; }
-    const BYTE* Paleta() const override { return nullptr; }
-    int Crear(int, int, int, float, const BYTE*, const BYTE*, const BYTE*, bool) override { return 0; }
-    bool SetPixel(int, int, const BYTE*) override { return false; }
-    bool GetPixel(BYTE*, int, int, int) const override { return false; }
-    bool GetFila(BYTE*, int, int, int) const override { return false; }
-    int Reducir(int, int) override { return 0; }
-    int NumMuestras() const override { return 3; }
     int Tipo() const override { return m_nTipo; }
 
     int m_nTipo, m_nCabecera, m_nDatos;

@@ -2,6 +2,8 @@
 
 #include "raster/CGeoImagen.h"
 
+#include "support/RasterVacio.h"
+
 #include <gmock/gmock.h>
 
 namespace {
@@ -14,33 +16,15 @@ using Vertiz::IRaster;
 using Coor = Vertiz::CCoor3D<double>;
 
 // A raster that has a size and tells when it dies.
-class CRasterVacio : public IRaster {
+class CRasterMedido : public RasterVacio {
   public:
-    CRasterVacio(int ancho, int alto, int& vivos) : m_nAncho(ancho), m_nAlto(alto), m_nVivos(vivos) { ++m_nVivos; }
-    ~CRasterVacio() override { --m_nVivos; }
+    CRasterMedido(int ancho, int alto, int& vivos) : m_nAncho(ancho), m_nAlto(alto), m_nVivos(vivos) { ++m_nVivos; }
+    ~CRasterMedido() override { --m_nVivos; }
 
-    void Limpiar() override {}
-    void SetNombre(const wchar_t*) override {}
-    bool SetFichero(CFile*) override { return false; }
-    bool CierraFichero() override { return false; }
-    int Leer(bool) override { return 0; }
     int Alto100() const override { return m_nAlto * 100; }
     int Ancho100() const override { return m_nAncho * 100; }
     int Alto() const override { return -m_nAlto; }
     int Ancho() const override { return m_nAncho; }
-    UINT BytesFila() const override { return 0; }
-    const wchar_t* Nombre() const override { return L""; }
-    bool TienePaleta() const override { return false; }
-    int BytesPixel() const override { return 3; }
-    float Resolucion() const override { return 0; }
-    const BYTE* Paleta() const override { return nullptr; }
-    int Crear(int, int, int, float, const BYTE*, const BYTE*, const BYTE*, bool) override { return 0; }
-    bool SetPixel(int, int, const BYTE*) override { return false; }
-    bool GetPixel(BYTE*, int, int, int) const override { return false; }
-    bool GetFila(BYTE*, int, int, int) const override { return false; }
-    int Reducir(int, int) override { return 0; }
-    int NumMuestras() const override { return 3; }
-    int Tipo() const override { return 20; }
 
   private:
     int m_nAncho, m_nAlto;
@@ -49,7 +33,7 @@ class CRasterVacio : public IRaster {
 
 class CGeoImagenTest : public testing::Test {
   protected:
-    IRaster* Raster(int ancho = 200, int alto = 100) { return new CRasterVacio(ancho, alto, m_nVivos); }
+    IRaster* Raster(int ancho = 200, int alto = 100) { return new CRasterMedido(ancho, alto, m_nVivos); }
     ~CGeoImagenTest() override { EXPECT_EQ(m_nVivos, 0) << "rasters left behind"; }
     int m_nVivos = 0;
 };
