@@ -223,7 +223,7 @@ void DeclaraAspecto(CLI::App& orden, Orden& o, Textos& t) {
     orden.add_flag("--no-base", t.sinBase, "Without walls and floor")->group("Look");
     orden.add_flag("--limits", v.limites, "Box and outline of the grid")->group("Look");
     orden.add_flag("--axes", v.ejes, "Axes in the corner of an orthographic picture")->group("Look");
-    orden.add_option("--mesh", v.malla, "How the surface is made: quads, strips, points")
+    orden.add_option("--mesh", v.malla, "How the surface is made: quads, strips (which bridge voids), points")
         ->transform(UnoDe({{"quads", 1}, {"strips", 0}, {"points", 2}}))
         ->type_name("HOW")
         ->group("Look");
