@@ -7,10 +7,11 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 #include <vector>
 
-/// Finds the colours of heights in a ramp. It remembers between which stops the last height lay, since heights that
-/// follow each other in a terrain lie close together, and a grid asks for millions.
+/// Finds the colours of heights in a ramp. It keeps the stretch of the ramp that the last height was in, since heights
+/// that follow each other in a terrain lie close together, and a grid asks for millions.
 class CTintaAlturas {
   public:
     /// @param paradas must outlive this object, unchanged
@@ -18,19 +19,15 @@ class CTintaAlturas {
 
     /// Channels from 0 to 1; see CGL::glColorTintaHipsometrica.
     std::array<float, 3> operator()(double z, bool bInterpolar, double sombra) {
-        int canales[3] = {0, 0, 0};
-        if (Situa(z)) {
-            const Vertiz::CColorCota &a = m_Paradas[m_nAlta - 1], &b = m_Paradas[m_nAlta];
-            const int bajos[3] = {a.m_nRojo, a.m_nVerde, a.m_nAzul}, altos[3] = {b.m_nRojo, b.m_nVerde, b.m_nAzul};
-            const double t = bInterpolar ? (z - a.m_dCota) / (b.m_dCota - a.m_dCota) : 0.0;
-            for (int i = 0; i < 3; ++i)
-                canales[i] = bInterpolar ? Canal((altos[i] - bajos[i]) * t + 0.5 + bajos[i]) : bajos[i];
+        if (!(z >= m_dDesde && z < m_dHasta)) Situa(z);
+        const double t = bInterpolar ? (z - m_dCota) / m_dDesnivel : 0.0;
+        std::array<float, 3> color{};
+        for (std::size_t i = 0; i < 3; ++i) {
+            int canal = Canal(m_Rangos[i] * t + 0.5 + m_Bajos[i]);
+            if (sombra >= 0.0) canal = Sombreado(canal, sombra);
+            color[i] = kCanales[canal & 0xFF];  // not clamped: below the first stop they wrap
         }
-        if (sombra >= 0.0)
-            for (int& canal : canales)
-                canal = Sombreado(canal, sombra);
-        // Channels are not clamped: below the first stop they wrap.
-        return {kCanales[canales[0] & 0xFF], kCanales[canales[1] & 0xFF], kCanales[canales[2] & 0xFF]};
+        return color;
     }
 
   private:
@@ -42,18 +39,27 @@ class CTintaAlturas {
         return canales;
     }();
 
-    // Looks for the first stop above z, from the second on. There is none for fewer than two stops, and at and above
-    // the last one.
-    bool Situa(double z) {
+    // Takes the stretch below the first stop above z, from the second stop on. There is none for fewer than two stops,
+    // and at and above the last one: that is black.
+    void Situa(double z) {
+        constexpr double kInfinito = std::numeric_limits<double>::infinity();
         const std::size_t n = m_Paradas.size();
-        const bool bSigue =
-            m_nAlta < n && z < m_Paradas[m_nAlta].m_dCota && (m_nAlta == 1 || z >= m_Paradas[m_nAlta - 1].m_dCota);
-        if (bSigue) return true;
-        if (n < 2) return false;
-        const auto alta = std::upper_bound(m_Paradas.begin() + 1, m_Paradas.end(), z,
-                                           [](double cota, const auto& p) { return cota < p.m_dCota; });
-        m_nAlta = static_cast<std::size_t>(alta - m_Paradas.begin());
-        return m_nAlta < n;
+        const auto alta = n < 2 ? m_Paradas.end()
+                                : std::upper_bound(m_Paradas.begin() + 1, m_Paradas.end(), z,
+                                                   [](double cota, const auto& p) { return cota < p.m_dCota; });
+        if (alta == m_Paradas.end()) {
+            m_dDesde = n < 2 ? -kInfinito : m_Paradas.back().m_dCota;
+            m_dHasta = kInfinito;
+            m_Bajos = m_Rangos = {};
+            return;
+        }
+        const Vertiz::CColorCota& a = *(alta - 1);
+        m_dDesde = alta == m_Paradas.begin() + 1 ? -kInfinito : a.m_dCota;
+        m_dHasta = alta->m_dCota;
+        m_dCota = a.m_dCota;
+        m_dDesnivel = alta->m_dCota - a.m_dCota;
+        m_Bajos = {double(a.m_nRojo), double(a.m_nVerde), double(a.m_nAzul)};
+        m_Rangos = {alta->m_nRojo - m_Bajos[0], alta->m_nVerde - m_Bajos[1], alta->m_nAzul - m_Bajos[2]};
     }
 
     // A channel without its fraction. Heights far below the ramp give channels that no integer holds: 0.
@@ -65,5 +71,7 @@ class CTintaAlturas {
     }
 
     const std::vector<Vertiz::CColorCota>& m_Paradas;
-    std::size_t m_nAlta = static_cast<std::size_t>(-1);  // the upper stop of the last height; past the end for none
+    double m_dDesde = 0.0, m_dHasta = 0.0;        // heights of the stretch: none yet
+    double m_dCota = 0.0, m_dDesnivel = 1.0;      // of its lower stop, and up to the upper one
+    std::array<double, 3> m_Bajos{}, m_Rangos{};  // channels of the lower stop, and what the upper one has more
 };

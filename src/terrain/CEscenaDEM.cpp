@@ -219,7 +219,10 @@ void CEscenaDEM::CompilaPuntos() const {
 
 // The colour of a height: by the ramp, or by cut and fill.
 CEscenaDEM::Color CEscenaDEM::ColorAltura(double h, CTintaAlturas& tinta) const {
-    if (GetTipoColorMDT() == 2) return tinta(h, true, -1.0);
+    return GetTipoColorMDT() == 2 ? tinta(h, true, -1.0) : ColorDesnivel(h);
+}
+
+const CEscenaDEM::Color& CEscenaDEM::ColorDesnivel(double h) const {
     if (h > 0.0) return m_ColorTerraplen;
     return h < 0.0 ? m_ColorDesmonte : m_ColorNada;
 }

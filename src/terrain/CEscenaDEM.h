@@ -6,6 +6,7 @@
 
 #include <array>
 #include <cstdint>
+#include <memory>
 #include <span>
 #include <vector>
 
@@ -97,6 +98,7 @@ class LUMBRA_API CEscenaDEM : public CEscenaMDT {
     void CompilaPuntos() const;
     bool ColorPorAltura() const { return GetTipoColorMDT() == 2 || GetTipoColorMDT() == 6; }
     Color ColorAltura(double h, CTintaAlturas& tinta) const;
+    const Color& ColorDesnivel(double h) const;
     static const Color& Tinte(int lugar);
     Marco DameMarco() const;
 
@@ -118,6 +120,7 @@ class LUMBRA_API CEscenaDEM : public CEscenaMDT {
     FilaMapa DameFilaMapa(const Banda& banda, std::int64_t fila) const;
     void ColoreaFila(Banda& banda, std::int64_t fila, std::vector<Color>& colores) const;
     void CalculaNormales(Banda& banda, const FilaMapa& norte, const FilaMapa& sur) const;
+    template <unsigned kQuad>
     void EmiteBanda(Banda& banda, int r, int u) const;
     void LiberaMalla();
 
@@ -134,8 +137,9 @@ class LUMBRA_API CEscenaDEM : public CEscenaMDT {
     Vertiz::CDEM* m_pDEM = nullptr;
 
     // Working arrays of the mesh, filled only while OnIniciarDEMRegular runs.
-    std::vector<float> m_Vertices;        // x, y, z in GL space
-    std::vector<float> m_Alturas;         // height of each vertex of a divided mesh, where the colour needs it
+    std::unique_ptr<float[]> m_Vertices;  // x, y, z in GL space
+    std::unique_ptr<float[]> m_Alturas;   // height of each vertex of a divided mesh, where the colour needs it
+    std::int32_t m_nVertices = 0;
     std::vector<std::int32_t> m_Indices;  // for each sample position that of its x in m_Vertices, or -1
     Color m_ColorDesmonte{};
     Color m_ColorTerraplen{};

@@ -82,8 +82,8 @@ bool CEscenaDEM::ReservaVertices(Paso& paso) {
         const std::int64_t columnas = Posiciones(m_pDEM->GetColumnas(), paso.x) * paso.f - (paso.f - 1);
         const std::int64_t cantidad = filas * columnas;
         try {
-            m_Vertices.reserve(static_cast<std::size_t>(3 * cantidad));
-            if (paso.f > 1) m_Alturas.reserve(static_cast<std::size_t>(cantidad));
+            m_Vertices = std::make_unique_for_overwrite<float[]>(static_cast<std::size_t>(3 * cantidad));
+            if (paso.f > 1) m_Alturas = std::make_unique_for_overwrite<float[]>(static_cast<std::size_t>(cantidad));
             return true;
         } catch (const std::bad_alloc&) {
             LiberaMalla();
@@ -117,8 +117,9 @@ int CEscenaDEM::ColumnasMapa(const Paso& paso) const {
 }
 
 void CEscenaDEM::LiberaMalla() {
-    std::vector<float>().swap(m_Vertices);
-    std::vector<float>().swap(m_Alturas);
+    m_Vertices.reset();
+    m_Alturas.reset();
+    m_nVertices = 0;
     std::vector<std::int32_t>().swap(m_Indices);
 }
 
@@ -130,6 +131,17 @@ const float* CEscenaDEM::FilaAlturas(int fila, std::vector<float>& copia) const 
     for (unsigned c = 0; c < copia.size(); ++c)
         copia[c] = m_pDEM->Matriz().Get(i, c);
     return copia.data();
+}
+
+inline void CEscenaDEM::ColocaVertice(std::int64_t posicion, const Marco& marco, double fila, double columna, float h) {
+    if (posicion >= static_cast<std::int64_t>(m_Indices.size())) return;
+    const Vertiz::CCoor3D<double> p(marco.oeste + columna * marco.celdaX, marco.norte - fila * marco.celdaY, h, 0);
+    double x = 0, y = 0, z = 0;
+    if (!TerrenoAGL(p, x, y, z, 1.0, false)) return;
+    float* const v = &m_Vertices[3 * static_cast<std::size_t>(m_nVertices)];
+    v[0] = static_cast<float>(x), v[1] = static_cast<float>(y), v[2] = static_cast<float>(z);
+    if (m_Alturas != nullptr) m_Alturas[static_cast<std::size_t>(m_nVertices)] = h;
+    m_Indices[static_cast<std::size_t>(posicion)] = 3 * m_nVertices++;
 }
 
 // Every sample of the mesh through TerrenoAGL, once, in the order of the rows from the north.
@@ -188,16 +200,6 @@ bool CEscenaDEM::AlturaSuave(int r, int c, int u, int w, int f, double& h) const
     return true;
 }
 
-void CEscenaDEM::ColocaVertice(std::int64_t posicion, const Marco& marco, double fila, double columna, float h) {
-    if (posicion >= static_cast<std::int64_t>(m_Indices.size())) return;
-    const Vertiz::CCoor3D<double> p(marco.oeste + columna * marco.celdaX, marco.norte - fila * marco.celdaY, h, 0);
-    double x = 0, y = 0, z = 0;
-    if (!TerrenoAGL(p, x, y, z, 1.0, false)) return;
-    m_Indices[static_cast<std::size_t>(posicion)] = static_cast<std::int32_t>(m_Vertices.size());
-    m_Vertices.insert(m_Vertices.end(), {static_cast<float>(x), static_cast<float>(y), static_cast<float>(z)});
-    if (m_Alturas.capacity() != 0) m_Alturas.push_back(h);
-}
-
 int CEscenaDEM::OnIniciarDEMRegular() {
     if (m_pDEM == nullptr) return 0;
     const struct Limpieza {
@@ -216,7 +218,7 @@ int CEscenaDEM::CompilaMalla(const Paso& paso) {
     ColocaMuestras(paso);
     // The array's address is taken when all vertices are in it; the list keeps copies of what is sent.
     glEnableClientState(GL_VERTEX_ARRAY);
-    glVertexPointer(3, GL_FLOAT, 0, m_Vertices.data());
+    glVertexPointer(3, GL_FLOAT, 0, m_Vertices.get());
     const int filas = static_cast<int>(m_pDEM->GetFilas()), columnas = static_cast<int>(m_pDEM->GetColumnas());
     const int limite = GetQuad() == 1 ? columnas - paso.x : columnas;
     const int bien = GeneraDEMRegular(0, 0, filas, limite, paso.f, paso.x, filas, ColumnasMapa(paso));
@@ -227,7 +229,6 @@ int CEscenaDEM::CompilaMalla(const Paso& paso) {
 // What the bands of one rectangle are sent from.
 struct CEscenaDEM::Banda {
     int f, x, colInicio, colFin, colsMapa;
-    unsigned quad;
     bool porAltura, tintada;
     Vector normal{0, 0, 0};          // of the last whole cell: strips and points keep it over a void
     std::vector<Vector> normales{};  // of the band's cells, by their column of the map
@@ -270,41 +271,21 @@ void CEscenaDEM::ColoreaFila(Banda& banda, std::int64_t fila, std::vector<Color>
     const float* alturas = banda.f == 1 ? FilaAlturas(static_cast<int>(fila * banda.x), copia) : nullptr;
     const double origenZ = m_pDEM->GetSemilla().GetZ();
     CTintaAlturas tinta(m_Data.m_GamaColor.Paradas());
+    const bool rampa = GetTipoColorMDT() == 2;
     for (std::int64_t j = banda.Primera(); j <= banda.Ultima(); ++j) {
         const std::int32_t i = mapa.Indice(j);
         if (i == -1) continue;
         const float h = alturas != nullptr ? static_cast<float>(alturas[j * banda.x] - origenZ)
                                            : m_Alturas[static_cast<std::size_t>(i / 3)];
-        colores[static_cast<std::size_t>(j)] = ColorAltura(h, tinta);
+        colores[static_cast<std::size_t>(j)] = rampa ? tinta(h, true, -1.0) : ColorDesnivel(h);
     }
-}
-
-int CEscenaDEM::GeneraDEMRegular(int filaInicio, int colInicio, int filaFin, int colFin, int f, int x, int /*filas*/,
-                                 int colsMapa) {
-    const std::int64_t limite = std::int64_t{filaFin} - x;
-    if (f < 1 || x < 1 || filaInicio >= limite) return 1;
-    const unsigned quad = GetQuad();
-    const bool porAltura = ColorPorAltura();
-    Banda banda{f, x, colInicio, colFin, colsMapa, quad, porAltura, !porAltura && m_Data.m_nSombraCeldas && quad < 2};
-    if (quad != 0) glBegin(quad == 1 ? GL_QUADS : GL_POINTS);
-    for (int r = filaInicio; r < limite; r += x)
-        for (int u = 0; u < f; ++u) {
-            if (quad == 0) glBegin(GL_QUAD_STRIP);
-            EmiteBanda(banda, r, u);
-            if (quad == 0) {
-                glEnd();
-                if (HayErrorGL()) return 0;
-            }
-        }
-    if (quad != 0) glEnd();
-    return HayErrorGL() ? 0 : 1;
 }
 
 // The normals of a band's whole cells, ahead of sending them: between calls to OpenGL each root would have to be waited
 // for.
 void CEscenaDEM::CalculaNormales(Banda& banda, const FilaMapa& norte, const FilaMapa& sur) const {
     banda.normales.resize(static_cast<std::size_t>(banda.colsMapa));
-    const float* vertices = m_Vertices.data();
+    const float* vertices = m_Vertices.get();
     for (std::int64_t j = banda.Primera(); j <= banda.Ultima(); ++j) {
         const std::int32_t i0 = norte.Indice(j), i1 = sur.Indice(j), i2 = norte.Indice(j + 1);
         if (i0 != -1 && i1 != -1 && i2 != -1)
@@ -312,8 +293,10 @@ void CEscenaDEM::CalculaNormales(Banda& banda, const FilaMapa& norte, const Fila
     }
 }
 
+// The calls of one band: the shape of the cells is known ahead, and the rest of what a cell needs is at hand.
+template <unsigned kQuad>
 void CEscenaDEM::EmiteBanda(Banda& banda, int r, int u) const {
-    const int f = banda.f, x = banda.x, ultima = banda.colFin - x;
+    const int f = banda.f, x = banda.x, ultima = banda.colFin - x, colFin = banda.colFin;
     const std::int64_t fila = u + std::int64_t{r} * f / x;
     FilaMapa norte = DameFilaMapa(banda, fila), sur = DameFilaMapa(banda, fila + 1);
     if (banda.porAltura) {
@@ -325,36 +308,63 @@ void CEscenaDEM::EmiteBanda(Banda& banda, int r, int u) const {
         sur.colores = banda.coloresSur.data();
     }
     CalculaNormales(banda, norte, sur);
-    const auto emite = [&banda](const FilaMapa& lado, std::int64_t columna, std::int32_t indice, int lugar) {
-        if (banda.porAltura || banda.tintada) {
-            const Color& color = banda.porAltura ? lado.colores[columna] : Tinte(lugar);
+    const bool porAltura = banda.porAltura, tintada = banda.tintada;
+    const auto emite = [=](const FilaMapa& lado, std::int64_t columna, std::int32_t indice, int lugar) {
+        if (porAltura || tintada) {
+            const Color& color = porAltura ? lado.colores[columna] : Tinte(lugar);
             glColor3f(color[0], color[1], color[2]);
         }
         glArrayElement(indice / 3);
     };
+    const Vector* const normales = banda.normales.data();
+    Vector normal = banda.normal;
     std::int64_t celda = std::int64_t{banda.colInicio} * f / x;  // column of the map that column c begins at
-    for (int c = banda.colInicio; c < banda.colFin; c += x, celda += f)
-        for (int w = 0; w < (banda.quad != 1 && c == ultima ? 1 : f); ++w) {
+    for (int c = banda.colInicio; c < colFin; c += x, celda += f)
+        for (int w = 0; w < (kQuad != 1 && c == ultima ? 1 : f); ++w) {
             std::int64_t columna = celda + w;
             // Points: the last sample of a row has no cell of its own, and is sent as the east side of the one before.
-            const bool ladoEste = banda.quad == 2 && c == banda.colFin - 1 && w == f - 1;
+            const bool ladoEste = kQuad == 2 && c == colFin - 1 && w == f - 1;
             if (ladoEste) columna = f == 1 ? std::int64_t{c - 1} / x + w : columna - 1;
             const std::int32_t i0 = norte.Indice(columna);
             if (i0 == -1) continue;
             const std::int32_t i1 = sur.Indice(columna), i2 = norte.Indice(columna + 1), i3 = sur.Indice(columna + 1);
             if (i1 != -1 && i2 != -1 && i3 != -1)
-                banda.normal = banda.normales[static_cast<std::size_t>(columna)];
-            else if (banda.quad == 1)
+                normal = normales[columna];
+            else if (kQuad == 1 || (kQuad == 0 && i1 == -1))
                 continue;
-            if (banda.quad == 0 && i1 == -1) continue;
-            glNormal3f(banda.normal.x, banda.normal.y, banda.normal.z);
+            glNormal3f(normal.x, normal.y, normal.z);
             const std::int64_t lado = columna + (ladoEste ? 1 : 0);
             const std::int32_t primero = ladoEste ? i2 : i0, segundo = ladoEste ? i3 : i1;
             if (primero != -1) emite(norte, lado, primero, 0);
             if (segundo != -1) emite(sur, lado, segundo, 1);
-            if (banda.quad == 1) {
+            if (kQuad == 1) {
                 emite(sur, columna + 1, i3, 2);
                 emite(norte, columna + 1, i2, 3);
             }
         }
+    banda.normal = normal;
+}
+
+int CEscenaDEM::GeneraDEMRegular(int filaInicio, int colInicio, int filaFin, int colFin, int f, int x, int /*filas*/,
+                                 int colsMapa) {
+    const std::int64_t limite = std::int64_t{filaFin} - x;
+    if (f < 1 || x < 1 || filaInicio >= limite) return 1;
+    const unsigned quad = GetQuad();
+    const bool porAltura = ColorPorAltura();
+    Banda banda{f, x, colInicio, colFin, colsMapa, porAltura, !porAltura && m_Data.m_nSombraCeldas && quad < 2};
+    const auto emite = quad == 0   ? &CEscenaDEM::EmiteBanda<0>
+                       : quad == 1 ? &CEscenaDEM::EmiteBanda<1>
+                                   : &CEscenaDEM::EmiteBanda<2>;
+    if (quad != 0) glBegin(quad == 1 ? GL_QUADS : GL_POINTS);
+    for (int r = filaInicio; r < limite; r += x)
+        for (int u = 0; u < f; ++u) {
+            if (quad == 0) glBegin(GL_QUAD_STRIP);
+            (this->*emite)(banda, r, u);
+            if (quad == 0) {
+                glEnd();
+                if (HayErrorGL()) return 0;
+            }
+        }
+    if (quad != 0) glEnd();
+    return HayErrorGL() ? 0 : 1;
 }
