@@ -1,0 +1,57 @@
+// Free memory, as the kernel estimates it, and the process's own limit.
+
+#include "platform/Memoria.h"
+
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <charconv>
+#include <cstring>
+#include <string_view>
+
+namespace {
+
+std::atomic<ULONGLONG> limitePruebas{~ULONGLONG{0}};
+
+// The number behind a name in a file of /proc, or all bits set where there is none.
+ULONGLONG Dato(const char* fichero, std::string_view nombre) {
+    char texto[4096];
+    const int descriptor = open(fichero, O_RDONLY | O_CLOEXEC);
+    if (descriptor < 0) return ~ULONGLONG{0};
+    const ssize_t n = read(descriptor, texto, sizeof texto);
+    close(descriptor);
+    const std::string_view todo(texto, n > 0 ? static_cast<std::size_t>(n) : 0);
+    std::size_t lugar = todo.find(nombre);
+    if (lugar == std::string_view::npos) return ~ULONGLONG{0};
+    lugar = todo.find_first_of("0123456789", lugar + nombre.size());
+    ULONGLONG valor = ~ULONGLONG{0};
+    if (lugar != std::string_view::npos) std::from_chars(todo.data() + lugar, todo.data() + todo.size(), valor);
+    return valor;
+}
+
+// What the process may still take of its address space.
+ULONGLONG LimiteProceso() {
+    rlimit limite{};
+    if (getrlimit(RLIMIT_AS, &limite) != 0 || limite.rlim_cur == RLIM_INFINITY) return ~ULONGLONG{0};
+    const ULONGLONG ocupadas = Dato("/proc/self/status", "VmSize:");
+    if (ocupadas == ~ULONGLONG{0}) return limite.rlim_cur;
+    return limite.rlim_cur > ocupadas * 1024 ? limite.rlim_cur - ocupadas * 1024 : 0;
+}
+
+}  // namespace
+
+bool HayMemoria(ULONGLONG bytes) {
+    constexpr ULONGLONG kPocas = ULONGLONG{16} << 20;  // not worth two looks into /proc
+    if (bytes > limitePruebas) return false;
+    if (bytes < kPocas) return true;
+    const ULONGLONG libres = Dato("/proc/meminfo", "MemAvailable:");
+    if (libres != ~ULONGLONG{0} && bytes / 1024 >= libres) return false;
+    return bytes < LimiteProceso();
+}
+
+void LimitaMemoria(ULONGLONG bytes) {
+    limitePruebas = bytes;
+}

@@ -1,0 +1,12 @@
+#pragma once
+// Internal. Whether memory can still be had: with overcommit a large allocation succeeds and the process dies later,
+// when it touches the pages.
+
+#include "platform/Exporta.h"
+#include "platform/Tipos.h"
+
+/// True when so many bytes fit in the machine's free memory and in the process's limit of address space.
+LUMBRA_API bool HayMemoria(ULONGLONG bytes);
+
+/// For tests: from now on nothing above so many bytes fits. The default, all bits set, takes the limit away.
+LUMBRA_API void LimitaMemoria(ULONGLONG bytes = ~ULONGLONG{0});

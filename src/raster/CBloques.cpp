@@ -1,0 +1,58 @@
+#include "raster/CBloques.h"
+
+#include "platform/Memoria.h"
+
+#include <algorithm>
+#include <new>
+#include <utility>
+
+namespace Vertiz {
+
+CBloques& CBloques::operator=(CBloques&& otros) noexcept {
+    if (this == &otros) return *this;
+    m_Bloques = std::exchange(otros.m_Bloques, {});
+    m_nTamano = std::exchange(otros.m_nTamano, 0);
+    return *this;
+}
+
+bool CBloques::Reserva(UINT cantidad, UINT tamano) {
+    Vacia();
+    if (!HayMemoria(ULONGLONG{cantidad} * tamano)) return false;
+    try {
+        m_Bloques.reserve(cantidad);
+        for (UINT i = 0; i < cantidad; ++i)
+            m_Bloques.push_back(std::make_unique<BYTE[]>(tamano));
+    } catch (const std::bad_alloc&) {
+        Vacia();
+        return false;
+    }
+    m_nTamano = tamano;
+    return true;
+}
+
+void CBloques::Vacia() {
+    std::vector<std::unique_ptr<BYTE[]>>().swap(m_Bloques);
+    m_nTamano = 0;
+}
+
+bool CBloques::Lee(ULONGLONG p, BYTE* destino, std::size_t n) const {
+    if (p > Bytes() || n > Bytes() - p) return false;
+    while (n > 0) {
+        const std::size_t inicio = p % m_nTamano, tramo = std::min<std::size_t>(n, m_nTamano - inicio);
+        std::copy_n(m_Bloques[p / m_nTamano].get() + inicio, tramo, destino);
+        p += tramo, destino += tramo, n -= tramo;
+    }
+    return true;
+}
+
+bool CBloques::Escribe(ULONGLONG p, const BYTE* origen, std::size_t n) {
+    if (p > Bytes() || n > Bytes() - p) return false;
+    while (n > 0) {
+        const std::size_t inicio = p % m_nTamano, tramo = std::min<std::size_t>(n, m_nTamano - inicio);
+        std::copy_n(origen, tramo, m_Bloques[p / m_nTamano].get() + inicio);
+        p += tramo, origen += tramo, n -= tramo;
+    }
+    return true;
+}
+
+}  // namespace Vertiz

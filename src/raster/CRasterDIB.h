@@ -1,0 +1,106 @@
+#pragma once
+// What every format of picture has in common: the stored picture under its header, access to its pixels, and the
+// operations on the whole of it.
+
+#include "raster/CabeceraDIB.h"
+#include "raster/IRaster.h"
+
+#include <cstdlib>
+#include <memory>
+#include <span>
+#include <vector>
+
+namespace Vertiz {
+
+/// A picture stored as a device-independent bitmap: rows of BytesFila, padded to four bytes, the top one first. Row r
+/// is found at stored row h - 1 - r. Formats derive from it and add reading and writing.
+class LUMBRA_API CRasterDIB : public IRaster {
+  public:
+    ~CRasterDIB() override;
+
+    void Limpiar() override;
+    void SetNombre(const wchar_t* nombre) override;
+    bool SetFichero(CFile* fichero) override;
+    bool CierraFichero() override { return true; }
+
+    int Alto100() const override { return std::abs(Alto()) * Factor100(); }
+    int Ancho100() const override { return Ancho() * Factor100(); }
+    int Alto() const override { return m_Cabecera.biHeight; }
+    int Ancho() const override { return m_nAncho; }
+    UINT BytesFila() const override;
+    const wchar_t* Nombre() const override { return m_szNombre; }
+    int BytesPixel() const override { return m_Cabecera.biBitCount / 8; }
+    const BYTE* Paleta() const override { return m_Paleta.empty() ? nullptr : m_Paleta.data(); }
+
+    bool ReservaBuffer(int ancho, int alto) override;
+    bool SetPixel(int fila, int columna, const BYTE* pixel) override;
+    bool GetPixel(BYTE* pixel, int fila, int columna, int radio) const override;
+    bool SetFila(const BYTE* pixeles, int fila, int columna, int n) override;
+    bool GetFila(BYTE* pixeles, int fila, int columna, int n) const override;
+
+    bool Rellena(int fila, int columna, const BYTE* pixel, std::vector<int>* pilaFilas,
+                 std::vector<int>* pilaColumnas) override;
+    int Recorta(int fila0, int col0, int fila1, int col1, IRaster* destino) override;
+    int CambiaTamano(int filas, int columnas, IRaster* destino) override;
+    int Escala(double factor, IRaster* destino = nullptr) override;
+    int Reducir(int interpolacion, int nivel) override;
+    void PasaAMemoria(bool rellenar) override;
+
+    CGeorreferencia* Georreferencia() override { return &m_Georreferencia; }
+    bool TieneGeorreferencia() const override { return m_bGeorreferenciada != 0; }
+    void SetGeorreferencia(const CGeorreferencia& georreferencia) override { m_Georreferencia = georreferencia; }
+
+    int Filtra(int tipo, int tamano) override;
+    int Negativo() override;
+    int AGrises(int desplazamiento = 256) override;
+    int GrisesAColor() override;
+    int Luminancia() override;
+    int LuminanciaY() override;
+    int Histograma(unsigned* cuentas, bool sinBlanco, bool sinNegro) override;
+    int Histogramas(unsigned (*tablas)[256], int& minY, int& maxY, bool sinBlanco, bool sinNegro) override;
+    int Estira(int minimo, int maximo, int banda, bool sinBlanco, bool sinNegro) override;
+    int BrilloContraste(double brillo, double contraste) override;
+    int IndiceNormalizado(int a, int b) override;
+    int LeerReducido(unsigned reduccion) override;
+
+  protected:
+    explicit CRasterDIB(int modoFichero) : IRaster(modoFichero) {}
+
+    /// An empty raster that pictures made of this one go to: of the same kind, in memory or file mode.
+    virtual std::unique_ptr<CRasterDIB> Nuevo(int modoFichero) const = 0;
+
+    // ---- The store, in bytes. The two homes of the pixels are told apart here and nowhere else.
+
+    int AltoPixeles() const { return std::abs(m_Cabecera.biHeight); }
+    /// Pixels exist, in memory or in the temporary file.
+    bool TienePixeles() const { return !m_Bloques.EstaVacio() || (m_bModoFichero != 0 && m_pTemporal != nullptr); }
+    /// Position in the store of a byte of a row counted from the bottom.
+    ULONGLONG Posicion(int fila, ULONGLONG byte) const;
+    bool LeeAlmacen(ULONGLONG p, BYTE* destino, std::size_t n) const;
+    bool EscribeAlmacen(ULONGLONG p, const BYTE* origen, std::size_t n);
+    /// The bytes of a row counted from the bottom, BytesFila of them: those in memory themselves, or a copy of those in
+    /// the file. Empty when there is no such row.
+    std::span<const BYTE> FilaAlmacen(int fila, std::vector<BYTE>& copia) const;
+    /// The bytes of a row in memory, to write to; empty in file mode.
+    std::span<BYTE> FilaEnMemoria(int fila);
+    /// Room for the picture of the header by its mode, all 0: a block for each row, or a temporary file of full size.
+    bool ReservaAlmacen();
+    /// Takes header, pixels, buffer, palette and mode of another; the other ends up empty.
+    void TomaImagen(CRasterDIB& otra);
+
+    bool MediaVentana(BYTE* pixel, int fila, int columna, int radio) const;
+
+    BITMAPINFOHEADER m_Cabecera{0};  ///< biSize 0 while the object is empty
+    std::vector<BYTE> m_Paleta;      ///< entries of 4 bytes
+    CFile* m_pFuente = nullptr;      ///< not owned
+    std::vector<BYTE> m_Buffer;
+    int m_nOscuro = 0;     ///< entry of the palette with the lowest mean
+    int m_nBrillante = 0;  ///< entry of the palette with the highest sum
+    wchar_t m_szNombre[256]{};
+    CString m_sRuta;  ///< the whole of the name that m_szNombre holds the start of
+    int m_nAncho = 0;
+    CGeorreferencia m_Georreferencia;
+    int m_bGeorreferenciada = 0;
+};
+
+}  // namespace Vertiz

@@ -1,0 +1,87 @@
+#pragma once
+// TIFF, and the image model that the compressed formats fill.
+
+#include "raster/CRasterDIB.h"
+#include "model/CMatriz.h"
+
+#include <cstdint>
+#include <vector>
+
+namespace Vertiz {
+
+/// A picture read from TIFF 6.0 or BigTIFF by the library's own reader: both byte orders, strips and tiles,
+/// uncompressed or PackBits, with GeoTIFF tags. One sample of photometric 0, 1 or 3 is stored with 8 bits a pixel,
+/// everything else with 24. Files with other compressions are LibTiff's.
+///
+/// A file may hold several pages: every Leer goes on to the next, and after the last gives 2. SetFichero starts anew,
+/// so whoever reads the header first calls it again for the pixels.
+class LUMBRA_API CTiff : public CRasterDIB {
+  public:
+    explicit CTiff(int modoFichero = 0) : CRasterDIB(modoFichero) {}
+    ~CTiff() override;
+
+    /// Reads the header of the file too. @return false when it isn't a TIFF
+    bool SetFichero(CFile* fichero) override;
+    int Leer(bool soloCabecera) override;
+    /// Reads a page, as a picture or, where it holds a grid of values, as a table.
+    /// @param tabla        out: the table, the caller's, row 0 at the bottom; null for a picture
+    /// @param limiteCeldas not 0: a table with more cells goes to a file
+    /// @param registro     three integers, each of which becomes 2 minus itself when below 3; may be null
+    /// @param minimo, maximo  values that become black and white; null measures them
+    /// @param col0, col1, fila0, fila1  window of the page, half-open, rows from the top; all 0 for the whole
+    /// @return 1; 2 without a source, after the last page or cancelled; kNoSoportado
+    virtual int Leer(bool soloCabecera, CMatriz<float>** tabla, unsigned limiteCeldas, int* registro,
+                     const float* minimo, const float* maximo, int col0, int col1, int fila0, int fila1);
+
+    /// Writes a classic little-endian TIFF of one strip.
+    int Grabar(CFile* fichero) override { return Grabar(fichero, nullptr, nullptr); }
+    /// @param tabla           written in place of the picture, as 32-bit floats, when georreferencia is given too
+    /// @param georreferencia  written as GeoTIFF tags; null for none
+    int Grabar(CFile* fichero, const CMatriz<float>* tabla, const CGeorreferencia* georreferencia);
+
+    bool TienePaleta() const override { return m_nFotometrica == 3 && m_Cabecera.biBitCount == 8; }
+    float Resolucion() const override { return m_fResolucionImagen; }
+    /// Block i takes the bytes from i times its size on of what `datos` holds; blocks of the picture's own size and
+    /// count are moved in, and `datos` ends up empty. Without memory the picture goes to a temporary file.
+    bool Crear(int ancho, int alto, int bits, float resolucion, bool rellenar, CBloques* datos, const BYTE* paleta,
+               bool soloCabecera) override;
+    void Limpiar() override;
+
+    int NumMuestras() const override;
+    int BytesMuestra() const override { return m_nBytesMuestra; }
+    int Tipo() const override { return 20; }
+
+    /// White where 3 g - 2.4 r - b of the chromatic coordinates is above 0 (excess green less excess red), else black.
+    int IndiceVegetacion() override;
+    /// As told in IRaster; the ranges of hue, saturation and value go to the progress as messages.
+    int AGrises(int desplazamiento = 256) override;
+    int CorrelaPlantilla(IRaster* plantilla, CTiff** destino, unsigned modo, bool completa) override;
+    void ReducePaleta(const std::vector<BYTE>* paleta) override;
+    int SegmentaImagen(CTiff** destino, float sigma, float c, int minimo, bool cierra, int* componentes) override;
+    int ExtraeColor(CTiff** destino, const BYTE* color) override;
+    void Ensancha(int columnas, bool izquierda) override;
+    int MezclaSobre(IRaster* otro) override;
+    int CuentaColor(const BYTE* color) override;
+
+    /// Offset in the file of the page to read next; 0 after the last.
+    std::uint64_t OffsetDirectorio() const { return m_nOffsetDirectorio; }
+    /// 255 / (maximum - minimum) of the last values that were scaled to greys.
+    double EscalaGris() const { return m_dEscalaGris; }
+
+  protected:
+    std::unique_ptr<CRasterDIB> Nuevo(int modoFichero) const override;
+
+    std::uint16_t m_nOrdenBytes = 0;  ///< 0x4949 little-endian, 0x4D4D big-endian
+    std::uint16_t m_nVersion = 0;     ///< 42 classic, 43 big
+    std::uint64_t m_nOffsetDirectorio = 0;
+    std::vector<std::uint16_t> m_BitsMuestra;  ///< of each sample
+    std::uint16_t m_nMuestrasPixel = 0;
+    std::uint16_t m_nUnidadResolucion = 1;
+    float m_fResolucionX = 0.0F, m_fResolucionY = 0.0F;
+    float m_fResolucionImagen = 0.0F;
+    std::uint16_t m_nBytesMuestra = 0;
+    std::uint16_t m_nFotometrica = 0;
+    double m_dEscalaGris = 1.0;
+};
+
+}  // namespace Vertiz

@@ -1,0 +1,3 @@
+#include "raster/ConversionColor.h"
+
+namespace Vertiz {}  // namespace Vertiz
