@@ -27,7 +27,7 @@ class Prestado : public Descriptor {
 
 int ModoSistema(UINT modo) {
     const int acceso = modo & CFile::modeReadWrite ? O_RDWR : modo & CFile::modeWrite ? O_WRONLY : O_RDONLY;
-    return acceso | (modo & CFile::modeCreate ? O_CREAT : 0);
+    return acceso | (modo & CFile::modeCreate ? O_CREAT : 0) | (modo & CFile::modeExclusive ? O_EXCL : 0);
 }
 
 // The advisory lock that a share flag asks for: one that denies writing goes together with other readers of its kind.
@@ -81,7 +81,8 @@ bool CFile::Falla(int numero) const {
 
 int CFile::AbreDescriptor(LPCWSTR nombre, UINT modo) {
     // Opened without waiting, or a pipe would hang; emptied only once the lock is held.
-    Descriptor fichero(open(RutaSistema(nombre).c_str(), ModoSistema(modo) | O_CLOEXEC | O_NONBLOCK, 0666));
+    const mode_t permisos = modo & modeExclusive ? 0600 : 0666;
+    Descriptor fichero(open(RutaSistema(nombre).c_str(), ModoSistema(modo) | O_CLOEXEC | O_NONBLOCK, permisos));
     const bool vacia = (modo & modeCreate) && !(modo & modeNoTruncate);
     if (!fichero || !Sirve(fichero.Get()) || !Bloquea(fichero.Get(), modo) ||
         (vacia && ftruncate(fichero.Get(), 0) != 0 && errno != EINVAL)) {  // EINVAL: a device has no length

@@ -44,6 +44,7 @@ class LUMBRA_API CFile {
         modeNoTruncate = 0x2000,  ///< with modeCreate: keeps what an existing one holds
         typeText = 0x4000,        ///< for CStdioFile
         typeBinary = 0x8000,
+        modeExclusive = 0x10000,  ///< with modeCreate: a new file, its owner's alone; an existing one is a failure
     };
     enum SeekPosition : UINT { begin = 0, current = 1, end = 2 };
 

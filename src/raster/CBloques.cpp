@@ -17,11 +17,15 @@ CBloques& CBloques::operator=(CBloques&& otros) noexcept {
 
 bool CBloques::Reserva(UINT cantidad, UINT tamano) {
     Vacia();
-    if (!HayMemoria(ULONGLONG{cantidad} * tamano)) return false;
+    constexpr unsigned kPorBloque = 32;  // its pointer, and what the allocator adds
+    if (!HayMemoria(ULONGLONG{cantidad} * (ULONGLONG{tamano} + kPorBloque))) return false;
     try {
         m_Bloques.reserve(cantidad);
-        for (UINT i = 0; i < cantidad; ++i)
-            m_Bloques.push_back(std::make_unique<BYTE[]>(tamano));
+        for (UINT i = 0; i < cantidad; ++i) {
+            // From the system they come as zeros already, which only calloc knows.
+            m_Bloques.emplace_back(static_cast<BYTE*>(std::calloc(std::max(tamano, 1U), 1)));
+            if (m_Bloques.back() == nullptr) throw std::bad_alloc();
+        }
     } catch (const std::bad_alloc&) {
         Vacia();
         return false;
@@ -31,7 +35,7 @@ bool CBloques::Reserva(UINT cantidad, UINT tamano) {
 }
 
 void CBloques::Vacia() {
-    std::vector<std::unique_ptr<BYTE[]>>().swap(m_Bloques);
+    decltype(m_Bloques)().swap(m_Bloques);
     m_nTamano = 0;
 }
 

@@ -5,7 +5,9 @@
 #include "platform/Tipos.h"
 
 #include <cstddef>
+#include <cstdlib>
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace Vertiz {
@@ -40,7 +42,10 @@ class LUMBRA_API CBloques {
     bool Escribe(ULONGLONG p, const BYTE* origen, std::size_t n);
 
   private:
-    std::vector<std::unique_ptr<BYTE[]>> m_Bloques;
+    struct Libera {
+        void operator()(BYTE* bloque) const { std::free(bloque); }
+    };
+    std::vector<std::unique_ptr<BYTE[], Libera>> m_Bloques;
     UINT m_nTamano = 0;
 };
 

@@ -16,7 +16,13 @@ bool CBmp::TienePaleta() const {
 float CBmp::Resolucion() const {
     return static_cast<float>(m_Cabecera.biXPelsPerMeter * 0.025401);
 }
-bool CBmp::Crear(int, int, int, float, bool, CBloques*, const BYTE*, bool) {
+bool CBmp::Crear(int ancho, int alto, int bits, float resolucion, bool rellenar, CBloques* datos, const BYTE* paleta,
+                 bool soloCabecera) {
+    if (!CreaCabecera(ancho, alto, bits, resolucion, paleta)) return false;
+    if (soloCabecera) return true;
+    m_Cabecera.biHeight = -AltoPixeles();
+    if (ReservaAlmacen() && LlenaAlmacen(rellenar, datos, 16)) return true;
+    Limpiar();
     return false;
 }
 int CBmp::IndiceVegetacion() {

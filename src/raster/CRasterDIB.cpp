@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cwchar>
+#include <limits>
 #include <new>
 #include <utility>
 
@@ -25,6 +26,19 @@ struct Tramo {
           columna(std::max(primera, LONGLONG{0})),
           n(std::min(cantidad - salto, ancho - columna)) {}
 };
+
+// Bytes of a row, padded to four.
+ULONGLONG BytesDeFila(int ancho, unsigned bits) {
+    return (ULONGLONG{bits} * static_cast<unsigned>(std::max(ancho, 0)) + 31) / 32 * 4;
+}
+
+std::size_t EntradasPaleta(int bits) {
+    return bits == 1 || bits == 4 || bits == 8 ? std::size_t{1} << bits : 0;
+}
+
+int EnCentesimas(int pixeles) {
+    return static_cast<int>(std::min<LONGLONG>(LONGLONG{pixeles} * 100, std::numeric_limits<int>::max()));
+}
 
 }  // namespace
 
@@ -53,17 +67,23 @@ bool CRasterDIB::SetFichero(CFile* fichero) {
     return true;
 }
 
+int CRasterDIB::Alto100() const {
+    return EnCentesimas(AltoPixeles());
+}
+
+int CRasterDIB::Ancho100() const {
+    return EnCentesimas(m_nAncho);
+}
+
 UINT CRasterDIB::BytesFila() const {
-    const LONGLONG bits = LONGLONG{m_Cabecera.biBitCount} * std::max(m_Cabecera.biWidth, 0);
-    return static_cast<UINT>((bits + 31) / 32 * 4);
+    return static_cast<UINT>(BytesDeFila(m_Cabecera.biWidth, m_Cabecera.biBitCount));
 }
 
 bool CRasterDIB::ReservaBuffer(int ancho, int alto) {
     std::vector<BYTE>().swap(m_Buffer);
     if (ancho < 0 || alto < 0) return false;
-    const ULONGLONG fila = (ULONGLONG(ancho) * 8 + 31) / 32 * 4;
-    if (fila != 0 && ULONGLONG(alto) * 3 > (ULONGLONG{1} << 62) / fila) return false;
-    const ULONGLONG bytes = fila * ULONGLONG(alto) * 3;
+    const ULONGLONG fila = BytesDeFila(ancho, 8);  // at most 2^31, so that nothing overflows below
+    const ULONGLONG bytes = fila * unsigned(alto) * 3;
     if (!HayMemoria(bytes)) return false;
     try {
         m_Buffer.resize(bytes);
@@ -71,6 +91,49 @@ bool CRasterDIB::ReservaBuffer(int ancho, int alto) {
     } catch (const std::bad_alloc&) {
         return false;
     }
+}
+
+// ---- A new picture -----------------------------------------------------------------------------------------------
+
+bool CRasterDIB::CreaCabecera(int ancho, int alto, int bits, float resolucion, const BYTE* paleta) {
+    constexpr ULONGLONG kMaximoFila = std::numeric_limits<int>::max();
+    if (ancho < 0 || alto == std::numeric_limits<int>::min() || bits < 1 || bits > 0xFFFF) return false;
+    if (BytesDeFila(ancho, static_cast<unsigned>(bits)) > kMaximoFila) return false;
+
+    std::vector<BYTE> entradas(EntradasPaleta(bits) * 4);
+    if (paleta != nullptr)
+        std::copy_n(paleta, entradas.size(), entradas.begin());  // before Limpiar: it may be this object's own
+    else if (bits == 8)
+        for (std::size_t i = 0; i < entradas.size(); ++i)
+            entradas[i] = static_cast<BYTE>(i % 4 == 3 ? 0 : i / 4);
+
+    Limpiar();
+    const double porMetro = resolucion / 0.025401;
+    m_nAncho = ancho;
+    m_Cabecera = BITMAPINFOHEADER{};
+    m_Cabecera.biWidth = ancho;
+    m_Cabecera.biHeight = alto;
+    m_Cabecera.biBitCount = static_cast<WORD>(bits);
+    m_Cabecera.biClrUsed = static_cast<DWORD>(entradas.size() / 4);
+    if (std::abs(porMetro) <= std::numeric_limits<LONG>::max())
+        m_Cabecera.biXPelsPerMeter = m_Cabecera.biYPelsPerMeter = static_cast<LONG>(porMetro);
+    m_Paleta = std::move(entradas);
+    return true;
+}
+
+bool CRasterDIB::LlenaAlmacen(bool rellenar, const CBloques* datos, unsigned salto) {
+    if (datos == nullptr && !rellenar) return true;
+    std::vector<BYTE> fila(BytesFila(), 255);
+    for (int i = 0; i < AltoPixeles(); ++i) {
+        const ULONGLONG p = ULONGLONG{salto} * unsigned(i) * fila.size();
+        if (datos != nullptr) {
+            if (p >= datos->Bytes()) break;  // what lies past their end stays 0
+            std::ranges::fill(fila, BYTE{0});
+            datos->Lee(p, fila.data(), std::min<ULONGLONG>(fila.size(), datos->Bytes() - p));
+        }
+        if (!EscribeAlmacen(ULONGLONG(i) * fila.size(), fila.data(), fila.size())) return false;
+    }
+    return true;
 }
 
 // ---- Store -------------------------------------------------------------------------------------------------------
@@ -81,26 +144,22 @@ ULONGLONG CRasterDIB::Posicion(int fila, ULONGLONG byte) const {
 }
 
 bool CRasterDIB::LeeAlmacen(ULONGLONG p, BYTE* destino, std::size_t n) const {
-    if (!m_Bloques.EstaVacio()) return m_Bloques.Lee(p, destino, n);
-    if (m_pTemporal == nullptr) return false;
+    if (m_bModoFichero == 0) return m_Bloques.Lee(p, destino, n);
     const ULONGLONG total = ULONGLONG{BytesFila()} * ULONGLONG(AltoPixeles());
-    if (p > total || n > total - p) return false;
+    if (m_pTemporal == nullptr || p > total || n > total - p) return false;
     return m_pTemporal->Seek(static_cast<LONGLONG>(p), CFile::begin) == p && m_pTemporal->Read(destino, n) == n;
 }
 
 bool CRasterDIB::EscribeAlmacen(ULONGLONG p, const BYTE* origen, std::size_t n) {
-    if (!m_Bloques.EstaVacio()) return m_Bloques.Escribe(p, origen, n);
-    if (m_pTemporal == nullptr) return false;
+    if (m_bModoFichero == 0) return m_Bloques.Escribe(p, origen, n);
     const ULONGLONG total = ULONGLONG{BytesFila()} * ULONGLONG(AltoPixeles());
-    if (p > total || n > total - p) return false;
+    if (m_pTemporal == nullptr || p > total || n > total - p) return false;
     return m_pTemporal->Seek(static_cast<LONGLONG>(p), CFile::begin) == p && m_pTemporal->Write(origen, n);
 }
 
 std::span<BYTE> CRasterDIB::FilaEnMemoria(int fila) {
     if (fila < 0 || fila >= AltoPixeles() || m_Bloques.EstaVacio()) return {};
-    // Every block holds whole rows: ReservaAlmacen makes one for each, and Crear takes others apart.
-    const ULONGLONG p = Posicion(fila, 0);
-    return {m_Bloques.Bloque(static_cast<UINT>(p / m_Bloques.Tamano())) + p % m_Bloques.Tamano(), BytesFila()};
+    return {m_Bloques.Bloque(static_cast<UINT>(AltoPixeles() - 1 - fila)), m_Bloques.Tamano()};
 }
 
 std::span<const BYTE> CRasterDIB::FilaAlmacen(int fila, std::vector<BYTE>& copia) const {

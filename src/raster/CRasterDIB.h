@@ -23,8 +23,8 @@ class LUMBRA_API CRasterDIB : public IRaster {
     bool SetFichero(CFile* fichero) override;
     bool CierraFichero() override { return true; }
 
-    int Alto100() const override { return std::abs(Alto()) * Factor100(); }
-    int Ancho100() const override { return Ancho() * Factor100(); }
+    int Alto100() const override;
+    int Ancho100() const override;
     int Alto() const override { return m_Cabecera.biHeight; }
     int Ancho() const override { return m_nAncho; }
     UINT BytesFila() const override;
@@ -85,8 +85,13 @@ class LUMBRA_API CRasterDIB : public IRaster {
     std::span<BYTE> FilaEnMemoria(int fila);
     /// Room for the picture of the header by its mode, all 0: a block for each row, or a temporary file of full size.
     bool ReservaAlmacen();
-    /// Takes header, pixels, buffer, palette and mode of another; the other ends up empty.
-    void TomaImagen(CRasterDIB& otra);
+    /// Header and palette of a new picture in place of what there was; Alto keeps its sign.
+    /// @return false, with nothing changed, for a size or depth that no picture has
+    bool CreaCabecera(int ancho, int alto, int bits, float resolucion, const BYTE* paleta);
+    /// The pixels of a new picture. @param salto  row i comes from so many times i rows on in `datos`
+    bool LlenaAlmacen(bool rellenar, const CBloques* datos, unsigned salto);
+    /// Takes header, pixels, buffer, palette and mode of another of the same class; the other ends up empty.
+    virtual void TomaImagen(CRasterDIB& otra);
 
     bool MediaVentana(BYTE* pixel, int fila, int columna, int radio) const;
 

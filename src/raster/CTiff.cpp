@@ -1,20 +1,85 @@
+// What a TIFF keeps beside its pixels, and how it gets room for them.
+
 #include "raster/CTiff.h"
+
+#include "model/Etapa.h"
+#include "platform/Errores.h"
+
+#include <algorithm>
+#include <utility>
 
 namespace Vertiz {
 
 CTiff::~CTiff() = default;
+
 bool CTiff::SetFichero(CFile*) {
     return false;
 }
-bool CTiff::Crear(int, int, int, float, bool, CBloques*, const BYTE*, bool) {
-    return false;
-}
+
 void CTiff::Limpiar() {
     CRasterDIB::Limpiar();
+    m_BitsMuestra.clear();
+    m_nMuestrasPixel = 0;
+    m_nBytesMuestra = 0;
+    m_nFotometrica = 0;
+    m_fResolucionImagen = 0.0F;
 }
+
 int CTiff::NumMuestras() const {
-    return 0;
+    if (m_BitsMuestra.empty()) return 0;
+    return m_nBytesMuestra == m_BitsMuestra.front() / 8 ? 1 : m_nMuestrasPixel;
 }
+
+bool CTiff::Crear(int ancho, int alto, int bits, float resolucion, bool rellenar, CBloques* datos, const BYTE* paleta,
+                  bool soloCabecera) {
+    if (!CreaCabecera(ancho, alto, bits, resolucion, paleta)) return false;
+    const bool unaMuestra = bits < 24;
+    m_nMuestrasPixel = unaMuestra ? 1 : 3;
+    m_BitsMuestra.assign(m_nMuestrasPixel, static_cast<std::uint16_t>(bits / m_nMuestrasPixel));
+    m_nBytesMuestra = static_cast<std::uint16_t>(bits / 8);
+    m_nFotometrica = unaMuestra ? (paleta != nullptr ? 3 : 1) : 2;
+    m_fResolucionImagen = m_fResolucionX = m_fResolucionY = resolucion;
+    m_nUnidadResolucion = 2;  // dots per inch
+    if (soloCabecera) return true;
+
+    m_Cabecera.biHeight = -AltoPixeles();
+    const bool enteros = datos != nullptr && m_bModoFichero == 0 && datos->Tamano() == BytesFila() &&
+                         datos->Cantidad() == static_cast<UINT>(AltoPixeles());
+    if (enteros) m_Bloques = std::move(*datos);
+    if (enteros || (ReservaPixeles() && LlenaAlmacen(rellenar, datos, 1))) return true;
+    Limpiar();
+    return false;
+}
+
+bool CTiff::ReservaPixeles() {
+    if (ReservaAlmacen()) return true;
+    if (m_bModoFichero != 0) return false;
+    if (IPorcentaje* const p = PorcentajeActual()) {
+        const CString causa = TextoError(ERROR_NOT_ENOUGH_MEMORY), sigue = L"Se procede a crear archivo temporal";
+        CString tamano;
+        tamano.Format(L"%d x %d = %d", AltoPixeles(), BytesFila(), ULONGLONG{BytesFila()} * unsigned(AltoPixeles()));
+        for (const CString& texto : {causa + L". " + sigue, causa, sigue, tamano})
+            p->Mensaje(m_nNivelMensajes, texto, 1);
+    }
+    m_bModoFichero = 1;
+    if (ReservaAlmacen()) return true;
+    m_bModoFichero = 0;
+    return false;
+}
+
+void CTiff::TomaImagen(CRasterDIB& otra) {
+    auto& tiff = static_cast<CTiff&>(otra);
+    const auto muestras = tiff.m_nMuestrasPixel, bytes = tiff.m_nBytesMuestra, fotometrica = tiff.m_nFotometrica;
+    const float resolucion = tiff.m_fResolucionImagen;
+    std::vector<std::uint16_t> bits = std::move(tiff.m_BitsMuestra);
+    CRasterDIB::TomaImagen(otra);  // empties both
+    m_BitsMuestra = std::move(bits);
+    m_nMuestrasPixel = muestras;
+    m_nBytesMuestra = bytes;
+    m_nFotometrica = fotometrica;
+    m_fResolucionImagen = resolucion;
+}
+
 std::unique_ptr<CRasterDIB> CTiff::Nuevo(int modoFichero) const {
     return std::make_unique<CTiff>(modoFichero);
 }

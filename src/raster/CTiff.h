@@ -70,6 +70,10 @@ class LUMBRA_API CTiff : public CRasterDIB {
 
   protected:
     std::unique_ptr<CRasterDIB> Nuevo(int modoFichero) const override;
+    void TomaImagen(CRasterDIB& otra) override;
+
+    /// ReservaAlmacen that, without memory, tells so and goes on in file mode.
+    bool ReservaPixeles();
 
     std::uint16_t m_nOrdenBytes = 0;  ///< 0x4949 little-endian, 0x4D4D big-endian
     std::uint16_t m_nVersion = 0;     ///< 42 classic, 43 big

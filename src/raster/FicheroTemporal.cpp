@@ -1,9 +1,55 @@
+// The name and the making of the file that holds a picture's pixels.
+
 #include "raster/FicheroTemporal.h"
+
+#include "platform/Ficheros.h"
+#include "platform/Tiempo.h"
 
 namespace Vertiz {
 
-std::unique_ptr<CFile> CreaFicheroTemporal(const CString&, CString&) {
-    return nullptr;
+namespace {
+
+// The value of an environment variable; empty without one, or when it is too long to be a folder.
+CString Variable(const wchar_t* nombre) {
+    constexpr DWORD kLetras = 1024;
+    const CString igual = CString(nombre) + L"=", formato = igual + L"%" + nombre + L"%";
+    wchar_t texto[kLetras];
+    const DWORD letras = ExpandEnvironmentStringsW(formato, texto, kLetras);
+    if (letras == 0 || letras > kLetras || formato == texto) return {};  // unchanged: there is no such variable
+    return CString(texto).Mid(igual.GetLength());
+}
+
+CString CarpetaSistema() {
+    wchar_t texto[MAX_PATH]{};
+    const DWORD letras = GetTempPathW(MAX_PATH, texto);
+    return letras < MAX_PATH ? CString(texto) : CString();
+}
+
+CString CarpetaTemporales(const CString& fuente) {
+    for (const wchar_t* nombre : {L"TEMP", L"TMP"})
+        if (const CString carpeta = Variable(nombre); !carpeta.IsEmpty()) return carpeta;
+    const CString carpeta = CarpetaRuta(fuente);
+    return carpeta.IsEmpty() ? CarpetaSistema() : carpeta;
+}
+
+}  // namespace
+
+std::unique_ptr<CFile> CreaFicheroTemporal(const CString& fuente, CString& ruta) {
+    constexpr UINT kModo = CFile::modeCreate | CFile::modeExclusive | CFile::modeReadWrite;
+    const CString carpeta = CarpetaTemporales(fuente);
+    __timeb64 ahora{};
+    _ftime64(&ahora);
+    for (int contador = 0;; ++contador) {
+        CString nombre;
+        nombre.Format(L"Imagen%I64d%d%d.tmp", ahora.time, ahora.millitm, contador);
+        nombre = JuntaRuta(carpeta, nombre);
+        auto fichero = std::make_unique<CFile>(nombre, kModo);
+        if (fichero->IsOpen()) {
+            ruta = nombre;
+            return fichero;
+        }
+        if (GetLastError() != ERROR_ALREADY_EXISTS && GetLastError() != ERROR_FILE_EXISTS) return nullptr;
+    }
 }
 
 }  // namespace Vertiz
