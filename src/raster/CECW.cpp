@@ -30,7 +30,8 @@ void Avisa(int nivel, const CString& ruta, const std::string& motivo) {
 
 float Suma(std::vector<float>& progresos) {
     float suma = 0.0F;
-    for (float& p : progresos) suma += std::atomic_ref(p).load(std::memory_order_relaxed);
+    for (float& p : progresos)
+        suma += std::atomic_ref(p).load(std::memory_order_relaxed);
     return suma;
 }
 
@@ -46,12 +47,14 @@ void Acompana(NCS::CEvent& evento, std::vector<float>& progresos, const Etapa& e
 // The bands of all workers in one table of rows, the top one first. Each worker goes once its band is copied.
 bool JuntaBandas(std::vector<std::unique_ptr<CHiloReadECW>>& hilos, int ancho, CBloques& tabla) {
     int filas = 0;
-    for (const auto& hilo : hilos) filas += hilo->NumFilas();
+    for (const auto& hilo : hilos)
+        filas += hilo->NumFilas();
     const std::size_t bytes = BytesFilaBGR(ancho);
     if (!tabla.Reserva(static_cast<UINT>(filas), static_cast<UINT>(bytes))) return false;
     UINT fila = 0;
     for (auto& hilo : hilos) {
-        for (int i = 0; i < hilo->NumFilas(); i++) std::copy_n(hilo->Fila(i), bytes, tabla.Bloque(fila++));
+        for (int i = 0; i < hilo->NumFilas(); i++)
+            std::copy_n(hilo->Fila(i), bytes, tabla.Bloque(fila++));
         hilo.reset();
     }
     return true;

@@ -2,7 +2,6 @@
 // Internal. The worker that reads one band of a picture for CECW.
 
 #include "raster/NCS.h"
-
 #include "platform/Tipos.h"
 
 #include <array>

@@ -22,7 +22,8 @@ constexpr std::array<BYTE, 16> kUuidGeoJP2{0xB1, 0x4B, 0xF8, 0xBD, 0x08, 0x3D, 0
 
 std::uint64_t GrandeAPequeno(std::span<const BYTE> bytes) {
     std::uint64_t v = 0;
-    for (const BYTE b : bytes) v = v << 8 | b;
+    for (const BYTE b : bytes)
+        v = v << 8 | b;
     return v;
 }
 
@@ -80,8 +81,9 @@ bool EsJP2(std::span<const BYTE, 12> firma) {
 CError OtroFormato(std::span<const BYTE, 12> firma, const CString& ruta) {
     const bool nombreECW = ::CString(ruta.c_str()).Right(4).CompareNoCase(L".ecw") == 0;
     if ((firma[0] == 0x65 && firma[1] == 0x02) || nombreECW)
-        return {kFallo, "this is an ECW file, and this build of the library has no ECW kit to read it with "
-                        "(build with LUMBRA_ECW_SDK, or convert the file to JPEG 2000)"};
+        return {kFallo,
+                "this is an ECW file, and this build of the library has no ECW kit to read it with "
+                "(build with LUMBRA_ECW_SDK, or convert the file to JPEG 2000)"};
     return {kFallo, "this is not a JPEG 2000 file"};
 }
 

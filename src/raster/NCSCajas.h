@@ -12,11 +12,11 @@ namespace NCS {
 
 /// The structure of a file, found by walking its boxes (ISO/IEC 15444-1, annex I) or, of a raw codestream, at once.
 struct CEstructuraJ2K {
-    bool m_bCodestream = false;         ///< a raw codestream, without boxes
-    std::uint64_t m_nInicio = 0;        ///< offset of the codestream
-    std::uint64_t m_nTeselas = 0;       ///< tiles that it claims
-    std::uint32_t m_nComponentes = 0;   ///< components that it claims
-    std::vector<BYTE> m_GeoTIFF;        ///< what the GeoJP2 box holds; empty without one
+    bool m_bCodestream = false;        ///< a raw codestream, without boxes
+    std::uint64_t m_nInicio = 0;       ///< offset of the codestream
+    std::uint64_t m_nTeselas = 0;      ///< tiles that it claims
+    std::uint32_t m_nComponentes = 0;  ///< components that it claims
+    std::vector<BYTE> m_GeoTIFF;       ///< what the GeoJP2 box holds; empty without one
 };
 
 /// Reads the structure and checks what the codestream claims against the size of the file.

@@ -41,7 +41,8 @@ bool CColorJ2K::PonCanal(const opj_image_comp& c) {
     canal.mayor = static_cast<std::int32_t>(canal.menor + valores - 1);
     if (c.prec != 8 && c.prec <= kBitsTabla) {
         std::vector<BYTE> tabla(static_cast<std::size_t>(valores));
-        for (std::size_t i = 0; i < tabla.size(); i++) tabla[i] = canal.Byte(canal.menor + static_cast<std::int32_t>(i));
+        for (std::size_t i = 0; i < tabla.size(); i++)
+            tabla[i] = canal.Byte(canal.menor + static_cast<std::int32_t>(i));
         canal.tabla = std::move(tabla);
     }
     m_Canales.push_back(std::move(canal));
@@ -87,8 +88,8 @@ void CColorJ2K::LineaCanal(const Canal& canal, std::int64_t x, std::int64_t y, i
     const std::int64_t primera = x - canal.x0;
     if (canal.dx != m_nDx || primera < 0 || primera + n > canal.ancho) {
         for (int i = 0; i < n; i++)
-            bytes[i] = canal.Byte(
-                datos[std::clamp<std::int64_t>((x + i) * m_nDx / canal.dx - canal.x0, 0, canal.ancho - 1)]);
+            bytes[i] =
+                canal.Byte(datos[std::clamp<std::int64_t>((x + i) * m_nDx / canal.dx - canal.x0, 0, canal.ancho - 1)]);
         return;
     }
     datos += primera;
@@ -97,7 +98,8 @@ void CColorJ2K::LineaCanal(const Canal& canal, std::int64_t x, std::int64_t y, i
             bytes[i] = static_cast<BYTE>(std::clamp(datos[i], canal.menor, canal.mayor) - canal.menor);
         return;
     }
-    for (int i = 0; i < n; i++) bytes[i] = canal.Byte(datos[i]);
+    for (int i = 0; i < n; i++)
+        bytes[i] = canal.Byte(datos[i]);
 }
 
 void CColorJ2K::Linea(int fila, int columna, int n, BYTE* bgr, std::vector<BYTE>& componentes) const {

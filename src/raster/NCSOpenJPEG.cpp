@@ -52,8 +52,10 @@ class CDecodificador {
     std::unique_ptr<opj_image, BorraImagen> SueltaImagen() { return std::move(m_pImagen); }
 
   private:
-    struct Cierra {
+    struct CierraFlujo {
         void operator()(opj_stream_t* flujo) const { opj_stream_destroy(flujo); }
+    };
+    struct CierraCodec {
         void operator()(opj_codec_t* codec) const { opj_destroy_codec(codec); }
     };
 
@@ -70,8 +72,8 @@ class CDecodificador {
 
     CFile m_Fichero;
     std::array<char, 256> m_szFallo{};
-    std::unique_ptr<opj_stream_t, Cierra> m_pFlujo;
-    std::unique_ptr<opj_codec_t, Cierra> m_pCodec;
+    std::unique_ptr<opj_stream_t, CierraFlujo> m_pFlujo;
+    std::unique_ptr<opj_codec_t, CierraCodec> m_pCodec;
     std::unique_ptr<opj_image, BorraImagen> m_pImagen;
 };
 
@@ -183,9 +185,8 @@ std::shared_ptr<CImagenJ2K> CImagenJ2K::Abre(const CString& ruta, CError& error)
     const std::lock_guard cierre(mutex);
     std::erase_if(abiertas, [](const auto& imagen) { return imagen.expired(); });
     for (const auto& debil : abiertas)
-        if (const auto imagen = debil.lock();
-            imagen && imagen->m_sRuta == ruta && imagen->m_nBytes == estado.m_size &&
-            imagen->m_nMomento == estado.m_mtime)
+        if (const auto imagen = debil.lock(); imagen && imagen->m_sRuta == ruta && imagen->m_nBytes == estado.m_size &&
+                                              imagen->m_nMomento == estado.m_mtime)
             return imagen;
 
     auto imagen = std::make_shared<CImagenJ2K>();

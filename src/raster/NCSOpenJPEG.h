@@ -70,7 +70,7 @@ class CImagenJ2K {
     CError LeeCabecera();
 
     CString m_sRuta;
-    ULONGLONG m_nBytes = 0;      // size and time of the file: another one of the same name isn't taken for it
+    ULONGLONG m_nBytes = 0;  // size and time of the file: another one of the same name isn't taken for it
     LONGLONG m_nMomento = 0;
     bool m_bCodestream = false;
     CFileInfo m_Informacion;

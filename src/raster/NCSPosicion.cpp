@@ -94,7 +94,8 @@ std::vector<std::string> NombresMundo(const CString& ruta) {
     const std::string fin = ruta.substr(punto + 1);
     std::vector<std::string> nombres;
     if (!fin.empty()) nombres = {base + fin.front() + fin.back() + "w", base + fin + "w"};
-    for (const char* otro : {"j2w", "jpw", "wld"}) nombres.push_back(base + otro);
+    for (const char* otro : {"j2w", "jpw", "wld"})
+        nombres.push_back(base + otro);
     const std::size_t hechos = nombres.size();
     for (std::size_t i = 0; i < hechos; i++) {
         std::string grande = nombres[i];
