@@ -99,7 +99,7 @@ int CBmp::Leer(bool soloCabecera) {
     Limpiar();
     ULONGLONG pixeles = 0;
     if (const wchar_t* fallo = LeeCabecera(pixeles)) {
-        Avisa(fallo);
+        Informa(fallo);
         Limpiar();
         return kNoSoportado;
     }

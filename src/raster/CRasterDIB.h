@@ -97,7 +97,7 @@ class LUMBRA_API CRasterDIB : public IRaster {
     /// What the bytes of the pixels stand for, as in a picture of the same depth.
     virtual void HeredaAspecto(const CRasterDIB& otra);
     /// Shows a line of text to the user, unless the level of messages keeps them away.
-    void Avisa(const CString& texto) const;
+    void Informa(const CString& texto) const;
     /// Takes header, pixels, buffer, palette and mode of another of the same class; the other ends up empty.
     virtual void TomaImagen(CRasterDIB& otra);
 

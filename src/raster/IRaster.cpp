@@ -3,6 +3,7 @@
 #include "raster/IRaster.h"
 
 #include "raster/CBmp.h"
+#include "raster/CECW.h"
 #include "platform/Conversiones.h"
 #include "platform/Ficheros.h"
 
@@ -118,9 +119,9 @@ void IRaster::Muestra(BYTE* pixel, int x100, int y100, int interpolacion) const 
 
 IRaster* CreaRaster(const wchar_t* nombre) {
     if (nombre == nullptr) return nullptr;
-    IRaster* raster = nullptr;
-    if (AcabaEn(nombre, L"bmp")) raster = new CBmp;
-    return raster;
+    if (AcabaEn(nombre, L"bmp")) return new CBmp;
+    if (AcabaEn(nombre, L"ecw") || AcabaEn(nombre, L"jp2")) return new CECW;
+    return nullptr;
 }
 
 }  // namespace Vertiz
