@@ -4,6 +4,7 @@
 
 #include "raster/Resultados.h"
 #include "raster/Salida.h"
+#include "raster/TextosProgreso.h"
 #include "model/Etapa.h"
 
 #include <algorithm>
@@ -16,7 +17,6 @@ namespace Vertiz {
 
 namespace {
 
-constexpr unsigned kTextoLeer = 56001, kTextoGrabar = 56002, kTextoExpande = 56003;
 constexpr ULONGLONG kBytesFichero = 14, kBytesInfo = sizeof(BITMAPINFOHEADER);
 
 static_assert(std::endian::native == std::endian::little, "headers go to the file as they lie in memory");
@@ -99,7 +99,7 @@ int CBmp::Leer(bool soloCabecera) {
     Limpiar();
     ULONGLONG pixeles = 0;
     if (const wchar_t* fallo = LeeCabecera(pixeles)) {
-        Informa(fallo);
+        Comunica(fallo);
         Limpiar();
         return kNoSoportado;
     }
@@ -226,7 +226,7 @@ int CBmp::Expande() {
     nueva.SetNombre(m_sRuta);
     if (!nueva.Crear(m_nAncho, AltoPixeles(), 24, Resolucion(), false, nullptr, nullptr, false)) return 2;
 
-    const Etapa etapa(m_nNivelMensajes, kTextoExpande);
+    const Etapa etapa(m_nNivelMensajes, kTextoOperacion);
     std::vector<BYTE> copia, pixeles(std::size_t(m_nAncho) * 3);
     for (int r = 0; r < AltoPixeles(); ++r) {
         const std::span<const BYTE> fila = FilaAlmacen(r, copia);
@@ -240,12 +240,6 @@ int CBmp::Expande() {
         if (!nueva.SetFila(pixeles.data(), r, 0, m_nAncho) || !etapa.Paso(r + 1, AltoPixeles())) return 2;
     }
     TomaImagen(nueva);
-    return 1;
-}
-
-// ---- Operations of its own ---------------------------------------------------------------------------------------
-
-int CBmp::IndiceVegetacion() {
     return 1;
 }
 

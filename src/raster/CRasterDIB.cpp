@@ -206,7 +206,7 @@ void CRasterDIB::HeredaAspecto(const CRasterDIB& otra) {
     m_nBrillante = otra.m_nBrillante;
 }
 
-void CRasterDIB::Informa(const CString& texto) const {
+void CRasterDIB::Comunica(const CString& texto) const {
     IPorcentaje* const p = PorcentajeActual();
     if (p != nullptr && m_nNivelMensajes > 1) p->Mensaje(m_nNivelMensajes, texto, 1);
 }

@@ -2,6 +2,7 @@
 
 #include "raster/CRasterDIB.h"
 #include "raster/Resultados.h"
+#include "raster/TextosProgreso.h"
 #include "model/Etapa.h"
 
 #include <algorithm>
@@ -12,8 +13,6 @@
 namespace Vertiz {
 
 namespace {
-
-constexpr unsigned kTextoRemuestrea = 56003;
 
 // For each index of the new picture that of the old, by the nearest.
 std::vector<int> IndicesOrigen(int nuevos, int viejos, double factor) {
@@ -96,7 +95,7 @@ int CRasterDIB::Remuestrea(int filas, int columnas, double factorFilas, double f
     IRaster* const nueva = CreaDestino(columnas, filas, 0, destino, propia);
     if (nueva == nullptr) return FalloAlmacen();
 
-    const Etapa etapa(m_nNivelMensajes, kTextoRemuestrea);
+    const Etapa etapa(m_nNivelMensajes, kTextoOperacion);
     const std::vector<int> origenFilas = IndicesOrigen(filas, AltoPixeles(), factorFilas);
     const std::vector<int> origenColumnas = IndicesOrigen(columnas, m_nAncho, factorColumnas);
     const int bytes = BytesPixel();
@@ -121,7 +120,7 @@ int CRasterDIB::Reducir(int /*interpolacion*/, int nivel) {
     std::unique_ptr<CRasterDIB> nueva;
     if (CreaDestino(columnas, filas, m_bModoFichero, nullptr, nueva) == nullptr) return FalloAlmacen();
 
-    const Etapa etapa(nivel, kTextoRemuestrea);
+    const Etapa etapa(nivel, kTextoOperacion);
     const int bytes = BytesPixel();
     std::vector<BYTE> copia, pixeles(std::size_t(columnas) * std::size_t(bytes));
     for (int r = 0; r < filas; ++r) {

@@ -2,6 +2,7 @@
 // colour: the region comes out as it would pixel by pixel, with a list that stays short.
 
 #include "raster/CRasterDIB.h"
+#include "raster/TextosProgreso.h"
 #include "model/Etapa.h"
 
 #include <algorithm>
@@ -10,8 +11,6 @@
 namespace Vertiz {
 
 namespace {
-
-constexpr unsigned kTextoRellena = 56003;
 
 struct Semilla {
     int fila, columna;
@@ -75,7 +74,7 @@ bool CRasterDIB::RellenaRegion(int fila, int columna, const BYTE* pixel) {
     const Color<kBytes> viejo = Pixeles<kBytes>(FilaEnMemoria(fila))[columna];
     if (viejo == nuevo) return true;
 
-    const Etapa etapa(m_nNivelMensajes, kTextoRellena);
+    const Etapa etapa(m_nNivelMensajes, kTextoOperacion);
     std::vector<Semilla> semillas{{fila, columna}};
     while (!semillas.empty()) {
         if (!etapa.Paso(0, static_cast<int>(semillas.size()))) return false;
