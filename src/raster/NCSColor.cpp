@@ -1,0 +1,140 @@
+// From components, whatever their depth, sign and grid, to blue, green and red.
+
+#include "raster/NCSColor.h"
+
+#include <openjpeg.h>
+
+#include <algorithm>
+
+namespace NCS {
+
+namespace {
+
+constexpr unsigned kBitsTabla = 16;
+constexpr unsigned kBitsMaximos = 31;
+
+BYTE ABytes(double v) {
+    return static_cast<BYTE>(std::clamp(v, 0.0, 255.0) + 0.5);
+}
+
+// Chroma that was thinned out against the first component is no colour of its own, whatever the file calls it.
+bool TieneCromaReducida(const opj_image& imagen, const std::vector<std::size_t>& colores) {
+    const auto& primera = imagen.comps[colores[0]];
+    return primera.dx == 1 && primera.dy == 1 && imagen.comps[colores[1]].dx != 1;
+}
+
+}  // namespace
+
+bool CColorJ2K::PonCanal(const opj_image_comp& c) {
+    if (c.data == nullptr || c.w == 0 || c.h == 0 || c.dx == 0 || c.dy == 0) return false;
+    if (c.prec == 0 || c.prec > kBitsMaximos) return false;
+    Canal canal;
+    canal.datos = c.data;
+    canal.x0 = c.x0;
+    canal.y0 = c.y0;
+    canal.ancho = c.w;
+    canal.alto = c.h;
+    canal.dx = c.dx;
+    canal.dy = c.dy;
+    const std::int64_t valores = std::int64_t{1} << c.prec;
+    canal.menor = c.sgnd != 0 ? static_cast<std::int32_t>(-valores / 2) : 0;
+    canal.mayor = static_cast<std::int32_t>(canal.menor + valores - 1);
+    if (c.prec != 8 && c.prec <= kBitsTabla) {
+        std::vector<BYTE> tabla(static_cast<std::size_t>(valores));
+        for (std::size_t i = 0; i < tabla.size(); i++)
+            tabla[i] = canal.Byte(canal.menor + static_cast<std::int32_t>(i));
+        canal.tabla = std::move(tabla);
+    }
+    m_Canales.push_back(std::move(canal));
+    return true;
+}
+
+BYTE CColorJ2K::Canal::Byte(std::int32_t valor) const {
+    const std::int64_t v = std::clamp(valor, menor, mayor) - std::int64_t{menor};
+    if (!tabla.empty()) return tabla[static_cast<std::size_t>(v)];
+    const std::int64_t rango = std::int64_t{mayor} - menor;
+    return static_cast<BYTE>((v * 255 + rango / 2) / rango);
+}
+
+bool CColorJ2K::Prepara(const opj_image& imagen, std::int64_t x0, std::int64_t y0) {
+    std::vector<std::size_t> colores;
+    for (std::size_t i = 0; i < imagen.numcomps; i++)
+        if (imagen.comps[i].alpha == 0) colores.push_back(i);
+    if (colores.empty()) return false;
+
+    if (colores.size() < 3)
+        m_Modelo = Modelo::kGris;
+    else if (imagen.color_space == OPJ_CLRSPC_CMYK && colores.size() >= 4)
+        m_Modelo = Modelo::kCMYK;
+    else if (imagen.color_space == OPJ_CLRSPC_SYCC || imagen.color_space == OPJ_CLRSPC_EYCC ||
+             TieneCromaReducida(imagen, colores))
+        m_Modelo = Modelo::kYCC;
+    else
+        m_Modelo = Modelo::kRGB;
+
+    const std::size_t canales = m_Modelo == Modelo::kGris ? 1 : m_Modelo == Modelo::kCMYK ? 4 : 3;
+    for (std::size_t i = 0; i < canales; i++)
+        if (!PonCanal(imagen.comps[colores[i]])) return false;
+    m_nDx = imagen.comps[0].dx;
+    m_nDy = imagen.comps[0].dy;
+    m_nX0 = x0;
+    m_nY0 = y0;
+    return m_nDx > 0 && m_nDy > 0;
+}
+
+void CColorJ2K::LineaCanal(const Canal& canal, std::int64_t x, std::int64_t y, int n, BYTE* bytes) const {
+    const std::int64_t fila = std::clamp<std::int64_t>(y * m_nDy / canal.dy - canal.y0, 0, canal.alto - 1);
+    const std::int32_t* datos = canal.datos + fila * canal.ancho;
+    const std::int64_t primera = x - canal.x0;
+    if (canal.dx != m_nDx || primera < 0 || primera + n > canal.ancho) {
+        for (int i = 0; i < n; i++)
+            bytes[i] =
+                canal.Byte(datos[std::clamp<std::int64_t>((x + i) * m_nDx / canal.dx - canal.x0, 0, canal.ancho - 1)]);
+        return;
+    }
+    datos += primera;
+    if (canal.tabla.empty() && canal.mayor - std::int64_t{canal.menor} == 255) {
+        for (int i = 0; i < n; i++)
+            bytes[i] = static_cast<BYTE>(std::clamp(datos[i], canal.menor, canal.mayor) - canal.menor);
+        return;
+    }
+    for (int i = 0; i < n; i++)
+        bytes[i] = canal.Byte(datos[i]);
+}
+
+void CColorJ2K::Linea(int fila, int columna, int n, BYTE* bgr, std::vector<BYTE>& componentes) const {
+    const auto ancho = static_cast<std::size_t>(n);
+    componentes.resize(ancho * m_Canales.size());
+    for (std::size_t i = 0; i < m_Canales.size(); i++)
+        LineaCanal(m_Canales[i], m_nX0 + columna, m_nY0 + fila, n, componentes.data() + ancho * i);
+
+    const BYTE* c0 = componentes.data();
+    const BYTE* c1 = c0 + (m_Canales.size() > 1 ? ancho : 0);
+    const BYTE* c2 = c0 + (m_Canales.size() > 2 ? 2 * ancho : 0);
+    for (std::size_t i = 0; i < ancho; i++, bgr += 3) {
+        switch (m_Modelo) {
+            case Modelo::kGris:
+            case Modelo::kRGB:
+                bgr[0] = c2[i];
+                bgr[1] = c1[i];
+                bgr[2] = c0[i];
+                break;
+            case Modelo::kYCC: {  // IEC 61966-2-1, amendment 1
+                const double y = c0[i], cb = c1[i] - 128.0, cr = c2[i] - 128.0;
+                bgr[0] = ABytes(y + 1.772 * cb);
+                bgr[1] = ABytes(y - 0.344136 * cb - 0.714136 * cr);
+                bgr[2] = ABytes(y + 1.402 * cr);
+                break;
+            }
+            case Modelo::kCMYK: {
+                const int blanco = 255 - c0[i + 3 * ancho];
+                bgr[0] = static_cast<BYTE>((255 - c2[i]) * blanco / 255);
+                bgr[1] = static_cast<BYTE>((255 - c1[i]) * blanco / 255);
+                bgr[2] = static_cast<BYTE>((255 - c0[i]) * blanco / 255);
+                break;
+            }
+        }
+    }
+}
+
+}  // namespace NCS
