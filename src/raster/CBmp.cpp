@@ -25,9 +25,6 @@ bool CBmp::Crear(int ancho, int alto, int bits, float resolucion, bool rellenar,
     Limpiar();
     return false;
 }
-int CBmp::IndiceVegetacion() {
-    return 1;
-}
 std::unique_ptr<CRasterDIB> CBmp::Nuevo(int modoFichero) const {
     return std::make_unique<CBmp>(modoFichero);
 }

@@ -6,6 +6,7 @@
 #include "raster/IRaster.h"
 
 #include <cstdlib>
+#include <functional>
 #include <memory>
 #include <span>
 #include <vector>
@@ -92,6 +93,17 @@ class LUMBRA_API CRasterDIB : public IRaster {
     bool LlenaAlmacen(bool rellenar, const CBloques* datos, unsigned salto);
     /// Takes header, pixels, buffer, palette and mode of another of the same class; the other ends up empty.
     virtual void TomaImagen(CRasterDIB& otra);
+
+    // ---- Operations on the whole picture, a row at a time from the bottom, under a stage of progress. A row comes as
+    // the bytes of its pixels, without what pads it. The result is 1, or 2 when the user cancels, which leaves the rows
+    // done so far.
+
+    /// Hands over the rows for change. In file mode nothing happens, and the result is 1.
+    int CambiaFilas(unsigned idTexto, const std::function<void(std::span<BYTE>)>& cambia);
+    /// Hands over the rows to look at, in both modes; 2 also when the temporary file can't be read.
+    int MiraFilas(unsigned idTexto, const std::function<void(std::span<const BYTE>)>& mira) const;
+    /// Bytes of the pixels of a row; 0 for a depth without access to pixels.
+    std::size_t BytesPixelesFila() const;
 
     bool MediaVentana(BYTE* pixel, int fila, int columna, int radio) const;
 

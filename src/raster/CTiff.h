@@ -70,6 +70,8 @@ class LUMBRA_API CTiff : public CRasterDIB {
 
   protected:
     std::unique_ptr<CRasterDIB> Nuevo(int modoFichero) const override;
+    /// Makes `nueva` a white picture of this height, depth, samples and palette. @return as Crear
+    bool CreaSemejante(CTiff& nueva, int ancho) const;
     void TomaImagen(CRasterDIB& otra) override;
 
     /// ReservaAlmacen that, without memory, tells so and goes on in file mode.
