@@ -5,6 +5,7 @@
 #include <charconv>
 #include <cmath>
 #include <limits>
+#include <set>
 
 namespace {
 
@@ -477,6 +478,70 @@ TEST_F(Malla, AVoidInASmoothGridTakesItsNeighboursDivisionsToo) {
     ASSERT_EQ(m_escena.OnIniciar(), 1);
     for (const Vertice& p : Vertices(m_escena.m_nListaSuperficie))
         EXPECT_FALSE(p.x > 1e-5 && p.z > 1e-5) << "no vertex in the cell of the void";
+}
+
+TEST_F(Malla, ASampleWithAVoidInItsCellHasNoVertexInASmoothGrid) {
+    constexpr int kLado = 4, f = 2;
+    for (int vacio = 0; vacio < kLado * kLado; ++vacio) {
+        const auto vale = [vacio](int r, int c) { return r * kLado + c != vacio; };
+        // The cell of a sample is the one to its south-east; that of the last column is the one on its west.
+        const auto colocado = [&](int i, int j) {
+            const int r = i / f, c = j / f, oeste = c == kLado - 1 ? c - 1 : c;
+            return vale(r, c) && vale(r, oeste + 1) &&
+                   (r == kLado - 1 || (vale(r + 1, oeste) && vale(r + 1, oeste + 1)));
+        };
+        std::set<std::pair<long, long>> esperados, vistos;
+        for (int i = 0; i < (kLado - 1) * f; ++i)
+            for (int j = 0; j < (kLado - 1) * f; ++j)
+                if (colocado(i, j) && colocado(i + 1, j) && colocado(i, j + 1) && colocado(i + 1, j + 1))
+                    esperados.emplace(i, j);
+        Vertiz::CDEM dem = Rejilla(kLado, kLado, [&](int r, int c) { return vale(r, c) ? float(r + c) : kVacio; });
+        dem.CalculaVectores();
+        m_escena.Destruir();
+        Toma(dem, [](EscenaTerreno& e) {
+            e.SetTipo(1);
+            e.SetPuntosSuavizado(f - 1);
+        });
+        ASSERT_EQ(m_escena.OnIniciar(), 1);
+        const std::vector<Vertice> v = Vertices(m_escena.m_nListaSuperficie);
+        const auto origen = EnGL(0, (kLado - 1) * 10, 0);
+        const double fino = 10.0 / f * m_escena.m_dFactor;
+        for (std::size_t k = 0; k < v.size(); k += 4)
+            vistos.emplace(std::lround((v[k].z - origen[2]) / fino), std::lround((v[k].x - origen[0]) / fino));
+        EXPECT_EQ(vistos, esperados) << "void at row " << vacio / kLado << ", column " << vacio % kLado;
+    }
+}
+
+TEST_F(Malla, TheOriginsHeightIsTakenOffADividedMesh) {
+    const modelos::Sitio sitio{10, 10, 0, 0, Vertiz::CDataSemilla(0, 0, 0, 100)};
+    Vertiz::CDEM dem = Rejilla(
+        2, 2, [](int, int c) { return float(100 + 10 * c); }, sitio);
+    dem.CalculaVectores();
+    Toma(dem, [](EscenaTerreno& e) { e.SetPuntosSuavizado(1); });
+    ASSERT_EQ(m_escena.OnIniciar(), 1);
+    const std::vector<Vertice> v = Vertices(m_escena.m_nListaSuperficie);
+    ASSERT_EQ(v.size(), 16u);
+    for (const Vertice& p : v)
+        EXPECT_NEAR(p.y, EnGL(0, 0, p.x / m_escena.m_dFactor + 5)[1], 1e-5);
+}
+
+TEST_F(Malla, NormalsAreUnitVectorsAcrossBothSidesOfTheirCell) {
+    Vertiz::CDEM dem = Rejilla(2, 2, [](int r, int c) { return float(10 * r - 20 * c); });
+    Toma(dem);
+    const RegistroGL registro;
+    ASSERT_EQ(m_escena.OnIniciar(), 1);
+    const auto n = registro.Numeros("glNormal3f").at(0);
+    // Rises by 1 southwards and falls by 2 eastwards.
+    EXPECT_NEAR(n[0], -2 / std::sqrt(6.0), 1e-6);
+    EXPECT_NEAR(n[1], -1 / std::sqrt(6.0), 1e-6);
+    EXPECT_NEAR(n[2], 1 / std::sqrt(6.0), 1e-6);
+}
+
+TEST_F(Malla, WithoutAContextThereIsNoSurface) {
+    Vertiz::CDEM dem = Rejilla({{1, 2}, {3, 4}});
+    m_escena.SetDEM(&dem);
+    EXPECT_EQ(m_escena.OnIniciar(), 0);
+    EXPECT_EQ(m_escena.Iniciar(), 0);
 }
 
 // A valid corner of a few samples in a large void, so that the walk is quick.
