@@ -40,15 +40,9 @@ void GiraCamaraConica(const Punto& angulos) {
 // ---- Building, copying, destroying ---------------------------------------------------------------------------------
 
 CGL::CGL()
-    : m_LineaNueva(CString(L"nuevo")),
-      m_LineaNuevaTerreno(CString(L"nuevo")),
-      m_MarcasGL(CString(L"nuevo")),
-      m_pBufferProfundidad(std::make_unique<float[]>(kLadoProfundidad * kLadoProfundidad)),
-      m_nHRCShared(NumeroProcesadores()),
-      m_PuntosCamara(CString(L"nuevo")),
-      m_PuntosCamaraGL(CString(L"nuevo")),
-      m_AngulosCamara(CString(L"nuevo")),
+    : m_pBufferProfundidad(std::make_unique<float[]>(std::size_t{kLadoProfundidad} * kLadoProfundidad)),
       m_pDuenos(std::make_shared<char>()) {
+    m_nHRCShared = NumeroProcesadores();
     m_Camara.PositionCamera(Punto(0, 1, 0), Punto(0, 0, 0), Punto(0, 0, -1));
 }
 
@@ -66,92 +60,9 @@ CGL& CGL::operator=(const CGL& otra) {
 }
 
 void CGL::CopiaDe(const CGL& otra) {
-    CGLAjustes::operator=(otra);
-    // The context, and who answers for it.
+    CGLEstado::operator=(otra);
     m_pDuenos = otra.m_pDuenos;
     m_pPrestamo = otra.m_pPrestamo;
-    m_hRC = otra.m_hRC;
-    m_pDC = otra.m_pDC;
-    m_pPalette = otra.m_pPalette;
-    m_pPaletaAnterior = otra.m_pPaletaAnterior;
-    m_nHRCShared = otra.m_nHRCShared;
-    m_bDCExterno = otra.m_bDCExterno;
-    m_nMaxTexDim = otra.m_nMaxTexDim;
-    m_hDCAnterior = otra.m_hDCAnterior;
-    m_hDCMemoria = otra.m_hDCMemoria;
-    m_hRCAnterior = otra.m_hRCAnterior;
-    m_hRCImpresion = otra.m_hRCImpresion;
-    m_CabeceraImpresion = otra.m_CabeceraImpresion;
-    m_pBitsImpresion = otra.m_pBitsImpresion;
-    m_hBitmapImpresion = otra.m_hBitmapImpresion;
-    m_nAnchoImpresora = otra.m_nAnchoImpresora;
-    m_nAltoImpresora = otra.m_nAltoImpresora;
-    // The view.
-    m_fAnguloVista = otra.m_fAnguloVista;
-    m_dRangoX = otra.m_dRangoX;
-    m_dRangoY = otra.m_dRangoY;
-    m_dRangoZ = otra.m_dRangoZ;
-    m_dFactor = otra.m_dFactor;
-    m_dFactorPantalla = otra.m_dFactorPantalla;
-    m_fEscala = otra.m_fEscala;
-    m_dAspecto = otra.m_dAspecto;
-    m_dZoom = otra.m_dZoom;
-    m_fPlanoCerca = otra.m_fPlanoCerca;
-    m_fPlanoFondo = otra.m_fPlanoFondo;
-    m_fExageracionVertical = otra.m_fExageracionVertical;
-    m_nPuntosSuavizado = otra.m_nPuntosSuavizado;
-    m_nAncho = otra.m_nAncho;
-    m_nAlto = otra.m_nAlto;
-    m_Camara = otra.m_Camara;
-    m_PuntoGL = otra.m_PuntoGL;
-    // What the scene is.
-    m_nTipo = otra.m_nTipo;
-    m_bEsReferencia = otra.m_bEsReferencia;
-    m_nTipoImagenFondo = otra.m_nTipoImagenFondo;
-    m_Maximas = otra.m_Maximas;
-    m_nCotaRaster = otra.m_nCotaRaster;
-    m_dDistanciaEsferica = otra.m_dDistanciaEsferica;
-    m_fRadioEsfera = otra.m_fRadioEsfera;
-    m_TiposObjetosMDT = otra.m_TiposObjetosMDT;
-    m_bIniciarMalla = otra.m_bIniciarMalla;
-    m_nTipoLineaNueva = otra.m_nTipoLineaNueva;
-    m_bCerrarLineaNueva = otra.m_bCerrarLineaNueva;
-    m_bVistaSeleccion = otra.m_bVistaSeleccion;
-    m_VistaSeleccion = otra.m_VistaSeleccion;
-    m_MaximasVista = otra.m_MaximasVista;
-    m_PuntosCamara = otra.m_PuntosCamara;
-    m_PuntosCamaraGL = otra.m_PuntosCamaraGL;
-    m_AngulosCamara = otra.m_AngulosCamara;
-    m_fSizeCamara = otra.m_fSizeCamara;
-    // Tables.
-    m_pDigiTab = otra.m_pDigiTab;
-    m_pLidarTab = otra.m_pLidarTab;
-    m_pEcoTab = otra.m_pEcoTab;
-    m_DigiTabEfectiva = otra.m_DigiTabEfectiva;
-    m_DigiTabTrabajo = otra.m_DigiTabTrabajo;
-    m_nVersionDigiTab = otra.m_nVersionDigiTab;
-    m_nVersionLidarTab = otra.m_nVersionLidarTab;
-    m_nVersionEcoTab = otra.m_nVersionEcoTab;
-    // Lists and textures.
-    m_nTexturaFondo = otra.m_nTexturaFondo;
-    m_nListaMarcas = otra.m_nListaMarcas;
-    m_nListaPuntosMarcasFoto = otra.m_nListaPuntosMarcasFoto;
-    m_nListaPuntosMarcasTerreno = otra.m_nListaPuntosMarcasTerreno;
-    m_nListaLineaNueva = otra.m_nListaLineaNueva;
-    m_nListaCielo = otra.m_nListaCielo;
-    m_nListaEjes = otra.m_nListaEjes;
-    m_nListaCamara = otra.m_nListaCamara;
-    m_nListaCamaraPanoramica = otra.m_nListaCamaraPanoramica;
-    m_nListaReserva = otra.m_nListaReserva;
-    m_nListaLimites = otra.m_nListaLimites;
-    m_nListaMedidas = otra.m_nListaMedidas;
-    m_nListaFuentes = otra.m_nListaFuentes;
-    m_nListaFuentesSeleccion = otra.m_nListaFuentesSeleccion;
-    m_fEscalaFuente = otra.m_fEscalaFuente;
-    m_bFuentes = otra.m_bFuentes;
-    // Children.
-    m_Referencias = otra.m_Referencias;
-    m_Vinculos = otra.m_Vinculos;
     for (CGL* hijo : Hijos())
         ++hijo->m_nPadres;
 }

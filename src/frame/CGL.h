@@ -45,26 +45,20 @@
 // with a shared context and for TerrenoAGL, which workers call too. No operation throws, except for a failed
 // allocation.
 
-#include "frame/CCamera.h"
-#include "frame/CGLAjustes.h"
+#include "frame/CGLEstado.h"
 #include "model/CCoor.h"
 #include "model/CDataSemilla.h"
 #include "model/CDataTransformacion.h"
-#include "model/CDigiTab.h"
-#include "model/CInfoClasificacion.h"
 #include "model/CLinea.h"
 #include "model/CMaximas.h"
 #include "model/CPosicionEntidad.h"
 #include "model/CTexto.h"
-#include "platform/CBitmap.h"
-#include "platform/CPalette.h"
 #include "platform/CPoint.h"
 #include "platform/CString.h"
 #include "platform/Contextos.h"
 #include "platform/Exporta.h"
 #include "platform/OpenGL.h"
 
-#include <array>
 #include <memory>
 #include <vector>
 
@@ -83,7 +77,7 @@ class IRaster;
 LUMBRA_API int ContrastaColor(COLORREF& color, COLORREF referencia);
 
 /// The base of all scenes; see the top of this file for its life and its hooks.
-class LUMBRA_API CGL : public CGLAjustes {
+class LUMBRA_API CGL : public CGLEstado {
   public:
     CGL();
     /// A copy shares the context, the lists and the children of the other scene, and has shared contexts and a depth
@@ -279,30 +273,9 @@ class LUMBRA_API CGL : public CGLAjustes {
     int OnIniciarVinculos();
 
     // ---- What this scene is ----------------------------------------------------------------------------------------
-    /// -1 none, 1 grid, 2 drawing, 3 image on a TIN, 4 TIN, 5 and 6 further drawings, 7 tetrahedra, 8 spherical image.
-    int GetTipo() const { return m_nTipo; }
-    void SetTipo(int tipo) { m_nTipo = tipo; }
     /// The name that references and links are found by; it is copied.
     CString GetNombre() const { return m_Nombre; }
     void SetNombre(const CString& nombre) { m_Nombre = nombre; }
-    bool EsMDT() const { return m_nTipo == 1 || m_nTipo == 4 || m_nTipo == 7; }
-    /// The view turns round a fixed eye inside a spherical image.
-    bool EsEsferica() const { return m_nTipo == 8 || TieneImagenEsferica(); }
-    /// The view is orthographic; every other one is in perspective.
-    bool EsOrtografica() const { return m_Data.m_bOrto != 0 && !EsEsferica(); }
-    /// How this scene relates to a photograph: 0 not at all; 2, 4, 6 it is the conic, ortho, spherical background; 1,
-    /// 3, 5 it is drawn over such a one.
-    int GetTipoImagenFondo() const { return m_nTipoImagenFondo; }
-    void SetImagenConicaFondo() { m_nTipoImagenFondo = 2; }
-    void SetImagenOrtoFondo() { m_nTipoImagenFondo = 4; }
-    void SetImagenEsfericaFondo() { m_nTipoImagenFondo = 6; }
-    bool TieneImagen() const { return m_nTipoImagenFondo != 0; }
-    bool TieneImagenConica() const { return m_nTipoImagenFondo == 1 || m_nTipoImagenFondo == 2; }
-    bool TieneImagenOrto() const { return m_nTipoImagenFondo == 3 || m_nTipoImagenFondo == 4; }
-    bool TieneImagenEsferica() const { return m_nTipoImagenFondo == 5 || m_nTipoImagenFondo == 6; }
-    bool EsImagenConicaFondo() const { return m_nTipoImagenFondo == 2; }
-    bool EsImagenOrtoFondo() const { return m_nTipoImagenFondo == 4; }
-    bool EsImagenEsfericaFondo() const { return m_nTipoImagenFondo == 6; }
     /// The transformation is that of a conic photograph, of a spherical image.
     bool EsImagenConica() const;
     bool EsImagenEsferica() const;
@@ -374,9 +347,6 @@ class LUMBRA_API CGL : public CGLAjustes {
     void SetAnguloX(double grados, int bVista);
     void SetAnguloY(double grados, int bVista);
     void SetAnguloZ(double grados, int bVista);
-    double GetAnguloX() const { return m_Camara.GetAnguloX(); }
-    double GetAnguloY() const { return m_Camara.GetAnguloY(); }
-    double GetAnguloZ() const { return m_Camara.GetAnguloZ(); }
     void SumaAnguloX(double grados, int bVista, Vertiz::CCoor3D<double>* pivote);
     void SumaAnguloY(double grados, int bVista, Vertiz::CCoor3D<double>* pivote);
     void SumaAnguloZ(double grados, int bVista, Vertiz::CCoor3D<double>* pivote);
@@ -397,13 +367,8 @@ class LUMBRA_API CGL : public CGLAjustes {
     void SumaYTrans(double d);
     void SumaZTrans(double d);
     void SumaTrans(const Vertiz::CCoor3D<double>& d);
-    /// The point looked at, in GL space.
-    Vertiz::CCoor3D<double> GetTrans() const { return m_Camara.View(); }
     /// Lays the point looked at on the model.
     void CompruebaCotaCamara();
-    /// Vertical field of view, in degrees.
-    float GetAnguloVista() const { return m_fAnguloVista; }
-    void SetAnguloVista(float grados) { m_fAnguloVista = grados; }
     /// Feedback in XOR on the front buffer, in pixels: drawing it a second time wipes it.
     void DrawZoomRect(int arriba, int abajo, int izquierda, int derecha);
     void DrawSelCircle(int x0, int y0, int x1, int y1);
@@ -438,8 +403,6 @@ class LUMBRA_API CGL : public CGLAjustes {
     /// @param bInterpolar between two stops; otherwise the lower one's colour
     /// @param sombra      0 black, 0.5 the colour itself, 1 white; negative without shading
     void glColorTintaHipsometrica(double z, bool bInterpolar, double sombra) const;
-    /// Size of the camera models, in terrain units; it takes effect at the next Iniciar.
-    void SetSizeCamara(double size) { m_fSizeCamara = static_cast<float>(size); }
 
     // ---- Sketch line -----------------------------------------------------------------------------------------------
     /// 0 compiles the sketch's list; non-zero draws its last segment at once in XOR, which shows it or wipes it.
@@ -493,9 +456,6 @@ class LUMBRA_API CGL : public CGLAjustes {
     CGL* BorraReferencia(const CString& nombre);
     CGL* BorraVinculo(const CString& nombre);
     CGL* BorraVinculo(unsigned i);
-    int TieneReferencia() const { return !m_Referencias.empty(); }
-    int TieneVinculos() const { return !m_Vinculos.empty(); }
-    int EsReferencia() const { return m_bEsReferencia; }
     /// What a child inherits before each Iniciar and OnRender: settings, camera, GL space, tables, transformation.
     void SetVariablesReferencia(CGL* r) const;
 
@@ -510,52 +470,6 @@ class LUMBRA_API CGL : public CGLAjustes {
     int CapturaImagen(const CSize& size, char* buffer);
     /// Makes the glyph lists of texts. There are none yet: texts show their points only. @return 1
     int CreaFuentes();
-    CPalette* GetPalette() { return m_pPalette; }
-
-    // ---- State of the view -----------------------------------------------------------------------------------------
-    void SetPuntosSuavizado(int v) { m_nPuntosSuavizado = v; }
-    int GetPuntosSuavizado() const { return m_nPuntosSuavizado; }
-    /// Distances from the eye, in GL units. They take effect at the next Resize; the far plane of an orthographic view
-    /// stays as Crear found it, since a resize keeps the depth range.
-    void SetPlanoCerca(float v) { m_fPlanoCerca = v; }
-    float GetPlanoCerca() const { return m_fPlanoCerca; }
-    void SetPlanoFondo(float v) { m_fPlanoFondo = v; }
-    float GetPlanoFondo() const { return m_fPlanoFondo; }
-    /// GL units in a terrain unit, GL units in a pixel.
-    void SetFactor(double v) { m_dFactor = v; }
-    double GetFactor() const { return m_dFactor; }
-    void SetFactorPantalla(double v) { m_dFactorPantalla = v; }
-    double GetFactorPantalla() const { return m_dFactorPantalla; }
-    void SetEscala(float v) { m_fEscala = v; }
-    float GetEscala() const { return m_fEscala; }
-    /// Sides of the extents, in terrain units.
-    void SetRangoX(float v) { m_dRangoX = v; }
-    double GetRangoX() const { return m_dRangoX; }
-    void SetRangoY(float v) { m_dRangoY = v; }
-    double GetRangoY() const { return m_dRangoY; }
-    void SetRangoZ(float v) { m_dRangoZ = v; }
-    double GetRangoZ() const { return m_dRangoZ; }
-    void SetCamara(const CCamera& camara) { m_Camara = camara; }
-    CCamera GetCamara() const { return m_Camara; }
-    CCamera& GetCamara() { return m_Camara; }
-    /// Tables of styles, borrowed: they must outlive the scene. Null for none.
-    void SetDigiTab(Vertiz::CDigiTab* p) { m_pDigiTab = p; }
-    Vertiz::CDigiTab* GetDigiTab() const { return m_pDigiTab; }
-    void SetLidarTab(Vertiz::CDigiTab* p) { m_pLidarTab = p; }
-    Vertiz::CDigiTab* GetLidarTab() const { return m_pLidarTab; }
-    void SetEcoTab(Vertiz::CDigiTab* p) { m_pEcoTab = p; }
-    Vertiz::CDigiTab* GetEcoTab() const { return m_pEcoTab; }
-    void SetVersionDigiTab(unsigned v) { m_nVersionDigiTab = v; }
-    unsigned GetVersionDigiTab() const { return m_nVersionDigiTab; }
-    void SetVersionLidarTab(unsigned v) { m_nVersionLidarTab = v; }
-    unsigned GetVersionLidarTab() const { return m_nVersionLidarTab; }
-    void SetVersionEcoTab(unsigned v) { m_nVersionEcoTab = v; }
-    unsigned GetVersionEcoTab() const { return m_nVersionEcoTab; }
-    void SetTiposObjetosMDT(const std::vector<unsigned char>& v) { m_TiposObjetosMDT = v; }
-    std::vector<unsigned char> GetTiposObjetosMDT() const { return m_TiposObjetosMDT; }
-    /// Largest side of a texture, in pixels.
-    void SetMaxTexDim(int v) { m_nMaxTexDim = v; }
-    int GetMaxTexDim() const { return m_nMaxTexDim; }
 
   protected:
     static constexpr unsigned kGlifos = 1024;         ///< glyph lists of a font block, for UTF-16 codes from 0
@@ -572,122 +486,25 @@ class LUMBRA_API CGL : public CGLAjustes {
     /// All children: references first, then links.
     std::vector<CGL*> Hijos() const;
 
-    // ---- Device context and picture --------------------------------------------------------------------------------
-    CPalette* m_pPaletaAnterior = nullptr;  ///< selected in the device context before ours
-    int m_bDCExterno = 0;                   ///< 1: the device context is borrowed
-    Vertiz::CCoor3D<double> m_PuntoGL;      ///< last point found by PantallaATerreno, in GL space
-    int m_nMaxTexDim = 0;
     CString m_Nombre;
-    int m_nTipo = -1;
-    GLuint m_nTexturaFondo = 0;  ///< sky image
-    int m_nAncho = 0;            ///< client size of the last Resize, in pixels
-    int m_nAlto = 0;
-    int m_nCotaRaster = -9999;  ///< height of image points that have none
-
-    // ---- Printing: the memory bitmap of a page, its context, and what was current before ---------------------------
-    HDC m_hDCAnterior = nullptr;
-    HDC m_hDCMemoria = nullptr;
-    HGLRC m_hRCAnterior = nullptr;
-    HGLRC m_hRCImpresion = nullptr;
-    BITMAPINFOHEADER m_CabeceraImpresion{};
-    void* m_pBitsImpresion = nullptr;
-    HBITMAP m_hBitmapImpresion = nullptr;
-    int m_nAnchoImpresora = 0;  ///< page, in pixels
-    int m_nAltoImpresora = 0;
-
-    // ---- View ------------------------------------------------------------------------------------------------------
-    float m_fAnguloVista = 45.0F;  ///< vertical field of view, in degrees
-    double m_dRangoX = 0;          ///< sides of m_Maximas, in terrain units
-    double m_dRangoY = 0;
-    double m_dRangoZ = 0;
-    double m_dFactor = 1.0;          ///< GL units in a terrain unit
-    double m_dFactorPantalla = 1.0;  ///< GL units in a pixel
-    float m_fEscala = 1.0F;
-    double m_dAspecto = 1.0;        ///< width over height
-    double m_dZoom = 1.0;           ///< accumulated zoom of the projection
-    float m_fPlanoCerca = 0.0001F;  ///< bits 0x38D1B717
-    float m_fPlanoFondo = 20000.0F;
-    float m_fExageracionVertical = 1.0F;
-    int m_nPuntosSuavizado = 0;
-
-    // ---- Tables of styles ------------------------------------------------------------------------------------------
-    Vertiz::CDigiTab* m_pDigiTab = nullptr;  ///< all three borrowed
-    Vertiz::CDigiTab* m_pLidarTab = nullptr;
-    Vertiz::CDigiTab m_DigiTabEfectiva;  ///< working copy of the drawing scene
-    Vertiz::CDigiTab* m_pEcoTab = nullptr;
-    unsigned m_nVersionDigiTab = 0;
-    unsigned m_nVersionLidarTab = 0;
-    unsigned m_nVersionEcoTab = 0;
-    std::vector<unsigned char> m_TiposObjetosMDT = {0};  ///< object kinds of the terrain
-
-    // ---- Composition and extents -----------------------------------------------------------------------------------
-    int m_bEsReferencia = 0;     ///< 1: owned by another scene, as reference or link; stays so for life
-    int m_nTipoImagenFondo = 0;  ///< see GetTipoImagenFondo
-    Vertiz::CMaximas<double> m_Maximas;
     bool m_bMaximasVacias = true;
+    Vertiz::CDataTransformacion m_DataTransformacion;
+    std::unique_ptr<HGLRC[]> m_phRCShared;  ///< one for each worker, never shared between scenes
+    /// Depth block of a click, so that picking allocates nothing.
+    std::unique_ptr<float[]> m_pBufferProfundidad;
 
-    // ---- Lists of the overlays -------------------------------------------------------------------------------------
-    GLuint m_nListaMarcas = 0;  ///< first of one list for each mark
-    GLuint m_nListaPuntosMarcasFoto = 0;
-    GLuint m_nListaPuntosMarcasTerreno = 0;
-    GLuint m_nListaLineaNueva = 0;
-    GLuint m_nListaCielo = 0;
-    GLuint m_nListaEjes = 0;
-    GLuint m_nListaCamara = 0;
-    GLuint m_nListaCamaraPanoramica = 0;
-    GLuint m_nListaReserva = 0;
-    float m_fSizeCamara = 1.0F;
-    GLuint m_nListaLimites = 0;  ///< compiled by the scenes
-
-    // ---- Camera, selection, sketch, marks --------------------------------------------------------------------------
-    CCamera m_Camara;
+    // ---- Selection, sketch, marks ----------------------------------------------------------------------------------
     std::vector<Vertiz::CPosicionEntidad> m_Seleccion;
     std::vector<Vertiz::CPosicionEntidad> m_Seleccion2;
-    std::vector<Vertiz::CCoor3D<double>> m_PuntosSeleccion;  ///< clicked points; Tipo tells whose (DamePuntoSeleccion)
-    Vertiz::CLinea<double> m_LineaNueva;                     ///< sketch in GL space
-    Vertiz::CLinea<double> m_LineaNuevaTerreno;              ///< in terrain space, kept only where an image takes part
-    int m_bCerrarLineaNueva = 0;
+    std::vector<Vertiz::CCoor3D<double>> m_PuntosSeleccion;         ///< clicked points; Tipo: see DamePuntoSeleccion
+    Vertiz::CLinea<double> m_LineaNueva{CString(L"nuevo")};         ///< sketch in GL space
+    Vertiz::CLinea<double> m_LineaNuevaTerreno{CString(L"nuevo")};  ///< in terrain space, where an image takes part
     std::vector<Vertiz::CTexto<double>> m_Marcas;
-    Vertiz::CLinea<double> m_MarcasGL;  ///< GL position of each mark, Tipo its orientation in hundredths of a degree
-    int m_bVistaSeleccion = 0;
-    std::vector<Vertiz::CPosicionEntidad> m_VistaSeleccion;
-    Vertiz::CMaximas<double> m_MaximasVista;
-    Vertiz::CDataTransformacion m_DataTransformacion;
-    unsigned m_nTipoLineaNueva = 0;
-    std::unique_ptr<float[]> m_pBufferProfundidad;  ///< depth block of a click, so that picking allocates nothing
-    double m_dDistanciaEsferica = 80.0;  ///< points farther from a spherical image's centre are left out, terrain units
-    float m_fRadioEsfera = 0.5F;
+    /// GL position of each mark; Tipo is its orientation, in hundredths of a degree.
+    Vertiz::CLinea<double> m_MarcasGL{CString(L"nuevo")};
     std::vector<Vertiz::CLinea<double>> m_Medidas;
-    GLuint m_nListaMedidas = 0;
-
-    // ---- Contexts --------------------------------------------------------------------------------------------------
-    CPalette* m_pPalette = nullptr;
-    CDC* m_pDC = nullptr;
-    HGLRC m_hRC = nullptr;
-    std::unique_ptr<HGLRC[]> m_phRCShared;  ///< one for each worker, never shared between scenes
-    unsigned m_nHRCShared;                  ///< number of processors
-
-    // ---- Children, fonts, camera stations --------------------------------------------------------------------------
-    std::vector<CGL*> m_Referencias;  ///< owned, together with the copies of this scene
-    std::vector<CGL*> m_Vinculos;
-    bool m_bIniciarMalla = true;
-    GLuint m_nListaFuentes = 0;  ///< first of kGlifos lists
-    GLuint m_nListaFuentesSeleccion = 0;
-    float m_fEscalaFuente = 1.0F;           ///< tallest glyph over 1.2
-    int m_bFuentes = 0;                     ///< glyph lists are built only when non-zero
-    Vertiz::CLinea<double> m_PuntosCamara;  ///< camera stations in terrain space; Tipo 0 conic, otherwise panoramic
-    Vertiz::CLinea<double> m_PuntosCamaraGL;
-    Vertiz::CLinea<double> m_AngulosCamara;  ///< of each station, in degrees
-    Vertiz::CDigiTab m_DigiTabTrabajo;       ///< second working table of the drawing scene
 
   private:
-    // Palettes of 8-bit displays: levels of a channel of 1, 2 and 3 bits, and the system's colours with their places.
-    static const unsigned char m_oneto8[2];
-    static const unsigned char m_twoto8[4];
-    static const unsigned char m_threeto8[8];
-    static const int m_defaultOverride[13];
-    static const PALETTEENTRY m_defaultPalEntry[20];
-
     using ListaHijos = std::vector<CGL*>;
     struct Pulsacion;
 

@@ -12,6 +12,19 @@ namespace {
 
 constexpr int kEntradas = 256;
 
+// The levels of a channel of 1, 2 and 3 bits.
+constexpr unsigned char kUnBit[2] = {0, 255};
+constexpr unsigned char kDosBits[4] = {0, 0x55, 0xAA, 0xFF};
+constexpr unsigned char kTresBits[8] = {0, 0x24, 0x49, 0x6D, 0x92, 0xB6, 0xDB, 0xFF};
+// The places of the system's colours, and these.
+constexpr int kEntradasSistema[13] = {0, 3, 24, 27, 64, 67, 88, 173, 181, 236, 247, 164, 91};
+constexpr PALETTEENTRY kColoresSistema[20] = {
+    {0x00, 0x00, 0x00, 0}, {0x80, 0x00, 0x00, 0}, {0x00, 0x80, 0x00, 0}, {0x80, 0x80, 0x00, 0}, {0x00, 0x00, 0x80, 0},
+    {0x80, 0x00, 0x80, 0}, {0x00, 0x80, 0x80, 0}, {0xC0, 0xC0, 0xC0, 0}, {0xC0, 0xDC, 0xC0, 0}, {0xA6, 0xCA, 0xF0, 0},
+    {0xFF, 0xFB, 0xF0, 0}, {0xA0, 0xA0, 0xA4, 0}, {0x80, 0x80, 0x80, 0}, {0xFF, 0x00, 0x00, 0}, {0x00, 0xFF, 0x00, 0},
+    {0xFF, 0xFF, 0x00, 0}, {0x00, 0x00, 0xFF, 0}, {0xFF, 0x00, 0xFF, 0}, {0x00, 0xFF, 0xFF, 0}, {0xFF, 0xFF, 0xFF, 0},
+};
+
 /// 3 bits of red, 3 of green, 2 of blue: the format in which the system's own colours have a place.
 bool Es332(const PIXELFORMATDESCRIPTOR& d) {
     return d.cColorBits == 8 && d.cRedBits == 3 && d.cRedShift == 0 && d.cGreenBits == 3 && d.cGreenShift == 3 &&
@@ -20,26 +33,15 @@ bool Es332(const PIXELFORMATDESCRIPTOR& d) {
 
 }  // namespace
 
-const unsigned char CGL::m_oneto8[2] = {0, 255};
-const unsigned char CGL::m_twoto8[4] = {0, 0x55, 0xAA, 0xFF};
-const unsigned char CGL::m_threeto8[8] = {0, 0x24, 0x49, 0x6D, 0x92, 0xB6, 0xDB, 0xFF};
-const int CGL::m_defaultOverride[13] = {0, 3, 24, 27, 64, 67, 88, 173, 181, 236, 247, 164, 91};
-const PALETTEENTRY CGL::m_defaultPalEntry[20] = {
-    {0x00, 0x00, 0x00, 0}, {0x80, 0x00, 0x00, 0}, {0x00, 0x80, 0x00, 0}, {0x80, 0x80, 0x00, 0}, {0x00, 0x00, 0x80, 0},
-    {0x80, 0x00, 0x80, 0}, {0x00, 0x80, 0x80, 0}, {0xC0, 0xC0, 0xC0, 0}, {0xC0, 0xDC, 0xC0, 0}, {0xA6, 0xCA, 0xF0, 0},
-    {0xFF, 0xFB, 0xF0, 0}, {0xA0, 0xA0, 0xA4, 0}, {0x80, 0x80, 0x80, 0}, {0xFF, 0x00, 0x00, 0}, {0x00, 0xFF, 0x00, 0},
-    {0xFF, 0xFF, 0x00, 0}, {0x00, 0x00, 0xFF, 0}, {0xFF, 0x00, 0xFF, 0}, {0x00, 0xFF, 0xFF, 0}, {0xFF, 0xFF, 0xFF, 0},
-};
-
 unsigned char CGL::ComponentFromIndex(int i, unsigned nbits, unsigned shift) {
     const unsigned v = static_cast<unsigned>(i) >> shift;
     switch (nbits) {
         case 1:
-            return m_oneto8[v & 1];
+            return kUnBit[v & 1];
         case 2:
-            return m_twoto8[v & 3];
+            return kDosBits[v & 3];
         case 3:
-            return m_threeto8[v & 7];
+            return kTresBits[v & 7];
         default:
             return 0;
     }
@@ -86,7 +88,7 @@ void CGL::LlenaPaleta(const PIXELFORMATDESCRIPTOR& d, PALETTEENTRY* entradas) {
     }
     if (!Es332(d)) return;
     for (int i = 1; i <= 12; ++i)
-        entradas[m_defaultOverride[i]] = m_defaultPalEntry[i];
+        entradas[kEntradasSistema[i]] = kColoresSistema[i];
 }
 
 int CGL::CapturaImagen(const CSize& size, char* buffer) {

@@ -160,30 +160,8 @@ void CGL::DestruirHijos(ListaHijos& lista) {
 }
 
 void CGL::SetVariablesReferencia(CGL* r) const {
-    r->m_Data = m_Data;
-    r->m_Camara = m_Camara;
-    r->m_fAnguloVista = m_fAnguloVista;
-    r->m_dRangoX = m_dRangoX;
-    r->m_dRangoY = m_dRangoY;
-    r->m_dRangoZ = m_dRangoZ;
-    r->m_Maximas = m_Maximas;
-    r->m_dFactor = m_dFactor;
-    r->m_dFactorPantalla = m_dFactorPantalla;
-    r->m_fEscala = m_fEscala;
-    r->m_fPlanoCerca = m_fPlanoCerca;
-    r->m_fPlanoFondo = m_fPlanoFondo;
-    r->m_fExageracionVertical = m_fExageracionVertical;
-    r->m_nPuntosSuavizado = m_nPuntosSuavizado;
-    r->m_pDigiTab = m_pDigiTab;
-    r->m_pLidarTab = m_pLidarTab;
-    r->m_DigiTabEfectiva = m_DigiTabEfectiva;
-    r->m_pEcoTab = m_pEcoTab;
-    r->m_nVersionDigiTab = m_nVersionDigiTab;
-    r->m_nVersionLidarTab = m_nVersionLidarTab;
-    r->m_nVersionEcoTab = m_nVersionEcoTab;
+    r->CGLVista::operator=(*this);
     r->m_DataTransformacion = m_DataTransformacion;
-    r->m_bFuentes = m_bFuentes;
-    r->m_fEscalaFuente = m_fEscalaFuente;
 }
 
 void CGL::IgualaVariables(CGL* r) const {
