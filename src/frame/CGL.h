@@ -163,9 +163,8 @@ class LUMBRA_API CGL : public CGLEstado {
     /// @param desdeInicio  non-zero searches from the beginning, 0 resumes after the last hit
     /// @param tipo         kind of thing to pick
     /// @param acumular     0 clears the selection first
-    /// @param modo         0 selects; 1 also records the point; 2 records it and adds it to the sketch; 3 adds it to
-    /// the
-    ///                     sketch without recording
+    /// @param modo         0 selects; 1 also records the point; 2 records it and adds it to the sketch; 3 adds it
+    ///                     to the sketch without recording
     /// @param bPuntoLibre  without a hit, modes 2 and 3 take the point of the model under the pixel
     /// @param e, f         handed on to the children
     /// @return non-zero when something was hit; 0 also when a child cannot give its point
@@ -316,11 +315,6 @@ class LUMBRA_API CGL : public CGLEstado {
     int GetMaximasVinculos(Vertiz::CMaximas<double>& m, int fondo) const;
     /// The last ZoomExtension was given something to show.
     bool HayMaximas() const { return !m_bMaximasVacias; }
-    /// Height times e; it takes effect at the next Iniciar. 0 is refused.
-    void SetExageracionVertical(float e);
-    float GetExageracionVertical() const { return m_fExageracionVertical; }
-    /// Minimum corner of the extents. @return 0 when they are empty
-    int DameOrigen(Vertiz::CCoor3D<double>& c) const;
     /// Reads the camera back from the modelview matrix. The context must be current.
     void CalculaCamaraDesdeMatrices();
     /// Height of the children's models at (x, y) in terrain units, or of the picture under the pixel.
@@ -417,11 +411,6 @@ class LUMBRA_API CGL : public CGLEstado {
     /// Undoes a digitised point: of the sketch, and of the selection where it came from.
     /// @param bGoma keep the point that follows the cursor, and drop the one before it
     void BorraUltimoPuntoLineaNueva(int bGoma);
-    /// 1 yellow, 3 wide; 3 all heights as the first point's; 4 all X and Y as the first point's; others as they are.
-    void SetTipoLineaNueva(unsigned tipo) { m_nTipoLineaNueva = tipo; }
-    unsigned GetTipoLineaNueva() const { return m_nTipoLineaNueva; }
-    void SetCerrarLineaNueva(int bCerrar) { m_bCerrarLineaNueva = bCerrar; }
-    int GetCerrarLineaNueva() const { return m_bCerrarLineaNueva; }
     bool EsCerradaLineaNueva() const;
     unsigned NPuntosLineaNueva() const;
     /// Append the sketch to a line: in terrain units, in model integers, in pixels.
@@ -446,7 +435,6 @@ class LUMBRA_API CGL : public CGLEstado {
     std::vector<Vertiz::CPosicionEntidad> GetSeleccion() const { return m_Seleccion; }
     std::vector<Vertiz::CPosicionEntidad> GetSeleccion2() const { return m_Seleccion2; }
     std::vector<Vertiz::CCoor3D<double>> GetPuntosSeleccion() const { return m_PuntosSeleccion; }
-    std::vector<Vertiz::CPosicionEntidad> GetVistaSeleccion() const { return m_VistaSeleccion; }
 
     // ---- Composition -----------------------------------------------------------------------------------------------
     /// The first child of that name, case and all; null when there is none. It stays this scene's.
@@ -472,10 +460,9 @@ class LUMBRA_API CGL : public CGLEstado {
     int CreaFuentes();
 
   protected:
-    static constexpr unsigned kGlifos = 1024;         ///< glyph lists of a font block, for UTF-16 codes from 0
-    static constexpr int kMaxLadoTextura = 1024;      ///< however much the hardware offers
-    static constexpr int kLadoProfundidad = 1024;     ///< side of the depth block, in pixels
-    static constexpr double kCotaSinTerreno = -9989;  ///< a height of this or below belongs to a photograph
+    static constexpr unsigned kGlifos = 1024;      ///< glyph lists of a font block, for UTF-16 codes from 0
+    static constexpr int kMaxLadoTextura = 1024;   ///< however much the hardware offers
+    static constexpr int kLadoProfundidad = 1024;  ///< side of the depth block, in pixels
 
     /// This scene lies on a photograph: points go through the image's transformation and back.
     bool SobreFoto() const;
@@ -536,7 +523,6 @@ class LUMBRA_API CGL : public CGLEstado {
     void DestruirHRCShared();
 
     // CGLCoordenadas.cpp
-    void CajaAGL(double X, double Y, double Z, double& x, double& y, double& z) const;
     bool TerrenoAGLConImagen(const Vertiz::CCoor3D<double>& p, double& x, double& y, double& z, double escala,
                              bool bSinLimite) const;
     struct ProfundidadFondo;
@@ -568,27 +554,22 @@ class LUMBRA_API CGL : public CGLEstado {
     void CompilaEsferaCielo() const;
 
     // CGLMarcas.cpp
-    bool EsMarcaFoto(unsigned i) const;
-    bool EsMarcaTerreno(unsigned i) const;
-    void ColorMarcas() const;
+    using ClaseMarca = bool (*)(const Vertiz::CTexto<double>& marca);
     void BorraListasMarcas();
-    int CompilaPuntosMarcas(GLuint& lista, bool (CGL::*deEstas)(unsigned) const);
+    int CompilaPuntosMarcas(GLuint& lista, ClaseMarca esDeEstas);
     int CompilaMarca(unsigned i);
     Vertiz::CCoor3D<double> LugarMarca(unsigned i) const;
     int CompilaMarcas();
-    int RenderTextosMarcas(GLuint listaPuntos, bool (CGL::*deEstas)(unsigned) const);
+    int RenderTextosMarcas(GLuint listaPuntos, ClaseMarca esDeEstas);
     template <class Cambio>
     void CambiaMarcas(Cambio cambio);
 
     // CGLSeleccion.cpp
-    bool EsFondo() const { return m_nTipoImagenFondo == 2 || m_nTipoImagenFondo == 4 || m_nTipoImagenFondo == 6; }
     void TomaHijo(CGL& r);
     void HeredaImagen(CGL& r, int fondo) const;
     void AjustaProyeccion(const CGL& r);
     void SetFondoGrupo(int fondo);
     void AjustaFondoSin(const CGL& r);
-    static std::size_t BuscaHijo(const ListaHijos& lista, const CString& nombre);
-    static CGL* DameHijo(const ListaHijos& lista, const CString& nombre);
     static CGL* SueltaHijo(ListaHijos& lista, std::size_t i);
     static void OlvidaHijos(ListaHijos& lista);
     static void DestruirHijos(ListaHijos& lista);
@@ -608,7 +589,6 @@ class LUMBRA_API CGL : public CGLEstado {
     void TrazaLineaNueva(unsigned primero) const;
 
     // CGLImpresion.cpp
-    bool NecesitaPaleta(const PIXELFORMATDESCRIPTOR& descriptor) const;
     void LlenaPaleta(const PIXELFORMATDESCRIPTOR& descriptor, PALETTEENTRY* entradas);
 
     // Copies count as owners of the context; each child counts the scenes that hold it. A child only looks at the
@@ -617,14 +597,6 @@ class LUMBRA_API CGL : public CGLEstado {
     std::weak_ptr<const char> m_pPrestamo;
     unsigned m_nPadres = 0;
 };
-
-/// A local terrain point in the GL box of the extents.
-inline void CGL::CajaAGL(double X, double Y, double Z, double& x, double& y, double& z) const {
-    const Vertiz::CCoor3D<double>& o = m_Maximas.Minima();
-    x = ((X - o.x) - m_dRangoX * 0.5) * m_dFactor;
-    y = ((Z - o.z) - m_dRangoZ * 0.5) * m_dFactor * m_fExageracionVertical;
-    z = -((Y - o.y) - m_dRangoY * 0.5) * m_dFactor;
-}
 
 // Inline, since every vertex of every model goes through here, and nearly all of them where no image takes part.
 inline bool CGL::TerrenoAGL(const Vertiz::CCoor3D<double>& p, double& x, double& y, double& z, double escala,

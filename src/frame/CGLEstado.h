@@ -54,6 +54,13 @@ class LUMBRA_API CGLEstado : public CGLVista {
     std::vector<unsigned char> GetTiposObjetosMDT() const { return m_TiposObjetosMDT; }
     /// Size of the camera models, in terrain units; it takes effect at the next Iniciar.
     void SetSizeCamara(double size) { m_fSizeCamara = static_cast<float>(size); }
+    /// Kind of the sketch line: 1 yellow, 3 wide; 3 all heights as the first point's; 4 all X and Y as the first
+    /// point's; others as they are.
+    void SetTipoLineaNueva(unsigned tipo) { m_nTipoLineaNueva = tipo; }
+    unsigned GetTipoLineaNueva() const { return m_nTipoLineaNueva; }
+    void SetCerrarLineaNueva(int bCerrar) { m_bCerrarLineaNueva = bCerrar; }
+    int GetCerrarLineaNueva() const { return m_bCerrarLineaNueva; }
+    std::vector<Vertiz::CPosicionEntidad> GetVistaSeleccion() const { return m_VistaSeleccion; }
     /// Largest side of a texture, in pixels.
     void SetMaxTexDim(int v) { m_nMaxTexDim = v; }
     int GetMaxTexDim() const { return m_nMaxTexDim; }
@@ -65,6 +72,9 @@ class LUMBRA_API CGLEstado : public CGLVista {
     ~CGLEstado() = default;
     CGLEstado(const CGLEstado&) = default;
     CGLEstado& operator=(const CGLEstado&) = default;
+
+    /// This scene is the photograph, not one drawn over it.
+    bool EsImagenFondo() const { return EsImagenConicaFondo() || EsImagenOrtoFondo() || EsImagenEsfericaFondo(); }
 
     int m_nTipo = -1;
     int m_bEsReferencia = 0;             ///< 1: owned by another scene, as reference or link; stays so for life

@@ -31,6 +31,10 @@ bool Es332(const PIXELFORMATDESCRIPTOR& d) {
            d.cBlueBits == 2 && d.cBlueShift == 6;
 }
 
+bool NecesitaPaleta(const PIXELFORMATDESCRIPTOR& d, bool bDCExterno) {
+    return (d.dwFlags & PFD_NEED_PALETTE) || (bDCExterno && d.cColorBits == 8) || d.iPixelType == PFD_TYPE_COLORINDEX;
+}
+
 }  // namespace
 
 unsigned char CGL::ComponentFromIndex(int i, unsigned nbits, unsigned shift) {
@@ -51,7 +55,7 @@ int CGL::CreatePalette() {
     const HDC hdc = m_pDC ? m_pDC->GetSafeHdc() : nullptr;
     PIXELFORMATDESCRIPTOR d{};
     if (!DescribePixelFormat(hdc, GetPixelFormat(hdc), sizeof(d), &d)) return 0;
-    if (!NecesitaPaleta(d)) return 0;
+    if (!NecesitaPaleta(d, m_bDCExterno != 0)) return 0;
 
     // A record with room for its entries behind the one that it declares.
     std::vector<std::byte> memoria(sizeof(LOGPALETTE) + (kEntradas - 1) * sizeof(PALETTEENTRY));
@@ -72,10 +76,6 @@ int CGL::CreatePalette() {
         m_pDC->RealizePalette();
     }
     return 1;
-}
-
-bool CGL::NecesitaPaleta(const PIXELFORMATDESCRIPTOR& d) const {
-    return (d.dwFlags & PFD_NEED_PALETTE) || (m_bDCExterno && d.cColorBits == 8) || d.iPixelType == PFD_TYPE_COLORINDEX;
 }
 
 /// @param entradas room for 256

@@ -11,12 +11,26 @@ using Vertiz::CCoor3D;
 using Vertiz::CLinea;
 using Vertiz::CPosicionEntidad;
 
+namespace {
+
+std::size_t BuscaHijo(const std::vector<CGL*>& hijos, const CString& nombre) {
+    const auto it = std::ranges::find(hijos, nombre, &CGL::GetNombre);
+    return static_cast<std::size_t>(it - hijos.begin());
+}
+
+CGL* DameHijo(const std::vector<CGL*>& hijos, const CString& nombre) {
+    const std::size_t i = BuscaHijo(hijos, nombre);
+    return i < hijos.size() ? hijos[i] : nullptr;
+}
+
+}  // namespace
+
 // ---- Composition ---------------------------------------------------------------------------------------------------
 
 void CGL::ReferenciaNuevo(CGL* r) {
     if (!r || r->Contiene(*this)) return;
     TomaHijo(*r);
-    if (r->EsFondo()) {
+    if (r->EsImagenFondo()) {
         SetFondoGrupo(r->m_nTipoImagenFondo - 1);
     } else {
         HeredaImagen(*r, m_nTipoImagenFondo);
@@ -29,7 +43,7 @@ void CGL::VinculoNuevo(CGL* r) {
     if (!r || r->Contiene(*this)) return;
     TomaHijo(*r);
     const int fondoAnterior = m_nTipoImagenFondo;
-    if (r->EsFondo()) SetFondoGrupo(r->m_nTipoImagenFondo - 1);
+    if (r->EsImagenFondo()) SetFondoGrupo(r->m_nTipoImagenFondo - 1);
     HeredaImagen(*r, fondoAnterior);
     m_Vinculos.push_back(r);
     AjustaProyeccion(*r);
@@ -93,16 +107,6 @@ void CGL::AjustaFondoSin(const CGL& r) {
                             (m_nTipoImagenFondo == 3 && std::ranges::none_of(Hijos(), esOrtoFondo)) ||
                             (m_nTipoImagenFondo == 5 && r.EsImagenEsfericaFondo());
     if (bSinImagen) SetFondoGrupo(0);
-}
-
-std::size_t CGL::BuscaHijo(const ListaHijos& lista, const CString& nombre) {
-    const auto it = std::ranges::find_if(lista, [&](const CGL* hijo) { return hijo->m_Nombre == nombre; });
-    return static_cast<std::size_t>(it - lista.begin());
-}
-
-CGL* CGL::DameHijo(const ListaHijos& lista, const CString& nombre) {
-    const std::size_t i = BuscaHijo(lista, nombre);
-    return i < lista.size() ? lista[i] : nullptr;
 }
 
 CGL* CGL::DameReferencia(const CString& nombre) {

@@ -46,6 +46,11 @@ class LUMBRA_API CGLVista : public CGLAjustes {
     double GetFactor() const { return m_dFactor; }
     void SetFactorPantalla(double v) { m_dFactorPantalla = v; }
     double GetFactorPantalla() const { return m_dFactorPantalla; }
+    /// Height times e; it takes effect at the next Iniciar. 0 is refused.
+    void SetExageracionVertical(float e);
+    float GetExageracionVertical() const { return m_fExageracionVertical; }
+    /// Minimum corner of the extents. @return 0 when they are empty
+    int DameOrigen(Vertiz::CCoor3D<double>& c) const;
     void SetEscala(float v) { m_fEscala = v; }
     float GetEscala() const { return m_fEscala; }
     void SetPuntosSuavizado(int v) { m_nPuntosSuavizado = v; }
@@ -71,6 +76,23 @@ class LUMBRA_API CGLVista : public CGLAjustes {
     ~CGLVista() = default;
     CGLVista(const CGLVista&) = default;
     CGLVista& operator=(const CGLVista&) = default;
+
+    /// From a local terrain point to its place in the GL box of the extents.
+    void CajaAGL(double X, double Y, double Z, double& x, double& y, double& z) const {
+        const Vertiz::CCoor3D<double>& o = m_Maximas.Minima();
+        x = ((X - o.x) - m_dRangoX * 0.5) * m_dFactor;
+        y = ((Z - o.z) - m_dRangoZ * 0.5) * m_dFactor * m_fExageracionVertical;
+        z = -((Y - o.y) - m_dRangoY * 0.5) * m_dFactor;
+    }
+    /// And back.
+    Vertiz::CCoor3D<double> CajaATerreno(double x, double y, double z) const {
+        const Vertiz::CCoor3D<double>& o = m_Maximas.Minima();
+        return {m_dRangoX * 0.5 + x / m_dFactor + o.x, m_dRangoY * 0.5 - z / m_dFactor + o.y,
+                y / m_dFactor / m_fExageracionVertical + m_dRangoZ * 0.5 + o.z, 0};
+    }
+    /// The factor that makes the larger of the X range and the exaggerated Z range 1. The Y range takes no part: a
+    /// model that is long in Y alone comes out longer than 1.
+    double FactorDeRangos() const;
 
     CCamera m_Camara;
     float m_fAnguloVista = 45.0F;   ///< vertical field of view, in degrees
