@@ -85,8 +85,10 @@ void CGL::Anular() {
     m_hRC = nullptr;
     m_pDC = nullptr;
     m_pPalette = nullptr;
-    OlvidaHijos(m_Referencias);
-    OlvidaHijos(m_Vinculos);
+    for (CGL* hijo : Hijos())
+        --hijo->m_nPadres;
+    m_Referencias.clear();
+    m_Vinculos.clear();
     m_nTexturaFondo = 0;
     m_nTipoImagenFondo = 0;
     m_nTipo = -1;

@@ -46,6 +46,7 @@
 // allocation.
 
 #include "frame/CGLEstado.h"
+#include "frame/ContrastaColor.h"
 #include "model/CCoor.h"
 #include "model/CDataSemilla.h"
 #include "model/CDataTransformacion.h"
@@ -70,11 +71,6 @@ namespace Vertiz {
 class CAtrDigi;
 class IRaster;
 }  // namespace Vertiz
-
-/// Moves a colour that can hardly be told from another: when all three channels differ by less than 10, each is moved
-/// by 128 modulo 256, and by 1 more when it was 128 or above.
-/// @return 1 when the colour moved, 0 otherwise
-LUMBRA_API int ContrastaColor(COLORREF& color, COLORREF referencia);
 
 /// The base of all scenes; see the top of this file for its life and its hooks.
 class LUMBRA_API CGL : public CGLEstado {
@@ -401,8 +397,7 @@ class LUMBRA_API CGL : public CGLEstado {
     // ---- Sketch line -----------------------------------------------------------------------------------------------
     /// 0 compiles the sketch's list; non-zero draws its last segment at once in XOR, which shows it or wipes it.
     int OnIniciarLineaNueva(int bDirecto);
-    /// Adds a point in absolute terrain coordinates where the seed applies (photographs, spheres), local ones
-    /// otherwise.
+    /// Adds a point in local terrain coordinates; in absolute ones where the seed applies (photographs, spheres).
     void InsertaPuntoLineaNueva(const Vertiz::CCoor3D<double>& p);
     void VaciaLineaNueva();
     void CierraLineaNueva();
@@ -476,9 +471,8 @@ class LUMBRA_API CGL : public CGLEstado {
     CString m_Nombre;
     bool m_bMaximasVacias = true;
     Vertiz::CDataTransformacion m_DataTransformacion;
-    std::unique_ptr<HGLRC[]> m_phRCShared;  ///< one for each worker, never shared between scenes
-    /// Depth block of a click, so that picking allocates nothing.
-    std::unique_ptr<float[]> m_pBufferProfundidad;
+    std::unique_ptr<HGLRC[]> m_phRCShared;          ///< one for each worker, never shared between scenes
+    std::unique_ptr<float[]> m_pBufferProfundidad;  ///< depth block of a click, so that picking allocates nothing
 
     // ---- Selection, sketch, marks ----------------------------------------------------------------------------------
     std::vector<Vertiz::CPosicionEntidad> m_Seleccion;
@@ -487,12 +481,10 @@ class LUMBRA_API CGL : public CGLEstado {
     Vertiz::CLinea<double> m_LineaNueva{CString(L"nuevo")};         ///< sketch in GL space
     Vertiz::CLinea<double> m_LineaNuevaTerreno{CString(L"nuevo")};  ///< in terrain space, where an image takes part
     std::vector<Vertiz::CTexto<double>> m_Marcas;
-    /// GL position of each mark; Tipo is its orientation, in hundredths of a degree.
-    Vertiz::CLinea<double> m_MarcasGL{CString(L"nuevo")};
+    Vertiz::CLinea<double> m_MarcasGL{CString(L"nuevo")};  ///< Tipo: a mark's orientation, hundredths of a degree
     std::vector<Vertiz::CLinea<double>> m_Medidas;
 
   private:
-    using ListaHijos = std::vector<CGL*>;
     struct Pulsacion;
 
     // CGL.cpp
@@ -570,11 +562,10 @@ class LUMBRA_API CGL : public CGLEstado {
     void AjustaProyeccion(const CGL& r);
     void SetFondoGrupo(int fondo);
     void AjustaFondoSin(const CGL& r);
-    static CGL* SueltaHijo(ListaHijos& lista, std::size_t i);
-    static void OlvidaHijos(ListaHijos& lista);
-    static void DestruirHijos(ListaHijos& lista);
+    static CGL* SueltaHijo(std::vector<CGL*>& lista, std::size_t i);
+    static void DestruirHijos(std::vector<CGL*>& lista);
     unsigned SeleccionaEnHijos(const Pulsacion& s, bool bReferencias, bool bVinculos);
-    static bool PreguntaHijos(const ListaHijos& hijos, int primero, const Pulsacion& s, unsigned& r,
+    static bool PreguntaHijos(const std::vector<CGL*>& hijos, int primero, const Pulsacion& s, unsigned& r,
                               Vertiz::CCoor3D<double>& p);
     void SumaALineaNueva(const CPoint& pt);
     template <class Pregunta>

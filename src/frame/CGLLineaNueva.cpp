@@ -6,6 +6,7 @@
 
 #include "frame/CGL.h"
 #include "frame/EntradaPublica.h"
+#include "frame/LapizXor.h"
 #include "frame/ListaGL.h"
 #include "frame/MatricesGL.h"
 #include "frame/TrazoGL.h"
@@ -18,37 +19,6 @@ using Vertiz::CLinea;
 namespace {
 
 constexpr GLfloat kGrosorMinimo = 3.0F;
-
-/// What drawing in XOR changes in OpenGL, to be put back afterwards. Not by a destructor: an error leaves it as it is.
-struct EstadoXor {
-    GLboolean bProfundidad;
-    GLint nProfundidad;
-    GLint nLogica;
-};
-
-bool EmpiezaXor(EstadoXor& estado) {
-    glDrawBuffer(GL_FRONT);
-    estado.bProfundidad = glIsEnabled(GL_DEPTH_TEST);
-    glDisable(GL_DEPTH_TEST);
-    glGetIntegerv(GL_DEPTH_FUNC, &estado.nProfundidad);
-    glDepthFunc(GL_LEQUAL);
-    glDisable(GL_LIGHTING);
-    if (HayErrorGL()) return false;
-    glDisable(GL_LIGHT0);
-    if (HayErrorGL()) return false;
-    glDisable(GL_TEXTURE_2D);  // the sky leaves it on
-    glEnable(GL_COLOR_LOGIC_OP);
-    glGetIntegerv(GL_LOGIC_OP_MODE, &estado.nLogica);
-    glLogicOp(GL_XOR);
-    return true;
-}
-
-void TerminaXor(const EstadoXor& estado) {
-    glDrawBuffer(GL_BACK);
-    if (estado.bProfundidad) glEnable(GL_DEPTH_TEST);
-    glDepthFunc(static_cast<GLenum>(estado.nProfundidad));
-    glLogicOp(static_cast<GLenum>(estado.nLogica));
-}
 
 void CambiaUltimo(CLinea<double>& linea, const CCoor3D<double>& p) {
     if (linea.NPuntos() > 0) linea.ModificaPunto(linea.NPuntos() - 1, p, true);
@@ -71,10 +41,11 @@ int CGL::OnIniciarLineaNueva(int bDirecto) {
     }
     if (m_LineaNueva.NPuntos() < 2) return 1;
     if (!bDirecto && !AbreLista(m_nListaLineaNueva)) return 0;
-    EstadoXor estado;
-    if (!EmpiezaXor(estado) || !EstiloLineaNueva()) return 0;
+    LapizXor lapiz;
+    lapiz.Empieza();
+    if (!lapiz.Activa() || !EstiloLineaNueva()) return 0;
     TrazaLineaNueva(bDirecto ? m_LineaNueva.NPuntos() - 2 : 0);
-    TerminaXor(estado);
+    lapiz.Restaura();
     if (bDirecto) {
         glFlush();
         return 1;

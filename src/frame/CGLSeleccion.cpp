@@ -118,7 +118,7 @@ CGL* CGL::DameVinculo(const CString& nombre) {
 }
 
 /// Takes child i out of a list; null past the end.
-CGL* CGL::SueltaHijo(ListaHijos& lista, std::size_t i) {
+CGL* CGL::SueltaHijo(std::vector<CGL*>& lista, std::size_t i) {
     if (i >= lista.size()) return nullptr;
     CGL* hijo = lista[i];
     lista.erase(lista.begin() + static_cast<std::ptrdiff_t>(i));
@@ -149,13 +149,8 @@ CGL* CGL::BorraVinculo(unsigned i) {
     return hijo;
 }
 
-void CGL::OlvidaHijos(ListaHijos& lista) {
-    for (CGL* hijo : std::exchange(lista, {}))
-        --hijo->m_nPadres;
-}
-
 /// A child that copies of this scene hold too is left to them.
-void CGL::DestruirHijos(ListaHijos& lista) {
+void CGL::DestruirHijos(std::vector<CGL*>& lista) {
     for (CGL* hijo : std::exchange(lista, {})) {
         if (--hijo->m_nPadres > 0) continue;
         hijo->Destruir();
@@ -236,7 +231,8 @@ unsigned CGL::SeleccionaEnHijos(const Pulsacion& s, bool bReferencias, bool bVin
 /// @param r       in and out: the last answer
 /// @param p       out: the point that was hit, when points are asked for
 /// @return false when a child was hit that cannot give its point
-bool CGL::PreguntaHijos(const ListaHijos& hijos, int primero, const Pulsacion& s, unsigned& r, CCoor3D<double>& p) {
+bool CGL::PreguntaHijos(const std::vector<CGL*>& hijos, int primero, const Pulsacion& s, unsigned& r,
+                        CCoor3D<double>& p) {
     for (CGL* hijo : hijos) {
         r = hijo->OnSeleccion(s.x, s.y, s.desdeInicio, s.tipo, s.acumular, 0, 0, s.modo != 0, s.bPuntoLibre, s.e, s.f);
         if (r != 0) {
