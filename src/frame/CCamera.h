@@ -80,6 +80,21 @@ class LUMBRA_API CCamera {
     /// the frame changes height.
     void StrafeCamera2(double d, double a, double b);
 
+    /// One frame of a walk: turns by the pointer, moves by the keys and counts the frame. The host calls it before each
+    /// `Render`, on the thread that renders, while its window has the focus. Without a display nothing turns or moves.
+    /// @param t time since the frame before, seconds
+    void Update(float t);
+    /// Turns the view by how far the pointer has gone from the screen's pixel (400, 300), a radian for 1000 pixels, and
+    /// puts the pointer back there: sideways round y, up and down round the right axis by a radian at most each way.
+    /// That tilt is one for all cameras, since there is one pointer. Nothing turns when the pointer can't be put back.
+    void SetViewByMouse();
+    /// Moves by the keys held down, 100 GL units a second: the arrows up and down or W and S along the view, left and
+    /// right or A and D sideways.
+    /// @param t seconds
+    void CheckForMovement(float t);
+    /// @return frames that `Update` has counted, of all cameras, since its time last went beyond a second
+    static int Fotogramas();
+
   private:
     Punto Direccion() const;  // unit of target - eye
     Punto Derecha() const;    // unit of (target - eye) x up
