@@ -20,14 +20,7 @@ unsigned NumeroProcesadores() {
     return info.dwNumberOfProcessors;
 }
 
-/// One flag for each kind of error at the most; with a lost context the errors never end.
-void OlvidaErroresGL() {
-    constexpr int kMaxErrores = 16;
-    for (int i = 0; i < kMaxErrores && HayErrorGL(); ++i) {
-    }
-}
-
-/// A conic camera looks down its own axis: the station's angles turn the model, which stands along y.
+// A conic camera looks down its own axis: the station's angles turn the model, which stands along y.
 void GiraCamaraConica(const Punto& angulos) {
     glRotated(90, 1, 0, 0);
     glRotated(angulos.x, 1, 0, 0);
@@ -51,6 +44,7 @@ CGL::CGL(const CGL& otra) : CGL() {
     CreaContextosCompartidos();
 }
 
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): EsDeLaFamilia holds of the scene itself too
 CGL& CGL::operator=(const CGL& otra) {
     if (EsDeLaFamilia(otra)) return *this;
     Destruir();
@@ -137,10 +131,7 @@ void CGL::OlvidaListas() {
 
 int CGL::Iniciar() {
     if (!MakeCurrent(nullptr)) return 0;
-    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &m_nMaxTexDim);
-    if (HayErrorGL()) return 0;
-    m_nMaxTexDim = std::min(m_nMaxTexDim, kMaxLadoTextura);
-
+    if (!LeeMaxTexDim()) return 0;
     const int r = OnIniciar() && OnIniciarReferencia(-1) && OnIniciarVinculos() && OnIniciarEjes() &&
                   OnIniciarCamara() && OnIniciarCamaraPanoramica() && OnIniciarPuntosCamara() && OnIniciarLineaNueva(0);
     if (m_nListaFuentes == 0 && !CreaFuentes()) return 0;

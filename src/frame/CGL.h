@@ -456,7 +456,6 @@ class LUMBRA_API CGL : public CGLEstado {
 
   protected:
     static constexpr unsigned kGlifos = 1024;      ///< glyph lists of a font block, for UTF-16 codes from 0
-    static constexpr int kMaxLadoTextura = 1024;   ///< however much the hardware offers
     static constexpr int kLadoProfundidad = 1024;  ///< side of the depth block, in pixels
 
     /// This scene lies on a photograph: points go through the image's transformation and back.
@@ -507,6 +506,7 @@ class LUMBRA_API CGL : public CGLEstado {
     int CreaContextoPrincipal(const PIXELFORMATDESCRIPTOR& descriptor);
     int CreaContextosCompartidos();
     int CargaProyeccion();
+    bool LeeMaxTexDim();
     void Presta(CGL& hijo) const;
     /// The parent is gone, and the device context that it lent with it.
     bool EsHuerfana() const { return m_bEsReferencia && m_pPrestamo.expired(); }
