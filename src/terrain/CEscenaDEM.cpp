@@ -54,6 +54,7 @@ CEscenaDEM::CEscenaDEM(const CEscenaDEM& otra, CDEM* pDEM)
 
 CEscenaDEM::CEscenaDEM(const CEscenaDEM& otra) : CEscenaDEM(otra, otra.m_pDEM) {}
 
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): EsDeLaFamilia holds of the scene itself too
 CEscenaDEM& CEscenaDEM::operator=(const CEscenaDEM& otra) {
     if (EsDeLaFamilia(otra)) return *this;
     CEscenaMDT::operator=(otra);

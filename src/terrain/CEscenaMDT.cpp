@@ -1,3 +1,6 @@
+// What terrains share: the lists of their limits and breaklines, the state that a surface is drawn in, and the sky
+// behind it.
+
 #include "terrain/CEscenaMDT.h"
 
 #include "frame/ListaGL.h"
