@@ -182,8 +182,8 @@ int CGL::ProyectaOrto(int& cx, int& cy, const double* vieja) {
     if (HayErrorGL()) return 0;
     const double exceso = cx >= cy ? static_cast<double>(cx) / limites[0] : static_cast<double>(cy) / limites[1];
     if (exceso > 1.0) {
-        cx = std::max(1, static_cast<int>(cx / exceso + 0.5));
-        cy = std::max(1, static_cast<int>(cy / exceso + 0.5));
+        cx = std::max(1, APixel(cx / exceso));
+        cy = std::max(1, APixel(cy / exceso));
         m_dAspecto /= exceso;
         h = 0.5 / exceso;
     }

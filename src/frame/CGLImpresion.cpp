@@ -25,7 +25,7 @@ constexpr PALETTEENTRY kColoresSistema[20] = {
     {0xFF, 0xFF, 0x00, 0}, {0x00, 0x00, 0xFF, 0}, {0xFF, 0x00, 0xFF, 0}, {0x00, 0xFF, 0xFF, 0}, {0xFF, 0xFF, 0xFF, 0},
 };
 
-/// 3 bits of red, 3 of green, 2 of blue: the format in which the system's own colours have a place.
+// 3 bits of red, 3 of green, 2 of blue: the format in which the system's own colours have a place.
 bool Es332(const PIXELFORMATDESCRIPTOR& d) {
     return d.cColorBits == 8 && d.cRedBits == 3 && d.cRedShift == 0 && d.cGreenBits == 3 && d.cGreenShift == 3 &&
            d.cBlueBits == 2 && d.cBlueShift == 6;
@@ -78,7 +78,7 @@ int CGL::CreatePalette() {
     return 1;
 }
 
-/// @param entradas room for 256
+// @param entradas room for 256
 void CGL::LlenaPaleta(const PIXELFORMATDESCRIPTOR& d, PALETTEENTRY* entradas) {
     const int n = d.cColorBits < 8 ? 1 << d.cColorBits : kEntradas;
     for (int i = 0; i < n; ++i) {

@@ -71,7 +71,7 @@ int CGL::EstiloLineaNueva() const {
     return 1;
 }
 
-/// Draws from a point on. The kinds 3 and 4 hold the height, or the place in plan, of the first point of all.
+// Draws from a point on. The kinds 3 and 4 hold the height, or the place in plan, of the first point of all.
 void CGL::TrazaLineaNueva(unsigned primero) const {
     const bool bCotaFija = m_nTipoLineaNueva == 3;
     const bool bPlantaFija = m_nTipoLineaNueva == 4;
@@ -92,8 +92,8 @@ void CGL::TrazaLineaNueva(unsigned primero) const {
     glEnd();
 }
 
-/// Compiles the list anew, and draws the last segment too when asked to.
-/// @return as OnIniciarLineaNueva
+// Compiles the list anew, and draws the last segment too when asked to.
+// @return as OnIniciarLineaNueva
 int CGL::RehazLineaNueva(bool bSegmento) {
     const int r = OnIniciarLineaNueva(0);
     return bSegmento ? OnIniciarLineaNueva(1) : r;
@@ -113,7 +113,7 @@ int CGL::RenderLineaNueva(int bRapido) {
 
 // ---- Changing ------------------------------------------------------------------------------------------------------
 
-/// The points of images come in absolute coordinates; the scene's are local.
+// The points of images come in absolute coordinates; the scene's are local.
 CCoor3D<double> CGL::SinSemilla(const CCoor3D<double>& p) const {
     const bool bFoto = m_nTipoImagenFondo == 1 || m_nTipoImagenFondo == 2 || TieneImagenEsferica();
     if (!EsImagenConica() && !EsImagenEsferica() && !bFoto) return p;
@@ -206,7 +206,7 @@ void CGL::BorraUltimoPuntoLineaNueva(int bGoma) {
     entrada.Acaba(OnIniciarSeleccion());
 }
 
-/// Undoes the last recorded point where it came from.
+// Undoes the last recorded point where it came from.
 void CGL::BorraUltimoPuntoSeleccion() {
     if (m_PuntosSeleccion.empty()) return;
     const int dueno = m_PuntosSeleccion.back().GetTipoCompleto();
@@ -220,7 +220,7 @@ void CGL::BorraUltimoPuntoSeleccion() {
     m_PuntosSeleccion.pop_back();
 }
 
-/// Deletes the last point or, with bGoma, the one before it, so that the point that follows the cursor stays.
+// Deletes the last point or, with bGoma, the one before it, so that the point that follows the cursor stays.
 void CGL::BorraUltimoDigitado(bool bGoma) {
     const bool bTerreno = SobreFoto();
     const CCoor3D<double> a = m_LineaNueva.end();

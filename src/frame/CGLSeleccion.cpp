@@ -49,13 +49,13 @@ void CGL::VinculoNuevo(CGL* r) {
     AjustaProyeccion(*r);
 }
 
-/// Whether the scene is this one or stands somewhere below it: a scene below itself would be walked for ever.
+// Whether the scene is this one or stands somewhere below it: a scene below itself would be walked for ever.
 bool CGL::Contiene(const CGL& escena) const {
     return this == &escena || std::ranges::any_of(Hijos(), [&](const CGL* hijo) { return hijo->Contiene(escena); });
 }
 
-/// Makes a scene a child: tables, extents and context become the parent's. A context of its own goes first, with the
-/// lists that live in it: their ids would stand for lists of the parent.
+// Makes a scene a child: tables, extents and context become the parent's. A context of its own goes first, with the
+// lists that live in it: their ids would stand for lists of the parent.
 void CGL::TomaHijo(CGL& r) {
     if (!r.m_bEsReferencia || r.m_hRC != m_hRC) r.DejaContexto(false);
     r.m_bEsReferencia = 1;
@@ -71,8 +71,8 @@ void CGL::TomaHijo(CGL& r) {
     Presta(r);
 }
 
-/// A child of an image scene is drawn over that image.
-/// @param fondo this scene's image value before the child came
+// A child of an image scene is drawn over that image.
+// @param fondo this scene's image value before the child came
 void CGL::HeredaImagen(CGL& r, int fondo) const {
     if (m_nTipo != 3 && m_nTipo != 8 && fondo != 5 && fondo != 6) return;
     if (!m_DataTransformacion.ExisteTransformacion()) {
@@ -82,7 +82,7 @@ void CGL::HeredaImagen(CGL& r, int fondo) const {
     }
 }
 
-/// A conic or spherical background changes the kind of projection.
+// A conic or spherical background changes the kind of projection.
 void CGL::AjustaProyeccion(const CGL& r) {
     if (!r.EsImagenConicaFondo() && !r.EsImagenEsfericaFondo()) return;
     if (m_nAncho > 0 && m_nAlto > 0 && MakeCurrent(nullptr)) {
@@ -100,7 +100,7 @@ void CGL::SetFondoGrupo(int fondo) {
         hijo->m_nTipoImagenFondo = fondo;
 }
 
-/// Settles the image values after a child was taken out.
+// Settles the image values after a child was taken out.
 void CGL::AjustaFondoSin(const CGL& r) {
     const auto esOrtoFondo = [](const CGL* hijo) { return hijo->EsImagenOrtoFondo(); };
     const bool bSinImagen = (m_nTipoImagenFondo == 1 && r.EsImagenConicaFondo()) ||
@@ -117,7 +117,7 @@ CGL* CGL::DameVinculo(const CString& nombre) {
     return DameHijo(m_Vinculos, nombre);
 }
 
-/// Takes child i out of a list; null past the end.
+// Takes child i out of a list; null past the end.
 CGL* CGL::SueltaHijo(std::vector<CGL*>& lista, std::size_t i) {
     if (i >= lista.size()) return nullptr;
     CGL* hijo = lista[i];
@@ -149,7 +149,7 @@ CGL* CGL::BorraVinculo(unsigned i) {
     return hijo;
 }
 
-/// A child that copies of this scene hold too is left to them.
+// A child that copies of this scene hold too is left to them.
 void CGL::DestruirHijos(std::vector<CGL*>& lista) {
     for (CGL* hijo : std::exchange(lista, {})) {
         if (--hijo->m_nPadres > 0) continue;
@@ -173,7 +173,7 @@ void CGL::IgualaVariables(CGL* r) const {
 
 // ---- Picking -------------------------------------------------------------------------------------------------------
 
-/// The arguments of a pick, as they travel to the children.
+// The arguments of a pick, as they travel to the children.
 struct CGL::Pulsacion {
     int x;
     int y;
@@ -226,11 +226,11 @@ unsigned CGL::SeleccionaEnHijos(const Pulsacion& s, bool bReferencias, bool bVin
     return 1;
 }
 
-/// Asks one child after another until one answers.
-/// @param primero Tipo of the first child's points
-/// @param r       in and out: the last answer
-/// @param p       out: the point that was hit, when points are asked for
-/// @return false when a child was hit that cannot give its point
+// Asks one child after another until one answers.
+// @param primero Tipo of the first child's points
+// @param r       in and out: the last answer
+// @param p       out: the point that was hit, when points are asked for
+// @return false when a child was hit that cannot give its point
 bool CGL::PreguntaHijos(const std::vector<CGL*>& hijos, int primero, const Pulsacion& s, unsigned& r,
                         CCoor3D<double>& p) {
     for (CGL* hijo : hijos) {
@@ -246,13 +246,13 @@ bool CGL::PreguntaHijos(const std::vector<CGL*>& hijos, int primero, const Pulsa
     return true;
 }
 
-/// Fixes the point that follows the cursor at a pixel, and starts the next one there.
+// Fixes the point that follows the cursor at a pixel, and starts the next one there.
 void CGL::SumaALineaNueva(const CPoint& pt) {
     if (!ModificaUltimoPuntoLineaNueva(pt, 1)) InsertaPuntoLineaNueva(pt, true);
     InsertaPuntoLineaNueva(pt, true);
 }
 
-/// The sum of what the children of the lists asked for answer.
+// The sum of what the children of the lists asked for answer.
 template <class Pregunta>
 unsigned CGL::SumaHijos(bool bReferencias, bool bVinculos, Pregunta pregunta) const {
     unsigned suma = 0;

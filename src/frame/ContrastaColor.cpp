@@ -1,3 +1,5 @@
+// A colour that can be told from its background.
+
 #include "frame/ContrastaColor.h"
 
 #include <cstdlib>
