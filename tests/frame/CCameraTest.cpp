@@ -164,8 +164,9 @@ void Camina(CCamera& camara, double x, double y, double z) {
 
 TEST(CCamera, TheWalkTiltsTheOtherWayWhileTheHeadIsUpsideDown) {
     // On the way the three angles pass where they mean nothing, so where a walk ends hangs on every step of it.
-    for (const Punto& meta : {Punto(60, 300, 135, 0), Punto(200, 20, 180, 0), Punto(340, 30, 200, 0),
-                              Punto(340, 30, 110, 0), Punto(45, 10, 100, 0), Punto(25, 70, 50, 0)}) {
+    for (const Punto& meta :
+         {Punto(60, 300, 135, 0), Punto(200, 20, 180, 0), Punto(340, 30, 200, 0), Punto(340, 30, 110, 0),
+          Punto(45, 10, 100, 0), Punto(25, 70, 50, 0), Punto(25, 175, 50, 0), Punto(25, 185, 50, 0)}) {
         CCamera camara = Cenital(), otra = Cenital();
         for (CCamera* c : {&camara, &otra})
             c->SumaAnguloX(33, 1, nullptr);  // not from the start position
@@ -225,6 +226,28 @@ TEST(CCamera, YawAndPitchGiveTheVectors) {
     EsperaPunto(camara.RightVector(), 0, 1, 0, 1e-6);
     EXPECT_EQ(camara.GetPitch(), 90.0);
     EXPECT_EQ(camara.GetYaw(), 90.0);
+}
+
+TEST(CCamera, PitchTurnsWhatYawHasTurned) {
+    CCamera camara;
+    camara.PositionCamera({1, 2, 3, 0}, {1, 2, 2, 0}, {0, 1, 0, 0});
+    camara.SetYaw(40);
+    camara.SetPitch(25);
+    const auto girado = [](const Punto& v) {
+        return v.Rotar(40 * kRad, Punto(0, 1, 0, 0)).Rotar(25 * kRad, Punto(1, 0, 0, 0));
+    };
+    const Punto vista = girado({0, 0, -1, 0}), arriba = girado({0, 1, 0, 0}), derecha = girado({1, 0, 0, 0});
+    EsperaPunto(camara.ViewVector(), vista.x, vista.y, vista.z, 1e-6);
+    EsperaPunto(camara.View(), 1 + vista.x, 2 + vista.y, 3 + vista.z, 1e-6);
+    EsperaPunto(camara.UpVector(), arriba.x, arriba.y, arriba.z, 1e-6);
+    EsperaPunto(camara.RightVector(), derecha.x, derecha.y, derecha.z, 1e-6);
+    // The angles follow at once, in either setter.
+    for (const bool porYaw : {true, false}) {
+        porYaw ? camara.SetYaw(10) : camara.SetPitch(-15);
+        const CCamera antes = camara;
+        camara.Valida();
+        EsperaAngulos(camara, antes.GetAnguloX(), antes.GetAnguloY(), antes.GetAnguloZ());
+    }
 }
 
 TEST(CCamera, TheEyeKeepsItsOffsetFromANewTarget) {
