@@ -64,7 +64,8 @@ class LUMBRA_API CCamera {
     void SumaAnguloY(double grados, int flag, const Punto* ref);
     void SumaAnguloZ(double grados, int flag, const Punto* ref);
     /// Walks the camera to the given angles, since the angles follow from the vectors and can't simply be stored. Any
-    /// finite angle is taken modulo 360.
+    /// finite angle is taken modulo 360. With z between 90 and 270 not every target is reached, and trying takes
+    /// seconds: the walk passes 90, where x and y turn round one axis.
     void SetAngulos(double x, double y, double z);
 
     /// Left, up and forward axes of three angles (degrees) in the given order of rotation (1 to 5, any other is the

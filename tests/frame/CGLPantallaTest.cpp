@@ -304,6 +304,27 @@ TEST_F(ConClic, OverAPhotographOnlyWhatLiesInFrontOfItIsMet) {
     }
 }
 
+TEST_F(ConClic, ThePhotographsDepthIsTakenAtTheMiddleOfTheModelAndAtItsFoot) {
+    // On a photograph the middle is the box's own; a photograph that lies elsewhere is looked for at its own height.
+    const double cota = m_Escena.m_nCotaRaster + 1.0;
+    for (const auto& [fondo, altura] :
+         {std::pair(1, 25.0), std::pair(2, cota), std::pair(3, cota), std::pair(4, cota)}) {
+        m_Escena.m_nTipoImagenFondo = fondo;
+        const RegistroGL registro;
+        Clic(CPoint(100, 75));
+        const auto proyectados = registro.Numeros("gluProject");
+        ASSERT_EQ(proyectados.size(), 2U) << fondo;
+        int i = 0;
+        for (const double z : {altura, 0.0}) {
+            const Punto gl = m_Escena.EnGL(Punto(50, 50, z));
+            EXPECT_NEAR(proyectados[i][0], gl.x, 1e-9);
+            EXPECT_NEAR(proyectados[i][1], gl.y, 1e-9) << "background " << fondo << ", height " << z;
+            EXPECT_NEAR(proyectados[i][2], gl.z, 1e-9);
+            ++i;
+        }
+    }
+}
+
 TEST_F(ConClic, InASphereWhatLiesAtItsDepthIsNotMet) {
     for (const int fondo : {5, 6}) {
         m_Escena.m_nTipoImagenFondo = fondo;
