@@ -292,6 +292,17 @@ TEST_F(ConClic, AVertexNearTheFoundPixelGivesItsHeight) {
     EXPECT_LT(c.z, -10);
 }
 
+TEST_F(ConClic, AVertexsHeightComesBackAlsoExaggeratedAndFromALowestHeightThatIsNotZero) {
+    m_Escena.EstableceMaxMin(EscenaVista::Maximas(Punto(0, 0, 20), Punto(100, 100, 70)));
+    m_Escena.SetExageracionVertical(2);
+    m_Escena.m_nHayVertice = 1;
+    m_Escena.m_Vertice = Punto(1, 2, 33);
+    EscribeProfundidad({{103, 71, 0.4}});
+    Punto c;
+    ASSERT_EQ(m_Escena.PantallaATerreno(CPoint(100, 75), c, false, false, true), 1);
+    EXPECT_NEAR(c.z, 33, 1e-5);
+}
+
 TEST_F(ConClic, OverAPhotographOnlyWhatLiesInFrontOfItIsMet) {
     for (const int fondo : {1, 2, 3, 4}) {
         m_Escena.m_nTipoImagenFondo = fondo;
