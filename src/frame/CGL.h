@@ -51,12 +51,9 @@
 #include "model/CDataSemilla.h"
 #include "model/CDataTransformacion.h"
 #include "model/CLinea.h"
-#include "model/CMaximas.h"
-#include "model/CPosicionEntidad.h"
 #include "model/CTexto.h"
 #include "platform/CPoint.h"
 #include "platform/CString.h"
-#include "platform/Contextos.h"
 #include "platform/Exporta.h"
 #include "platform/OpenGL.h"
 
@@ -128,7 +125,7 @@ class LUMBRA_API CGL : public CGLEstado {
     virtual bool HayRupturas() const { return false; }
 
     // ---- Virtual operations: view selection, composition, zoom -----------------------------------------------------
-    /// @return the sum of the children's answers, here as in InvierteSeleccion and OnSeleccionVentana
+    /// @return the sum of the children's answers, here as in InvierteSeleccion
     virtual unsigned OnVistaSeleccion(int v);
     virtual unsigned InvierteSeleccion();
     /// Takes a scene as reference: drawn in this one's frame while the setting "Referencia" is on. This scene owns it
@@ -150,10 +147,12 @@ class LUMBRA_API CGL : public CGLEstado {
     virtual void IgualaVariables(CGL* r) const;
 
     // ---- Virtual operations: selection (x, y are pixels) -----------------------------------------------------------
+    /// Select by a circle, by a polygon, by a rectangle of pixels. The base asks the children. @return how many
     virtual unsigned OnSeleccionVentana(int x, int y, double radio, int modo, int bReferencias, int bVinculos);
     virtual unsigned OnSeleccionVentana(Vertiz::CLinea<int>& linea, int modo, int bReferencias, int bVinculos,
                                         short tipo, bool b1, bool b2);
-    virtual unsigned OnSeleccionVentana(int x0, int y0, int x1, int y1, int modo, int bReferencias, int bVinculos);
+    virtual unsigned OnSeleccionVentana(int arriba, int abajo, int izquierda, int derecha, int modo, int bReferencias,
+                                        int bVinculos);
     virtual unsigned OnSeleccion(const Vertiz::CAtrDigi&, int) { return 0; }
     /// Picks under a pixel. The base asks the children and feeds recorded points and sketch.
     /// @param desdeInicio  non-zero searches from the beginning, 0 resumes after the last hit
@@ -364,6 +363,7 @@ class LUMBRA_API CGL : public CGLEstado {
     void DrawSelCircle(int x0, int y0, int x1, int y1);
 
     // ---- Overlays --------------------------------------------------------------------------------------------------
+    /// OnIniciar... compiles an overlay's list, OnRender... draws it. The context stays current.
     int OnIniciarEjes();
     int OnIniciarCamara();
     int OnIniciarCamaraPanoramica();

@@ -58,6 +58,7 @@ class LUMBRA_API CGLEstado : public CGLVista {
     /// point's; others as they are.
     void SetTipoLineaNueva(unsigned tipo) { m_nTipoLineaNueva = tipo; }
     unsigned GetTipoLineaNueva() const { return m_nTipoLineaNueva; }
+    /// The sketch closes by itself.
     void SetCerrarLineaNueva(int bCerrar) { m_bCerrarLineaNueva = bCerrar; }
     int GetCerrarLineaNueva() const { return m_bCerrarLineaNueva; }
     std::vector<Vertiz::CPosicionEntidad> GetVistaSeleccion() const { return m_VistaSeleccion; }

@@ -278,9 +278,10 @@ unsigned CGL::OnSeleccionVentana(CLinea<int>& linea, int modo, int bReferencias,
                      [&](CGL& hijo) { return hijo.OnSeleccionVentana(linea, modo, 0, 0, tipo, b1, b2); });
 }
 
-unsigned CGL::OnSeleccionVentana(int x0, int y0, int x1, int y1, int modo, int bReferencias, int bVinculos) {
+unsigned CGL::OnSeleccionVentana(int arriba, int abajo, int izquierda, int derecha, int modo, int bReferencias,
+                                 int bVinculos) {
     return SumaHijos(bReferencias, bVinculos,
-                     [&](CGL& hijo) { return hijo.OnSeleccionVentana(x0, y0, x1, y1, modo, 0, 0); });
+                     [&](CGL& hijo) { return hijo.OnSeleccionVentana(arriba, abajo, izquierda, derecha, modo, 0, 0); });
 }
 
 unsigned CGL::OnVistaSeleccion(int v) {
