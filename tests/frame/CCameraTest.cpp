@@ -1,5 +1,8 @@
 #include "frame/CCamera.h"
 
+#include "support/Contexto.h"
+#include "support/RegistroGL.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -388,4 +391,122 @@ TEST(CCamera, AnglesComeBackInRangeHoweverFarTheSolutionWanders) {
         EXPECT_GE(angulo, 0.0);
         EXPECT_LT(angulo, 360.0);
     }
+}
+
+TEST(CCamera, MovesBringTheAnglesInStepAllButTheOneAlongTheView) {
+    using Accion = void (*)(CCamera&);
+    const Accion acciones[] = {[](CCamera& c) {
+                                   c.SetTrans({1, 2, 3, 0});
+                               },
+                               [](CCamera& c) {
+                                   c.SumaTrans({1, 2, 3, 0});
+                               },
+                               [](CCamera& c) { c.StrafeCamera(2); },
+                               [](CCamera& c) { c.StrafeCamera2(2, 0.1, 0.2); },
+                               [](CCamera& c) {
+                                   c.RotateView(0.1, {0, 1, 0, 0}, 1);
+                               },
+                               [](CCamera& c) {
+                                   c.RotateView(0.1, {0, 1, 0, 0}, 0);
+                               },
+                               [](CCamera& c) { c.SumaAnguloX(5, 1, nullptr); },
+                               [](CCamera& c) { c.SumaAnguloY(5, 0, nullptr); },
+                               [](CCamera& c) { c.SumaAnguloZ(5, 1, nullptr); },
+                               [](CCamera& c) { c.MoveCamera(2); }};
+    for (const Accion& accion : acciones) {
+        double m[16];
+        CCamera camara;
+        camara.AnglesToAxes({20, 30, 40, 0}, m, 1);  // vectors alone
+        accion(camara);
+        CCamera enPaso = camara;
+        enPaso.Valida();
+        const double falta = std::abs(Diferencia(camara.GetAnguloX(), enPaso.GetAnguloX())) +
+                             std::abs(Diferencia(camara.GetAnguloY(), enPaso.GetAnguloY())) +
+                             std::abs(Diferencia(camara.GetAnguloZ(), enPaso.GetAnguloZ()));
+        const auto cual = &accion - acciones;
+        if (&accion == std::end(acciones) - 1)
+            EXPECT_GT(falta, 1.0);
+        else
+            EXPECT_LT(falta, 1e-3) << "action " << cual;
+    }
+}
+
+TEST(CCamera, PanningMovesEyeAndTarget) {
+    CCamera camara = Cenital();
+    camara.SumaTrans({1, 2, 3, 0});
+    EsperaPunto(camara.Position(), 1, 3, 3);
+    EsperaPunto(camara.View(), 1, 2, 3);
+}
+
+TEST(CCamera, HeightGoesByAngleXAndThenByAngleY) {
+    CCamera camara;
+    camara.PositionCamera({1, 2, 3, 0}, {1.5, 1.2, 2.5, 0}, {0, 1, 0.1, 0});
+    CCamera otra = camara;
+    camara.SumaZTrans(0.5);
+    otra.StrafeCamera2(2.5, otra.GetAnguloX() * kRad, otra.GetAnguloY() * kRad);
+    EsperaPunto(camara.Position(), otra.Position().x, otra.Position().y, otra.Position().z);
+    EXPECT_GT(std::abs(Diferencia(otra.GetAnguloX(), otra.GetAnguloY())), 1.0);
+}
+
+TEST(CCamera, ATurnOfTheViewMovesTheEndThatIsNamed) {
+    for (const int flag : {0, 1}) {
+        CCamera camara;
+        camara.PositionCamera({1, 0, 0, 0}, {1, 0, -2, 0}, {0, 1, 0, 0});
+        camara.RotateView(90 * kRad, {0, 1, 0, 0}, flag);  // the direction becomes (-2, 0, 0)
+        if (flag) {
+            EsperaPunto(camara.Position(), 1, 0, 0, 0);
+            EsperaPunto(camara.View(), -1, 0, 0);
+        } else {
+            EsperaPunto(camara.Position(), 3, 0, -2);
+            EsperaPunto(camara.View(), 1, 0, -2, 0);
+        }
+    }
+}
+
+TEST(CCamera, AxesAreOfUnitLengthBeforeTheReferenceIsAddedAndUpIsAfterwards) {
+    const Punto ref(0.3, 0.2, 0.5, 0), vista(0, 0, -4, 0), arriba(0, 3, 0, 0);
+    const auto nueva = [&] {
+        CCamera camara;
+        camara.PositionCamera({0, 0, 0, 0}, vista, arriba);
+        return camara;
+    };
+    CCamera camara = nueva();
+    camara.SumaAnguloX(20, 1, &ref);
+    const Punto ejeX = Punto(1, 0, 0, 0) + ref;
+    Punto v = vista.Rotar(20 * kRad, ejeX), u = Punto(0, 1, 0, 0).Rotar(20 * kRad, ejeX);
+    EsperaPunto(camara.View(), v.x, v.y, v.z);
+    EsperaPunto(camara.UpVector(), u.x, u.y, u.z);
+    camara = nueva();
+    camara.SumaAnguloY(20, 1, &ref);
+    v = vista.Rotar(-20 * kRad, Punto(0, 1, 0, 0) + ref);
+    EsperaPunto(camara.View(), v.x, v.y, v.z);
+    camara = nueva();
+    camara.SumaAnguloZ(20, 1, &ref);
+    u = Punto(0, 1, 0, 0).Rotar(-20 * kRad, Punto(0, 0, -1, 0) + ref);
+    EsperaPunto(camara.UpVector(), u.x, u.y, u.z);
+    EsperaPunto(camara.View(), 0, 0, -4, 0);
+}
+
+TEST(CCamera, StepsHaveTheirLengthHoweverFarTheTargetIs) {
+    CCamera camara;
+    camara.PositionCamera({0, 0, 0, 0}, {0, 0, -4, 0}, {0, 3, 0, 0});
+    camara.MoveCamera(0.5);
+    EsperaPunto(camara.Position(), 0, 0, -0.5);
+    EsperaPunto(camara.View(), 0, 0, -4.5);
+    camara.StrafeCamera(0.5);
+    EsperaPunto(camara.Position(), 0.5, 0, -0.5);
+    camara.DesplazaCamara({0, 0, 0.5, 0});
+    EsperaPunto(camara.Position(), 0.5, 0, 0);
+    EsperaPunto(camara.View(), 0.5, 1, 0);  // along the view vector, which is the start's
+}
+
+using CCameraConContexto = Contexto;
+
+TEST_F(CCameraConContexto, LookingTakesAnErrorThatStandsAway) {
+    CCamera camara = Cenital();
+    const RegistroGL registro;
+    glEnable(GL_TRIANGLES);  // no capability
+    camara.Look();
+    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
+    EXPECT_EQ(registro.Numeros("gluLookAt").at(0), (std::vector<double>{0, 1, 0, 0, 0, 0, 0, 0, -1}));
 }
