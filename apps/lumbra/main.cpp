@@ -17,13 +17,12 @@
 
 namespace {
 
-// A value that may stand for "no height": where it was taken for one, that is told; where not, the user is asked.
+// A value that may stand for "no height": the user is asked, and told what it was taken for.
 std::string Pregunta(const Vertiz::CMarcaDEM& marca) {
     const std::string valor = TextoGeneral(marca.m_dValor, 9);
-    const std::string hallada = std::to_string(marca.m_nMuestras) + " samples hold " + valor +
-                                ", far from all others, which the file doesn't declare as void; ";
-    if (marca.m_bVacia) return hallada + "taken as void, as with --nodata " + valor;
-    return "warning: " + hallada + "taken as height: say --nodata " + valor + " if it means no height";
+    return "warning: " + std::to_string(marca.m_nMuestras) + " samples hold " + valor +
+           ", far from all others, which the file doesn't declare as void; taken as " +
+           (marca.m_bVacia ? "void" : "height") + ": say --nodata " + valor + " if it means no height";
 }
 
 Vertiz::CResultadoDEM Lee(const Orden& orden, Progreso& progreso) {
