@@ -351,7 +351,7 @@ TEST_F(CTiffDirectorio, AnyByteMayBeWrong) {
     const std::string bueno = f.Bytes();
     ASSERT_EQ(Lee(bueno), 1);
     for (std::size_t i = 0; i < bueno.size(); ++i)
-        for (const int otro : {0, 1, 0x7F, 0x80, 0xFF}) {
+        for (const int otro : {0, 0x7F, 0xFF}) {
             std::string malo = bueno;
             malo[i] = char(otro);
             const int r = Lee(malo);

@@ -96,8 +96,11 @@ TEST_F(CTiffLeer, EveryKindOfSampleShowsWhatLibtiffShows) {
                 };
                 for (const unsigned bits : {1, 2, 4, 8})
                     for (const unsigned f : {0, 1, 3})
-                        anade(bits, 1, f, false, 0, bits == 1 ? 2 : 1);
-                anade(8, 2, 1, false, 2);
+                        anade(bits, 1, f, false, 0, bits == 1 && (packBits || !teselas) ? 2 : 1);
+                if (!teselas) {  // of these and of reversed bits libtiff shows nothing in tiles
+                    anade(8, 2, 1, false, 2);
+                    anade(8, 2, 3, false, 1);
+                }
                 anade(8, 3, 2, false);
                 anade(8, 3, 2, true);
                 for (const unsigned alfa : {1, 2, 3}) {
@@ -107,7 +110,6 @@ TEST_F(CTiffLeer, EveryKindOfSampleShowsWhatLibtiffShows) {
                 anade(8, 4, 5, false);
                 anade(8, 3, 8, false);
                 anade(8, 3, 6, false);
-                anade(8, 2, 3, false, 1);
             }
     for (const Caso& c : casos) {
         SCOPED_TRACE(testing::PrintToString(c));
@@ -462,8 +464,12 @@ long MaximoLeyendo(const std::filesystem::path& ruta) {
     if (hijo == 0) {
         // The peak counts from here on: what the tests before took isn't this reading's.
         if (FILE* f = std::fopen("/proc/self/clear_refs", "w")) std::fputs("5", f), std::fclose(f);
-        Abierto a(ruta, 1);
-        _exit(a.raster.Leer(false) == 1 ? 0 : 1);
+        int r = 0;
+        {
+            Abierto a(ruta, 1);
+            r = a.raster.Leer(false);
+        }
+        _exit(r == 1 ? 0 : 1);
     }
     int estado = 0;
     rusage uso{};
@@ -471,22 +477,22 @@ long MaximoLeyendo(const std::filesystem::path& ruta) {
     return WIFEXITED(estado) && WEXITSTATUS(estado) == 0 ? uso.ru_maxrss : -1;
 }
 
-TEST_F(CTiffLeer, APictureOfTwelveHundredMegabytesTakesLittleMemory) {
+TEST_F(CTiffLeer, APictureOfManyTimesTheLimitTakesLittleMemory) {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
     GTEST_SKIP() << "memory of sanitizers counts too";
 #endif
-    // The pixels are a hole in the file: one strip, many strips and tiles over the same bytes.
-    constexpr unsigned kLado = 20000;
+    // The pixels are a hole in the file: one strip, and tiles over the same bytes.
+    constexpr unsigned kAncho = 20000, kAlto = 5000;  // 300 MB
     const auto fichero = [&](Fabrica f, std::uint64_t offset, std::size_t trozos, bool teselas) {
-        f.Pon(256, Fabrica::Short, {kLado}).Pon(257, Fabrica::Short, {kLado});
+        f.Pon(256, Fabrica::Short, {kAncho}).Pon(257, Fabrica::Short, {kAlto});
         const std::vector<std::uint64_t> offsets(trozos, offset);
         f.Pon(teselas ? 324 : 273, Fabrica::Long, offsets).Pon(teselas ? 325 : 279, Fabrica::Long, offsets);
         const auto ruta = Fichero(f.Bytes());
-        std::filesystem::resize_file(ruta, offset + std::uint64_t{kLado} * kLado * 3);
+        std::filesystem::resize_file(ruta, offset + std::uint64_t{kAncho} * kAlto * 3);
         return ruta;
     };
     Fabrica f;
-    f.Imagen(kLado, kLado, 3, 8, 2);
+    f.Imagen(kAncho, kAlto, 3, 8, 2);
     constexpr long kMaximo = 64 * 1024;
     const auto mide = [&](const std::filesystem::path& ruta) {
         const long kb = MaximoLeyendo(ruta);
@@ -497,7 +503,7 @@ TEST_F(CTiffLeer, APictureOfTwelveHundredMegabytesTakesLittleMemory) {
     mide(fichero(f, 4096, 1, false));
     Fabrica t(f);
     t.Quita(278).Pon(322, Fabrica::Short, {256}).Pon(323, Fabrica::Short, {256});
-    mide(fichero(t, 1 << 20, 79 * 79, true));
+    mide(fichero(t, 1 << 20, 79 * 20, true));
 }
 
 }  // namespace
