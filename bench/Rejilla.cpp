@@ -1,9 +1,9 @@
 // The surface of a grid of 2000 x 2000 samples: compiling its list, drawing it, and the memory that it takes.
 //
 // The floor of the first two is a plain loop that sends the same normals, colours and vertices from ready arrays into a
-// list. Floor and scene take turns within one measurement, since a machine's speed changes while it works; of each the
-// best turn counts, and `ratio` is what both come to.
+// list.
 
+#include "Turnos.h"
 #include "terrain/CEscenaDEM.h"
 #include "frame/CTintaAlturas.h"
 #include "platform/CBitmap.h"
@@ -11,12 +11,10 @@
 
 #include <benchmark/benchmark.h>
 #include <malloc.h>
-#include <time.h>
 
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <limits>
 #include <new>
 #include <vector>
 
@@ -66,13 +64,6 @@ namespace {
 constexpr int kLado = 2000;
 constexpr int kAncho = 800, kAlto = 600;
 constexpr unsigned kTiras = 0, kQuads = 1;
-
-// Processor time of the whole process, the driver's threads too: what other programs take doesn't count.
-double Segundos() {
-    timespec t{};
-    clock_gettime(CLOCK_PROCESS_CPUTIME_ID, &t);
-    return double(t.tv_sec) + double(t.tv_nsec) * 1e-9;
-}
 
 // The scene, with what the floor needs of it: the same positions and colours.
 class Escena : public CEscenaDEM {
@@ -173,24 +164,6 @@ struct Suelo {
     std::vector<float> vertices, colores, normales;
 };
 
-// Reports the best turn of each, in milliseconds, and their ratio.
-struct Turnos {
-    double suelo = std::numeric_limits<double>::infinity(), escena = suelo;
-
-    void Informa(benchmark::State& state) const {
-        state.counters["floor_ms"] = suelo * 1e3;
-        state.counters["scene_ms"] = escena * 1e3;
-        state.counters["ratio"] = escena / suelo;
-    }
-};
-
-template <class F>
-double Mide(F hace) {
-    const double t = Segundos();
-    hace();
-    return Segundos() - t;
-}
-
 void Compila(benchmark::State& state) {
     const auto quad = unsigned(state.range(0));
     Terreno terreno(quad);
@@ -199,10 +172,10 @@ void Compila(benchmark::State& state) {
     const GLuint lista = glGenLists(1);
     Turnos turnos;
     for (auto _ : state) {
-        turnos.suelo = std::min(turnos.suelo, Mide([&] { suelo.Compila(lista, quad); }));
+        turnos.Suelo([&] { suelo.Compila(lista, quad); });
         glNewList(lista, GL_COMPILE);  // lets the last contents go before the scene's turn
         glEndList();
-        turnos.escena = std::min(turnos.escena, Mide([&] { terreno.escena.OnIniciar(); }));
+        turnos.Propio([&] { terreno.escena.OnIniciar(); });
         glDeleteLists(terreno.escena.m_nListaSuperficie, 1);
     }
     turnos.Informa(state);
@@ -226,8 +199,8 @@ void Dibuja(benchmark::State& state) {
     llama(terreno.escena.m_nListaSuperficie);
     Turnos turnos;
     for (auto _ : state) {
-        turnos.suelo = std::min(turnos.suelo, Mide([&] { llama(lista); }));
-        turnos.escena = std::min(turnos.escena, Mide([&] { llama(terreno.escena.m_nListaSuperficie); }));
+        turnos.Suelo([&] { llama(lista); });
+        turnos.Propio([&] { llama(terreno.escena.m_nListaSuperficie); });
     }
     turnos.Informa(state);
     glDeleteLists(lista, 1);

@@ -3,7 +3,10 @@
 #include "model/Segmentacion.h"
 
 #include <algorithm>
+#include <array>
+#include <bit>
 #include <cmath>
+#include <numeric>
 #include <utility>
 
 namespace Vertiz {
@@ -65,7 +68,7 @@ double DiferenciaColor(const CMatriz<float>& a, const CMatriz<float>& b, const C
     const auto diferencia = [=](const CMatriz<float>& plano) {
         return double(plano.Get(fila1, columna1)) - double(plano.Get(fila2, columna2));
     };
-    return std::hypot(diferencia(a), diferencia(b), diferencia(c));
+    return Distancia(diferencia(a), diferencia(b), diferencia(c));
 }
 
 void Bosque::Reinicia(unsigned vertices) {
@@ -92,21 +95,43 @@ unsigned Bosque::Une(unsigned a, unsigned b) {
     return b;
 }
 
-void SegmentaGrafo(Bosque& bosque, int vertices, std::vector<Arista>& aristas, float c) {
-    // Weights that aren't numbers go to the end: they have no place in the order of the others.
-    const auto fin =
-        std::partition(aristas.begin(), aristas.end(), [](const Arista& a) { return !std::isnan(a.m_fPeso); });
-    std::sort(aristas.begin(), fin, [](const Arista& a, const Arista& b) { return a.m_fPeso < b.m_fPeso; });
+// Sorts by ascending weight; equal ones keep their order, and weights that aren't numbers go to the end. A float's bits
+// sort as a whole number once those of the negative ones are turned over: three passes by parts of it.
+void OrdenaAristas(std::vector<Arista>& aristas) {
+    const auto clave = [](const Arista& arista) {
+        constexpr std::uint32_t kSigno = 0x80000000U;
+        if (std::isnan(arista.m_fPeso)) return ~std::uint32_t{0};
+        const auto bits = std::bit_cast<std::uint32_t>(arista.m_fPeso + 0.0f);  // one zero, not two
+        return bits & kSigno ? ~bits : bits | kSigno;
+    };
+    constexpr unsigned kBits = 11, kPartes = 3;
+    std::array<std::vector<std::size_t>, kPartes> lugares;
+    for (auto& l : lugares)
+        l.assign(std::size_t{1} << kBits, 0);
+    constexpr auto parte = [](std::uint32_t k, unsigned i) { return k >> kBits * i & ((1U << kBits) - 1); };
+    for (const Arista& arista : aristas)
+        for (unsigned i = 0; i < kPartes; ++i)
+            ++lugares[i][parte(clave(arista), i)];
+    std::vector<Arista> otras(aristas.size());
+    for (unsigned i = 0; i < kPartes; ++i) {
+        std::exclusive_scan(lugares[i].begin(), lugares[i].end(), lugares[i].begin(), std::size_t{0});
+        for (const Arista& arista : aristas)
+            otras[lugares[i][parte(clave(arista), i)]++] = arista;
+        aristas.swap(otras);
+    }
+}
 
+void SegmentaGrafo(Bosque& bosque, int vertices, std::vector<Arista>& aristas, float c) {
+    OrdenaAristas(aristas);
     const auto n = unsigned(std::max(vertices, 0));
     bosque.Reinicia(n);
     std::vector<float> umbrales(n, c);
-    for (auto arista = aristas.begin(); arista != fin; ++arista) {
-        if (arista->m_nA >= n || arista->m_nB >= n) continue;
-        const unsigned a = bosque.Raiz(arista->m_nA), b = bosque.Raiz(arista->m_nB);
-        if (a == b || arista->m_fPeso > umbrales[a] || arista->m_fPeso > umbrales[b]) continue;
+    for (const Arista& arista : aristas) {
+        if (arista.m_nA >= n || arista.m_nB >= n || std::isnan(arista.m_fPeso)) continue;
+        const unsigned a = bosque.Raiz(arista.m_nA), b = bosque.Raiz(arista.m_nB);
+        if (a == b || arista.m_fPeso > umbrales[a] || arista.m_fPeso > umbrales[b]) continue;
         const unsigned raiz = bosque.Une(a, b);
-        umbrales[raiz] = arista->m_fPeso + c / float(bosque.Cantidad(raiz));
+        umbrales[raiz] = arista.m_fPeso + c / float(bosque.Cantidad(raiz));
     }
 }
 

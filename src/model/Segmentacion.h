@@ -7,6 +7,7 @@
 #include "model/CMatriz.h"
 #include "platform/Exporta.h"
 
+#include <cmath>
 #include <cstdint>
 #include <vector>
 
@@ -25,6 +26,11 @@ LUMBRA_API void Convoluciona(const CMatriz<float>& origen, CMatriz<float>& desti
 
 /// Gaussian smoothing of a plane. @param destino  takes the size of `origen`, and may be it
 LUMBRA_API void Suaviza(const CMatriz<float>& origen, CMatriz<float>& destino, float sigma);
+
+/// The length of a difference of colours, given by its three channels.
+inline double Distancia(double a, double b, double c) {
+    return std::sqrt(a * a + b * b + c * c);
+}
 
 /// The Euclidean distance of two pixels' values in three planes.
 LUMBRA_API double DiferenciaColor(const CMatriz<float>& a, const CMatriz<float>& b, const CMatriz<float>& c,
@@ -64,7 +70,8 @@ class LUMBRA_API Bosque {
 };
 
 /// Parts a graph into regions: edges are taken by ascending weight (they are left sorted), and one joins two regions
-/// when it is no heavier than what each allows, the heaviest edge inside it plus c divided by its size.
+/// when it is no heavier than what each allows, the heaviest edge inside it plus c divided by its size. Edges of equal
+/// weight keep their order.
 /// Edges with a vertex that doesn't exist, or a weight that isn't a number, join nothing.
 /// @param bosque  out: the regions
 /// @param c       greater values give larger regions

@@ -5,10 +5,11 @@
 
 namespace Vertiz {
 
-/// A device-independent bitmap, uncompressed (BMP version 3 and later), with 8 or 24 bits in full use; 1 and 4 bits
-/// load but have no access to pixels.
+/// A device-independent bitmap, uncompressed (BMP version 3 and later), with 8 or 24 bits in full use; other depths
+/// load but have no access to pixels before Expande.
 ///
 /// Leer gives kNoSoportado for a compressed file, one of the version before Windows, and one whose sizes make no sense.
+/// Rows that a file is too short for stay black. Without memory the picture goes to a temporary file.
 class LUMBRA_API CBmp : public CRasterDIB {
   public:
     explicit CBmp(int modoFichero = 0) : CRasterDIB(modoFichero) {}
@@ -21,6 +22,11 @@ class LUMBRA_API CBmp : public CRasterDIB {
     /// host that hands blocks over lays them out so. What lies past the end stays 0.
     bool Crear(int ancho, int alto, int bits, float resolucion, bool rellenar, CBloques* datos, const BYTE* paleta,
                bool soloCabecera) override;
+
+    /// Makes 24 bits of a picture of another depth: of 1, 2, 4 and 8 bits by its palette, of 16 (five bits a channel)
+    /// and of 32 bits.
+    /// @return 1; 2 cancelled, without pixels or without room, with the picture as it was
+    int Expande();
 
     int NumMuestras() const override { return 3; }
     int BytesMuestra() const override { return 3; }
@@ -40,6 +46,12 @@ class LUMBRA_API CBmp : public CRasterDIB {
 
   protected:
     std::unique_ptr<CRasterDIB> Nuevo(int modoFichero) const override;
+
+  private:
+    const wchar_t* LeeCabecera(ULONGLONG& pixeles);
+    void LeePaleta(ULONGLONG posicion);
+    int LeePixeles(ULONGLONG posicion);
+    void BuscaExtremosPaleta();
 };
 
 }  // namespace Vertiz

@@ -4,10 +4,13 @@
 #include "raster/CRasterDIB.h"
 
 #include "raster/FicheroTemporal.h"
+#include "model/Etapa.h"
+#include "platform/Errores.h"
 #include "platform/Memoria.h"
 
 #include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <cwchar>
 #include <limits>
 #include <new>
@@ -50,7 +53,7 @@ void CRasterDIB::Limpiar() {
     m_Cabecera = BITMAPINFOHEADER{0};
     std::vector<BYTE>().swap(m_Paleta);
     std::vector<BYTE>().swap(m_Buffer);
-    m_nAncho = 0;
+    m_nAncho = m_nOscuro = m_nBrillante = 0;
 }
 
 void CRasterDIB::SetNombre(const wchar_t* nombre) {
@@ -181,6 +184,33 @@ bool CRasterDIB::ReservaAlmacen() {
     return false;
 }
 
+bool CRasterDIB::ReservaPixeles() {
+    if (ReservaAlmacen()) return true;
+    if (m_bModoFichero != 0) return false;
+    if (IPorcentaje* const p = PorcentajeActual()) {
+        const CString causa = TextoError(ERROR_NOT_ENOUGH_MEMORY), sigue = L"Se procede a crear archivo temporal";
+        CString tamano;
+        tamano.Format(L"%d x %d = %d", AltoPixeles(), BytesFila(), ULONGLONG{BytesFila()} * unsigned(AltoPixeles()));
+        for (const CString& texto : {causa + L". " + sigue, causa, sigue, tamano})
+            p->Mensaje(m_nNivelMensajes, texto, 1);
+    }
+    m_bModoFichero = 1;
+    if (ReservaAlmacen()) return true;
+    m_bModoFichero = 0;
+    return false;
+}
+
+void CRasterDIB::HeredaAspecto(const CRasterDIB& otra) {
+    m_Paleta = otra.m_Paleta;
+    m_nOscuro = otra.m_nOscuro;
+    m_nBrillante = otra.m_nBrillante;
+}
+
+void CRasterDIB::Comunica(const CString& texto) const {
+    IPorcentaje* const p = PorcentajeActual();
+    if (p != nullptr && m_nNivelMensajes > 1) p->Mensaje(m_nNivelMensajes, texto, 1);
+}
+
 void CRasterDIB::TomaImagen(CRasterDIB& otra) {
     Limpiar();
     m_bModoFichero = otra.m_bModoFichero;
@@ -199,66 +229,92 @@ void CRasterDIB::TomaImagen(CRasterDIB& otra) {
 
 // ---- Pixels ------------------------------------------------------------------------------------------------------
 
+// The stored bytes of n pixels that lie in the picture; false outside, and where a file is broken.
+bool CRasterDIB::LeePixeles(int fila, int columna, int n, BYTE* pixeles) const {
+    const std::size_t bytes = m_Cabecera.biBitCount / 8U, inicio = bytes * unsigned(columna),
+                      total = bytes * unsigned(n);
+    if (m_bModoFichero != 0) return LeeAlmacen(Posicion(fila, inicio), pixeles, total);
+    const auto bloque = static_cast<UINT>(AltoPixeles() - 1 - fila);
+    if (bloque >= m_Bloques.Cantidad() || inicio + total > m_Bloques.Tamano()) return false;
+    std::memcpy(pixeles, m_Bloques.Bloque(bloque) + inicio, total);
+    return true;
+}
+
 bool CRasterDIB::SetPixel(int fila, int columna, const BYTE* pixel) {
-    if (m_Bloques.EstaVacio() || fila < 0 || columna < 0 || columna >= Ancho()) return false;
-    const int bytes = BytesPixel();
-    if (bytes != 1 && bytes != 3) return true;
-    return m_Bloques.Escribe(Posicion(fila, ULONGLONG(columna) * unsigned(bytes)), pixel, std::size_t(bytes));
+    if (fila < 0 || fila >= AltoPixeles() || columna < 0 || columna >= m_nAncho) return false;
+    const std::span<BYTE> bytes = FilaEnMemoria(fila);
+    if (bytes.empty()) return false;
+    if (m_Cabecera.biBitCount == 24)
+        std::memcpy(&bytes[3 * std::size_t(columna)], pixel, 3);
+    else if (m_Cabecera.biBitCount == 8)
+        bytes[std::size_t(columna)] = *pixel;
+    return true;
 }
 
 bool CRasterDIB::GetPixel(BYTE* pixel, int fila, int columna, int radio) const {
     if (radio != 0) return MediaVentana(pixel, fila, columna, radio);
-    if (!TienePixeles() || fila < 0 || columna < 0 || columna >= Ancho()) return false;
-    const int bytes = BytesPixel();
-    if (bytes != 1 && bytes != 3) return true;
-    const ULONGLONG p = Posicion(fila, ULONGLONG(columna) * unsigned(bytes));
-    if (!TienePaleta()) return LeeAlmacen(p, pixel, std::size_t(bytes));
+    if (!TienePixeles() || fila < 0 || fila >= AltoPixeles() || columna < 0 || columna >= m_nAncho) return false;
+    if (m_Cabecera.biBitCount == 24) return LeePixeles(fila, columna, 1, pixel);
+    if (m_Cabecera.biBitCount != 8) return true;
     BYTE indice = 0;
-    if (!LeeAlmacen(p, &indice, 1)) return false;
-    std::copy_n(&m_Paleta[4 * std::size_t{indice}], 3, pixel);
+    if (!LeePixeles(fila, columna, 1, &indice)) return false;
+    if (TienePaleta())
+        std::memcpy(pixel, &m_Paleta[4 * std::size_t{indice}], 3);
+    else
+        *pixel = indice;
     return true;
 }
 
 bool CRasterDIB::MediaVentana(BYTE* pixel, int fila, int columna, int radio) const {
-    if (fila < 0 || fila >= AltoPixeles() || columna < 0 || columna >= Ancho()) return false;
-    const int bandas = TienePaleta() ? 3 : BytesPixel();
+    BYTE centro[3]{};
+    if (!GetPixel(centro, fila, columna, 0)) return false;
+    const LONGLONG filaFin = std::min<LONGLONG>(LONGLONG{fila} + radio, AltoPixeles() - 1);
+    const LONGLONG inicio = std::max<LONGLONG>(LONGLONG{columna} - radio, 0);
+    const LONGLONG fin = std::min<LONGLONG>(LONGLONG{columna} + radio, m_nAncho - 1);
+    const std::size_t bandas = TienePaleta() ? 3 : m_Cabecera.biBitCount / 8U;
+    std::vector<BYTE> vecinos(inicio <= fin ? std::size_t(fin - inicio + 1) * bandas : 0);
     double sumas[3]{}, pesos = 0.0;
-    for (LONGLONG f = std::max(LONGLONG{fila} - radio, LONGLONG{0}); f <= LONGLONG{fila} + radio && f < AltoPixeles();
-         ++f)
-        for (LONGLONG c = std::max(LONGLONG{columna} - radio, LONGLONG{0});
-             c <= LONGLONG{columna} + radio && c < Ancho(); ++c) {
-            BYTE vecino[3]{};
-            if ((f == fila && c == columna) || !GetPixel(vecino, int(f), int(c), 0)) continue;
-            const double peso = 1.0 / std::sqrt(std::pow(double(f - fila), 2) + std::pow(double(c - columna), 2));
-            for (int i = 0; i < bandas; ++i)
-                sumas[i] += peso * vecino[i];
+    for (LONGLONG f = std::max<LONGLONG>(LONGLONG{fila} - radio, 0); f <= filaFin && !vecinos.empty(); ++f) {
+        if (!GetFila(vecinos.data(), int(f), int(inicio), int(fin - inicio + 1))) return false;
+        const double df = double(f - fila);
+        for (LONGLONG c = inicio; c <= fin; ++c) {
+            const double dc = double(c - columna);
+            if (df == 0.0 && dc == 0.0) continue;
+            const double peso = 1.0 / std::sqrt(df * df + dc * dc);
+            for (std::size_t i = 0; i < std::min<std::size_t>(bandas, 3); ++i)
+                sumas[i] += peso * vecinos[std::size_t(c - inicio) * bandas + i];
             pesos += peso;
         }
-    if (pesos == 0.0) return GetPixel(pixel, fila, columna, 0);
-    for (int i = 0; i < bandas; ++i)
-        pixel[i] = static_cast<BYTE>(pixel[i] + static_cast<int>(sumas[i] / pesos));
+    }
+    for (std::size_t i = 0; i < std::min<std::size_t>(bandas, 3); ++i)
+        pixel[i] = static_cast<BYTE>(pixel[i] + (pesos > 0.0 ? static_cast<int>(sumas[i] / pesos) : centro[i]));
     return true;
 }
 
 bool CRasterDIB::SetFila(const BYTE* pixeles, int fila, int columna, int n) {
-    const Tramo tramo(columna, n, Ancho());
-    const auto bytes = ULONGLONG(BytesPixel());
-    if (!TienePixeles() || fila < 0 || tramo.n <= 0) return false;
-    return EscribeAlmacen(Posicion(fila, ULONGLONG(tramo.columna) * bytes), pixeles + ULONGLONG(tramo.salto) * bytes,
-                          ULONGLONG(tramo.n) * bytes);
+    const Tramo tramo(columna, n, m_nAncho);
+    if (!TienePixeles() || fila < 0 || fila >= AltoPixeles() || tramo.n <= 0) return false;
+    if (m_Cabecera.biBitCount != 8 && m_Cabecera.biBitCount != 24) return true;
+    const std::size_t bytes = m_Cabecera.biBitCount / 8U;
+    return EscribeAlmacen(Posicion(fila, std::size_t(tramo.columna) * bytes),
+                          pixeles + std::size_t(tramo.salto) * bytes, std::size_t(tramo.n) * bytes);
 }
 
 bool CRasterDIB::GetFila(BYTE* pixeles, int fila, int columna, int n) const {
-    const Tramo tramo(columna, n, Ancho());
-    const auto bytes = ULONGLONG(BytesPixel());
-    if (!TienePixeles() || fila < 0 || tramo.n <= 0) return false;
-    const ULONGLONG p = Posicion(fila, ULONGLONG(tramo.columna) * bytes), cantidad = ULONGLONG(tramo.n) * bytes;
-    if (!TienePaleta()) return LeeAlmacen(p, pixeles + ULONGLONG(tramo.salto) * bytes, cantidad);
-    std::vector<BYTE> indices(cantidad);
-    if (!LeeAlmacen(p, indices.data(), cantidad)) return false;
-    BYTE* destino = pixeles + 3 * tramo.salto;
-    for (const BYTE indice : indices)
-        destino = std::copy_n(&m_Paleta[4 * std::size_t{indice}], 3, destino);
+    const Tramo tramo(columna, n, m_nAncho);
+    if (!TienePixeles() || fila < 0 || fila >= AltoPixeles() || tramo.n <= 0) return false;
+    if (m_Cabecera.biBitCount != 8 && m_Cabecera.biBitCount != 24) return true;
+    const bool conPaleta = TienePaleta();
+    BYTE* const destino = pixeles + std::size_t(tramo.salto) * (conPaleta ? 3U : m_Cabecera.biBitCount / 8U);
+    const int desde = static_cast<int>(tramo.columna), cuantos = static_cast<int>(tramo.n);
+    if (!conPaleta) return LeePixeles(fila, desde, cuantos, destino);
+
+    // The entries go to the end of the caller's bytes, where their colours, written from the start, don't reach them
+    // before they are read.
+    BYTE* const indices = destino + 2 * std::size_t(cuantos);
+    if (!LeePixeles(fila, desde, cuantos, indices)) return false;
+    for (std::size_t i = 0; i < std::size_t(cuantos); ++i)
+        std::memcpy(destino + 3 * i, &m_Paleta[4 * std::size_t{indices[i]}], 3);
     return true;
 }
 

@@ -91,6 +91,14 @@ class LUMBRA_API CRasterDIB : public IRaster {
     bool CreaCabecera(int ancho, int alto, int bits, float resolucion, const BYTE* paleta);
     /// The pixels of a new picture. @param salto  row i comes from so many times i rows on in `datos`
     bool LlenaAlmacen(bool rellenar, const CBloques* datos, unsigned salto);
+    /// ReservaAlmacen that, without memory, tells so and goes on in file mode.
+    bool ReservaPixeles();
+    /// What an operation gives when there is no room for pixels, or the temporary file can't be read or written.
+    virtual int FalloAlmacen() const { return 2; }
+    /// What the bytes of the pixels stand for, as in a picture of the same depth.
+    virtual void HeredaAspecto(const CRasterDIB& otra);
+    /// Shows a line of text to the user, unless the level of messages keeps them away.
+    void Comunica(const CString& texto) const;
     /// Takes header, pixels, buffer, palette and mode of another of the same class; the other ends up empty.
     virtual void TomaImagen(CRasterDIB& otra);
 
@@ -105,8 +113,6 @@ class LUMBRA_API CRasterDIB : public IRaster {
     /// Bytes of the pixels of a row; 0 for a depth without access to pixels.
     std::size_t BytesPixelesFila() const;
 
-    bool MediaVentana(BYTE* pixel, int fila, int columna, int radio) const;
-
     BITMAPINFOHEADER m_Cabecera{0};  ///< biSize 0 while the object is empty
     std::vector<BYTE> m_Paleta;      ///< entries of 4 bytes
     CFile* m_pFuente = nullptr;      ///< not owned
@@ -118,6 +124,17 @@ class LUMBRA_API CRasterDIB : public IRaster {
     int m_nAncho = 0;
     CGeorreferencia m_Georreferencia;
     int m_bGeorreferenciada = 0;
+
+  private:
+    bool LeePixeles(int fila, int columna, int n, BYTE* pixeles) const;
+    bool MediaVentana(BYTE* pixel, int fila, int columna, int radio) const;
+    IRaster* CreaDestino(int ancho, int alto, int modoFichero, IRaster* destino,
+                         std::unique_ptr<CRasterDIB>& propia) const;
+    int Remuestrea(int filas, int columnas, double factorFilas, double factorColumnas, IRaster* destino);
+    template <std::size_t kBytes>
+    bool RellenaPixel(int fila, int columna, const BYTE* pixel, std::vector<int>& filas, std::vector<int>& columnas);
+    template <std::size_t kBytes>
+    bool RellenaRegion(int fila, int columna, const BYTE* pixel);
 };
 
 }  // namespace Vertiz

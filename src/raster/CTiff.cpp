@@ -2,8 +2,7 @@
 
 #include "raster/CTiff.h"
 
-#include "model/Etapa.h"
-#include "platform/Errores.h"
+#include "raster/Resultados.h"
 
 #include <algorithm>
 #include <utility>
@@ -51,20 +50,14 @@ bool CTiff::Crear(int ancho, int alto, int bits, float resolucion, bool rellenar
     return false;
 }
 
-bool CTiff::ReservaPixeles() {
-    if (ReservaAlmacen()) return true;
-    if (m_bModoFichero != 0) return false;
-    if (IPorcentaje* const p = PorcentajeActual()) {
-        const CString causa = TextoError(ERROR_NOT_ENOUGH_MEMORY), sigue = L"Se procede a crear archivo temporal";
-        CString tamano;
-        tamano.Format(L"%d x %d = %d", AltoPixeles(), BytesFila(), ULONGLONG{BytesFila()} * unsigned(AltoPixeles()));
-        for (const CString& texto : {causa + L". " + sigue, causa, sigue, tamano})
-            p->Mensaje(m_nNivelMensajes, texto, 1);
-    }
-    m_bModoFichero = 1;
-    if (ReservaAlmacen()) return true;
-    m_bModoFichero = 0;
-    return false;
+int CTiff::FalloAlmacen() const {
+    return kNoSoportado;
+}
+
+void CTiff::HeredaAspecto(const CRasterDIB& otra) {
+    CRasterDIB::HeredaAspecto(otra);
+    const auto* tiff = dynamic_cast<const CTiff*>(&otra);
+    if (tiff != nullptr && BytesPixel() == 1) m_nFotometrica = tiff->m_nFotometrica;
 }
 
 void CTiff::TomaImagen(CRasterDIB& otra) {

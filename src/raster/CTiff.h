@@ -73,9 +73,8 @@ class LUMBRA_API CTiff : public CRasterDIB {
     /// Makes `nueva` a white picture of this height, depth, samples and palette. @return as Crear
     bool CreaSemejante(CTiff& nueva, int ancho) const;
     void TomaImagen(CRasterDIB& otra) override;
-
-    /// ReservaAlmacen that, without memory, tells so and goes on in file mode.
-    bool ReservaPixeles();
+    void HeredaAspecto(const CRasterDIB& otra) override;
+    int FalloAlmacen() const override;
 
     std::uint16_t m_nOrdenBytes = 0;  ///< 0x4949 little-endian, 0x4D4D big-endian
     std::uint16_t m_nVersion = 0;     ///< 42 classic, 43 big

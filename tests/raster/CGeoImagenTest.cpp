@@ -127,9 +127,4 @@ TEST_F(CGeoImagenTest, ChangeOfReferenceSystemMovesCornerAndCamera) {
     EXPECT_EQ(local.GetDataImagen().m_dXOeste, 1.0);
 }
 
-TEST(CreaRaster, NoFormatIsThereYet) {
-    for (const wchar_t* nombre : {L"a.tif", L"a.TIFF", L"a.bmp", L"a.jpg", L"a.ecw", L"a.jp2", L"a.png", L""})
-        EXPECT_EQ(Vertiz::CreaRaster(nombre), nullptr) << nombre;
-}
-
 }  // namespace
