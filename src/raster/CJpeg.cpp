@@ -227,7 +227,7 @@ int CJpeg::Leer(bool soloCabecera) {
         resultado = !hecha ? 2 : soloCabecera ? 1 : LeePixeles(lector, etapa);
     }
     if (resultado != 1) Limpiar();
-    if (const CString texto = lector.Texto(); !texto.IsEmpty()) Informa(texto);
+    if (const CString texto = lector.Texto(); !texto.IsEmpty()) Comunica(texto);
     return resultado;
 }
 
@@ -342,7 +342,7 @@ int CJpeg::Grabar(CFile* fichero) {
         bien = escritor.Escribe(fila.data() + std::size_t(parte) * std::size_t(ancho));
     }
     bien = bien && escritor.Acaba() && salida.Acaba();
-    if (const CString texto = escritor.Texto(); !texto.IsEmpty()) Informa(texto);
+    if (const CString texto = escritor.Texto(); !texto.IsEmpty()) Comunica(texto);
     return bien ? 1 : 2;
 }
 

@@ -220,7 +220,7 @@ bool LibTiff::SetFichero(CFile* fichero) {
     // Not mapped into memory: a file that gets shorter meanwhile would end the process.
     m_pTiff = TIFFOpenExt(fichero->GetFilePath().Utf8().c_str(), "rm", opciones.get());
     if (m_pTiff == nullptr) {
-        Informa(m_sFallo.c_str());
+        Comunica(m_sFallo.c_str());
         return false;
     }
     return CRasterDIB::SetFichero(fichero);
@@ -273,7 +273,7 @@ int LibTiff::Leer(bool soloCabecera, CMatriz<float>** tabla, unsigned limiteCeld
             resultado = LeePagina(pagina, ventana, tabla, limiteCeldas);
     }
     if (resultado != 1) Limpiar();
-    if (!m_sFallo.empty()) Informa(m_sFallo.c_str());
+    if (!m_sFallo.empty()) Comunica(m_sFallo.c_str());
     return resultado;
 }
 
