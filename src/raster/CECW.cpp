@@ -36,16 +36,48 @@ float Suma(std::vector<float>& progresos) {
 }
 
 // Shows the progress until the workers have ended, or until the user cancels: that ends the showing, not the reading.
-void Acompana(NCS::CEvent& evento, std::vector<float>& progresos, const Etapa& etapa) {
+void Acompana(NCS::CEvent& evento, std::vector<float>& progresos) {
+    const Etapa etapa(kNivelEtapa, kTextoLeyendo);
     const int total = 100 * static_cast<int>(progresos.size());
     for (float suma = 0.0F; suma < static_cast<float>(total) - 0.1F; suma = Suma(progresos)) {
-        if (!etapa.Paso(static_cast<int>(suma), total)) return;
-        if (evento.Wait(kEspera)) return;
+        if (!etapa.Paso(static_cast<int>(suma), total)) break;
+        if (evento.Wait(kEspera)) break;
     }
+    evento.Wait();
+}
+
+std::vector<UINT> TodasLasBandas(int cuenta) {
+    std::vector<UINT> bandas(static_cast<std::size_t>(cuenta));
+    std::iota(bandas.begin(), bandas.end(), 0U);
+    return bandas;
+}
+
+using CHilos = std::vector<std::unique_ptr<CHiloReadECW>>;
+
+// Reads all bands, each on a thread of its own; the workers given back have ended.
+CHilos LeeBandas(CParametrosECW comunes, int n) {
+    NCS::CMutex mutex;
+    NCS::CEvent evento;
+    int activos = n;
+    std::vector<float> progresos(static_cast<std::size_t>(n), 0.0F);
+    comunes.m_pMutex = &mutex;
+    comunes.m_pActivos = &activos;
+    comunes.m_nHilos = n;
+    comunes.m_pEvento = &evento;
+    std::vector<CParametrosECW> parametros(static_cast<std::size_t>(n), comunes);
+    CHilos hilos;
+    for (int i = 0; i < n; i++)
+        hilos.push_back(std::make_unique<CHiloReadECW>(static_cast<std::uint64_t>(i), &progresos));
+    for (std::size_t i = 0; i < hilos.size(); i++)
+        if (!hilos[i]->Start(&parametros[i])) hilos[i]->Work(&parametros[i]);  // the system has no more threads
+    Acompana(evento, progresos);
+    for (const auto& hilo : hilos)
+        hilo->Join();  // the last one may still hold the lock
+    return hilos;
 }
 
 // The bands of all workers in one table of rows, the top one first. Each worker goes once its band is copied.
-bool JuntaBandas(std::vector<std::unique_ptr<CHiloReadECW>>& hilos, int ancho, CBloques& tabla) {
+bool JuntaBandas(CHilos& hilos, int ancho, CBloques& tabla) {
     int filas = 0;
     for (const auto& hilo : hilos)
         filas += hilo->NumFilas();
@@ -121,40 +153,18 @@ int CECW::LeerHilos(const wchar_t* ruta, int numHilos, unsigned reduccion, int x
     const auto& info = vista.GetFileInfo();
     const CVentanaECW ventana = RecortaVentana(info.m_nAncho, info.m_nAlto, x0, x1, y0, y1);
     if (ventana.EstaVacia()) return kTamanoMalo;
-    std::vector<UINT> bandas(static_cast<std::size_t>(info.m_nBandas));
-    std::iota(bandas.begin(), bandas.end(), 0U);
-    if (const auto error = vista.SetView(bandas, ventana.x0, ventana.y0, ventana.x1 - 1, ventana.y1 - 1,
-                                         ventana.Ancho(), ventana.Alto());
+    if (const auto error = vista.SetView(TodasLasBandas(info.m_nBandas), ventana.x0, ventana.y0, ventana.x1 - 1,
+                                         ventana.y1 - 1, ventana.Ancho(), ventana.Alto());
         error.GetErrorNumber() != 0)
         return falla(NCSGetLastErrorText(error));
 
-    const int n = std::min(numHilos, Reducidos(ventana.Alto(), reduccion));
-    NCS::CMutex mutex;
-    NCS::CEvent evento;
-    int activos = n;
-    std::vector<float> progresos(static_cast<std::size_t>(n), 0.0F);
-    parametros.m_pMutex = &mutex;
-    parametros.m_pActivos = &activos;
-    parametros.m_nHilos = n;
     parametros.m_nReduccion = reduccion;
     parametros.m_nX0 = x0;
     parametros.m_nX1 = x1;
     parametros.m_nY0 = y0;
     parametros.m_nY1 = y1;
-    parametros.m_pEvento = &evento;
-    std::vector<CParametrosECW> bloques(static_cast<std::size_t>(n), parametros);
-    std::vector<std::unique_ptr<CHiloReadECW>> hilos;
-    for (int i = 0; i < n; i++)
-        hilos.push_back(std::make_unique<CHiloReadECW>(static_cast<std::uint64_t>(i), &progresos));
-    // Where the system refuses a thread its band is read here.
-    for (std::size_t i = 0; i < hilos.size(); i++)
-        if (!hilos[i]->Start(&bloques[i])) hilos[i]->Work(&bloques[i]);
-
-    {
-        const Etapa etapa(kNivelEtapa, kTextoLeyendo);
-        Acompana(evento, progresos, etapa);
-        evento.Wait();
-    }
+    const int alto = Reducidos(ventana.Alto(), reduccion);
+    CHilos hilos = LeeBandas(parametros, std::min(numHilos, alto));
     vista.Close();
 
     const auto fallido = std::ranges::find_if(hilos, [](const auto& hilo) { return hilo->HaFallado(); });
@@ -165,7 +175,6 @@ int CECW::LeerHilos(const wchar_t* ruta, int numHilos, unsigned reduccion, int x
     const double celdaX = primero.CeldaX(), celdaY = primero.CeldaY();
     const double origenX = ventana.x0 * celdaX + primero.OrigenX();
     const double origenY = primero.OrigenY() - ventana.y0 * celdaY;
-    const int alto = Reducidos(ventana.Alto(), reduccion);
     CBloques tabla;
     if (!JuntaBandas(hilos, ancho, tabla)) return falla("there is not enough memory");
     PonGeorreferencia(celdaX, celdaY, origenX, origenY);

@@ -1,0 +1,56 @@
+// Real files of JPEG 2000: each is read as OpenJPEG reads it, or refused where OpenJPEG can't.
+
+#include "raster/CECW.h"
+#include "raster/Imagenes.h"
+#include "raster/J2KPrueba.h"
+#include "support/Progreso.h"
+#include "support/Temporales.h"
+
+#include <array>
+#include <filesystem>
+
+namespace {
+
+using Vertiz::CECW;
+
+class EcwReales : public testing::TestWithParam<const char*> {};
+
+TEST_P(EcwReales, GivesThePixelsOfOpenJPEG) {
+    const auto nombre = std::string("jp2/") + GetParam();
+    SALTA_SIN_DATOS(nombre);
+    const auto ruta = CarpetaDatos() / nombre;
+    const j2k::Imagen esperada = j2k::Decodifica(ruta);
+    Progreso progreso;
+    CECW imagen;
+    imagen.SetNombre(CString(ruta.c_str()));
+    const int resultado = imagen.Leer(false);
+    if (esperada == nullptr) {
+        EXPECT_EQ(resultado, 0);
+        EXPECT_EQ(progreso.m_Mensajes.size(), 1u);
+        return;
+    }
+    ASSERT_EQ(resultado, 1) << testing::PrintToString(progreso.m_Mensajes);
+    EXPECT_EQ(imagen.Ancho(), int(esperada->comps[0].w));
+    EXPECT_EQ(imagen.Alto(), -int(esperada->comps[0].h));
+    EXPECT_TRUE(imagenes::Pixeles(imagen) == j2k::EnBGR(*esperada));
+}
+
+constexpr const char* kFicheros[] = {"Bretagne1_0.j2k",  "Bretagne1_ht_lossy.j2k",
+                                     "basn6a08.jp2",     "bogota.jp2",
+                                     "broken1.jp2",      "file4.jp2",
+                                     "file6.jp2",        "file8.jp2",
+                                     "file9.jp2",        "img-8bit.jp2",
+                                     "p0_01.j2k",        "p0_03.j2k",
+                                     "p1_05.j2k",        "small_world_non_consecutive_tilepart_tlm.jp2",
+                                     "subsampling_2.jp2"};
+INSTANTIATE_TEST_SUITE_P(Ficheros, EcwReales, testing::ValuesIn(kFicheros),
+                         [](const auto& caso) { return std::to_string(caso.index); });
+
+TEST(EcwRealesTest, CoverTheFolder) {
+    SALTA_SIN_DATOS("jp2");
+    const std::filesystem::directory_iterator carpeta(CarpetaDatos() / "jp2");
+    for (const auto& fichero : carpeta)
+        EXPECT_THAT(kFicheros, testing::Contains(testing::StrEq(fichero.path().filename().string())));
+}
+
+}  // namespace
