@@ -210,6 +210,13 @@ bool LibTiff::SetFichero(CFile* fichero) {
     CierraFichero();
     m_pFuente = nullptr;
     if (fichero == nullptr) return false;
+    if (Abre(fichero->GetFilePath(), false)) return CRasterDIB::SetFichero(fichero);
+    Comunica(m_sFallo.c_str());
+    return false;
+}
+
+bool LibTiff::Abre(const CString& ruta, bool mapeado) {
+    CierraFichero();
     DaAConocerCampos();
     const std::unique_ptr<TIFFOpenOptions, decltype(&TIFFOpenOptionsFree)> opciones(TIFFOpenOptionsAlloc(),
                                                                                     TIFFOpenOptionsFree);
@@ -217,13 +224,9 @@ bool LibTiff::SetFichero(CFile* fichero) {
     TIFFOpenOptionsSetErrorHandlerExtR(opciones.get(), AnotaFallo, &m_sFallo);
     TIFFOpenOptionsSetWarningHandlerExtR(opciones.get(), CallaAviso, nullptr);
     m_sFallo.clear();
-    // Not mapped into memory: a file that gets shorter meanwhile would end the process.
-    m_pTiff = TIFFOpenExt(fichero->GetFilePath().Utf8().c_str(), "rm", opciones.get());
-    if (m_pTiff == nullptr) {
-        Comunica(m_sFallo.c_str());
-        return false;
-    }
-    return CRasterDIB::SetFichero(fichero);
+    m_bMapeado = mapeado;
+    m_pTiff = TIFFOpenExt(ruta.Utf8().c_str(), mapeado ? "r" : "rm", opciones.get());
+    return m_pTiff != nullptr;
 }
 
 bool LibTiff::CierraFichero() {
@@ -259,21 +262,32 @@ bool LibTiff::LeeDirectorio(Pagina& p) {
 int LibTiff::Leer(bool soloCabecera, CMatriz<float>** tabla, unsigned limiteCeldas, int*, const float*, const float*,
                   int col0, int col1, int fila0, int fila1) {
     if (m_pTiff == nullptr) return 2;
+    const auto lee = [&] { return LeePagina(soloCabecera, tabla, limiteCeldas, {col0, col1, fila0, fila1}); };
+    int resultado = lee();
+    if (resultado != 2 && !m_sFallo.empty() && !m_bMapeado)
+        resultado = Abre(m_pFuente->GetFilePath(), true) ? lee() : kNoSoportado;
+    if (!m_sFallo.empty()) Comunica(m_sFallo.c_str());
+    return resultado;
+}
+
+int LibTiff::LeePagina(bool soloCabecera, CMatriz<float>** tabla, unsigned limiteCeldas, Ventana ventana) {
     Limpiar();
     m_sFallo.clear();
     Pagina pagina;
     int resultado = kNoSoportado;
-    if (LeeDirectorio(pagina)) {
-        const Ventana ventana(pagina, col0, col1, fila0, fila1);
+    if (LeeDirectorio(pagina) && ventana.Limita(pagina)) {
+        std::optional<Etapa> etapa;
+        if (!soloCabecera) etapa.emplace(m_nNivelMensajes, kTextoLeer);
         if (soloCabecera)
             resultado = CreaSoloCabecera(pagina) ? 1 : kNoSoportado;
-        else if (ventana.EstaVacia())
-            m_sFallo = "the window lies outside the image";
+        else if (!pagina.SonValores())
+            resultado = LeeImagen(pagina, ventana, *etapa);
+        else if (tabla != nullptr)
+            resultado = LeeTabla(pagina, ventana, *etapa, *tabla, limiteCeldas);
         else
-            resultado = LeePagina(pagina, ventana, tabla, limiteCeldas);
+            Comunica(L"Los valores no son una imagen");
     }
     if (resultado != 1) Limpiar();
-    if (!m_sFallo.empty()) Comunica(m_sFallo.c_str());
     return resultado;
 }
 
@@ -282,22 +296,12 @@ bool LibTiff::CreaSoloCabecera(const Pagina& pagina) {
                  nullptr, nullptr, true);
 }
 
-int LibTiff::LeePagina(const Pagina& pagina, const Ventana& ventana, CMatriz<float>** tabla, unsigned limiteCeldas) {
-    const Etapa etapa(m_nNivelMensajes, kTextoLeer);
-    if (!pagina.SonValores()) return LeeImagen(pagina, ventana, etapa);
-    if (tabla == nullptr) {
-        m_sFallo = "values of 16 bits or in floating point are no picture";
-        return kNoSoportado;
-    }
-    return LeeTabla(pagina, ventana, etapa, *tabla, limiteCeldas);
-}
-
 int LibTiff::LeeTabla(const Pagina& pagina, const Ventana& v, const Etapa& etapa, CMatriz<float>*& tabla,
                       unsigned limiteCeldas) {
     Valores valores(m_pTiff, pagina);
     std::optional<CMatriz<float>> nueva = HazTabla(unsigned(v.Filas()), unsigned(v.Columnas()), limiteCeldas);
     if (!nueva || !valores.Reserva()) {
-        if (m_sFallo.empty()) m_sFallo = "no room for the table";
+        Comunica(L"No hay sitio para la tabla");
         return kNoSoportado;
     }
     const bool volteada = pagina.bits == 16;

@@ -41,15 +41,19 @@ class LUMBRA_API LibTiff : public CTiff {
     struct Ventana;  ///< internal: the part that is read
 
   private:
+    /// @param mapeado  the file is mapped into memory, where libtiff puts up with byte counts that are too great; but
+    ///                 mapped pages count as the process's, and a file that gets shorter meanwhile ends it
+    bool Abre(const CString& ruta, bool mapeado);
     bool LeeDirectorio(Pagina& pagina);
     bool CreaSoloCabecera(const Pagina& pagina);
-    int LeePagina(const Pagina& pagina, const Ventana& ventana, CMatriz<float>** tabla, unsigned limiteCeldas);
+    int LeePagina(bool soloCabecera, CMatriz<float>** tabla, unsigned limiteCeldas, Ventana ventana);
     int LeeTabla(const Pagina& pagina, const Ventana& ventana, const Etapa& etapa, CMatriz<float>*& tabla,
                  unsigned limiteCeldas);
     int LeeImagen(const Pagina& pagina, const Ventana& ventana, const Etapa& etapa);
 
     ::tiff* m_pTiff = nullptr;  ///< null when closed
-    std::string m_sFallo;       ///< what libtiff last complained of, UTF-8
+    bool m_bMapeado = false;
+    std::string m_sFallo;  ///< what libtiff last complained of, UTF-8
 };
 
 }  // namespace Vertiz

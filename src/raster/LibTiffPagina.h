@@ -23,22 +23,19 @@ struct LibTiff::Pagina {
     std::uint32_t BytesValor() const { return bits / 8U; }
 };
 
-/// Half-open, in pixels from the top left corner.
+/// Half-open, in pixels from the top left corner; all 0 is the whole page.
 struct LibTiff::Ventana {
     int col0, col1, fila0, fila1;
 
-    /// The part of a window that lies in the page; all 0 is the whole page.
-    Ventana(const Pagina& pagina, int c0, int c1, int f0, int f1) {
+    /// Keeps the part that lies in the page; false when there is none.
+    bool Limita(const Pagina& pagina) {
         const int ancho = static_cast<int>(pagina.ancho), alto = static_cast<int>(pagina.alto);
-        const bool entera = c0 == 0 && c1 == 0 && f0 == 0 && f1 == 0;
-        col0 = entera ? 0 : std::max(c0, 0);
-        col1 = entera ? ancho : std::min(c1, ancho);
-        fila0 = entera ? 0 : std::max(f0, 0);
-        fila1 = entera ? alto : std::min(f1, alto);
+        if (col0 == 0 && col1 == 0 && fila0 == 0 && fila1 == 0) col1 = ancho, fila1 = alto;
+        *this = {std::max(col0, 0), std::min(col1, ancho), std::max(fila0, 0), std::min(fila1, alto)};
+        return col0 < col1 && fila0 < fila1;
     }
     int Columnas() const { return col1 - col0; }
     int Filas() const { return fila1 - fila0; }
-    bool EstaVacia() const { return col0 >= col1 || fila0 >= fila1; }
 };
 
 }  // namespace Vertiz

@@ -40,7 +40,7 @@ class Bandas {
         m_bPorFilas = m_nFilas == 0;
         if (m_bPorFilas) m_nFilas = std::min(kFilas, m_Pagina.alto);
         if (!Reserva()) {
-            fallo = "no memory for a strip of the file";
+            fallo = "No memory for a strip of the file";
             return false;
         }
         return true;

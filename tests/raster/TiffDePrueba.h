@@ -4,9 +4,9 @@
 #include "platform/Tipos.h"
 
 #include <gtest/gtest.h>
-
 #include <tiffio.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
 #include <filesystem>
@@ -37,9 +37,9 @@ struct FormaTiff {
     std::uint16_t bits = 8, muestras = 3, formato = SAMPLEFORMAT_UINT;
     std::uint16_t fotometrica = PHOTOMETRIC_RGB, compresion = COMPRESSION_LZW, planos = PLANARCONFIG_CONTIG;
     std::uint16_t orientacion = ORIENTATION_TOPLEFT;
-    std::uint32_t filasTira = 7;     ///< 0 for tiles
-    std::uint32_t tesela = 16;       ///< side of a tile
-    const char* modo = "w";          ///< of TIFFOpen: byte order, classic or big
+    std::uint32_t filasTira = 7;          ///< 0 for tiles
+    std::uint32_t tesela = 16;            ///< side of a tile
+    const char* modo = "w";               ///< of TIFFOpen: byte order, classic or big
     std::vector<std::uint16_t> extras{};  ///< kinds of the samples past the photometric ones
 
     bool PorTiras() const { return filasTira != 0; }
@@ -81,8 +81,8 @@ inline void EscribeTiff(const std::filesystem::path& ruta, const FormaTiff& f, s
     for (std::uint32_t i = 0; i < trozos; ++i) {
         const std::uint32_t porPlano = f.PorTiras() ? (f.alto + f.filasTira - 1) / f.filasTira : 1;
         const std::uint32_t filas = f.PorTiras() ? std::min(f.filasTira, f.alto - i % porPlano * f.filasTira) : 0;
-        const auto n = static_cast<std::size_t>(f.PorTiras() ? TIFFVStripSize64(tiff.get(), filas)
-                                                             : TIFFTileSize64(tiff.get()));
+        const auto n =
+            static_cast<std::size_t>(f.PorTiras() ? TIFFVStripSize64(tiff.get(), filas) : TIFFTileSize64(tiff.get()));
         ASSERT_LE(lugar + n, bytes.size());
         const tmsize_t escritos = f.PorTiras() ? TIFFWriteEncodedStrip(tiff.get(), i, &bytes[lugar], tmsize_t(n))
                                                : TIFFWriteEncodedTile(tiff.get(), i, &bytes[lugar], tmsize_t(n));
@@ -92,16 +92,26 @@ inline void EscribeTiff(const std::filesystem::path& ruta, const FormaTiff& f, s
 }
 
 /// What libtiff shows of the first page: rows from the bottom of blue, green, red; empty for what it can't show.
-inline std::vector<BYTE> SegunLibtiff(const std::filesystem::path& ruta) {
+/// @param porTiras  a strip at a time, for pages whose first row is the top one
+inline std::vector<BYTE> SegunLibtiff(const std::filesystem::path& ruta, bool porTiras = false) {
     const Tiff tiff = AbreTiff(ruta, "r");
     if (tiff == nullptr) return {};
-    std::uint32_t ancho = 0, alto = 0;
+    std::uint32_t ancho = 0, alto = 0, tira = 0;
     TIFFGetField(tiff.get(), TIFFTAG_IMAGEWIDTH, &ancho);
     TIFFGetField(tiff.get(), TIFFTAG_IMAGELENGTH, &alto);
+    TIFFGetFieldDefaulted(tiff.get(), TIFFTAG_ROWSPERSTRIP, &tira);
     char motivo[1024];
     if (TIFFRGBAImageOK(tiff.get(), motivo) == 0) return {};
     std::vector<std::uint32_t> pixeles(std::size_t{ancho} * alto);
-    if (TIFFReadRGBAImageOriented(tiff.get(), ancho, alto, pixeles.data(), ORIENTATION_BOTLEFT, 0) != 1) return {};
+    if (!porTiras) {
+        if (TIFFReadRGBAImageOriented(tiff.get(), ancho, alto, pixeles.data(), ORIENTATION_BOTLEFT, 0) != 1) return {};
+    } else {
+        // A strip comes with its bottom row first, as the whole does.
+        for (std::uint32_t fila = 0; fila < alto; fila += tira) {
+            const std::uint32_t debajo = alto - std::min(fila + tira, alto);
+            TIFFReadRGBAStrip(tiff.get(), fila, &pixeles[std::size_t{debajo} * ancho]);
+        }
+    }
     std::vector<BYTE> bgr;
     bgr.reserve(3 * pixeles.size());
     for (const std::uint32_t p : pixeles)
