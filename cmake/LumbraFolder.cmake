@@ -8,7 +8,6 @@ function(lumbra_folder)
   set(target lumbra_${ARG_NAME})
   add_library(${target} STATIC ${ARG_SOURCES})
   target_include_directories(${target} PUBLIC "$<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/src>")
-  target_compile_definitions(${target} PRIVATE LUMBRA_BUILD)
   target_link_libraries(${target} PUBLIC ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE})
 endfunction()
 

@@ -1,3 +1,5 @@
+// What `lumbra info` prints.
+
 #include "Informacion.h"
 
 #include "platform/Conversiones.h"

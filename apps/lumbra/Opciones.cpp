@@ -1,3 +1,5 @@
+// The command line: its options, their checks, and their help. All numbers are read without the locale.
+
 #include "Opciones.h"
 
 #include "model/CDataGamaColor.h"

@@ -1,3 +1,5 @@
+// The picture is written under a temporary name beside its place, so that nothing half-written is ever found there.
+
 #include "Png.h"
 
 #include <png.h>

@@ -1,3 +1,5 @@
+// Progress and messages on the terminal.
+
 #include "Progreso.h"
 
 #include "platform/Conversiones.h"

@@ -1,3 +1,6 @@
+// From what the user asks for to a picture: the settings of the scene, the camera that frames the model, the drawing,
+// and the averaging of its pixels.
+
 #include "Vista.h"
 
 #include "terrain/CEscenaDEM.h"
@@ -16,19 +19,22 @@
 
 namespace {
 
+using Punto = Vertiz::CCoor3D<double>;
+using Caja = Vertiz::CMaximas<double>;
+
 double ARadianes(double grados) {
     return grados * std::numbers::pi / 180.0;
 }
 
 // A direction by compass and height over the horizon, in GL space: x east, y up, z south.
-Vertiz::CCoor3D<double> Direccion(double azimut, double elevacion) {
+Punto Direccion(double azimut, double elevacion) {
     const double a = ARadianes(azimut), e = ARadianes(elevacion);
     return {std::sin(a) * std::cos(e), std::sin(e), -std::cos(a) * std::cos(e), 0};
 }
 
 // A factor that makes relief visible: none where heights span some share of the plan, and less than one only for
 // heights that tower over it, as in grids whose plan isn't in their heights' unit.
-double ExageracionNatural(const Vertiz::CMaximas<double>& m) {
+double ExageracionNatural(const Caja& m) {
     constexpr double kRelieve = 0.07, kTorre = 0.7;
     const double plano = std::max(m.Maxima().x - m.Minima().x, m.Maxima().y - m.Minima().y);
     const double alto = m.Maxima().z - m.Minima().z;
@@ -46,7 +52,7 @@ double ExageracionNatural(const Vertiz::CMaximas<double>& m) {
 // The light's sliders for a light that comes from a direction. Normals point into the terrain, so the light stands on
 // the opposite side.
 void PonLuz(CGL& escena, double azimut, double elevacion) {
-    const Vertiz::CCoor3D<double> d = Direccion(azimut, elevacion);
+    const Punto d = Direccion(azimut, elevacion);
     const double mayor = std::max({std::abs(d.x), std::abs(d.y), std::abs(d.z)});
     const auto deslizador = [&](double v) { return static_cast<int>(std::lround(50.0 * v / mayor)); };
     escena.SetLightParam(50 + deslizador(d.x), 0);
@@ -59,27 +65,24 @@ void PonLuz(CGL& escena, double azimut, double elevacion) {
 }
 
 void PonCamara(CGL& escena, double azimut, double elevacion) {
-    const Vertiz::CCoor3D<double> ojo = Direccion(azimut, elevacion);
+    const Punto ojo = Direccion(azimut, elevacion);
     // Straight down the picture's top is what the viewer would have before him: north when he stands in the south.
     const double a = ARadianes(azimut);
     const bool cenital = std::cos(ARadianes(elevacion)) < 1e-6;
-    const Vertiz::CCoor3D<double> arriba =
-        cenital ? Vertiz::CCoor3D<double>(-std::sin(a), 0, std::cos(a), 0) : Vertiz::CCoor3D<double>(0, 1, 0, 0);
-    const Vertiz::CCoor3D<double> lado = (ojo * -1.0) * arriba;
-    Vertiz::CCoor3D<double> perpendicular = lado * (ojo * -1.0);
+    const Punto arriba = cenital ? Punto(-std::sin(a), 0, std::cos(a), 0) : Punto(0, 1, 0, 0);
+    const Punto lado = (ojo * -1.0) * arriba;
+    Punto perpendicular = lado * (ojo * -1.0);
     perpendicular.Normaliza();
     escena.GetCamara().PositionCamera(ojo, {0, 0, 0, 0}, perpendicular);
 }
-
-using Punto = Vertiz::CCoor3D<double>;
 
 double Producto(const Punto& a, const Punto& b) {
     return a.x * b.x + a.y * b.y + a.z * b.z;
 }
 
 // The model's corners as the viewer has them: x to his right, y upwards, z away from him.
-std::vector<Punto> EsquinasVistas(const CEscenaDEM& escena, const Vertiz::CMaximas<double>& extension,
-                                  const Punto& derecha, const Punto& arriba, const Punto& frente) {
+std::vector<Punto> EsquinasVistas(const CEscenaDEM& escena, const Caja& extension, const Punto& derecha,
+                                  const Punto& arriba, const Punto& frente) {
     std::vector<Punto> vistas;
     const Punto &a = extension.Minima(), &b = extension.Maxima();
     for (int i = 0; i < 8; ++i) {
@@ -126,7 +129,7 @@ double Centro(const std::vector<Esquina>& esquinas, double distancia) {
 
 // Moves a camera in perspective to where the model just fills the picture, in its middle but for some margin. The
 // scene's own fit is the distance of a sphere, and lets near corners leave the picture.
-void EncuadraPerspectiva(CEscenaDEM& escena, const Vertiz::CMaximas<double>& extension, double aspecto) {
+void EncuadraPerspectiva(CEscenaDEM& escena, const Caja& extension, double aspecto) {
     constexpr double kMargen = 0.94, kAntesDelOjo = 0.05;
     CCamera& camara = escena.GetCamara();
     Punto frente = camara.View() - camara.Position();
@@ -147,7 +150,7 @@ void EncuadraPerspectiva(CEscenaDEM& escena, const Vertiz::CMaximas<double>& ext
     camara.PositionCamera(vista - frente * distancia, vista, camara.UpVector());
 }
 
-void Encuadra(CEscenaDEM& escena, const Vertiz::CMaximas<double>& extension, double aspecto) {
+void Encuadra(CEscenaDEM& escena, const Caja& extension, double aspecto) {
     constexpr double kMargen = 0.94;
     if (escena.GetOrtogonal() != 0)
         escena.SetZoom(escena.GetZoom() * kMargen);
@@ -156,7 +159,7 @@ void Encuadra(CEscenaDEM& escena, const Vertiz::CMaximas<double>& extension, dou
 }
 
 // The part of a grid that holds heights: many are a piece of country in a rectangle of voids.
-Vertiz::CMaximas<double> ExtensionConDatos(const Vertiz::CDEM& dem) {
+Caja ExtensionConDatos(const Vertiz::CDEM& dem) {
     const unsigned filas = dem.GetFilas(), columnas = dem.GetColumnas();
     unsigned sur = filas, norte = 0, oeste = columnas, este = 0;
     for (unsigned i = 0; i < filas; ++i) {
@@ -171,10 +174,10 @@ Vertiz::CMaximas<double> ExtensionConDatos(const Vertiz::CDEM& dem) {
         oeste = std::min(oeste, primera);
         este = std::max(este, ultima - 1);
     }
-    const Vertiz::CMaximas<double> todo = dem.GetMaximasDouble();
+    const Caja todo = dem.GetMaximasDouble();
     if (sur == filas) return todo;
     const double x = todo.Minima().x, y = todo.Minima().y;
-    Vertiz::CMaximas<double> datos;
+    Caja datos;
     datos.Nuevo(Punto(x + oeste * dem.GetCeldaX(), y + sur * dem.GetCeldaY(), todo.Minima().z, 0));
     datos.Nuevo(Punto(x + este * dem.GetCeldaX(), y + norte * dem.GetCeldaY(), todo.Maxima().z, 0));
     return datos;
@@ -182,10 +185,10 @@ Vertiz::CMaximas<double> ExtensionConDatos(const Vertiz::CDEM& dem) {
 
 // What the scene is built on: the grid's extents, with some thickness under the lowest height, so that the floor
 // doesn't lie in the same plane as a sea or a lake.
-Vertiz::CMaximas<double> ConPeana(const Vertiz::CMaximas<double>& m, double exageracion) {
+Caja ConPeana(const Caja& m, double exageracion) {
     constexpr double kGrosor = 0.025;
     const double plano = std::max(m.Maxima().x - m.Minima().x, m.Maxima().y - m.Minima().y);
-    Vertiz::CMaximas<double> conPeana = m;
+    Caja conPeana = m;
     Punto bajo = m.Minima();
     bajo.z -= kGrosor * plano / exageracion;
     conPeana.Nuevo(bajo);
@@ -206,7 +209,7 @@ Vertiz::CDataGamaColor Rampa(const std::string& texto, double minima, double max
     return rampa;
 }
 
-void Ajusta(CEscenaDEM& escena, const OpcionesVista& o, const Vertiz::CMaximas<double>& extension) {
+void Ajusta(CEscenaDEM& escena, const OpcionesVista& o, const Caja& extension) {
     CDataGL data = escena.GetData();
     data.m_nColorFondo = o.colorFondo;
     data.m_nColorDEM = o.colorDEM;
@@ -277,7 +280,7 @@ int Muestreo(const OpcionesVista& o) {
 }  // namespace
 
 ResultadoVista DibujaDEM(Vertiz::CDEM& dem, const OpcionesVista& opciones) {
-    Vertiz::CMaximas<double> extension = opciones.limites ? dem.GetMaximasDouble() : ExtensionConDatos(dem);
+    Caja extension = opciones.limites ? dem.GetMaximasDouble() : ExtensionConDatos(dem);
     ResultadoVista resultado;
     CompruebaPaso(dem, opciones.paso);
     const int muestreo = Muestreo(opciones);

@@ -7,6 +7,7 @@
 #include "Vista.h"
 #include "io/LeeDEM.h"
 #include "platform/Conversiones.h"
+#include "platform/Numeros.h"
 
 #include <cstdio>
 #include <exception>
@@ -16,6 +17,14 @@
 
 namespace {
 
+// A value that may stand for "no height": the user is asked, and told what it was taken for.
+std::string Pregunta(const Vertiz::CMarcaDEM& marca) {
+    const std::string valor = TextoGeneral(marca.m_dValor, 9);
+    return "warning: " + std::to_string(marca.m_nMuestras) + " samples hold " + valor +
+           ", far from all others, which the file doesn't declare as void; taken as " +
+           (marca.m_bVacia ? "void" : "height") + ": say --nodata " + valor + " if it means no height";
+}
+
 Vertiz::CResultadoDEM Lee(const Orden& orden, Progreso& progreso) {
     Vertiz::CDataLeeDEM opciones;
     opciones.m_Nulo = orden.nulo;
@@ -23,10 +32,15 @@ Vertiz::CResultadoDEM Lee(const Orden& orden, Progreso& progreso) {
     Vertiz::CResultadoDEM leido = LeeDEM(CString(DeUtf8(orden.fichero)), opciones, &progreso);
     progreso.Termina(1, 0);
     if (leido.m_nResultado != 1) throw std::runtime_error(AUtf8(leido.m_Error.Texto()));
-    for (const auto* textos : {&leido.m_Mensajes, &leido.m_Avisos})
-        for (const CString& texto : *textos)
-            std::fprintf(stderr, "%s: %s%s\n", orden.fichero.c_str(), textos == &leido.m_Avisos ? "warning: " : "",
-                         AUtf8(texto.Texto()).c_str());
+    const auto di = [&](const std::string& texto) {
+        std::fprintf(stderr, "%s: %s\n", orden.fichero.c_str(), texto.c_str());
+    };
+    for (const CString& texto : leido.m_Mensajes)
+        di(AUtf8(texto.Texto()));
+    for (const CString& texto : leido.m_Avisos)
+        di("warning: " + AUtf8(texto.Texto()));
+    for (const Vertiz::CMarcaDEM& marca : leido.m_Marcas)
+        di(Pregunta(marca));
     return leido;
 }
 

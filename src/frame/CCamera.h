@@ -64,7 +64,8 @@ class LUMBRA_API CCamera {
     void SumaAnguloY(double grados, int flag, const Punto* ref);
     void SumaAnguloZ(double grados, int flag, const Punto* ref);
     /// Walks the camera to the given angles, since the angles follow from the vectors and can't simply be stored. Any
-    /// finite angle is taken modulo 360.
+    /// finite angle is taken modulo 360. With z between 90 and 270 not every target is reached, and trying takes
+    /// seconds: the walk passes 90, where x and y turn round one axis.
     void SetAngulos(double x, double y, double z);
 
     /// Left, up and forward axes of three angles (degrees) in the given order of rotation (1 to 5, any other is the
@@ -79,6 +80,21 @@ class LUMBRA_API CCamera {
     /// Moves eye and target by d along up, turned by a round the right axis and by b round up (radians). This is how
     /// the frame changes height.
     void StrafeCamera2(double d, double a, double b);
+
+    /// One frame of a walk: turns by the pointer, moves by the keys and counts the frame. The host calls it before each
+    /// `Render`, on the thread that renders, while its window has the focus. Without a display nothing turns or moves.
+    /// @param t time since the frame before, seconds
+    void Update(float t);
+    /// Turns the view by how far the pointer has gone from the screen's pixel (400, 300), a radian for 1000 pixels, and
+    /// puts the pointer back there: sideways round y, up and down round the right axis by a radian at most each way.
+    /// That tilt is one for all cameras, since there is one pointer. Nothing turns when the pointer can't be put back.
+    void SetViewByMouse();
+    /// Moves by the keys held down, 100 GL units a second: the arrows up and down or W and S along the view, left and
+    /// right or A and D sideways.
+    /// @param t seconds
+    void CheckForMovement(float t);
+    /// @return frames that `Update` has counted, of all cameras, since its time last went beyond a second
+    static int Fotogramas();
 
   private:
     Punto Direccion() const;  // unit of target - eye

@@ -1,3 +1,5 @@
+// Comparing settings, and the speed of navigation, which changes by doubling and halving.
+
 #include "frame/CDataGL.h"
 
 #include <algorithm>

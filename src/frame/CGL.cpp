@@ -20,14 +20,7 @@ unsigned NumeroProcesadores() {
     return info.dwNumberOfProcessors;
 }
 
-/// One flag for each kind of error at the most; with a lost context the errors never end.
-void OlvidaErroresGL() {
-    constexpr int kMaxErrores = 16;
-    for (int i = 0; i < kMaxErrores && HayErrorGL(); ++i) {
-    }
-}
-
-/// A conic camera looks down its own axis: the station's angles turn the model, which stands along y.
+// A conic camera looks down its own axis: the station's angles turn the model, which stands along y.
 void GiraCamaraConica(const Punto& angulos) {
     glRotated(90, 1, 0, 0);
     glRotated(angulos.x, 1, 0, 0);
@@ -40,15 +33,9 @@ void GiraCamaraConica(const Punto& angulos) {
 // ---- Building, copying, destroying ---------------------------------------------------------------------------------
 
 CGL::CGL()
-    : m_LineaNueva(CString(L"nuevo")),
-      m_LineaNuevaTerreno(CString(L"nuevo")),
-      m_MarcasGL(CString(L"nuevo")),
-      m_pBufferProfundidad(std::make_unique<float[]>(kLadoProfundidad * kLadoProfundidad)),
-      m_nHRCShared(NumeroProcesadores()),
-      m_PuntosCamara(CString(L"nuevo")),
-      m_PuntosCamaraGL(CString(L"nuevo")),
-      m_AngulosCamara(CString(L"nuevo")),
+    : m_pBufferProfundidad(std::make_unique<float[]>(std::size_t{kLadoProfundidad} * kLadoProfundidad)),
       m_pDuenos(std::make_shared<char>()) {
+    m_nHRCShared = NumeroProcesadores();
     m_Camara.PositionCamera(Punto(0, 1, 0), Punto(0, 0, 0), Punto(0, 0, -1));
 }
 
@@ -57,6 +44,7 @@ CGL::CGL(const CGL& otra) : CGL() {
     CreaContextosCompartidos();
 }
 
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): EsDeLaFamilia holds of the scene itself too
 CGL& CGL::operator=(const CGL& otra) {
     if (EsDeLaFamilia(otra)) return *this;
     Destruir();
@@ -66,92 +54,9 @@ CGL& CGL::operator=(const CGL& otra) {
 }
 
 void CGL::CopiaDe(const CGL& otra) {
-    CGLAjustes::operator=(otra);
-    // The context, and who answers for it.
+    CGLEstado::operator=(otra);
     m_pDuenos = otra.m_pDuenos;
     m_pPrestamo = otra.m_pPrestamo;
-    m_hRC = otra.m_hRC;
-    m_pDC = otra.m_pDC;
-    m_pPalette = otra.m_pPalette;
-    m_pPaletaAnterior = otra.m_pPaletaAnterior;
-    m_nHRCShared = otra.m_nHRCShared;
-    m_bDCExterno = otra.m_bDCExterno;
-    m_nMaxTexDim = otra.m_nMaxTexDim;
-    m_hDCAnterior = otra.m_hDCAnterior;
-    m_hDCMemoria = otra.m_hDCMemoria;
-    m_hRCAnterior = otra.m_hRCAnterior;
-    m_hRCImpresion = otra.m_hRCImpresion;
-    m_CabeceraImpresion = otra.m_CabeceraImpresion;
-    m_pBitsImpresion = otra.m_pBitsImpresion;
-    m_hBitmapImpresion = otra.m_hBitmapImpresion;
-    m_nAnchoImpresora = otra.m_nAnchoImpresora;
-    m_nAltoImpresora = otra.m_nAltoImpresora;
-    // The view.
-    m_fAnguloVista = otra.m_fAnguloVista;
-    m_dRangoX = otra.m_dRangoX;
-    m_dRangoY = otra.m_dRangoY;
-    m_dRangoZ = otra.m_dRangoZ;
-    m_dFactor = otra.m_dFactor;
-    m_dFactorPantalla = otra.m_dFactorPantalla;
-    m_fEscala = otra.m_fEscala;
-    m_dAspecto = otra.m_dAspecto;
-    m_dZoom = otra.m_dZoom;
-    m_fPlanoCerca = otra.m_fPlanoCerca;
-    m_fPlanoFondo = otra.m_fPlanoFondo;
-    m_fExageracionVertical = otra.m_fExageracionVertical;
-    m_nPuntosSuavizado = otra.m_nPuntosSuavizado;
-    m_nAncho = otra.m_nAncho;
-    m_nAlto = otra.m_nAlto;
-    m_Camara = otra.m_Camara;
-    m_PuntoGL = otra.m_PuntoGL;
-    // What the scene is.
-    m_nTipo = otra.m_nTipo;
-    m_bEsReferencia = otra.m_bEsReferencia;
-    m_nTipoImagenFondo = otra.m_nTipoImagenFondo;
-    m_Maximas = otra.m_Maximas;
-    m_nCotaRaster = otra.m_nCotaRaster;
-    m_dDistanciaEsferica = otra.m_dDistanciaEsferica;
-    m_fRadioEsfera = otra.m_fRadioEsfera;
-    m_TiposObjetosMDT = otra.m_TiposObjetosMDT;
-    m_bIniciarMalla = otra.m_bIniciarMalla;
-    m_nTipoLineaNueva = otra.m_nTipoLineaNueva;
-    m_bCerrarLineaNueva = otra.m_bCerrarLineaNueva;
-    m_bVistaSeleccion = otra.m_bVistaSeleccion;
-    m_VistaSeleccion = otra.m_VistaSeleccion;
-    m_MaximasVista = otra.m_MaximasVista;
-    m_PuntosCamara = otra.m_PuntosCamara;
-    m_PuntosCamaraGL = otra.m_PuntosCamaraGL;
-    m_AngulosCamara = otra.m_AngulosCamara;
-    m_fSizeCamara = otra.m_fSizeCamara;
-    // Tables.
-    m_pDigiTab = otra.m_pDigiTab;
-    m_pLidarTab = otra.m_pLidarTab;
-    m_pEcoTab = otra.m_pEcoTab;
-    m_DigiTabEfectiva = otra.m_DigiTabEfectiva;
-    m_DigiTabTrabajo = otra.m_DigiTabTrabajo;
-    m_nVersionDigiTab = otra.m_nVersionDigiTab;
-    m_nVersionLidarTab = otra.m_nVersionLidarTab;
-    m_nVersionEcoTab = otra.m_nVersionEcoTab;
-    // Lists and textures.
-    m_nTexturaFondo = otra.m_nTexturaFondo;
-    m_nListaMarcas = otra.m_nListaMarcas;
-    m_nListaPuntosMarcasFoto = otra.m_nListaPuntosMarcasFoto;
-    m_nListaPuntosMarcasTerreno = otra.m_nListaPuntosMarcasTerreno;
-    m_nListaLineaNueva = otra.m_nListaLineaNueva;
-    m_nListaCielo = otra.m_nListaCielo;
-    m_nListaEjes = otra.m_nListaEjes;
-    m_nListaCamara = otra.m_nListaCamara;
-    m_nListaCamaraPanoramica = otra.m_nListaCamaraPanoramica;
-    m_nListaReserva = otra.m_nListaReserva;
-    m_nListaLimites = otra.m_nListaLimites;
-    m_nListaMedidas = otra.m_nListaMedidas;
-    m_nListaFuentes = otra.m_nListaFuentes;
-    m_nListaFuentesSeleccion = otra.m_nListaFuentesSeleccion;
-    m_fEscalaFuente = otra.m_fEscalaFuente;
-    m_bFuentes = otra.m_bFuentes;
-    // Children.
-    m_Referencias = otra.m_Referencias;
-    m_Vinculos = otra.m_Vinculos;
     for (CGL* hijo : Hijos())
         ++hijo->m_nPadres;
 }
@@ -174,8 +79,10 @@ void CGL::Anular() {
     m_hRC = nullptr;
     m_pDC = nullptr;
     m_pPalette = nullptr;
-    OlvidaHijos(m_Referencias);
-    OlvidaHijos(m_Vinculos);
+    for (CGL* hijo : Hijos())
+        --hijo->m_nPadres;
+    m_Referencias.clear();
+    m_Vinculos.clear();
     m_nTexturaFondo = 0;
     m_nTipoImagenFondo = 0;
     m_nTipo = -1;
@@ -224,10 +131,7 @@ void CGL::OlvidaListas() {
 
 int CGL::Iniciar() {
     if (!MakeCurrent(nullptr)) return 0;
-    glGetIntegerv(GL_MAX_TEXTURE_SIZE, &m_nMaxTexDim);
-    if (HayErrorGL()) return 0;
-    m_nMaxTexDim = std::min(m_nMaxTexDim, kMaxLadoTextura);
-
+    if (!LeeMaxTexDim()) return 0;
     const int r = OnIniciar() && OnIniciarReferencia(-1) && OnIniciarVinculos() && OnIniciarEjes() &&
                   OnIniciarCamara() && OnIniciarCamaraPanoramica() && OnIniciarPuntosCamara() && OnIniciarLineaNueva(0);
     if (m_nListaFuentes == 0 && !CreaFuentes()) return 0;

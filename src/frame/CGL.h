@@ -45,26 +45,18 @@
 // with a shared context and for TerrenoAGL, which workers call too. No operation throws, except for a failed
 // allocation.
 
-#include "frame/CCamera.h"
-#include "frame/CGLAjustes.h"
+#include "frame/CGLEstado.h"
+#include "frame/ContrastaColor.h"
 #include "model/CCoor.h"
 #include "model/CDataSemilla.h"
 #include "model/CDataTransformacion.h"
-#include "model/CDigiTab.h"
-#include "model/CInfoClasificacion.h"
 #include "model/CLinea.h"
-#include "model/CMaximas.h"
-#include "model/CPosicionEntidad.h"
 #include "model/CTexto.h"
-#include "platform/CBitmap.h"
-#include "platform/CPalette.h"
 #include "platform/CPoint.h"
 #include "platform/CString.h"
-#include "platform/Contextos.h"
 #include "platform/Exporta.h"
 #include "platform/OpenGL.h"
 
-#include <array>
 #include <memory>
 #include <vector>
 
@@ -77,13 +69,8 @@ class CAtrDigi;
 class IRaster;
 }  // namespace Vertiz
 
-/// Moves a colour that can hardly be told from another: when all three channels differ by less than 10, each is moved
-/// by 128 modulo 256, and by 1 more when it was 128 or above.
-/// @return 1 when the colour moved, 0 otherwise
-LUMBRA_API int ContrastaColor(COLORREF& color, COLORREF referencia);
-
 /// The base of all scenes; see the top of this file for its life and its hooks.
-class LUMBRA_API CGL : public CGLAjustes {
+class LUMBRA_API CGL : public CGLEstado {
   public:
     CGL();
     /// A copy shares the context, the lists and the children of the other scene, and has shared contexts and a depth
@@ -138,7 +125,7 @@ class LUMBRA_API CGL : public CGLAjustes {
     virtual bool HayRupturas() const { return false; }
 
     // ---- Virtual operations: view selection, composition, zoom -----------------------------------------------------
-    /// @return the sum of the children's answers, here as in InvierteSeleccion and OnSeleccionVentana
+    /// @return the sum of the children's answers, here as in InvierteSeleccion
     virtual unsigned OnVistaSeleccion(int v);
     virtual unsigned InvierteSeleccion();
     /// Takes a scene as reference: drawn in this one's frame while the setting "Referencia" is on. This scene owns it
@@ -160,18 +147,19 @@ class LUMBRA_API CGL : public CGLAjustes {
     virtual void IgualaVariables(CGL* r) const;
 
     // ---- Virtual operations: selection (x, y are pixels) -----------------------------------------------------------
+    /// Select by a circle, by a polygon, by a rectangle of pixels. The base asks the children. @return how many
     virtual unsigned OnSeleccionVentana(int x, int y, double radio, int modo, int bReferencias, int bVinculos);
     virtual unsigned OnSeleccionVentana(Vertiz::CLinea<int>& linea, int modo, int bReferencias, int bVinculos,
                                         short tipo, bool b1, bool b2);
-    virtual unsigned OnSeleccionVentana(int x0, int y0, int x1, int y1, int modo, int bReferencias, int bVinculos);
+    virtual unsigned OnSeleccionVentana(int arriba, int abajo, int izquierda, int derecha, int modo, int bReferencias,
+                                        int bVinculos);
     virtual unsigned OnSeleccion(const Vertiz::CAtrDigi&, int) { return 0; }
     /// Picks under a pixel. The base asks the children and feeds recorded points and sketch.
     /// @param desdeInicio  non-zero searches from the beginning, 0 resumes after the last hit
     /// @param tipo         kind of thing to pick
     /// @param acumular     0 clears the selection first
-    /// @param modo         0 selects; 1 also records the point; 2 records it and adds it to the sketch; 3 adds it to
-    /// the
-    ///                     sketch without recording
+    /// @param modo         0 selects; 1 also records the point; 2 records it and adds it to the sketch; 3 adds it
+    ///                     to the sketch without recording
     /// @param bPuntoLibre  without a hit, modes 2 and 3 take the point of the model under the pixel
     /// @param e, f         handed on to the children
     /// @return non-zero when something was hit; 0 also when a child cannot give its point
@@ -279,30 +267,9 @@ class LUMBRA_API CGL : public CGLAjustes {
     int OnIniciarVinculos();
 
     // ---- What this scene is ----------------------------------------------------------------------------------------
-    /// -1 none, 1 grid, 2 drawing, 3 image on a TIN, 4 TIN, 5 and 6 further drawings, 7 tetrahedra, 8 spherical image.
-    int GetTipo() const { return m_nTipo; }
-    void SetTipo(int tipo) { m_nTipo = tipo; }
     /// The name that references and links are found by; it is copied.
     CString GetNombre() const { return m_Nombre; }
     void SetNombre(const CString& nombre) { m_Nombre = nombre; }
-    bool EsMDT() const { return m_nTipo == 1 || m_nTipo == 4 || m_nTipo == 7; }
-    /// The view turns round a fixed eye inside a spherical image.
-    bool EsEsferica() const { return m_nTipo == 8 || TieneImagenEsferica(); }
-    /// The view is orthographic; every other one is in perspective.
-    bool EsOrtografica() const { return m_Data.m_bOrto != 0 && !EsEsferica(); }
-    /// How this scene relates to a photograph: 0 not at all; 2, 4, 6 it is the conic, ortho, spherical background; 1,
-    /// 3, 5 it is drawn over such a one.
-    int GetTipoImagenFondo() const { return m_nTipoImagenFondo; }
-    void SetImagenConicaFondo() { m_nTipoImagenFondo = 2; }
-    void SetImagenOrtoFondo() { m_nTipoImagenFondo = 4; }
-    void SetImagenEsfericaFondo() { m_nTipoImagenFondo = 6; }
-    bool TieneImagen() const { return m_nTipoImagenFondo != 0; }
-    bool TieneImagenConica() const { return m_nTipoImagenFondo == 1 || m_nTipoImagenFondo == 2; }
-    bool TieneImagenOrto() const { return m_nTipoImagenFondo == 3 || m_nTipoImagenFondo == 4; }
-    bool TieneImagenEsferica() const { return m_nTipoImagenFondo == 5 || m_nTipoImagenFondo == 6; }
-    bool EsImagenConicaFondo() const { return m_nTipoImagenFondo == 2; }
-    bool EsImagenOrtoFondo() const { return m_nTipoImagenFondo == 4; }
-    bool EsImagenEsfericaFondo() const { return m_nTipoImagenFondo == 6; }
     /// The transformation is that of a conic photograph, of a spherical image.
     bool EsImagenConica() const;
     bool EsImagenEsferica() const;
@@ -343,11 +310,6 @@ class LUMBRA_API CGL : public CGLAjustes {
     int GetMaximasVinculos(Vertiz::CMaximas<double>& m, int fondo) const;
     /// The last ZoomExtension was given something to show.
     bool HayMaximas() const { return !m_bMaximasVacias; }
-    /// Height times e; it takes effect at the next Iniciar. 0 is refused.
-    void SetExageracionVertical(float e);
-    float GetExageracionVertical() const { return m_fExageracionVertical; }
-    /// Minimum corner of the extents. @return 0 when they are empty
-    int DameOrigen(Vertiz::CCoor3D<double>& c) const;
     /// Reads the camera back from the modelview matrix. The context must be current.
     void CalculaCamaraDesdeMatrices();
     /// Height of the children's models at (x, y) in terrain units, or of the picture under the pixel.
@@ -374,9 +336,6 @@ class LUMBRA_API CGL : public CGLAjustes {
     void SetAnguloX(double grados, int bVista);
     void SetAnguloY(double grados, int bVista);
     void SetAnguloZ(double grados, int bVista);
-    double GetAnguloX() const { return m_Camara.GetAnguloX(); }
-    double GetAnguloY() const { return m_Camara.GetAnguloY(); }
-    double GetAnguloZ() const { return m_Camara.GetAnguloZ(); }
     void SumaAnguloX(double grados, int bVista, Vertiz::CCoor3D<double>* pivote);
     void SumaAnguloY(double grados, int bVista, Vertiz::CCoor3D<double>* pivote);
     void SumaAnguloZ(double grados, int bVista, Vertiz::CCoor3D<double>* pivote);
@@ -397,18 +356,14 @@ class LUMBRA_API CGL : public CGLAjustes {
     void SumaYTrans(double d);
     void SumaZTrans(double d);
     void SumaTrans(const Vertiz::CCoor3D<double>& d);
-    /// The point looked at, in GL space.
-    Vertiz::CCoor3D<double> GetTrans() const { return m_Camara.View(); }
     /// Lays the point looked at on the model.
     void CompruebaCotaCamara();
-    /// Vertical field of view, in degrees.
-    float GetAnguloVista() const { return m_fAnguloVista; }
-    void SetAnguloVista(float grados) { m_fAnguloVista = grados; }
     /// Feedback in XOR on the front buffer, in pixels: drawing it a second time wipes it.
     void DrawZoomRect(int arriba, int abajo, int izquierda, int derecha);
     void DrawSelCircle(int x0, int y0, int x1, int y1);
 
     // ---- Overlays --------------------------------------------------------------------------------------------------
+    /// OnIniciar... compiles an overlay's list, OnRender... draws it. The context stays current.
     int OnIniciarEjes();
     int OnIniciarCamara();
     int OnIniciarCamaraPanoramica();
@@ -438,14 +393,11 @@ class LUMBRA_API CGL : public CGLAjustes {
     /// @param bInterpolar between two stops; otherwise the lower one's colour
     /// @param sombra      0 black, 0.5 the colour itself, 1 white; negative without shading
     void glColorTintaHipsometrica(double z, bool bInterpolar, double sombra) const;
-    /// Size of the camera models, in terrain units; it takes effect at the next Iniciar.
-    void SetSizeCamara(double size) { m_fSizeCamara = static_cast<float>(size); }
 
     // ---- Sketch line -----------------------------------------------------------------------------------------------
     /// 0 compiles the sketch's list; non-zero draws its last segment at once in XOR, which shows it or wipes it.
     int OnIniciarLineaNueva(int bDirecto);
-    /// Adds a point in absolute terrain coordinates where the seed applies (photographs, spheres), local ones
-    /// otherwise.
+    /// Adds a point in local terrain coordinates; in absolute ones where the seed applies (photographs, spheres).
     void InsertaPuntoLineaNueva(const Vertiz::CCoor3D<double>& p);
     void VaciaLineaNueva();
     void CierraLineaNueva();
@@ -454,11 +406,6 @@ class LUMBRA_API CGL : public CGLAjustes {
     /// Undoes a digitised point: of the sketch, and of the selection where it came from.
     /// @param bGoma keep the point that follows the cursor, and drop the one before it
     void BorraUltimoPuntoLineaNueva(int bGoma);
-    /// 1 yellow, 3 wide; 3 all heights as the first point's; 4 all X and Y as the first point's; others as they are.
-    void SetTipoLineaNueva(unsigned tipo) { m_nTipoLineaNueva = tipo; }
-    unsigned GetTipoLineaNueva() const { return m_nTipoLineaNueva; }
-    void SetCerrarLineaNueva(int bCerrar) { m_bCerrarLineaNueva = bCerrar; }
-    int GetCerrarLineaNueva() const { return m_bCerrarLineaNueva; }
     bool EsCerradaLineaNueva() const;
     unsigned NPuntosLineaNueva() const;
     /// Append the sketch to a line: in terrain units, in model integers, in pixels.
@@ -483,7 +430,6 @@ class LUMBRA_API CGL : public CGLAjustes {
     std::vector<Vertiz::CPosicionEntidad> GetSeleccion() const { return m_Seleccion; }
     std::vector<Vertiz::CPosicionEntidad> GetSeleccion2() const { return m_Seleccion2; }
     std::vector<Vertiz::CCoor3D<double>> GetPuntosSeleccion() const { return m_PuntosSeleccion; }
-    std::vector<Vertiz::CPosicionEntidad> GetVistaSeleccion() const { return m_VistaSeleccion; }
 
     // ---- Composition -----------------------------------------------------------------------------------------------
     /// The first child of that name, case and all; null when there is none. It stays this scene's.
@@ -493,9 +439,6 @@ class LUMBRA_API CGL : public CGLAjustes {
     CGL* BorraReferencia(const CString& nombre);
     CGL* BorraVinculo(const CString& nombre);
     CGL* BorraVinculo(unsigned i);
-    int TieneReferencia() const { return !m_Referencias.empty(); }
-    int TieneVinculos() const { return !m_Vinculos.empty(); }
-    int EsReferencia() const { return m_bEsReferencia; }
     /// What a child inherits before each Iniciar and OnRender: settings, camera, GL space, tables, transformation.
     void SetVariablesReferencia(CGL* r) const;
 
@@ -510,58 +453,10 @@ class LUMBRA_API CGL : public CGLAjustes {
     int CapturaImagen(const CSize& size, char* buffer);
     /// Makes the glyph lists of texts. There are none yet: texts show their points only. @return 1
     int CreaFuentes();
-    CPalette* GetPalette() { return m_pPalette; }
-
-    // ---- State of the view -----------------------------------------------------------------------------------------
-    void SetPuntosSuavizado(int v) { m_nPuntosSuavizado = v; }
-    int GetPuntosSuavizado() const { return m_nPuntosSuavizado; }
-    /// Distances from the eye, in GL units. They take effect at the next Resize; the far plane of an orthographic view
-    /// stays as Crear found it, since a resize keeps the depth range.
-    void SetPlanoCerca(float v) { m_fPlanoCerca = v; }
-    float GetPlanoCerca() const { return m_fPlanoCerca; }
-    void SetPlanoFondo(float v) { m_fPlanoFondo = v; }
-    float GetPlanoFondo() const { return m_fPlanoFondo; }
-    /// GL units in a terrain unit, GL units in a pixel.
-    void SetFactor(double v) { m_dFactor = v; }
-    double GetFactor() const { return m_dFactor; }
-    void SetFactorPantalla(double v) { m_dFactorPantalla = v; }
-    double GetFactorPantalla() const { return m_dFactorPantalla; }
-    void SetEscala(float v) { m_fEscala = v; }
-    float GetEscala() const { return m_fEscala; }
-    /// Sides of the extents, in terrain units.
-    void SetRangoX(float v) { m_dRangoX = v; }
-    double GetRangoX() const { return m_dRangoX; }
-    void SetRangoY(float v) { m_dRangoY = v; }
-    double GetRangoY() const { return m_dRangoY; }
-    void SetRangoZ(float v) { m_dRangoZ = v; }
-    double GetRangoZ() const { return m_dRangoZ; }
-    void SetCamara(const CCamera& camara) { m_Camara = camara; }
-    CCamera GetCamara() const { return m_Camara; }
-    CCamera& GetCamara() { return m_Camara; }
-    /// Tables of styles, borrowed: they must outlive the scene. Null for none.
-    void SetDigiTab(Vertiz::CDigiTab* p) { m_pDigiTab = p; }
-    Vertiz::CDigiTab* GetDigiTab() const { return m_pDigiTab; }
-    void SetLidarTab(Vertiz::CDigiTab* p) { m_pLidarTab = p; }
-    Vertiz::CDigiTab* GetLidarTab() const { return m_pLidarTab; }
-    void SetEcoTab(Vertiz::CDigiTab* p) { m_pEcoTab = p; }
-    Vertiz::CDigiTab* GetEcoTab() const { return m_pEcoTab; }
-    void SetVersionDigiTab(unsigned v) { m_nVersionDigiTab = v; }
-    unsigned GetVersionDigiTab() const { return m_nVersionDigiTab; }
-    void SetVersionLidarTab(unsigned v) { m_nVersionLidarTab = v; }
-    unsigned GetVersionLidarTab() const { return m_nVersionLidarTab; }
-    void SetVersionEcoTab(unsigned v) { m_nVersionEcoTab = v; }
-    unsigned GetVersionEcoTab() const { return m_nVersionEcoTab; }
-    void SetTiposObjetosMDT(const std::vector<unsigned char>& v) { m_TiposObjetosMDT = v; }
-    std::vector<unsigned char> GetTiposObjetosMDT() const { return m_TiposObjetosMDT; }
-    /// Largest side of a texture, in pixels.
-    void SetMaxTexDim(int v) { m_nMaxTexDim = v; }
-    int GetMaxTexDim() const { return m_nMaxTexDim; }
 
   protected:
-    static constexpr unsigned kGlifos = 1024;         ///< glyph lists of a font block, for UTF-16 codes from 0
-    static constexpr int kMaxLadoTextura = 1024;      ///< however much the hardware offers
-    static constexpr int kLadoProfundidad = 1024;     ///< side of the depth block, in pixels
-    static constexpr double kCotaSinTerreno = -9989;  ///< a height of this or below belongs to a photograph
+    static constexpr unsigned kGlifos = 1024;      ///< glyph lists of a font block, for UTF-16 codes from 0
+    static constexpr int kLadoProfundidad = 1024;  ///< side of the depth block, in pixels
 
     /// This scene lies on a photograph: points go through the image's transformation and back.
     bool SobreFoto() const;
@@ -572,123 +467,23 @@ class LUMBRA_API CGL : public CGLAjustes {
     /// All children: references first, then links.
     std::vector<CGL*> Hijos() const;
 
-    // ---- Device context and picture --------------------------------------------------------------------------------
-    CPalette* m_pPaletaAnterior = nullptr;  ///< selected in the device context before ours
-    int m_bDCExterno = 0;                   ///< 1: the device context is borrowed
-    Vertiz::CCoor3D<double> m_PuntoGL;      ///< last point found by PantallaATerreno, in GL space
-    int m_nMaxTexDim = 0;
     CString m_Nombre;
-    int m_nTipo = -1;
-    GLuint m_nTexturaFondo = 0;  ///< sky image
-    int m_nAncho = 0;            ///< client size of the last Resize, in pixels
-    int m_nAlto = 0;
-    int m_nCotaRaster = -9999;  ///< height of image points that have none
-
-    // ---- Printing: the memory bitmap of a page, its context, and what was current before ---------------------------
-    HDC m_hDCAnterior = nullptr;
-    HDC m_hDCMemoria = nullptr;
-    HGLRC m_hRCAnterior = nullptr;
-    HGLRC m_hRCImpresion = nullptr;
-    BITMAPINFOHEADER m_CabeceraImpresion{};
-    void* m_pBitsImpresion = nullptr;
-    HBITMAP m_hBitmapImpresion = nullptr;
-    int m_nAnchoImpresora = 0;  ///< page, in pixels
-    int m_nAltoImpresora = 0;
-
-    // ---- View ------------------------------------------------------------------------------------------------------
-    float m_fAnguloVista = 45.0F;  ///< vertical field of view, in degrees
-    double m_dRangoX = 0;          ///< sides of m_Maximas, in terrain units
-    double m_dRangoY = 0;
-    double m_dRangoZ = 0;
-    double m_dFactor = 1.0;          ///< GL units in a terrain unit
-    double m_dFactorPantalla = 1.0;  ///< GL units in a pixel
-    float m_fEscala = 1.0F;
-    double m_dAspecto = 1.0;        ///< width over height
-    double m_dZoom = 1.0;           ///< accumulated zoom of the projection
-    float m_fPlanoCerca = 0.0001F;  ///< bits 0x38D1B717
-    float m_fPlanoFondo = 20000.0F;
-    float m_fExageracionVertical = 1.0F;
-    int m_nPuntosSuavizado = 0;
-
-    // ---- Tables of styles ------------------------------------------------------------------------------------------
-    Vertiz::CDigiTab* m_pDigiTab = nullptr;  ///< all three borrowed
-    Vertiz::CDigiTab* m_pLidarTab = nullptr;
-    Vertiz::CDigiTab m_DigiTabEfectiva;  ///< working copy of the drawing scene
-    Vertiz::CDigiTab* m_pEcoTab = nullptr;
-    unsigned m_nVersionDigiTab = 0;
-    unsigned m_nVersionLidarTab = 0;
-    unsigned m_nVersionEcoTab = 0;
-    std::vector<unsigned char> m_TiposObjetosMDT = {0};  ///< object kinds of the terrain
-
-    // ---- Composition and extents -----------------------------------------------------------------------------------
-    int m_bEsReferencia = 0;     ///< 1: owned by another scene, as reference or link; stays so for life
-    int m_nTipoImagenFondo = 0;  ///< see GetTipoImagenFondo
-    Vertiz::CMaximas<double> m_Maximas;
     bool m_bMaximasVacias = true;
+    Vertiz::CDataTransformacion m_DataTransformacion;
+    std::unique_ptr<HGLRC[]> m_phRCShared;          ///< one for each worker, never shared between scenes
+    std::unique_ptr<float[]> m_pBufferProfundidad;  ///< depth block of a click, so that picking allocates nothing
 
-    // ---- Lists of the overlays -------------------------------------------------------------------------------------
-    GLuint m_nListaMarcas = 0;  ///< first of one list for each mark
-    GLuint m_nListaPuntosMarcasFoto = 0;
-    GLuint m_nListaPuntosMarcasTerreno = 0;
-    GLuint m_nListaLineaNueva = 0;
-    GLuint m_nListaCielo = 0;
-    GLuint m_nListaEjes = 0;
-    GLuint m_nListaCamara = 0;
-    GLuint m_nListaCamaraPanoramica = 0;
-    GLuint m_nListaReserva = 0;
-    float m_fSizeCamara = 1.0F;
-    GLuint m_nListaLimites = 0;  ///< compiled by the scenes
-
-    // ---- Camera, selection, sketch, marks --------------------------------------------------------------------------
-    CCamera m_Camara;
+    // ---- Selection, sketch, marks ----------------------------------------------------------------------------------
     std::vector<Vertiz::CPosicionEntidad> m_Seleccion;
     std::vector<Vertiz::CPosicionEntidad> m_Seleccion2;
-    std::vector<Vertiz::CCoor3D<double>> m_PuntosSeleccion;  ///< clicked points; Tipo tells whose (DamePuntoSeleccion)
-    Vertiz::CLinea<double> m_LineaNueva;                     ///< sketch in GL space
-    Vertiz::CLinea<double> m_LineaNuevaTerreno;              ///< in terrain space, kept only where an image takes part
-    int m_bCerrarLineaNueva = 0;
+    std::vector<Vertiz::CCoor3D<double>> m_PuntosSeleccion;         ///< clicked points; Tipo: see DamePuntoSeleccion
+    Vertiz::CLinea<double> m_LineaNueva{CString(L"nuevo")};         ///< sketch in GL space
+    Vertiz::CLinea<double> m_LineaNuevaTerreno{CString(L"nuevo")};  ///< in terrain space, where an image takes part
     std::vector<Vertiz::CTexto<double>> m_Marcas;
-    Vertiz::CLinea<double> m_MarcasGL;  ///< GL position of each mark, Tipo its orientation in hundredths of a degree
-    int m_bVistaSeleccion = 0;
-    std::vector<Vertiz::CPosicionEntidad> m_VistaSeleccion;
-    Vertiz::CMaximas<double> m_MaximasVista;
-    Vertiz::CDataTransformacion m_DataTransformacion;
-    unsigned m_nTipoLineaNueva = 0;
-    std::unique_ptr<float[]> m_pBufferProfundidad;  ///< depth block of a click, so that picking allocates nothing
-    double m_dDistanciaEsferica = 80.0;  ///< points farther from a spherical image's centre are left out, terrain units
-    float m_fRadioEsfera = 0.5F;
+    Vertiz::CLinea<double> m_MarcasGL{CString(L"nuevo")};  ///< Tipo: a mark's orientation, hundredths of a degree
     std::vector<Vertiz::CLinea<double>> m_Medidas;
-    GLuint m_nListaMedidas = 0;
-
-    // ---- Contexts --------------------------------------------------------------------------------------------------
-    CPalette* m_pPalette = nullptr;
-    CDC* m_pDC = nullptr;
-    HGLRC m_hRC = nullptr;
-    std::unique_ptr<HGLRC[]> m_phRCShared;  ///< one for each worker, never shared between scenes
-    unsigned m_nHRCShared;                  ///< number of processors
-
-    // ---- Children, fonts, camera stations --------------------------------------------------------------------------
-    std::vector<CGL*> m_Referencias;  ///< owned, together with the copies of this scene
-    std::vector<CGL*> m_Vinculos;
-    bool m_bIniciarMalla = true;
-    GLuint m_nListaFuentes = 0;  ///< first of kGlifos lists
-    GLuint m_nListaFuentesSeleccion = 0;
-    float m_fEscalaFuente = 1.0F;           ///< tallest glyph over 1.2
-    int m_bFuentes = 0;                     ///< glyph lists are built only when non-zero
-    Vertiz::CLinea<double> m_PuntosCamara;  ///< camera stations in terrain space; Tipo 0 conic, otherwise panoramic
-    Vertiz::CLinea<double> m_PuntosCamaraGL;
-    Vertiz::CLinea<double> m_AngulosCamara;  ///< of each station, in degrees
-    Vertiz::CDigiTab m_DigiTabTrabajo;       ///< second working table of the drawing scene
 
   private:
-    // Palettes of 8-bit displays: levels of a channel of 1, 2 and 3 bits, and the system's colours with their places.
-    static const unsigned char m_oneto8[2];
-    static const unsigned char m_twoto8[4];
-    static const unsigned char m_threeto8[8];
-    static const int m_defaultOverride[13];
-    static const PALETTEENTRY m_defaultPalEntry[20];
-
-    using ListaHijos = std::vector<CGL*>;
     struct Pulsacion;
 
     // CGL.cpp
@@ -711,6 +506,7 @@ class LUMBRA_API CGL : public CGLAjustes {
     int CreaContextoPrincipal(const PIXELFORMATDESCRIPTOR& descriptor);
     int CreaContextosCompartidos();
     int CargaProyeccion();
+    bool LeeMaxTexDim();
     void Presta(CGL& hijo) const;
     /// The parent is gone, and the device context that it lent with it.
     bool EsHuerfana() const { return m_bEsReferencia && m_pPrestamo.expired(); }
@@ -719,7 +515,6 @@ class LUMBRA_API CGL : public CGLAjustes {
     void DestruirHRCShared();
 
     // CGLCoordenadas.cpp
-    void CajaAGL(double X, double Y, double Z, double& x, double& y, double& z) const;
     bool TerrenoAGLConImagen(const Vertiz::CCoor3D<double>& p, double& x, double& y, double& z, double escala,
                              bool bSinLimite) const;
     struct ProfundidadFondo;
@@ -751,32 +546,26 @@ class LUMBRA_API CGL : public CGLAjustes {
     void CompilaEsferaCielo() const;
 
     // CGLMarcas.cpp
-    bool EsMarcaFoto(unsigned i) const;
-    bool EsMarcaTerreno(unsigned i) const;
-    void ColorMarcas() const;
+    using ClaseMarca = bool (*)(const Vertiz::CTexto<double>& marca);
     void BorraListasMarcas();
-    int CompilaPuntosMarcas(GLuint& lista, bool (CGL::*deEstas)(unsigned) const);
+    int CompilaPuntosMarcas(GLuint& lista, ClaseMarca esDeEstas);
     int CompilaMarca(unsigned i);
     Vertiz::CCoor3D<double> LugarMarca(unsigned i) const;
     int CompilaMarcas();
-    int RenderTextosMarcas(GLuint listaPuntos, bool (CGL::*deEstas)(unsigned) const);
+    int RenderTextosMarcas(GLuint listaPuntos, ClaseMarca esDeEstas);
     template <class Cambio>
     void CambiaMarcas(Cambio cambio);
 
     // CGLSeleccion.cpp
-    bool EsFondo() const { return m_nTipoImagenFondo == 2 || m_nTipoImagenFondo == 4 || m_nTipoImagenFondo == 6; }
     void TomaHijo(CGL& r);
     void HeredaImagen(CGL& r, int fondo) const;
     void AjustaProyeccion(const CGL& r);
     void SetFondoGrupo(int fondo);
     void AjustaFondoSin(const CGL& r);
-    static std::size_t BuscaHijo(const ListaHijos& lista, const CString& nombre);
-    static CGL* DameHijo(const ListaHijos& lista, const CString& nombre);
-    static CGL* SueltaHijo(ListaHijos& lista, std::size_t i);
-    static void OlvidaHijos(ListaHijos& lista);
-    static void DestruirHijos(ListaHijos& lista);
+    static CGL* SueltaHijo(std::vector<CGL*>& lista, std::size_t i);
+    static void DestruirHijos(std::vector<CGL*>& lista);
     unsigned SeleccionaEnHijos(const Pulsacion& s, bool bReferencias, bool bVinculos);
-    static bool PreguntaHijos(const ListaHijos& hijos, int primero, const Pulsacion& s, unsigned& r,
+    static bool PreguntaHijos(const std::vector<CGL*>& hijos, int primero, const Pulsacion& s, unsigned& r,
                               Vertiz::CCoor3D<double>& p);
     void SumaALineaNueva(const CPoint& pt);
     template <class Pregunta>
@@ -791,7 +580,6 @@ class LUMBRA_API CGL : public CGLAjustes {
     void TrazaLineaNueva(unsigned primero) const;
 
     // CGLImpresion.cpp
-    bool NecesitaPaleta(const PIXELFORMATDESCRIPTOR& descriptor) const;
     void LlenaPaleta(const PIXELFORMATDESCRIPTOR& descriptor, PALETTEENTRY* entradas);
 
     // Copies count as owners of the context; each child counts the scenes that hold it. A child only looks at the
@@ -800,14 +588,6 @@ class LUMBRA_API CGL : public CGLAjustes {
     std::weak_ptr<const char> m_pPrestamo;
     unsigned m_nPadres = 0;
 };
-
-/// A local terrain point in the GL box of the extents.
-inline void CGL::CajaAGL(double X, double Y, double Z, double& x, double& y, double& z) const {
-    const Vertiz::CCoor3D<double>& o = m_Maximas.Minima();
-    x = ((X - o.x) - m_dRangoX * 0.5) * m_dFactor;
-    y = ((Z - o.z) - m_dRangoZ * 0.5) * m_dFactor * m_fExageracionVertical;
-    z = -((Y - o.y) - m_dRangoY * 0.5) * m_dFactor;
-}
 
 // Inline, since every vertex of every model goes through here, and nearly all of them where no image takes part.
 inline bool CGL::TerrenoAGL(const Vertiz::CCoor3D<double>& p, double& x, double& y, double& z, double escala,

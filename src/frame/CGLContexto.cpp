@@ -29,7 +29,7 @@ int BitsPorPixel(const CDC& dc) {
     return bitmap && bitmap->GetBitmap(&datos) ? datos.bmBitsPixel : dc.GetDeviceCaps(BITSPIXEL);
 }
 
-/// A worker may be about to leave the context: it is asked for again for a tenth of a second.
+// A worker may be about to leave the context: it is asked for again for a tenth of a second.
 bool ActivaConPaciencia(HDC hdc, HGLRC contexto) {
     constexpr int kIntentos = 10;
     constexpr DWORD kPausaMs = 10;
@@ -40,7 +40,7 @@ bool ActivaConPaciencia(HDC hdc, HGLRC contexto) {
     return false;
 }
 
-/// An operation that failed inside a list left it open, and an open list swallows all that is drawn after it.
+// An operation that failed inside a list left it open, and an open list swallows all that is drawn after it.
 void CierraListaAbierta() {
     GLint lista = 0;
     glGetIntegerv(GL_LIST_INDEX, &lista);
@@ -101,7 +101,7 @@ int CGL::CreaContextoPrincipal(const PIXELFORMATDESCRIPTOR& descriptor) {
     return m_hRC != nullptr;
 }
 
-/// One context for each worker, joined to the main one before any of them is used: what a worker compiles has to show.
+// One context for each worker, joined to the main one before any of them is used: what a worker compiles has to show.
 int CGL::CreaContextosCompartidos() {
     DestruirHRCShared();
     if (!m_hRC || EsHuerfana()) return 0;
@@ -113,8 +113,8 @@ int CGL::CreaContextosCompartidos() {
     return 1;
 }
 
-/// What the context starts with. A resize keeps the zoom by comparing its projection with the one before, so that there
-/// has to be one to begin with.
+// What the context starts with. A resize keeps the zoom by comparing its projection with the one before, so that there
+// has to be one to begin with.
 int CGL::CargaProyeccion() {
     if (!MakeCurrent(nullptr)) return 0;
     glMatrixMode(GL_PROJECTION);
@@ -125,11 +125,15 @@ int CGL::CargaProyeccion() {
 }
 
 int CGL::SetMaxSizeTextura() {
-    if (!MakeCurrent(nullptr)) return 0;
+    return MakeCurrent(nullptr) && LeeMaxTexDim() && wglMakeCurrent(nullptr, nullptr);
+}
+
+bool CGL::LeeMaxTexDim() {
+    constexpr int kMaxLado = 1024;  // however much the hardware offers
     glGetIntegerv(GL_MAX_TEXTURE_SIZE, &m_nMaxTexDim);
-    if (HayErrorGL()) return 0;
-    m_nMaxTexDim = std::min(m_nMaxTexDim, kMaxLadoTextura);
-    return wglMakeCurrent(nullptr, nullptr);
+    if (HayErrorGL()) return false;
+    m_nMaxTexDim = std::min(m_nMaxTexDim, kMaxLado);
+    return true;
 }
 
 int CGL::MakeCurrent(HGLRC* p) {
@@ -145,7 +149,7 @@ int CGL::MakeCurrent(HGLRC* p) {
     return 1;
 }
 
-/// Lends the context to a child, which in turn lends it to its own.
+// Lends the context to a child, which in turn lends it to its own.
 void CGL::Presta(CGL& hijo) const {
     hijo.DestruirHRCShared();  // while it still knows how many there are
     hijo.m_pPalette = m_pPalette;
@@ -159,9 +163,9 @@ void CGL::Presta(CGL& hijo) const {
         hijo.Presta(*nieto);
 }
 
-/// Parts from the context, the concrete scene first: frees it with all that lives in it, or only forgets it when it is
-/// the parent's or when copies go on using it. Children are destroyed, or part from the context too.
-/// @return whether it was this scene's alone
+// Parts from the context, the concrete scene first: frees it with all that lives in it, or only forgets it when it is
+// the parent's or when copies go on using it. Children are destroyed, or part from the context too.
+// @return whether it was this scene's alone
 bool CGL::DejaContexto(bool bDestruirHijos) {
     const bool bUltimo = m_pDuenos.use_count() == 1;
     const bool bMio = bUltimo && !m_bEsReferencia;

@@ -62,17 +62,8 @@ int CGL::EstableceMaxMin(const CMaximas<double>& m) {
     m_dRangoX = Rango(m.Minima().x, m.Maxima().x);
     m_dRangoY = Rango(m.Minima().y, m.Maxima().y);
     m_dRangoZ = Rango(m.Minima().z, m.Maxima().z);
-    // The Y range takes no part: a model that is long in Y alone comes out longer than 1.
-    const double mayor = std::max(m_dRangoX, static_cast<double>(m_fExageracionVertical) * m_dRangoZ);
-    m_dFactor = mayor == 0.0 ? 1.0 : 1.0 / mayor;
+    m_dFactor = FactorDeRangos();
     return cambiadas;
-}
-
-void CGL::SetExageracionVertical(float e) {
-    if (e == 0.0F || !std::isfinite(e)) return;  // heights could never be worked back
-    m_fExageracionVertical = e;
-    const double mayor = std::max(m_dRangoX, static_cast<double>(e) * m_dRangoZ);
-    m_dFactor = mayor == 0.0 ? 1.0F : static_cast<float>(1.0 / mayor);
 }
 
 // TerrenoAGL where an image may take part.
@@ -111,10 +102,10 @@ bool CGL::TerrenoAGLConImagen(const CCoor3D<double>& p, double& x, double& y, do
 }
 
 void CGL::GLATerreno(CCoor3D<double>& c, double x, double y, double z, double escala) const {
-    const CCoor3D<double>& o = m_Maximas.Minima();
-    c.x = (m_dRangoX * 0.5 + x / m_dFactor + o.x) / escala;
-    c.y = -(z / m_dFactor - m_dRangoY * 0.5 - o.y) / escala;
-    c.z = (y / m_dFactor / m_fExageracionVertical + m_dRangoZ * 0.5 + o.z) / escala;
+    const CCoor3D<double> t = CajaATerreno(x, y, z);
+    c.x = t.x / escala;
+    c.y = t.y / escala;
+    c.z = t.z / escala;
     if (SobreFoto()) {
         const double cota = c.z;
         c = m_DataTransformacion.TransformaInversa(c, &cota, -1);
@@ -191,8 +182,8 @@ int CGL::ProyectaOrto(int& cx, int& cy, const double* vieja) {
     if (HayErrorGL()) return 0;
     const double exceso = cx >= cy ? static_cast<double>(cx) / limites[0] : static_cast<double>(cy) / limites[1];
     if (exceso > 1.0) {
-        cx = std::max(1, static_cast<int>(cx / exceso + 0.5));
-        cy = std::max(1, static_cast<int>(cy / exceso + 0.5));
+        cx = std::max(1, APixel(cx / exceso));
+        cy = std::max(1, APixel(cy / exceso));
         m_dAspecto /= exceso;
         h = 0.5 / exceso;
     }
@@ -406,12 +397,6 @@ int CGL::GetMaximasHijos(const std::vector<CGL*>& hijos, CMaximas<double>& m, in
         m.Nuevo(caja);
     }
     return resultado;
-}
-
-int CGL::DameOrigen(CCoor3D<double>& c) const {
-    if (m_Maximas.EstanVacias(true)) return 0;
-    c = m_Maximas.Minima();
-    return 1;
 }
 
 void CGL::CalculaCamaraDesdeMatrices() {

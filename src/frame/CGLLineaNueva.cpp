@@ -6,6 +6,7 @@
 
 #include "frame/CGL.h"
 #include "frame/EntradaPublica.h"
+#include "frame/LapizXor.h"
 #include "frame/ListaGL.h"
 #include "frame/MatricesGL.h"
 #include "frame/TrazoGL.h"
@@ -18,37 +19,6 @@ using Vertiz::CLinea;
 namespace {
 
 constexpr GLfloat kGrosorMinimo = 3.0F;
-
-/// What drawing in XOR changes in OpenGL, to be put back afterwards. Not by a destructor: an error leaves it as it is.
-struct EstadoXor {
-    GLboolean bProfundidad;
-    GLint nProfundidad;
-    GLint nLogica;
-};
-
-bool EmpiezaXor(EstadoXor& estado) {
-    glDrawBuffer(GL_FRONT);
-    estado.bProfundidad = glIsEnabled(GL_DEPTH_TEST);
-    glDisable(GL_DEPTH_TEST);
-    glGetIntegerv(GL_DEPTH_FUNC, &estado.nProfundidad);
-    glDepthFunc(GL_LEQUAL);
-    glDisable(GL_LIGHTING);
-    if (HayErrorGL()) return false;
-    glDisable(GL_LIGHT0);
-    if (HayErrorGL()) return false;
-    glDisable(GL_TEXTURE_2D);  // the sky leaves it on
-    glEnable(GL_COLOR_LOGIC_OP);
-    glGetIntegerv(GL_LOGIC_OP_MODE, &estado.nLogica);
-    glLogicOp(GL_XOR);
-    return true;
-}
-
-void TerminaXor(const EstadoXor& estado) {
-    glDrawBuffer(GL_BACK);
-    if (estado.bProfundidad) glEnable(GL_DEPTH_TEST);
-    glDepthFunc(static_cast<GLenum>(estado.nProfundidad));
-    glLogicOp(static_cast<GLenum>(estado.nLogica));
-}
 
 void CambiaUltimo(CLinea<double>& linea, const CCoor3D<double>& p) {
     if (linea.NPuntos() > 0) linea.ModificaPunto(linea.NPuntos() - 1, p, true);
@@ -71,10 +41,11 @@ int CGL::OnIniciarLineaNueva(int bDirecto) {
     }
     if (m_LineaNueva.NPuntos() < 2) return 1;
     if (!bDirecto && !AbreLista(m_nListaLineaNueva)) return 0;
-    EstadoXor estado;
-    if (!EmpiezaXor(estado) || !EstiloLineaNueva()) return 0;
+    LapizXor lapiz;
+    lapiz.Empieza();
+    if (!lapiz.Activa() || !EstiloLineaNueva()) return 0;
     TrazaLineaNueva(bDirecto ? m_LineaNueva.NPuntos() - 2 : 0);
-    TerminaXor(estado);
+    lapiz.Restaura();
     if (bDirecto) {
         glFlush();
         return 1;
@@ -100,7 +71,7 @@ int CGL::EstiloLineaNueva() const {
     return 1;
 }
 
-/// Draws from a point on. The kinds 3 and 4 hold the height, or the place in plan, of the first point of all.
+// Draws from a point on. The kinds 3 and 4 hold the height, or the place in plan, of the first point of all.
 void CGL::TrazaLineaNueva(unsigned primero) const {
     const bool bCotaFija = m_nTipoLineaNueva == 3;
     const bool bPlantaFija = m_nTipoLineaNueva == 4;
@@ -121,8 +92,8 @@ void CGL::TrazaLineaNueva(unsigned primero) const {
     glEnd();
 }
 
-/// Compiles the list anew, and draws the last segment too when asked to.
-/// @return as OnIniciarLineaNueva
+// Compiles the list anew, and draws the last segment too when asked to.
+// @return as OnIniciarLineaNueva
 int CGL::RehazLineaNueva(bool bSegmento) {
     const int r = OnIniciarLineaNueva(0);
     return bSegmento ? OnIniciarLineaNueva(1) : r;
@@ -142,7 +113,7 @@ int CGL::RenderLineaNueva(int bRapido) {
 
 // ---- Changing ------------------------------------------------------------------------------------------------------
 
-/// The points of images come in absolute coordinates; the scene's are local.
+// The points of images come in absolute coordinates; the scene's are local.
 CCoor3D<double> CGL::SinSemilla(const CCoor3D<double>& p) const {
     const bool bFoto = m_nTipoImagenFondo == 1 || m_nTipoImagenFondo == 2 || TieneImagenEsferica();
     if (!EsImagenConica() && !EsImagenEsferica() && !bFoto) return p;
@@ -235,7 +206,7 @@ void CGL::BorraUltimoPuntoLineaNueva(int bGoma) {
     entrada.Acaba(OnIniciarSeleccion());
 }
 
-/// Undoes the last recorded point where it came from.
+// Undoes the last recorded point where it came from.
 void CGL::BorraUltimoPuntoSeleccion() {
     if (m_PuntosSeleccion.empty()) return;
     const int dueno = m_PuntosSeleccion.back().GetTipoCompleto();
@@ -249,7 +220,7 @@ void CGL::BorraUltimoPuntoSeleccion() {
     m_PuntosSeleccion.pop_back();
 }
 
-/// Deletes the last point or, with bGoma, the one before it, so that the point that follows the cursor stays.
+// Deletes the last point or, with bGoma, the one before it, so that the point that follows the cursor stays.
 void CGL::BorraUltimoDigitado(bool bGoma) {
     const bool bTerreno = SobreFoto();
     const CCoor3D<double> a = m_LineaNueva.end();

@@ -25,22 +25,24 @@ bool TieneLugar(const CCoor3D<double>& p) {
     return !std::isnan(p.x);
 }
 
-}  // namespace
+constexpr double kCotaSinTerreno = -9989.0;
 
-bool CGL::EsMarcaFoto(unsigned i) const {
-    return m_Marcas[i].Punto(0).z <= kCotaSinTerreno;
+bool EsDeFoto(const CTexto<double>& marca) {
+    return marca.Punto(0).z <= kCotaSinTerreno;
 }
 
-bool CGL::EsMarcaTerreno(unsigned i) const {
-    return m_Marcas[i].Punto(0).z >= kCotaSinTerreno;
+bool EsDeTerreno(const CTexto<double>& marca) {
+    return marca.Punto(0).z >= kCotaSinTerreno;
 }
 
 // White, unless the background is.
-void CGL::ColorMarcas() const {
+void FijaColorMarcas(int nColorFondo) {
     COLORREF color = RGB(255, 255, 255);
-    ContrastaColor(color, static_cast<COLORREF>(m_Data.m_nColorFondo));
+    ContrastaColor(color, static_cast<COLORREF>(nColorFondo));
     FijaColorGL(static_cast<int>(color));
 }
+
+}  // namespace
 
 void CGL::BorraListasMarcas() {
     BorraLista(m_nListaPuntosMarcasFoto);
@@ -49,15 +51,15 @@ void CGL::BorraListasMarcas() {
 }
 
 // The points of the marks of one kind.
-int CGL::CompilaPuntosMarcas(GLuint& lista, bool (CGL::*deEstas)(unsigned) const) {
+int CGL::CompilaPuntosMarcas(GLuint& lista, ClaseMarca esDeEstas) {
     if (!AbreLista(lista)) return 0;
     glPointSize(static_cast<GLfloat>(5 * m_Data.m_nGrosorPuntos));
     glBegin(GL_POINTS);
-    for (unsigned i = 0; i < m_Marcas.size(); ++i) {
-        if (!(this->*deEstas)(i) || m_Marcas[i].Texto().IsEmpty()) continue;
+    for (const CTexto<double>& marca : m_Marcas) {
+        if (!esDeEstas(marca) || marca.Texto().IsEmpty()) continue;
         double x = 0, y = 0, z = 0;
-        if (!TerrenoAGL(m_Marcas[i].Punto(0), x, y, z, 1.0, false)) continue;
-        ColorMarcas();
+        if (!TerrenoAGL(marca.Punto(0), x, y, z, 1.0, false)) continue;
+        FijaColorMarcas(m_Data.m_nColorFondo);
         glVertex3f(static_cast<GLfloat>(x), static_cast<GLfloat>(y), static_cast<GLfloat>(z));
     }
     glEnd();
@@ -71,7 +73,7 @@ int CGL::CompilaMarca(unsigned i) {
     const CTexto<double>& marca = m_Marcas[i];
     glNewList(m_nListaMarcas + i, GL_COMPILE);
     if (HayErrorGL()) return 0;
-    ColorMarcas();
+    FijaColorMarcas(m_Data.m_nColorFondo);
     glListBase(m_nListaFuentes);
     glPushMatrix();
     glPushAttrib(0xFFFFF);
@@ -108,8 +110,8 @@ int CGL::CompilaMarcas() {
     if (!MakeCurrent(nullptr)) return 0;
     BorraListasMarcas();
     m_MarcasGL.Clear();
-    if (!CompilaPuntosMarcas(m_nListaPuntosMarcasFoto, &CGL::EsMarcaFoto)) return 0;
-    if (!CompilaPuntosMarcas(m_nListaPuntosMarcasTerreno, &CGL::EsMarcaTerreno)) return 0;
+    if (!CompilaPuntosMarcas(m_nListaPuntosMarcasFoto, EsDeFoto)) return 0;
+    if (!CompilaPuntosMarcas(m_nListaPuntosMarcasTerreno, EsDeTerreno)) return 0;
     if (m_Marcas.empty()) return 1;
     m_nListaMarcas = glGenLists(static_cast<GLsizei>(m_Marcas.size()));
     if (m_nListaMarcas == 0) return 0;
@@ -128,12 +130,12 @@ int CGL::OnIniciarMedidas() {
     return m_Medidas.empty() ? 1 : CompilaMarcas();
 }
 
-int CGL::RenderTextosMarcas(GLuint listaPuntos, bool (CGL::*deEstas)(unsigned) const) {
+int CGL::RenderTextosMarcas(GLuint listaPuntos, ClaseMarca esDeEstas) {
     if (listaPuntos != 0) glCallList(listaPuntos);
     const unsigned n = std::min(static_cast<unsigned>(m_Marcas.size()), m_MarcasGL.NPuntos());
     for (unsigned i = 0; i < n; ++i) {
         const CCoor3D<double>& p = m_MarcasGL.Punto(static_cast<int>(i));
-        if (!(this->*deEstas)(i) || !TieneLugar(p) || m_nListaMarcas == 0) continue;
+        if (!esDeEstas(m_Marcas[i]) || !TieneLugar(p) || m_nListaMarcas == 0) continue;
         glPushMatrix();
         glTranslated(p.x, p.y, p.z);
         const int orientacion = p.GetTipoCompleto();
@@ -155,7 +157,7 @@ int CGL::RenderTextosMarcas(GLuint listaPuntos, bool (CGL::*deEstas)(unsigned) c
 }
 
 int CGL::OnRenderMarcasFoto() {
-    return RenderTextosMarcas(m_nListaPuntosMarcasFoto, &CGL::EsMarcaFoto);
+    return RenderTextosMarcas(m_nListaPuntosMarcasFoto, EsDeFoto);
 }
 
 // Measures have no geometry of their own: they draw the marks on photographs once more.
@@ -164,7 +166,7 @@ int CGL::OnRenderMedidas() {
 }
 
 int CGL::OnRenderMarcasTerreno() {
-    return RenderTextosMarcas(m_nListaPuntosMarcasTerreno, &CGL::EsMarcaTerreno);
+    return RenderTextosMarcas(m_nListaPuntosMarcasTerreno, EsDeTerreno);
 }
 
 // Deletes the lists of the marks as they are, changes the marks, and builds the lists anew.

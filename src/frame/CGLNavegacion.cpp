@@ -6,6 +6,7 @@
 #include "frame/CGL.h"
 #include "frame/Cuadrica.h"
 #include "frame/EsquinasCaja.h"
+#include "frame/LapizXor.h"
 #include "frame/MatricesGL.h"
 
 #include <algorithm>
@@ -30,35 +31,6 @@ double FactorZoom(double paso) {
 
 // The accumulated zoom has always been kept with the 1.2 in single precision.
 constexpr double kFactorAcumulado = 1.2F;
-
-// State of the pipeline that drawing in XOR on the front buffer changes, put back at the end. GL_COLOR_LOGIC_OP itself
-// stays enabled: `Render` turns it off.
-class LapizXor {
-  public:
-    LapizXor() {
-        m_bProfundidad = glIsEnabled(GL_DEPTH_TEST);
-        glDisable(GL_DEPTH_TEST);
-        glGetIntegerv(GL_DEPTH_FUNC, &m_nFuncion);
-        glDepthFunc(GL_LEQUAL);
-    }
-    void Activa() {
-        glEnable(GL_COLOR_LOGIC_OP);
-        glGetIntegerv(GL_LOGIC_OP_MODE, &m_nOperacion);
-        glLogicOp(GL_XOR);
-        glColor3f(1.0F, 1.0F, 0.0F);
-    }
-    void Restaura() const {
-        glDrawBuffer(GL_BACK);
-        if (m_bProfundidad == GL_TRUE) glEnable(GL_DEPTH_TEST);
-        glDepthFunc(static_cast<GLenum>(m_nFuncion));
-        glLogicOp(static_cast<GLenum>(m_nOperacion));
-    }
-
-  private:
-    GLboolean m_bProfundidad = GL_FALSE;
-    GLint m_nFuncion = GL_LESS;
-    GLint m_nOperacion = GL_COPY;
-};
 
 }  // namespace
 
@@ -439,16 +411,12 @@ template <class Traza>
 void CGL::DibujaXor(Traza traza) {
     if (!MakeCurrent(nullptr)) return;
     glLineWidth(3.0F);
-    glDrawBuffer(GL_FRONT);
     LapizXor lapiz;
+    lapiz.Empieza();
     MatricesGL matrices;
     if (!matrices.Lee()) return;
-    glDisable(GL_LIGHTING);
-    if (HayErrorGL()) return;
-    glDisable(GL_LIGHT0);
-    if (HayErrorGL()) return;
-    glDisable(GL_TEXTURE_2D);  // the sky leaves it on
-    lapiz.Activa();
+    if (!lapiz.Activa()) return;
+    glColor3f(1.0F, 1.0F, 0.0F);
     traza(matrices, 1.0F - m_fPlanoCerca);
     lapiz.Restaura();
     wglMakeCurrent(nullptr, nullptr);

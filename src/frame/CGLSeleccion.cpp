@@ -11,12 +11,26 @@ using Vertiz::CCoor3D;
 using Vertiz::CLinea;
 using Vertiz::CPosicionEntidad;
 
+namespace {
+
+std::size_t BuscaHijo(const std::vector<CGL*>& hijos, const CString& nombre) {
+    const auto it = std::ranges::find(hijos, nombre, &CGL::GetNombre);
+    return static_cast<std::size_t>(it - hijos.begin());
+}
+
+CGL* DameHijo(const std::vector<CGL*>& hijos, const CString& nombre) {
+    const std::size_t i = BuscaHijo(hijos, nombre);
+    return i < hijos.size() ? hijos[i] : nullptr;
+}
+
+}  // namespace
+
 // ---- Composition ---------------------------------------------------------------------------------------------------
 
 void CGL::ReferenciaNuevo(CGL* r) {
     if (!r || r->Contiene(*this)) return;
     TomaHijo(*r);
-    if (r->EsFondo()) {
+    if (r->EsImagenFondo()) {
         SetFondoGrupo(r->m_nTipoImagenFondo - 1);
     } else {
         HeredaImagen(*r, m_nTipoImagenFondo);
@@ -29,19 +43,19 @@ void CGL::VinculoNuevo(CGL* r) {
     if (!r || r->Contiene(*this)) return;
     TomaHijo(*r);
     const int fondoAnterior = m_nTipoImagenFondo;
-    if (r->EsFondo()) SetFondoGrupo(r->m_nTipoImagenFondo - 1);
+    if (r->EsImagenFondo()) SetFondoGrupo(r->m_nTipoImagenFondo - 1);
     HeredaImagen(*r, fondoAnterior);
     m_Vinculos.push_back(r);
     AjustaProyeccion(*r);
 }
 
-/// Whether the scene is this one or stands somewhere below it: a scene below itself would be walked for ever.
+// Whether the scene is this one or stands somewhere below it: a scene below itself would be walked for ever.
 bool CGL::Contiene(const CGL& escena) const {
     return this == &escena || std::ranges::any_of(Hijos(), [&](const CGL* hijo) { return hijo->Contiene(escena); });
 }
 
-/// Makes a scene a child: tables, extents and context become the parent's. A context of its own goes first, with the
-/// lists that live in it: their ids would stand for lists of the parent.
+// Makes a scene a child: tables, extents and context become the parent's. A context of its own goes first, with the
+// lists that live in it: their ids would stand for lists of the parent.
 void CGL::TomaHijo(CGL& r) {
     if (!r.m_bEsReferencia || r.m_hRC != m_hRC) r.DejaContexto(false);
     r.m_bEsReferencia = 1;
@@ -57,8 +71,8 @@ void CGL::TomaHijo(CGL& r) {
     Presta(r);
 }
 
-/// A child of an image scene is drawn over that image.
-/// @param fondo this scene's image value before the child came
+// A child of an image scene is drawn over that image.
+// @param fondo this scene's image value before the child came
 void CGL::HeredaImagen(CGL& r, int fondo) const {
     if (m_nTipo != 3 && m_nTipo != 8 && fondo != 5 && fondo != 6) return;
     if (!m_DataTransformacion.ExisteTransformacion()) {
@@ -68,7 +82,7 @@ void CGL::HeredaImagen(CGL& r, int fondo) const {
     }
 }
 
-/// A conic or spherical background changes the kind of projection.
+// A conic or spherical background changes the kind of projection.
 void CGL::AjustaProyeccion(const CGL& r) {
     if (!r.EsImagenConicaFondo() && !r.EsImagenEsfericaFondo()) return;
     if (m_nAncho > 0 && m_nAlto > 0 && MakeCurrent(nullptr)) {
@@ -86,23 +100,13 @@ void CGL::SetFondoGrupo(int fondo) {
         hijo->m_nTipoImagenFondo = fondo;
 }
 
-/// Settles the image values after a child was taken out.
+// Settles the image values after a child was taken out.
 void CGL::AjustaFondoSin(const CGL& r) {
     const auto esOrtoFondo = [](const CGL* hijo) { return hijo->EsImagenOrtoFondo(); };
     const bool bSinImagen = (m_nTipoImagenFondo == 1 && r.EsImagenConicaFondo()) ||
                             (m_nTipoImagenFondo == 3 && std::ranges::none_of(Hijos(), esOrtoFondo)) ||
                             (m_nTipoImagenFondo == 5 && r.EsImagenEsfericaFondo());
     if (bSinImagen) SetFondoGrupo(0);
-}
-
-std::size_t CGL::BuscaHijo(const ListaHijos& lista, const CString& nombre) {
-    const auto it = std::ranges::find_if(lista, [&](const CGL* hijo) { return hijo->m_Nombre == nombre; });
-    return static_cast<std::size_t>(it - lista.begin());
-}
-
-CGL* CGL::DameHijo(const ListaHijos& lista, const CString& nombre) {
-    const std::size_t i = BuscaHijo(lista, nombre);
-    return i < lista.size() ? lista[i] : nullptr;
 }
 
 CGL* CGL::DameReferencia(const CString& nombre) {
@@ -113,8 +117,8 @@ CGL* CGL::DameVinculo(const CString& nombre) {
     return DameHijo(m_Vinculos, nombre);
 }
 
-/// Takes child i out of a list; null past the end.
-CGL* CGL::SueltaHijo(ListaHijos& lista, std::size_t i) {
+// Takes child i out of a list; null past the end.
+CGL* CGL::SueltaHijo(std::vector<CGL*>& lista, std::size_t i) {
     if (i >= lista.size()) return nullptr;
     CGL* hijo = lista[i];
     lista.erase(lista.begin() + static_cast<std::ptrdiff_t>(i));
@@ -145,13 +149,8 @@ CGL* CGL::BorraVinculo(unsigned i) {
     return hijo;
 }
 
-void CGL::OlvidaHijos(ListaHijos& lista) {
-    for (CGL* hijo : std::exchange(lista, {}))
-        --hijo->m_nPadres;
-}
-
-/// A child that copies of this scene hold too is left to them.
-void CGL::DestruirHijos(ListaHijos& lista) {
+// A child that copies of this scene hold too is left to them.
+void CGL::DestruirHijos(std::vector<CGL*>& lista) {
     for (CGL* hijo : std::exchange(lista, {})) {
         if (--hijo->m_nPadres > 0) continue;
         hijo->Destruir();
@@ -160,30 +159,8 @@ void CGL::DestruirHijos(ListaHijos& lista) {
 }
 
 void CGL::SetVariablesReferencia(CGL* r) const {
-    r->m_Data = m_Data;
-    r->m_Camara = m_Camara;
-    r->m_fAnguloVista = m_fAnguloVista;
-    r->m_dRangoX = m_dRangoX;
-    r->m_dRangoY = m_dRangoY;
-    r->m_dRangoZ = m_dRangoZ;
-    r->m_Maximas = m_Maximas;
-    r->m_dFactor = m_dFactor;
-    r->m_dFactorPantalla = m_dFactorPantalla;
-    r->m_fEscala = m_fEscala;
-    r->m_fPlanoCerca = m_fPlanoCerca;
-    r->m_fPlanoFondo = m_fPlanoFondo;
-    r->m_fExageracionVertical = m_fExageracionVertical;
-    r->m_nPuntosSuavizado = m_nPuntosSuavizado;
-    r->m_pDigiTab = m_pDigiTab;
-    r->m_pLidarTab = m_pLidarTab;
-    r->m_DigiTabEfectiva = m_DigiTabEfectiva;
-    r->m_pEcoTab = m_pEcoTab;
-    r->m_nVersionDigiTab = m_nVersionDigiTab;
-    r->m_nVersionLidarTab = m_nVersionLidarTab;
-    r->m_nVersionEcoTab = m_nVersionEcoTab;
+    r->CGLVista::operator=(*this);
     r->m_DataTransformacion = m_DataTransformacion;
-    r->m_bFuentes = m_bFuentes;
-    r->m_fEscalaFuente = m_fEscalaFuente;
 }
 
 void CGL::IgualaVariables(CGL* r) const {
@@ -196,7 +173,7 @@ void CGL::IgualaVariables(CGL* r) const {
 
 // ---- Picking -------------------------------------------------------------------------------------------------------
 
-/// The arguments of a pick, as they travel to the children.
+// The arguments of a pick, as they travel to the children.
 struct CGL::Pulsacion {
     int x;
     int y;
@@ -249,12 +226,13 @@ unsigned CGL::SeleccionaEnHijos(const Pulsacion& s, bool bReferencias, bool bVin
     return 1;
 }
 
-/// Asks one child after another until one answers.
-/// @param primero Tipo of the first child's points
-/// @param r       in and out: the last answer
-/// @param p       out: the point that was hit, when points are asked for
-/// @return false when a child was hit that cannot give its point
-bool CGL::PreguntaHijos(const ListaHijos& hijos, int primero, const Pulsacion& s, unsigned& r, CCoor3D<double>& p) {
+// Asks one child after another until one answers.
+// @param primero Tipo of the first child's points
+// @param r       in and out: the last answer
+// @param p       out: the point that was hit, when points are asked for
+// @return false when a child was hit that cannot give its point
+bool CGL::PreguntaHijos(const std::vector<CGL*>& hijos, int primero, const Pulsacion& s, unsigned& r,
+                        CCoor3D<double>& p) {
     for (CGL* hijo : hijos) {
         r = hijo->OnSeleccion(s.x, s.y, s.desdeInicio, s.tipo, s.acumular, 0, 0, s.modo != 0, s.bPuntoLibre, s.e, s.f);
         if (r != 0) {
@@ -268,13 +246,13 @@ bool CGL::PreguntaHijos(const ListaHijos& hijos, int primero, const Pulsacion& s
     return true;
 }
 
-/// Fixes the point that follows the cursor at a pixel, and starts the next one there.
+// Fixes the point that follows the cursor at a pixel, and starts the next one there.
 void CGL::SumaALineaNueva(const CPoint& pt) {
     if (!ModificaUltimoPuntoLineaNueva(pt, 1)) InsertaPuntoLineaNueva(pt, true);
     InsertaPuntoLineaNueva(pt, true);
 }
 
-/// The sum of what the children of the lists asked for answer.
+// The sum of what the children of the lists asked for answer.
 template <class Pregunta>
 unsigned CGL::SumaHijos(bool bReferencias, bool bVinculos, Pregunta pregunta) const {
     unsigned suma = 0;
@@ -300,9 +278,10 @@ unsigned CGL::OnSeleccionVentana(CLinea<int>& linea, int modo, int bReferencias,
                      [&](CGL& hijo) { return hijo.OnSeleccionVentana(linea, modo, 0, 0, tipo, b1, b2); });
 }
 
-unsigned CGL::OnSeleccionVentana(int x0, int y0, int x1, int y1, int modo, int bReferencias, int bVinculos) {
+unsigned CGL::OnSeleccionVentana(int arriba, int abajo, int izquierda, int derecha, int modo, int bReferencias,
+                                 int bVinculos) {
     return SumaHijos(bReferencias, bVinculos,
-                     [&](CGL& hijo) { return hijo.OnSeleccionVentana(x0, y0, x1, y1, modo, 0, 0); });
+                     [&](CGL& hijo) { return hijo.OnSeleccionVentana(arriba, abajo, izquierda, derecha, modo, 0, 0); });
 }
 
 unsigned CGL::OnVistaSeleccion(int v) {

@@ -1,9 +1,10 @@
 #pragma once
 // Internal. Lines in the styles of the digitising tables.
 
-#include "frame/CGL.h"
 #include "frame/ColorGL.h"
+#include "frame/ContrastaColor.h"
 #include "model/CElementoDigiTab.h"
+#include "platform/OpenGL.h"
 
 /// What is drawn when no table knows a code: dark grey, solid, of a width that the drawer decides.
 inline Vertiz::CElementoDigiTab ElementoPorDefecto(const wchar_t* codigo) {

@@ -111,22 +111,17 @@ bool EsMarca(double extremo, double siguiente, double otroExtremo, std::size_t r
            std::abs(extremo - siguiente) > 2.0 * std::abs(siguiente - otroExtremo) + 100.0;
 }
 
-void AvisaMarca(double marca, std::size_t repite, bool yaVacia, CResultadoDEM& resultado) {
-    const std::string valor = TextoGeneral(marca, 9);
-    resultado.m_Avisos.push_back(Texto(
-        Muestras(repite) + " hold " + valor + ", far from all others, which the file doesn't declare as void" +
-        (yaVacia ? "; taken as void" : "; taken as height") + ": say --nodata " + valor + " if it means no height"));
-}
-
-// The level below which samples are voids, and warnings about marks that no header declares.
+// The level below which samples are voids, and the marks that no header declares.
 double NivelNulo(const Resumen& s, CResultadoDEM& resultado) {
     const bool marcaBaja = EsMarca(s.m_dMin, s.m_dMin2, s.m_dMax, s.m_nRepiteMin);
     const bool marcaAlta = EsMarca(s.m_dMax, s.m_dMax2, s.m_dMin, s.m_nRepiteMax);
-    if (marcaBaja) AvisaMarca(s.m_dMin, s.m_nRepiteMin, s.m_dMin <= kNuloHabitual, resultado);
-    if (marcaAlta) AvisaMarca(s.m_dMax, s.m_nRepiteMax, false, resultado);
     const double minimo = marcaBaja ? s.m_dMin2 : s.m_dMin;
     // An ocean trench goes deeper than the usual level; a grid of one value below it is all void.
-    return s.m_dMin == s.m_dMax || minimo > kNuloHabitual ? kNuloHabitual : -std::numeric_limits<float>::max();
+    const double nulo =
+        s.m_dMin == s.m_dMax || minimo > kNuloHabitual ? kNuloHabitual : -std::numeric_limits<float>::max();
+    if (marcaBaja) resultado.m_Marcas.push_back({s.m_dMin, s.m_nRepiteMin, s.m_dMin <= nulo});
+    if (marcaAlta) resultado.m_Marcas.push_back({s.m_dMax, s.m_nRepiteMax, s.m_dMax <= nulo});
+    return nulo;
 }
 
 // Voids get the one value that stands for them, and are counted.

@@ -25,6 +25,13 @@ struct CDataLeeDEM {
     std::size_t m_nMaxMuestras = 64'000'000;
 };
 
+/// A value far from all others, repeated, that the file doesn't declare as void.
+struct CMarcaDEM {
+    double m_dValor = 0;
+    std::size_t m_nMuestras = 0;  ///< that hold it
+    bool m_bVacia = false;        ///< taken as void, since it lies below the grid's null level; otherwise as a height
+};
+
 /// What came of reading an elevation file. All texts are one line, for people, without a name of the file in front but
 /// in m_Error.
 struct CResultadoDEM {
@@ -34,6 +41,7 @@ struct CResultadoDEM {
 
     std::vector<CString> m_Mensajes;  ///< what was done beyond plain reading
     std::vector<CString> m_Avisos;    ///< what the user should look at
+    std::vector<CMarcaDEM> m_Marcas;  ///< values that may stand for "no height": CDataLeeDEM::m_Nulo settles them
 
     CString m_Formato;  ///< GDAL's name of the format
     CString m_Sistema;  ///< the grid's coordinate system; empty when the file has none
@@ -53,7 +61,6 @@ struct CResultadoDEM {
 /// deeper. Rasters with the south or the east first are turned round; rotated ones are resampled to north up.
 /// Resampling is bilinear between valid heights; a cell whose nearest sample is void stays void.
 ///
-/// A value far away from all others, repeated, that the header doesn't declare is told as a warning.
 /// @param fichero    path
 /// @param porcentaje progress at level 1, and cancel; null for none
 /// @thread any; the file isn't written to, nor anything beside it

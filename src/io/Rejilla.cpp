@@ -104,7 +104,7 @@ Colocacion Coloca(GDALDatasetH datos, unsigned paso, bool& georreferida) {
     const double det = g[1] * g[5] - g[2] * g[4];
     if (!std::isfinite(det) || det == 0.0 || !std::isfinite(g[0]) || !std::isfinite(g[3]))
         throw CFallo("its georeference has cells without area");
-    const double medio = paso / 2 + 0.5;
+    const double medio = static_cast<double>(paso / 2) + 0.5;
     g[0] += medio * (g[1] + g[2]);
     g[3] += medio * (g[4] + g[5]);
     for (const int i : {1, 2, 4, 5})

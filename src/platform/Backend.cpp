@@ -107,16 +107,14 @@ bool AnotaFallo(std::string motivo) {
 }
 
 bool LeeCapacidades(CapacidadesGL& c, std::string& motivo) {
-    while (glGetError() != GL_NO_ERROR) {
-    }
+    OlvidaErroresGL();
     c.m_Fabricante = Texto(GL_VENDOR);
     c.m_Renderizador = Texto(GL_RENDERER);
     c.m_Version = Texto(GL_VERSION);
     // A core context refuses display lists; nothing but a try tells all drivers' words for it apart.
     const GLuint lista = glGenLists(1);
     if (lista == 0) {
-        while (glGetError() != GL_NO_ERROR) {
-        }
+        OlvidaErroresGL();
         motivo = "the driver (" + c.m_Renderizador + ", " + c.m_Version +
                  ") gives contexts without display lists only; install a driver with the compatibility profile.";
         return false;

@@ -75,6 +75,12 @@ struct Evento {
     unsigned m_nEstado = 0;        ///< MK_ values
 };
 
+/// A pixel of the screen, y downwards.
+struct Posicion {
+    int m_nX = 0, m_nY = 0;
+    bool operator==(const Posicion&) const = default;
+};
+
 /// The screen: 0 for what isn't known.
 struct Pantalla {
     int m_nAncho = 0, m_nAlto = 0;   ///< pixels
@@ -127,6 +133,14 @@ class Backend {
     /// The next thing that happened, waiting for it that long at most; empty when nothing did. A negative wait is for
     /// ever.
     virtual std::optional<Evento> SiguienteEvento(std::chrono::milliseconds espera) = 0;
+
+    /// Where the pointer is; empty without one.
+    virtual std::optional<Posicion> Cursor() = 0;
+    /// Puts the pointer at a pixel, or at the nearest one of the screen.
+    /// @return false when it stays where it was
+    virtual bool MueveCursor(const Posicion& donde) = 0;
+    /// Whether a key is held down; `tecla` is a VK_ value, those of events.
+    virtual bool EstaPulsada(unsigned tecla) = 0;
 
   protected:
     std::vector<FormatoPixel> m_Formatos;

@@ -9,3 +9,10 @@
 [[nodiscard]] inline bool HayErrorGL() {
     return glGetError() != GL_NO_ERROR;
 }
+
+/// Forgets all errors recorded so far. There is one flag for each kind at the most; with a lost context they never end.
+inline void OlvidaErroresGL() {
+    constexpr int kMaxErrores = 16;
+    for (int i = 0; i < kMaxErrores && HayErrorGL(); ++i) {
+    }
+}

@@ -54,6 +54,7 @@ CEscenaDEM::CEscenaDEM(const CEscenaDEM& otra, CDEM* pDEM)
 
 CEscenaDEM::CEscenaDEM(const CEscenaDEM& otra) : CEscenaDEM(otra, otra.m_pDEM) {}
 
+// NOLINTNEXTLINE(bugprone-unhandled-self-assignment): EsDeLaFamilia holds of the scene itself too
 CEscenaDEM& CEscenaDEM::operator=(const CEscenaDEM& otra) {
     if (EsDeLaFamilia(otra)) return *this;
     CEscenaMDT::operator=(otra);
@@ -299,17 +300,9 @@ bool CEscenaDEM::Proyecta(CCoor3D<double>& p) const {
 bool CEscenaDEM::ProyectaVector(CCoor3D<double>& a, CCoor3D<double> b) const {
     if (m_pDEM == nullptr || m_Maximas.EstanVacias(true)) return false;
     if (m_pDEM->EsListaCeldas()) return true;
-    const CCoor3D<double>& o = m_Maximas.Minima();
-    const auto terreno = [&](const CCoor3D<double>& p) {
-        return CCoor3D<double>(p.x / m_dFactor + m_dRangoX * 0.5 + o.x, m_dRangoY * 0.5 - p.z / m_dFactor + o.y,
-                               p.y / m_dFactor / m_fExageracionVertical + m_dRangoZ * 0.5 + o.z, 0);
-    };
     CCoor3D<double> corte;
-    if (!m_pDEM->InterseccionVector(terreno(a), terreno(b), corte)) return false;
-    corte -= o;
-    a.x = (corte.x - m_dRangoX * 0.5) * m_dFactor;
-    a.z = (m_dRangoY * 0.5 - corte.y) * m_dFactor;
-    a.y = (corte.z - m_dRangoZ * 0.5) * m_dFactor * m_fExageracionVertical;
+    if (!m_pDEM->InterseccionVector(CajaATerreno(a.x, a.y, a.z), CajaATerreno(b.x, b.y, b.z), corte)) return false;
+    CajaAGL(corte.x, corte.y, corte.z, a.x, a.y, a.z);
     return true;
 }
 

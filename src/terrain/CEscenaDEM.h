@@ -71,9 +71,13 @@ class LUMBRA_API CEscenaDEM : public CEscenaMDT {
     /// Takes all breaklines out of the grid.
     void BorraRupturas();
 
-    /// Sends a rectangle of the grid into the open list, by rows from the north and columns.
-    /// @param f, x      subdivision and step of the mesh
-    /// @param colsMapa  columns of the index map
+    /// Sends a rectangle of the grid into the open list, by rows from the north and columns from the west. Only while
+    /// the scene is compiling its mesh.
+    /// @param filaInicio, filaFin  rows of samples, the last one excluded, as the columns
+    /// @param f, x                 subdivision and step of the mesh
+    /// @param filas                rows of the grid; it has no effect
+    /// @param colsMapa             columns of the index map
+    /// @return 1 sent, also when there is nothing to send; 0 a GL error
     int GeneraDEMRegular(int filaInicio, int colInicio, int filaFin, int colFin, int f, int x, int filas, int colsMapa);
 
   private:
@@ -119,6 +123,7 @@ class LUMBRA_API CEscenaDEM : public CEscenaMDT {
     const float* FilaAlturas(int fila, std::vector<float>& copia) const;
     FilaMapa DameFilaMapa(const Banda& banda, std::int64_t fila) const;
     void ColoreaFila(Banda& banda, std::int64_t fila, std::vector<Color>& colores) const;
+    void ColoreaBanda(Banda& banda, std::int64_t fila, FilaMapa& norte, FilaMapa& sur) const;
     void CalculaNormales(Banda& banda, const FilaMapa& norte, const FilaMapa& sur) const;
     template <unsigned kQuad>
     void EmiteBanda(Banda& banda, int r, int u) const;

@@ -12,8 +12,6 @@
 #include <cmath>
 #include <new>
 
-using Vertiz::CDEM;
-
 namespace {
 
 constexpr double kMuestrasMaximas = 5e6;
@@ -226,7 +224,7 @@ int CEscenaDEM::CompilaMalla(const Paso& paso) {
     return CierraLista(bien != 0);
 }
 
-// What the bands of one rectangle are sent from.
+// What the bands of one rectangle are sent from. A band is what lies between two neighbouring rows of the map.
 struct CEscenaDEM::Banda {
     int f, x, colInicio, colFin, colsMapa;
     bool porAltura, tintada;
@@ -243,7 +241,7 @@ struct CEscenaDEM::Banda {
     }
 };
 
-// A row of the index map with its colours. A neighbour past its end is missing, and so is all of a row past the map's.
+// A row of the index map with its colours. A vertex past its end is missing, and so are all of a row past the map's.
 struct CEscenaDEM::FilaMapa {
     std::span<const std::int32_t> indices;
     const Color* colores;
@@ -260,9 +258,9 @@ CEscenaDEM::FilaMapa CEscenaDEM::DameFilaMapa(const Banda& banda, std::int64_t f
     return {{m_Indices.data() + inicio, ancho}, nullptr};
 }
 
-// The colours by height of the vertices of a row of the map, as far as the rectangle goes. The heights can't be worked
-// back from the vertices, where an exact 0 seldom survives the way to single precision: those of samples are in the
-// grid, those between samples beside the array.
+// Colours by height the vertices of a row of the map, as far as the rectangle goes. The heights can't be worked back
+// from the vertices, where an exact 0 seldom survives the way to single precision: those of samples are in the grid,
+// those between samples beside the array.
 void CEscenaDEM::ColoreaFila(Banda& banda, std::int64_t fila, std::vector<Color>& colores) const {
     const FilaMapa mapa = DameFilaMapa(banda, fila);
     if (mapa.indices.empty()) return;
@@ -281,6 +279,16 @@ void CEscenaDEM::ColoreaFila(Banda& banda, std::int64_t fila, std::vector<Color>
     }
 }
 
+// Colours the rows on both sides of a band. The band before has left its south side coloured, which now is the north.
+void CEscenaDEM::ColoreaBanda(Banda& banda, std::int64_t fila, FilaMapa& norte, FilaMapa& sur) const {
+    banda.coloresNorte.swap(banda.coloresSur);
+    if (banda.filaSur != fila) ColoreaFila(banda, fila, banda.coloresNorte);
+    ColoreaFila(banda, fila + 1, banda.coloresSur);
+    banda.filaSur = fila + 1;
+    norte.colores = banda.coloresNorte.data();
+    sur.colores = banda.coloresSur.data();
+}
+
 // The normals of a band's whole cells, ahead of sending them: between calls to OpenGL each root would have to be waited
 // for.
 void CEscenaDEM::CalculaNormales(Banda& banda, const FilaMapa& norte, const FilaMapa& sur) const {
@@ -293,20 +301,14 @@ void CEscenaDEM::CalculaNormales(Banda& banda, const FilaMapa& norte, const Fila
     }
 }
 
-// The calls of one band: the shape of the cells is known ahead, and the rest of what a cell needs is at hand.
+// The calls of one band, subrow u of the row r. Its colours and normals are made ready before, and the shape of the
+// cells (the setting Quad) is known to the compiler, so that hardly more than the calls is left in the loop.
 template <unsigned kQuad>
 void CEscenaDEM::EmiteBanda(Banda& banda, int r, int u) const {
     const int f = banda.f, x = banda.x, ultima = banda.colFin - x, colFin = banda.colFin;
     const std::int64_t fila = u + std::int64_t{r} * f / x;
     FilaMapa norte = DameFilaMapa(banda, fila), sur = DameFilaMapa(banda, fila + 1);
-    if (banda.porAltura) {
-        banda.coloresNorte.swap(banda.coloresSur);
-        if (banda.filaSur != fila) ColoreaFila(banda, fila, banda.coloresNorte);
-        ColoreaFila(banda, fila + 1, banda.coloresSur);
-        banda.filaSur = fila + 1;
-        norte.colores = banda.coloresNorte.data();
-        sur.colores = banda.coloresSur.data();
-    }
+    if (banda.porAltura) ColoreaBanda(banda, fila, norte, sur);
     CalculaNormales(banda, norte, sur);
     const bool porAltura = banda.porAltura, tintada = banda.tintada;
     const auto emite = [=](const FilaMapa& lado, std::int64_t columna, std::int32_t indice, int lugar) {

@@ -1,3 +1,6 @@
+// What terrains share: the lists of their limits and breaklines, the state that a surface is drawn in, and the sky
+// behind it.
+
 #include "terrain/CEscenaMDT.h"
 
 #include "frame/ListaGL.h"
@@ -81,7 +84,6 @@ void CEscenaMDT::TerrenoAPantallaGL(double& x, double& y, double& z, const CMaxi
 
 // Six rectangles round the extents, each of three sides: X lowest and highest, then Z, then Y highest and lowest.
 void CEscenaMDT::CompilaCaja(const CMaximas<double>& maximas) const {
-    const CCoor3D<double>& origen = m_Maximas.Minima();
     const auto &a = maximas.Minima(), &b = maximas.Maxima();
     const float oeste = static_cast<float>(a.x), este = static_cast<float>(b.x);
     const float sur = static_cast<float>(a.y), norte = static_cast<float>(b.y);
@@ -96,10 +98,11 @@ void CEscenaMDT::CompilaCaja(const CMaximas<double>& maximas) const {
     };
     for (const auto& cara : caras) {
         glBegin(GL_LINE_STRIP);
-        for (const auto& p : cara)
-            glVertex3f(static_cast<float>((p[0] - origen.x - m_dRangoX * 0.5) * m_dFactor),
-                       static_cast<float>((p[2] - origen.z - m_dRangoZ * 0.5) * m_dFactor * m_fExageracionVertical),
-                       static_cast<float>((m_dRangoY * 0.5 - (p[1] - origen.y)) * m_dFactor));
+        for (const auto& p : cara) {
+            double x = 0, y = 0, z = 0;
+            CajaAGL(p[0], p[1], p[2], x, y, z);
+            glVertex3f(static_cast<float>(x), static_cast<float>(y), static_cast<float>(z));
+        }
         glEnd();
     }
 }

@@ -1,11 +1,17 @@
 #include "frame/CCamera.h"
 
+#include "support/Contexto.h"
+#include "support/RegistroGL.h"
+
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 #include <numbers>
 #include <random>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -129,6 +135,54 @@ TEST(CCamera, WalksToManyWantedAngles) {
     }
 }
 
+// The walk to three angles in [0, 360), told in the moves that everybody can make.
+void Camina(CCamera& camara, double x, double y, double z) {
+    const auto corta = [](double v) { return v < -180.0 ? v + 360.0 : v > 180.0 ? v - 360.0 : v; };
+    const auto nulo = [](double v) { return std::abs(v) <= 1e-7; };
+    double zLeido = 0.0;
+    for (int i = 0; i < 100; ++i) {
+        const double a = corta(-camara.GetAnguloY());
+        camara.SumaAnguloY(a, 1, nullptr);
+        const double b = corta(-camara.GetAnguloX());
+        camara.SumaAnguloX(b, 1, nullptr);
+        zLeido = camara.GetAnguloZ();
+        camara.SumaAnguloZ(corta(-zLeido), 1, nullptr);
+        if (nulo(a) && nulo(b) && nulo(corta(-zLeido))) break;
+    }
+    const auto faltaX = [&] { return corta(x - camara.GetAnguloX()); };
+    const auto faltaY = [&] { return corta(y - camara.GetAnguloY()); };
+    const auto faltaZ = [&] { return corta(z - (zLeido = camara.GetAnguloZ())); };
+    for (int i = 0; i < 100; ++i) {
+        for (int j = 0; j < 100; ++j) {
+            const bool delReves = zLeido > 90.0 && zLeido < 270.0;
+            camara.SumaAnguloX(delReves ? -faltaX() : faltaX(), 1, nullptr);
+            camara.SumaAnguloZ(std::max(-10.0, std::min(10.0, faltaZ())), 1, nullptr);
+            const double dz = faltaZ();
+            if (nulo(faltaX()) && nulo(dz)) break;
+        }
+        camara.SumaAnguloY(faltaY(), 1, nullptr);
+        if (nulo(faltaX()) && nulo(faltaY()) && nulo(corta(z - camara.GetAnguloZ()))) break;
+    }
+}
+
+TEST(CCamera, TheWalkTiltsTheOtherWayWhileTheHeadIsUpsideDown) {
+    // On the way the three angles pass where they mean nothing, so where a walk ends hangs on every step of it.
+    for (const Punto& meta :
+         {Punto(60, 300, 135, 0), Punto(200, 20, 180, 0), Punto(340, 30, 200, 0), Punto(340, 30, 110, 0),
+          Punto(45, 10, 100, 0), Punto(25, 70, 50, 0), Punto(25, 175, 50, 0), Punto(25, 185, 50, 0)}) {
+        CCamera camara = Cenital(), otra = Cenital();
+        for (CCamera* c : {&camara, &otra})
+            c->SumaAnguloX(33, 1, nullptr);  // not from the start position
+        camara.SetAngulos(meta.x, meta.y, meta.z);
+        Camina(otra, meta.x, meta.y, meta.z);
+        EsperaPunto(camara.View(), otra.View().x, otra.View().y, otra.View().z, 0);
+        EsperaPunto(camara.UpVector(), otra.UpVector().x, otra.UpVector().y, otra.UpVector().z, 0);
+        EXPECT_EQ(camara.GetAnguloX(), otra.GetAnguloX());
+        EXPECT_EQ(camara.GetAnguloY(), otra.GetAnguloY());
+        EXPECT_EQ(camara.GetAnguloZ(), otra.GetAnguloZ());
+    }
+}
+
 TEST(CCamera, AnglesThatAreNotNumbersChangeNothing) {
     CCamera camara = Cenital();
     camara.SetAngulos(std::numeric_limits<double>::quiet_NaN(), 0, std::numeric_limits<double>::infinity());
@@ -175,6 +229,28 @@ TEST(CCamera, YawAndPitchGiveTheVectors) {
     EsperaPunto(camara.RightVector(), 0, 1, 0, 1e-6);
     EXPECT_EQ(camara.GetPitch(), 90.0);
     EXPECT_EQ(camara.GetYaw(), 90.0);
+}
+
+TEST(CCamera, PitchTurnsWhatYawHasTurned) {
+    CCamera camara;
+    camara.PositionCamera({1, 2, 3, 0}, {1, 2, 2, 0}, {0, 1, 0, 0});
+    camara.SetYaw(40);
+    camara.SetPitch(25);
+    const auto girado = [](const Punto& v) {
+        return v.Rotar(40 * kRad, Punto(0, 1, 0, 0)).Rotar(25 * kRad, Punto(1, 0, 0, 0));
+    };
+    const Punto vista = girado({0, 0, -1, 0}), arriba = girado({0, 1, 0, 0}), derecha = girado({1, 0, 0, 0});
+    EsperaPunto(camara.ViewVector(), vista.x, vista.y, vista.z, 1e-6);
+    EsperaPunto(camara.View(), 1 + vista.x, 2 + vista.y, 3 + vista.z, 1e-6);
+    EsperaPunto(camara.UpVector(), arriba.x, arriba.y, arriba.z, 1e-6);
+    EsperaPunto(camara.RightVector(), derecha.x, derecha.y, derecha.z, 1e-6);
+    // The angles follow at once, in either setter.
+    for (const bool porYaw : {true, false}) {
+        porYaw ? camara.SetYaw(10) : camara.SetPitch(-15);
+        const CCamera antes = camara;
+        camara.Valida();
+        EsperaAngulos(camara, antes.GetAnguloX(), antes.GetAnguloY(), antes.GetAnguloZ());
+    }
 }
 
 TEST(CCamera, TheEyeKeepsItsOffsetFromANewTarget) {
@@ -267,22 +343,33 @@ TEST(CCamera, AxesOfAnglesFollowTheOrderOfRotation) {
     }
 }
 
-TEST(CCamera, AxesOfAnglesAreARotationAndAreWrittenToTheCamera) {
-    for (const int orden : {1, 3, 4, 5, 6}) {
+TEST(CCamera, EachOrderIsItsProductOfTurnsAndIsWrittenToTheCamera) {
+    const Punto x(1, 0, 0, 0), y(0, 1, 0, 0), z(0, 0, 1, 0);
+    struct Orden {
+        int numero;
+        std::vector<std::pair<double, Punto>> giros;  // the last one acts first
+    };
+    const std::pair<double, Punto> porX(20 * kRad, x), porY(30 * kRad, y), porZ(40 * kRad, z);
+    for (const Orden& orden :
+         {Orden{1, {porX, porZ, porY}}, Orden{3, {porY, porZ, porX}}, Orden{4, {porZ, porX, porY}},
+          Orden{5, {porZ, porY, porX}}, Orden{0, {porX, porY, porZ}}, Orden{7, {porX, porY, porZ}}}) {
+        SCOPED_TRACE(orden.numero);
         double m[16];
         CCamera camara;
-        camara.AnglesToAxes({20, 30, 40, 0}, m, orden);
-        const Punto izquierda(m[0], m[4], m[8], 0), arriba(m[1], m[5], m[9], 0), frente(m[2], m[6], m[10], 0);
-        EsperaPunto(izquierda * arriba, frente.x, frente.y, frente.z, 1e-12);
-        EXPECT_NEAR(izquierda.Distancia(Punto(0, 0, 0, 0), 1), 1.0, 1e-12) << "order " << orden;
-        EsperaPunto(camara.UpVector(), arriba.x, arriba.y, arriba.z, 0);
-        EsperaPunto(camara.View(), frente.x, frente.y, frente.z, 0);
+        camara.AnglesToAxes({20, 30, 40, 0}, m, orden.numero);
+        int columna = 0;
+        for (Punto eje : {x, y, z}) {
+            for (auto giro = orden.giros.rbegin(); giro != orden.giros.rend(); ++giro)
+                eje = eje.Rotar(giro->first, giro->second);
+            EsperaPunto({m[columna], m[columna + 4], m[columna + 8], 0}, eje.x, eje.y, eje.z);
+            ++columna;
+        }
+        for (const int borde : {3, 7, 11, 12, 13, 14})
+            EXPECT_EQ(m[borde], 0.0);
+        EXPECT_EQ(m[15], 1.0);
+        EsperaPunto(camara.UpVector(), m[1], m[5], m[9], 0);
+        EsperaPunto(camara.View(), m[2], m[6], m[10], 0);
     }
-    double m[16];
-    CCamera camara;
-    camara.AnglesToAxes({20, 30, 40, 0}, m, 1);
-    EXPECT_NEAR(m[1], -std::sin(40 * kRad), 1e-15);
-    EXPECT_NEAR(m[2], std::cos(40 * kRad) * std::sin(30 * kRad), 1e-15);
 }
 
 TEST(CCamera, TheLeftAxisOfTheSecondOrderHasItsOwnSign) {
@@ -304,4 +391,122 @@ TEST(CCamera, AnglesComeBackInRangeHoweverFarTheSolutionWanders) {
         EXPECT_GE(angulo, 0.0);
         EXPECT_LT(angulo, 360.0);
     }
+}
+
+TEST(CCamera, MovesBringTheAnglesInStepAllButTheOneAlongTheView) {
+    using Accion = void (*)(CCamera&);
+    const Accion acciones[] = {[](CCamera& c) {
+                                   c.SetTrans({1, 2, 3, 0});
+                               },
+                               [](CCamera& c) {
+                                   c.SumaTrans({1, 2, 3, 0});
+                               },
+                               [](CCamera& c) { c.StrafeCamera(2); },
+                               [](CCamera& c) { c.StrafeCamera2(2, 0.1, 0.2); },
+                               [](CCamera& c) {
+                                   c.RotateView(0.1, {0, 1, 0, 0}, 1);
+                               },
+                               [](CCamera& c) {
+                                   c.RotateView(0.1, {0, 1, 0, 0}, 0);
+                               },
+                               [](CCamera& c) { c.SumaAnguloX(5, 1, nullptr); },
+                               [](CCamera& c) { c.SumaAnguloY(5, 0, nullptr); },
+                               [](CCamera& c) { c.SumaAnguloZ(5, 1, nullptr); },
+                               [](CCamera& c) { c.MoveCamera(2); }};
+    for (const Accion& accion : acciones) {
+        double m[16];
+        CCamera camara;
+        camara.AnglesToAxes({20, 30, 40, 0}, m, 1);  // vectors alone
+        accion(camara);
+        CCamera enPaso = camara;
+        enPaso.Valida();
+        const double falta = std::abs(Diferencia(camara.GetAnguloX(), enPaso.GetAnguloX())) +
+                             std::abs(Diferencia(camara.GetAnguloY(), enPaso.GetAnguloY())) +
+                             std::abs(Diferencia(camara.GetAnguloZ(), enPaso.GetAnguloZ()));
+        const auto cual = &accion - acciones;
+        if (&accion == std::end(acciones) - 1)
+            EXPECT_GT(falta, 1.0);
+        else
+            EXPECT_LT(falta, 1e-3) << "action " << cual;
+    }
+}
+
+TEST(CCamera, PanningMovesEyeAndTarget) {
+    CCamera camara = Cenital();
+    camara.SumaTrans({1, 2, 3, 0});
+    EsperaPunto(camara.Position(), 1, 3, 3);
+    EsperaPunto(camara.View(), 1, 2, 3);
+}
+
+TEST(CCamera, HeightGoesByAngleXAndThenByAngleY) {
+    CCamera camara;
+    camara.PositionCamera({1, 2, 3, 0}, {1.5, 1.2, 2.5, 0}, {0, 1, 0.1, 0});
+    CCamera otra = camara;
+    camara.SumaZTrans(0.5);
+    otra.StrafeCamera2(2.5, otra.GetAnguloX() * kRad, otra.GetAnguloY() * kRad);
+    EsperaPunto(camara.Position(), otra.Position().x, otra.Position().y, otra.Position().z);
+    EXPECT_GT(std::abs(Diferencia(otra.GetAnguloX(), otra.GetAnguloY())), 1.0);
+}
+
+TEST(CCamera, ATurnOfTheViewMovesTheEndThatIsNamed) {
+    for (const int flag : {0, 1}) {
+        CCamera camara;
+        camara.PositionCamera({1, 0, 0, 0}, {1, 0, -2, 0}, {0, 1, 0, 0});
+        camara.RotateView(90 * kRad, {0, 1, 0, 0}, flag);  // the direction becomes (-2, 0, 0)
+        if (flag) {
+            EsperaPunto(camara.Position(), 1, 0, 0, 0);
+            EsperaPunto(camara.View(), -1, 0, 0);
+        } else {
+            EsperaPunto(camara.Position(), 3, 0, -2);
+            EsperaPunto(camara.View(), 1, 0, -2, 0);
+        }
+    }
+}
+
+TEST(CCamera, AxesAreOfUnitLengthBeforeTheReferenceIsAddedAndUpIsAfterwards) {
+    const Punto ref(0.3, 0.2, 0.5, 0), vista(0, 0, -4, 0), arriba(0, 3, 0, 0);
+    const auto nueva = [&] {
+        CCamera camara;
+        camara.PositionCamera({0, 0, 0, 0}, vista, arriba);
+        return camara;
+    };
+    CCamera camara = nueva();
+    camara.SumaAnguloX(20, 1, &ref);
+    const Punto ejeX = Punto(1, 0, 0, 0) + ref;
+    Punto v = vista.Rotar(20 * kRad, ejeX), u = Punto(0, 1, 0, 0).Rotar(20 * kRad, ejeX);
+    EsperaPunto(camara.View(), v.x, v.y, v.z);
+    EsperaPunto(camara.UpVector(), u.x, u.y, u.z);
+    camara = nueva();
+    camara.SumaAnguloY(20, 1, &ref);
+    v = vista.Rotar(-20 * kRad, Punto(0, 1, 0, 0) + ref);
+    EsperaPunto(camara.View(), v.x, v.y, v.z);
+    camara = nueva();
+    camara.SumaAnguloZ(20, 1, &ref);
+    u = Punto(0, 1, 0, 0).Rotar(-20 * kRad, Punto(0, 0, -1, 0) + ref);
+    EsperaPunto(camara.UpVector(), u.x, u.y, u.z);
+    EsperaPunto(camara.View(), 0, 0, -4, 0);
+}
+
+TEST(CCamera, StepsHaveTheirLengthHoweverFarTheTargetIs) {
+    CCamera camara;
+    camara.PositionCamera({0, 0, 0, 0}, {0, 0, -4, 0}, {0, 3, 0, 0});
+    camara.MoveCamera(0.5);
+    EsperaPunto(camara.Position(), 0, 0, -0.5);
+    EsperaPunto(camara.View(), 0, 0, -4.5);
+    camara.StrafeCamera(0.5);
+    EsperaPunto(camara.Position(), 0.5, 0, -0.5);
+    camara.DesplazaCamara({0, 0, 0.5, 0});
+    EsperaPunto(camara.Position(), 0.5, 0, 0);
+    EsperaPunto(camara.View(), 0.5, 1, 0);  // along the view vector, which is the start's
+}
+
+using CCameraConContexto = Contexto;
+
+TEST_F(CCameraConContexto, LookingTakesAnErrorThatStandsAway) {
+    CCamera camara = Cenital();
+    const RegistroGL registro;
+    glEnable(GL_TRIANGLES);  // no capability
+    camara.Look();
+    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));
+    EXPECT_EQ(registro.Numeros("gluLookAt").at(0), (std::vector<double>{0, 1, 0, 0, 0, 0, 0, 0, -1}));
 }

@@ -146,6 +146,18 @@ TEST_F(ConEspacio, PointsComeBackAtAnyExaggerationAndScale) {
         }
 }
 
+TEST_F(ConEspacio, ABoxAwayFromTheOriginTakesItsLowestCornerOffAndGivesItBack) {
+    m_Escena.EstableceMaxMin(EscenaVista::Maximas(Punto(1000, 3000, 200), Punto(1200, 3050, 260)));
+    m_Escena.SetExageracionVertical(2);
+    for (const auto& [fondo, escala] : {std::pair(0, 1.0), {0, 0.01}, {3, 0.01}}) {
+        m_Escena.m_nTipoImagenFondo = fondo;
+        const Punto p(1050 / escala, 3040 / escala, 245 / escala);
+        EsperaCerca(m_Escena.EnGL(p, escala), Punto(-50.0 / 200, 15.0 * 2 / 200, -15.0 / 200), 1e-7);
+        EsperaCerca(m_Escena.EnTerreno(m_Escena.EnGL(p, escala), escala), p, 1e-6 / escala);
+    }
+    m_Escena.m_nTipoImagenFondo = 0;
+}
+
 TEST_F(ConEspacio, AboveAPhotographPointsGoThroughItsTransformation) {
     m_Escena.m_DataTransformacion = FotoCenital(Punto(500, 600, 1000), 20.0);
     m_Escena.m_nTipoImagenFondo = 1;

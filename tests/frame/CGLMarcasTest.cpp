@@ -142,6 +142,18 @@ TEST_F(ConMarcas, MarksFaceTheViewerUnlessTheyHaveAnOrientation) {
                   (std::vector<std::vector<double>>{
                       {x - 90, 1, 0, 0}, {z, 0, 0, 1}, {-y, 0, 1, 0}, {350, 0, 1, 0}, {x - 90, 1, 0, 0}}));
         EXPECT_EQ(registro.Numeros("glTranslated").size(), 2U);
+        const auto lugares = registro.Numeros("glTranslated");
+        for (std::size_t i = 0; i < 2; ++i) {
+            EXPECT_NEAR(lugares[i][0], 0.1 * double(i), 1e-9);
+            EXPECT_NEAR(lugares[i][1], 0.0, 1e-9);
+            EXPECT_NEAR(lugares[i][2], 0.3, 1e-9);
+        }
+        LlamadasGL pasos = registro.Ejecutadas();
+        for (std::string& l : pasos)
+            l.erase(l.find('('));
+        EXPECT_LLAMADAS(pasos, {"glCallList", "glPushMatrix", "glTranslated", "glRotated", "glRotated", "glRotated",
+                                "glCallList", "glPopMatrix", "glPushMatrix", "glTranslated", "glRotated", "glRotated",
+                                "glCallList", "glPopMatrix"});
     }
     for (int (CGL::*dibuja)() : {&CGL::OnRenderMarcasFoto, &CGL::OnRenderMedidas}) {
         const RegistroGL registro;

@@ -141,6 +141,21 @@ TEST_F(ConNavegacion, ARectangleFillsAnOrthographicWindow) {
     EXPECT_NEAR(Pixel(Punto(60, 40, 0)).y, 150, 0.5 * zoom + 1);
 }
 
+TEST_F(ConNavegacion, ARectangleFillsTheWindowByItsLongerSideAndTheZoomKeptIsItsOwn) {
+    m_Escena.m_dZoom = 3;
+    EXPECT_NEAR(Ampliacion([&] { m_Escena.OnZoomVentana(60, 90, 20, 180); }), 200.0 / 160, 1e-5);
+    EXPECT_DOUBLE_EQ(m_Escena.GetZoom(), 200.0 / 160);
+    EXPECT_NEAR(Ampliacion([&] { m_Escena.OnZoomVentana(25, 125, 90, 110); }), 150.0 / 100, 1e-5);
+    EXPECT_DOUBLE_EQ(m_Escena.GetZoom(), 150.0 / 100);
+    m_Escena.OnZoomVentana(10, 60, 50, 50);
+    EXPECT_DOUBLE_EQ(m_Escena.GetZoom(), 150.0 / 100) << "nothing was zoomed";
+    const FallaGL falla("glMatrixMode", 1);
+    m_Escena.OnZoomVentana(60, 90, 20, 180);
+    EXPECT_TRUE(falla.Ocurrida());
+    EXPECT_DOUBLE_EQ(m_Escena.GetZoom(), 150.0 / 100) << "what failed isn't kept";
+    wglMakeCurrent(nullptr, nullptr);
+}
+
 TEST_F(ConNavegacion, ARectangleWithoutWidthOnlyCentres) {
     EXPECT_EQ(Ampliacion([&] { m_Escena.OnZoomVentana(10, 60, 50, 50); }), 1.0);
 }
@@ -149,7 +164,9 @@ TEST_F(ConNavegacion, InPerspectiveARectangleBringsTheCameraNearer) {
     EnPerspectiva();
     const Punto suelo = m_Escena.EnGL(Punto(50, 50, 0));
     const double antes = m_Escena.m_Camara.Position().Distancia(suelo, 1);
+    const double zoom = m_Escena.m_dZoom;
     m_Escena.OnZoomVentana(75 - 30, 75 + 30, 100 - 40, 100 + 40);
+    EXPECT_EQ(m_Escena.m_dZoom, zoom);
     EXPECT_NEAR(m_Escena.m_Camara.Position().Distancia(suelo, 1), antes / 2.5, antes * 0.02);
 }
 

@@ -292,6 +292,17 @@ TEST_F(ConClic, AVertexNearTheFoundPixelGivesItsHeight) {
     EXPECT_LT(c.z, -10);
 }
 
+TEST_F(ConClic, AVertexsHeightComesBackAlsoExaggeratedAndFromALowestHeightThatIsNotZero) {
+    m_Escena.EstableceMaxMin(EscenaVista::Maximas(Punto(0, 0, 20), Punto(100, 100, 70)));
+    m_Escena.SetExageracionVertical(2);
+    m_Escena.m_nHayVertice = 1;
+    m_Escena.m_Vertice = Punto(1, 2, 33);
+    EscribeProfundidad({{103, 71, 0.4}});
+    Punto c;
+    ASSERT_EQ(m_Escena.PantallaATerreno(CPoint(100, 75), c, false, false, true), 1);
+    EXPECT_NEAR(c.z, 33, 1e-5);
+}
+
 TEST_F(ConClic, OverAPhotographOnlyWhatLiesInFrontOfItIsMet) {
     for (const int fondo : {1, 2, 3, 4}) {
         m_Escena.m_nTipoImagenFondo = fondo;
@@ -301,6 +312,27 @@ TEST_F(ConClic, OverAPhotographOnlyWhatLiesInFrontOfItIsMet) {
         // Nothing in front: the depth of the first cell that holds anything, at the pixel of the click.
         EscribeProfundidad({{101, 75, suelo + 0.01}, {102, 75, suelo + 0.02}});
         EsperaCerca(Clic(CPoint(100, 75), true), Desproyecta(100, 75, suelo + 0.01), 1e-5);
+    }
+}
+
+TEST_F(ConClic, ThePhotographsDepthIsTakenAtTheMiddleOfTheModelAndAtItsFoot) {
+    // On a photograph the middle is the box's own; a photograph that lies elsewhere is looked for at its own height.
+    const double cota = m_Escena.m_nCotaRaster + 1.0;
+    for (const auto& [fondo, altura] :
+         {std::pair(1, 25.0), std::pair(2, cota), std::pair(3, cota), std::pair(4, cota)}) {
+        m_Escena.m_nTipoImagenFondo = fondo;
+        const RegistroGL registro;
+        Clic(CPoint(100, 75));
+        const auto proyectados = registro.Numeros("gluProject");
+        ASSERT_EQ(proyectados.size(), 2U) << fondo;
+        int i = 0;
+        for (const double z : {altura, 0.0}) {
+            const Punto gl = m_Escena.EnGL(Punto(50, 50, z));
+            EXPECT_NEAR(proyectados[i][0], gl.x, 1e-9);
+            EXPECT_NEAR(proyectados[i][1], gl.y, 1e-9) << "background " << fondo << ", height " << z;
+            EXPECT_NEAR(proyectados[i][2], gl.z, 1e-9);
+            ++i;
+        }
     }
 }
 

@@ -5,6 +5,7 @@
 #include "support/RegistroGL.h"
 
 #include <cmath>
+#include <utility>
 
 using Punto = EscenaPrueba::Punto;
 
@@ -143,6 +144,37 @@ TEST_F(ConSuperpuestos, TheCameraModelIsABoxWithItsOldNormalsAndALens) {
         EXPECT_EQ(lista[4 + 5 * cara].substr(0, 10), "glNormal3f");
         EXPECT_EQ(lista[8 + 5 * cara].substr(0, 10), "glVertex3d");
     }
+}
+
+TEST_F(ConSuperpuestos, TheLensStandsOnTheBoxInASpaceOfItsOwn) {
+    const Prestado prestado(m_Escena);
+    const RegistroGL registro;
+    ASSERT_EQ(m_Escena.OnIniciarCamara(), 1);
+    LlamadasGL lente = registro.Lista(m_Escena.m_nListaCamara);
+    lente.erase(lente.begin(), std::ranges::find(lente, "glEnd()") + 1);
+    for (std::string& l : lente)
+        l.erase(l.find('('));
+    EXPECT_LLAMADAS(lente, {"glPushMatrix", "glTranslated", "glColor3f", "gluCylinder", "glTranslated", "gluDisk",
+                            "glPopMatrix", "glPolygonMode"});
+}
+
+TEST_F(ConSuperpuestos, AnOverlayThatCannotBeCompiledGives0AndOneThatCanClosesItsList) {
+    for (int (CGL::*compila)() : {&CGL::OnIniciarEjes, &CGL::OnIniciarCamara, &CGL::OnIniciarCamaraPanoramica}) {
+        EXPECT_EQ((EscenaVista().*compila)(), 0) << "no context";
+        wglMakeCurrent(nullptr, nullptr);
+        for (const char* nombre : {"glNewList", "glEndList"}) {
+            const FallaGL falla(nombre, 1);
+            EXPECT_EQ((m_Escena.*compila)(), 0) << nombre;
+            EXPECT_TRUE(falla.Ocurrida());
+        }
+        wglMakeCurrent(nullptr, nullptr);
+        EXPECT_EQ((m_Escena.*compila)(), 1) << "it takes the context itself";
+        const RegistroGL registro;
+        EXPECT_EQ((m_Escena.*compila)(), 1);
+        EXPECT_EQ(registro.Cuenta("glEndList"), 1U);
+    }
+    EXPECT_EQ(EscenaVista().OnIniciarPuntosCamara(), 0);
+    wglMakeCurrent(nullptr, nullptr);
 }
 
 TEST_F(ConSuperpuestos, ThePanoramicCameraIsABlueSphere) {
@@ -305,6 +337,32 @@ TEST_F(ConSuperpuestos, TheCameraIconIsLitWhenLightIsOn) {
     }
 }
 
+TEST_F(ConSuperpuestos, TheCameraIconThatFailsIsNotDrawnAndPutsMatricesBack) {
+    m_Escena.SetEjes(1);
+    const Prestado prestado(m_Escena);
+    for (const char* nombre : {"gluUnProject", "glMaterialfv", "glLightfv"}) {
+        const FallaGL falla(nombre, 1);
+        const RegistroGL registro;
+        EXPECT_EQ(m_Escena.OnRenderCamara(), 0) << nombre;
+        EXPECT_TRUE(falla.Ocurrida());
+        EXPECT_EQ(registro.Cuenta("glCallList") + registro.Cuenta("glColorMaterial"), 0U) << nombre;
+        EXPECT_EQ(registro.Cuenta("glLightfv"), nombre == std::string("glLightfv") ? 1U : 0U) << "material first";
+        EXPECT_EQ(registro.Cuenta("glPushMatrix"), registro.Cuenta("glPopMatrix")) << nombre;
+        static_cast<void>(HayErrorGL());
+    }
+}
+
+TEST_F(ConSuperpuestos, IconsThatWereNeverCompiledAreNotCalled) {
+    const Prestado prestado(m_Escena);
+    const GLuint ejes = std::exchange(m_Escena.m_nListaEjes, 0), camara = std::exchange(m_Escena.m_nListaCamara, 0);
+    const RegistroGL registro;
+    EXPECT_EQ(m_Escena.OnRenderEjes(), 1);
+    EXPECT_EQ(m_Escena.OnRenderCamara(), 1);
+    EXPECT_EQ(registro.Cuenta("glCallList"), 0U);
+    m_Escena.m_nListaEjes = ejes;
+    m_Escena.m_nListaCamara = camara;
+}
+
 // ---- Light, material, background -----------------------------------------------------------------------------------
 
 TEST_F(ConSuperpuestos, LightComesFromTheSlidersByRealDivisionsAndTheAxesLightIsFixed) {
@@ -355,7 +413,17 @@ TEST_F(ConSuperpuestos, LightAndMaterialStopAtTheFirstError) {
     }
     for (int n = 1; n <= 4; ++n) {
         const FallaGL falla("glMaterialfv", n);
+        const RegistroGL registro;
         EXPECT_EQ(m_Escena.SetMaterial(), 0);
+        EXPECT_EQ(registro.Cuenta("glMaterialfv"), static_cast<std::size_t>(n));
+    }
+    {
+        const FallaGL falla("glMaterialf", 1);
+        EXPECT_EQ(m_Escena.SetMaterial(), 0);
+    }
+    for (int (CGL::*prepara)() : {&CGL::SetLight, &CGL::SetMaterial}) {
+        const FallaGL falla("glLightModeli", 1);
+        EXPECT_EQ((m_Escena.*prepara)(), 0);
     }
 }
 
@@ -367,6 +435,12 @@ TEST_F(ConSuperpuestos, TheBackgroundIsClearedWithItsColourAndTheContextReleased
                     {"glClearColor(0.6, 0.4, 0.2, 0)", "glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT)"});
     EXPECT_EQ(wglGetCurrentContext(), nullptr);
     EXPECT_EQ(EscenaVista().SetBkColor(), 0);
+    for (const char* nombre : {"glClearColor", "glClear"}) {
+        const FallaGL falla(nombre, 1);
+        EXPECT_EQ(m_Escena.SetBkColor(), 0) << nombre;
+        EXPECT_EQ(wglGetCurrentContext(), m_Escena.m_hRC) << "a failure leaves it current";
+    }
+    wglMakeCurrent(nullptr, nullptr);
 }
 
 // ---- Colours -------------------------------------------------------------------------------------------------------

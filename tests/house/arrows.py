@@ -34,8 +34,6 @@ INTERNAL = re.compile(r"\b[Ii]nternal\b")
 INCLUDE = re.compile(r'^\s*#\s*include\s*([<"])([^>"]+)[>"]')
 SYSTEM_IFDEF = re.compile(r"^\s*#\s*(if|ifdef|ifndef|elif)\b.*\b(_WIN32|WIN32|_MSC_VER|__linux__|__unix__|__APPLE__)\b")
 LONGEST = 600
-# One class is one header: the base scene's, with its documentation, can't be split. Sources have no such excuse.
-LONGER = {"src/frame/CGL.h": 900}
 
 
 def internal(path, text):
@@ -72,9 +70,8 @@ def check(root):
             relative = path.relative_to(root)
             text = path.read_text(encoding="utf-8")
             lines = text.splitlines()
-            longest = LONGER.get(str(relative), LONGEST)
-            if len(lines) > longest:
-                yield f"{relative}: {len(lines)} lines, more than {longest}"
+            if len(lines) > LONGEST:
+                yield f"{relative}: {len(lines)} lines, more than {LONGEST}"
             if top in ("tests", "bench"):
                 continue
             folder = relative.parts[1] if top == "src" else top

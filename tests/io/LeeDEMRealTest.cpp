@@ -43,6 +43,7 @@ TEST(LeeDEMReal, TownSurfaceModelOfOneMetre) {
     EsperaCotas(r, 87.29, 167.74, 0.01);
     EXPECT_EQ(r.m_pDEM->GetSemilla().GetX(), 356000.0);
     EXPECT_THAT(r.m_Avisos, IsEmpty());
+    EXPECT_THAT(r.m_Marcas, IsEmpty());
 }
 
 TEST(LeeDEMReal, NothingIsPrintedWhileADamagedPictureIsDecoded) {
@@ -131,13 +132,15 @@ TEST(LeeDEMReal, AsciiGridInUnnamedDegrees) {
 TEST(LeeDEMReal, UndeclaredVoidAreaIsToldAndIsAHole) {
     SALTA_SIN_DATOS("dem/hugo_site_filled.asc");
     const CResultadoDEM r = Lee("hugo_site_filled.asc");
-    EXPECT_THAT(Textos(r.m_Avisos), Contains(HasSubstr("--nodata -9999")));
+    ASSERT_EQ(r.m_Marcas.size(), 1u);
+    EXPECT_EQ(r.m_Marcas[0].m_dValor, -9999.0);
+    EXPECT_TRUE(r.m_Marcas[0].m_bVacia);
     EXPECT_GT(r.m_nVacios, 100u);
     EXPECT_GT(r.m_pDEM->GetMaximasTotalDouble().Minima().z, 1000.0);
     Vertiz::CDataLeeDEM opciones;
     opciones.m_Nulo = -9999.0;
     const CResultadoDEM dicho = Lee("hugo_site_filled.asc", opciones);
-    EXPECT_THAT(dicho.m_Avisos, IsEmpty());
+    EXPECT_THAT(dicho.m_Marcas, IsEmpty());
     EXPECT_EQ(dicho.m_nVacios, r.m_nVacios);
 }
 
@@ -148,6 +151,7 @@ TEST(LeeDEMReal, AlpineValleyWithAFloatVoidValue) {
     EXPECT_EQ(r.m_pDEM->GetCeldaX(), 250.0);
     EsperaCotas(r, 388.0, 3863.0, 1.0);
     EXPECT_THAT(r.m_Avisos, IsEmpty());
+    EXPECT_THAT(r.m_Marcas, IsEmpty());
 }
 
 TEST(LeeDEMReal, SmallGridWithoutGeoreference) {

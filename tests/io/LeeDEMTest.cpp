@@ -143,6 +143,7 @@ TEST_F(LeeDEMTest, SamplesStandInTheMiddleOfTheCellsWithRowZeroInTheSouth) {
     EXPECT_FALSE(r.m_bReproyectado);
     EXPECT_THAT(r.m_Avisos, IsEmpty());
     EXPECT_THAT(r.m_Mensajes, IsEmpty());
+    EXPECT_THAT(r.m_Marcas, IsEmpty());
 }
 
 TEST_F(LeeDEMTest, SeedKeepsLocalCoordinatesSmallAndLosesNothing) {
@@ -204,27 +205,42 @@ TEST_F(LeeDEMTest, UndeclaredVoidValueIsToldAndTheOptionSilencesIt) {
     CResultadoDEM r = Lee(t);
     ASSERT_EQ(r.m_nResultado, 1);
     EXPECT_EQ(r.m_nVacios, 2u);
-    EXPECT_THAT(Textos(r.m_Avisos), Contains(testing::AllOf(HasSubstr("2 samples hold -9999"),
-                                                            HasSubstr("--nodata -9999"), HasSubstr("taken as void"))));
+    ASSERT_EQ(r.m_Marcas.size(), 1u);
+    EXPECT_EQ(r.m_Marcas[0].m_dValor, -9999.0);
+    EXPECT_EQ(r.m_Marcas[0].m_nMuestras, 2u);
+    EXPECT_TRUE(r.m_Marcas[0].m_bVacia);
+    EXPECT_THAT(r.m_Avisos, IsEmpty());
     t.m_Alturas[0] = t.m_Alturas[1] = 32767.0;
     r = Lee(t);
     EXPECT_EQ(r.m_nVacios, 0u);
-    EXPECT_THAT(Textos(r.m_Avisos),
-                Contains(testing::AllOf(HasSubstr("--nodata 32767"), HasSubstr("taken as height"))));
+    ASSERT_EQ(r.m_Marcas.size(), 1u);
+    EXPECT_EQ(r.m_Marcas[0].m_dValor, 32767.0);
+    EXPECT_EQ(r.m_Marcas[0].m_nMuestras, 2u);
+    EXPECT_FALSE(r.m_Marcas[0].m_bVacia);
 
     CDataLeeDEM opciones;
     opciones.m_Nulo = 32767.0;
     r = Lee(t, opciones);
     EXPECT_EQ(r.m_nVacios, 2u);
-    EXPECT_THAT(r.m_Avisos, IsEmpty());
+    EXPECT_THAT(r.m_Marcas, IsEmpty());
 }
 
 TEST_F(LeeDEMTest, OneHighTowerOrSeaLevelIsNoVoidValue) {
     Tiff t;
     t.m_Alturas[3] = 900.0;
-    EXPECT_THAT(Lee(t).m_Avisos, IsEmpty());
+    EXPECT_THAT(Lee(t).m_Marcas, IsEmpty());
     t.m_Alturas[0] = t.m_Alturas[1] = 0.0;
-    EXPECT_THAT(Lee(t).m_Avisos, IsEmpty());
+    EXPECT_THAT(Lee(t).m_Marcas, IsEmpty());
+}
+
+TEST_F(LeeDEMTest, UndeclaredVoidValueBelowAnOceanTrenchIsTakenAsHeight) {
+    Tiff t;
+    t.Tamano(30, 30, [](int c, int f) { return -10000.0 - c - f; });
+    t.m_Alturas[0] = t.m_Alturas[1] = -32768.0;
+    const CResultadoDEM r = Lee(t);
+    EXPECT_EQ(r.m_nVacios, 0u);
+    ASSERT_EQ(r.m_Marcas.size(), 1u);
+    EXPECT_FALSE(r.m_Marcas[0].m_bVacia);
 }
 
 TEST_F(LeeDEMTest, OceanTrenchIsNotVoid) {

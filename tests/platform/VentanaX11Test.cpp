@@ -1,6 +1,7 @@
 // What only an X11 display has: pictures that the user sees, other people's windows, and errors of the server.
 
 #include "Memoria.h"
+#include "ServidorX.h"
 #include "platform/Backend.h"
 #include "platform/CWnd.h"
 #include "platform/DiagnosticoGL.h"
@@ -8,11 +9,7 @@
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <csignal>
-#include <cstdio>
 #include <cstdlib>
 #include <string>
 #include <thread>
@@ -306,36 +303,6 @@ TEST_F(VentanaX11, AWindowThatVanishesDoesntEndTheProcess) {
     CWnd nueva;
     EXPECT_FALSE(nueva.Attach(w));
 }
-
-// An X server of the test's own; ends with the object.
-class Servidor {
-  public:
-    Servidor() {
-        int canal[2];
-        if (pipe(canal) != 0) return;
-        m_Proceso = fork();
-        if (m_Proceso == 0) {
-            const std::string fd = std::to_string(canal[1]);
-            if (!freopen("/dev/null", "w", stderr)) _exit(127);
-            execlp("Xvfb", "Xvfb", "-displayfd", fd.c_str(), nullptr);
-            _exit(127);
-        }
-        close(canal[1]);
-        char numero[16] = {};
-        if (read(canal[0], numero, sizeof numero - 1) > 0)
-            m_Nombre = std::string(":").append(std::to_string(std::atoi(numero)));
-        close(canal[0]);
-    }
-    ~Servidor() { Mata(); }
-    void Mata() {
-        if (m_Proceso <= 0) return;
-        kill(m_Proceso, SIGKILL);
-        waitpid(m_Proceso, nullptr, 0);
-        m_Proceso = 0;
-    }
-    pid_t m_Proceso = 0;
-    std::string m_Nombre;  // empty when it didn't start
-};
 
 TEST_F(VentanaX11, AServerThatGoesAwayDoesntEndTheProcess) {
     Servidor servidor;

@@ -23,6 +23,7 @@ class Base : public Terreno {
         std::vector<std::vector<std::array<double, 3>>> suelo;
     };
     Partes Construye() {
+        m_escena.m_bBaseIniciada = 0;
         const RegistroGL registro;
         EXPECT_EQ(m_escena.OnIniciarBase(), 1);
         Partes partes;
@@ -132,6 +133,7 @@ TEST_F(Base, EachWallAndFloorTakesItsNormalAndColourBeforeTheFirstVertex) {
     Toma(dem, [](EscenaTerreno& e) { e.Data().m_nColorBase = 0x00FF00; });
     const RegistroGL registro;
     ASSERT_EQ(m_escena.OnIniciarBase(), 1);
+    EXPECT_EQ(registro.Cuenta("glEndList"), 1u);
     LlamadasGL lista = registro.Lista(m_escena.m_nListaBase);
     for (std::string& l : lista)
         if (l.starts_with("glVertex3f")) l = "v";
@@ -142,6 +144,27 @@ TEST_F(Base, EachWallAndFloorTakesItsNormalAndColourBeforeTheFirstVertex) {
                      "glNormal3f(0, 0, -1)", "glColor3f(0, 1, 0)", "v", "v", "v", "v",  //
                      "glNormal3f(1, 0, 0)",  "glColor3f(0, 1, 0)", "v", "v", "v", "v", "glEnd()", "glBegin(GL_POLYGON)",
                      "glNormal3f(0, 1, 0)",  "glColor3f(0, 1, 0)", "v", "v", "v", "v", "glEnd()"});
+}
+
+TEST_F(Base, EachOuterWallLooksInwardsAlsoWhereAStepLeavesRowsAndColumnsOver) {
+    for (const int lado : {7, 8, 9}) {
+        Vertiz::CDEM dem = Rejilla(lado, lado, [](int r, int c) { return float(r + c); });
+        m_escena.Destruir();
+        Toma(dem, [](EscenaTerreno& e) {
+            e.SetTipo(1);
+            e.SetPuntosSuavizado(-2);
+        });
+        const Partes partes = Construye();
+        ASSERT_EQ(partes.normales.size(), 8u) << "two cells on each side; a third of each row is left over";
+        for (std::size_t i = 0; i < 8; ++i) {
+            const auto &v = partes.muros[4 * i], &w = partes.muros[4 * i + 1];
+            const std::array<double, 3> medio{(v[0] + w[0]) / 2, 0, (v[2] + w[2]) / 2};
+            const auto centro = EnGL(30, (lado - 1) * 10 - 30, 0);
+            const auto& n = partes.normales[i];
+            EXPECT_NEAR(n[0] * (centro[0] - medio[0]) + n[2] * (centro[2] - medio[2]), 30 * m_escena.m_dFactor, 1e-5)
+                << "side " << lado << ", wall " << i << " turns its back on the middle";
+        }
+    }
 }
 
 TEST_F(Base, WallsStandAtEveryOpenEdgeOfTheMesh) {
@@ -181,6 +204,41 @@ TEST_F(Base, ScatteredVoidsLeaveNoHole) {
     }
 }
 
+TEST_F(Base, ScatteredVoidsLeaveNoHoleUnderALargerStepEither) {
+    for (const unsigned semilla : {1u, 2u, 3u}) {
+        std::mt19937 azar(semilla);
+        Vertiz::CDEM dem = Rejilla(28, 30, [&](int r, int c) { return azar() % 7 == 0 ? kVacio : float(r + c); });
+        int vivas = 0;
+        for (int r = 0; r + 2 < 28; r += 2)
+            for (int c = 0; c + 2 < 30; c += 2)
+                vivas += dem.EsCeldaValida(unsigned(27 - r - 2), unsigned(c), 2);
+        m_escena.Destruir();
+        Toma(dem, [](EscenaTerreno& e) {
+            e.SetTipo(1);
+            e.SetPuntosSuavizado(-1);
+        });
+        SinHuecos(vivas, 400);
+    }
+}
+
+TEST_F(Base, CornersNearerThanATwentiethOfTheLongerSideOfACellAreLeftOutOfTheFloor) {
+    // A notch one unit deep in one side: its corners are 0.6 units off the straight course.
+    for (const bool alto : {false, true})
+        for (const auto& [lado, esquinas] : {std::pair(12.15, 4u), std::pair(11.85, 6u)}) {
+            const auto altura = [&](int r, int c) {
+                return (alto ? r < 2 && c == 5 : c < 2 && r == 5) ? kVacio : 1.0F;
+            };
+            Vertiz::CDEM dem = Rejilla(6, 6, altura, {.celdaX = alto ? 1 : lado, .celdaY = alto ? lado : 1});
+            m_escena.Destruir();
+            Toma(dem, [](EscenaTerreno& e) { e.SetTipo(1); });
+            std::set<std::array<long, 2>> puntos;
+            for (const auto& pieza : Construye().suelo)
+                for (const auto& p : pieza)
+                    puntos.insert(EnPlanta(p[0], p[2]));
+            EXPECT_EQ(puntos.size(), esquinas) << lado;
+        }
+}
+
 TEST_F(Base, ALargerStepMeetsTheMeshAndLeavesTheRestOpen) {
     Vertiz::CDEM dem = Rejilla(9, 12, [](int r, int c) { return float(r + c); });
     Toma(dem, [](EscenaTerreno& e) { e.SetPuntosSuavizado(-2); });
@@ -198,6 +256,29 @@ TEST_F(Base, WallsEndAtTheLowestHeightOfTheScene) {
     Vertiz::CDEM dem = Rejilla({{30, 40}, {10, 20}});
     Toma(dem, [](EscenaTerreno& e) { e.SetExageracionVertical(2); });
     EXPECT_NEAR(Construye().muros[2][1], -m_escena.m_dRangoZ / 2 * m_escena.m_dFactor * 2, 1e-6);
+}
+
+TEST_F(Base, TheOriginsHeightIsTakenOffWallsAndFloor) {
+    Vertiz::CDEM dem = Rejilla({{130, 140}, {110, 120}}, {.semilla = Vertiz::CDataSemilla(0, 0, 0, 100)});
+    Toma(dem);
+    const Partes partes = Construye();
+    EXPECT_NEAR(partes.muros[0][1], EnGL(0, 10, 30)[1], 1e-6);
+    EXPECT_NEAR(partes.muros[2][1], EnGL(0, 10, 10)[1], 1e-6);
+    dem.Matriz().Set(0, 0, 75);
+    dem.ActualizaCantidades();
+    EXPECT_NEAR(Construye().muros[2][1], EnGL(0, 10, -25)[1], 1e-6);
+}
+
+TEST_F(Base, NoWallOutsideTheReachOfASphericalView) {
+    Vertiz::CDEM dem = Rejilla(3, 30, [](int, int) { return 1.0F; });
+    Toma(dem);
+    Vertiz::CDataTransformacion data;
+    data.m_nTipo = Vertiz::CDataTransformacion::ESFERICA;
+    m_escena.SetDataTransformacion(data);
+    const Partes partes = Construye();
+    EXPECT_FALSE(partes.muros.empty());
+    for (const auto& p : partes.muros)
+        EXPECT_LE(p[0] / m_escena.m_dFactor, 80.5);
 }
 
 TEST_F(Base, AGridThatReachesBelowTheSceneTakesTheFloorDown) {
@@ -275,7 +356,11 @@ TEST_F(Base, AnErrorAfterTheWallsEndsItAndTheNextOneRecovers) {
     }
 }
 
-TEST_F(Base, WithoutAGridThereIsNone) {
+TEST_F(Base, WithoutAGridOrAContextThereIsNone) {
+    Vertiz::CDEM dem = Rejilla({{1, 2}, {3, 4}});
+    m_escena.SetDEM(&dem);
+    EXPECT_EQ(m_escena.OnIniciarBase(), 0);
+    m_escena.SetDEM(nullptr);
     Crea();
     EXPECT_EQ(m_escena.OnIniciarBase(), 0);
 }

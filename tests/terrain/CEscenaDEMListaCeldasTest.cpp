@@ -2,6 +2,9 @@
 
 #include "EscenaTerreno.h"
 
+#include <algorithm>
+#include <cmath>
+
 namespace {
 
 using modelos::kVacio;
@@ -31,6 +34,71 @@ TEST_F(Celdas, QuadsGoRoundFromTheNorthWestPoint) {
     Espera(v[1], 0, 0, 25);
     Espera(v[2], 10, 0, 35);
     Espera(v[3], 10, 20, 15);
+}
+
+TEST_F(Celdas, InALargerGroupBothFormsLieWhereTheirCoordinatesAre) {
+    const modelos::Sitio sitio{10, 20, 130, 1250, Vertiz::CDataSemilla(0, 100, 1000, 0)};
+    Vertiz::CDEM dem = ListaCeldas({{10, 20}, {30, 45}}, sitio);
+    Toma(dem);
+    Vertiz::CMaximas<double> grupo;
+    grupo.Nuevo(Vertiz::CCoor3D<double>(-70, 15, -20, 0));
+    grupo.Nuevo(Vertiz::CCoor3D<double>(90, 300, 80, 0));
+    m_escena.EstableceMaxMin(grupo);
+    std::vector<Vertice> v = Surge();
+    ASSERT_EQ(v.size(), 4u);
+    Espera(v[0], 30, 270, 10);
+    Espera(v[1], 30, 250, 30);
+    Espera(v[2], 40, 250, 45);
+    Espera(v[3], 40, 270, 20);
+    m_escena.SetQuad(2);
+    v = Surge();
+    ASSERT_EQ(v.size(), 4u);
+    Espera(v[0], 30, 270, 10);
+    Espera(v[1], 40, 270, 20);
+    Espera(v[2], 30, 250, 30);
+    Espera(v[3], 40, 250, 45);
+}
+
+TEST_F(Celdas, TheNormalIsTheUnitOneOfTheWestAndNorthSides) {
+    Vertiz::CDEM dem = ListaCeldas({{0, -20}, {10, 0}});
+    Toma(dem);
+    const RegistroGL registro;
+    ASSERT_EQ(m_escena.OnIniciar(), 1);
+    const auto n = registro.Numeros("glNormal3d").at(0);
+    // Rises by 1 southwards along the west side, falls by 2 eastwards along the north one.
+    EXPECT_NEAR(n[0], -2 / std::sqrt(6.0), 1e-9);
+    EXPECT_NEAR(n[1], -1 / std::sqrt(6.0), 1e-9);
+    EXPECT_NEAR(n[2], 1 / std::sqrt(6.0), 1e-9);
+}
+
+TEST_F(Celdas, ThePlainColourComesFirstAndOnlyWithoutShading) {
+    Vertiz::CDEM dem = ListaCeldas({{1, 2}, {3, 4}});
+    Toma(dem, [](EscenaTerreno& e) { e.SetColorDEM(0x0000FF); });
+    for (const unsigned quad : {0u, 1u, 2u}) {
+        m_escena.SetQuad(quad);
+        for (const int sombra : {0, 1}) {
+            m_escena.Data().m_nSombraCeldas = sombra;
+            const RegistroGL registro;
+            ASSERT_EQ(m_escena.OnIniciar(), 1);
+            LlamadasGL lista = registro.Lista(m_escena.m_nListaSuperficie);
+            lista.erase(std::ranges::find_if(lista, [](const auto& l) { return l.starts_with("glBegin"); }),
+                        lista.end());
+            EXPECT_EQ(lista, sombra ? LlamadasGL{} : LlamadasGL({"glColor3f(1, 0, 0)", "glDisable(GL_TEXTURE_2D)"}));
+        }
+    }
+}
+
+TEST_F(Celdas, TheRampColoursBothFormsUnshaded) {
+    Vertiz::CDEM dem = ListaCeldas({{0, 51}, {102, 153}});
+    Toma(dem, [](EscenaTerreno& e) {
+        e.SetTipoColorMDT(2);
+        e.Data().m_GamaColor = Vertiz::CDataGamaColor(L"0 0 0 0;255 255 0 0");
+    });
+    EXPECT_EQ(Solo(Superficie(), {"glColor3f"}), LlamadasGL({"glColor3f(0, 0, 0)", "glColor3f(0.4, 0, 0)",
+                                                             "glColor3f(0.6, 0, 0)", "glColor3f(0.2, 0, 0)"}));
+    m_escena.SetQuad(2);
+    EXPECT_EQ(Solo(Superficie(), {"glColor3f"}), LlamadasGL({"glColor3f(0, 0, 0)", "glColor3f(0.2, 0, 0)",
+                                                             "glColor3f(0.4, 0, 0)", "glColor3f(0.6, 0, 0)"}));
 }
 
 TEST_F(Celdas, OneNormalIntoTheTerrainStandsBeforeEachCell) {

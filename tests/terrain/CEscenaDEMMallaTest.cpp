@@ -266,6 +266,32 @@ TEST_F(Malla, TintFollowsTheRampInEveryMode) {
     }
 }
 
+TEST_F(Malla, AThinnedMeshIsColouredByTheSamplesThatItShows) {
+    for (const unsigned quad : {0u, 1u, 2u}) {
+        Vertiz::CDEM dem = Rejilla(7, 7, [](int r, int c) { return float(10 * r + c); });
+        m_escena.Destruir();
+        Toma(dem, [quad](EscenaTerreno& e) {
+            e.SetTipo(1);
+            e.SetQuad(quad);
+            e.SetTipoColorMDT(2);
+            e.SetPuntosSuavizado(-1);
+            e.Data().m_GamaColor = Vertiz::CDataGamaColor(L"0 0 0 0;100 200 0 0");
+        });
+        ASSERT_EQ(m_escena.OnIniciar(), 1);
+        const std::vector<Vertice> v = Vertices(m_escena.m_nListaSuperficie);
+        ASSERT_FALSE(v.empty());
+        for (const Vertice& p : v) {
+            const double h = p.y / m_escena.m_dFactor + 33;
+            EXPECT_NEAR(p.color[0], 2 * h / 255, 0.003) << quad;
+        }
+    }
+}
+
+TEST_F(Malla, WithoutAGridTheStepIsOne) {
+    EXPECT_EQ(m_escena.GetPasoMalla(), 1);
+    EXPECT_EQ(m_escena.GetSubdivisionMalla(), 1);
+}
+
 // ---- Voids ----
 
 TEST_F(Malla, AVoidTakesTheCellsRoundIt) {
@@ -418,65 +444,23 @@ TEST_F(Malla, OutsideABuildARectangleSendsNothing) {
     EXPECT_EQ(registro.Cuenta("glArrayElement"), 0u);
 }
 
-TEST_F(Malla, ASmoothGridIsDivided) {
-    Vertiz::CDEM dem = Rejilla(3, 3, [](int r, int c) { return float(10 * r + 5 * c); });
-    dem.CalculaVectores();
-    Toma(dem, [](EscenaTerreno& e) { e.SetPuntosSuavizado(2); });
-    EXPECT_EQ(m_escena.GetSubdivisionMalla(), 3);
-    EXPECT_EQ(m_escena.GetPasoMalla(), 1);
+TEST_F(Malla, NormalsAreUnitVectorsAcrossBothSidesOfTheirCell) {
+    Vertiz::CDEM dem = Rejilla(2, 2, [](int r, int c) { return float(10 * r - 20 * c); });
+    Toma(dem);
+    const RegistroGL registro;
     ASSERT_EQ(m_escena.OnIniciar(), 1);
-    const std::vector<Vertice> v = Vertices(m_escena.m_nListaSuperficie);
-    ASSERT_EQ(v.size(), 4u * 36);
-    // A plane stays a plane: every vertex lies on it.
-    for (const Vertice& p : v) {
-        const double x = p.x / m_escena.m_dFactor + 10, y = 10 - p.z / m_escena.m_dFactor;
-        const auto esperado = EnGL(x, y, 10 * (20 - y) / 10 + 5 * x / 10);
-        EXPECT_NEAR(p.y, esperado[1], 2e-5);
-    }
+    const auto n = registro.Numeros("glNormal3f").at(0);
+    // Rises by 1 southwards and falls by 2 eastwards.
+    EXPECT_NEAR(n[0], -2 / std::sqrt(6.0), 1e-6);
+    EXPECT_NEAR(n[1], -1 / std::sqrt(6.0), 1e-6);
+    EXPECT_NEAR(n[2], 1 / std::sqrt(6.0), 1e-6);
 }
 
-TEST_F(Malla, SmoothingGoesOutwardsBetweenSamples) {
-    Vertiz::CDEM dem = Rejilla(4, 4, [](int, int c) { return c == 1 || c == 2 ? 10.0F : 0.0F; });
-    dem.CalculaVectores();
-    Toma(dem, [](EscenaTerreno& e) { e.SetPuntosSuavizado(1); });
-    ASSERT_EQ(m_escena.OnIniciar(), 1);
-    double alto = -1;
-    for (const Vertice& p : Vertices(m_escena.m_nListaSuperficie))
-        alto = std::max(alto, p.y);
-    EXPECT_GT(alto, EnGL(0, 0, 10.5)[1]) << "the ridge swells between two samples of 10";
-}
-
-TEST_F(Malla, ADividedMeshIsColouredByItsOwnHeights) {
-    Vertiz::CDEM dem = Rejilla(2, 2, [](int, int c) { return float(10 * c); });
-    dem.CalculaVectores();
-    Toma(dem, [](EscenaTerreno& e) {
-        e.SetPuntosSuavizado(1);
-        e.SetTipoColorMDT(2);
-        e.Data().m_GamaColor = Vertiz::CDataGamaColor(L"0 0 0 0;20 200 0 0");
-    });
-    ASSERT_EQ(m_escena.OnIniciar(), 1);
-    for (const Vertice& p : Vertices(m_escena.m_nListaSuperficie)) {
-        const double h = p.y / m_escena.m_dFactor + 5;
-        EXPECT_NEAR(p.color[0], h * 10 / 255, 0.004);
-    }
-}
-
-TEST_F(Malla, WithoutSmoothingNothingIsDivided) {
-    Vertiz::CDEM dem = Rejilla(3, 3, [](int, int) { return 1.0F; });
-    Toma(dem, [](EscenaTerreno& e) { e.SetPuntosSuavizado(2); });
-    EXPECT_EQ(m_escena.GetSubdivisionMalla(), 1);
-    EXPECT_EQ(Solo(Superficie(), {"glArrayElement"}).size(), 4u * 4);
-}
-
-TEST_F(Malla, AVoidInASmoothGridTakesItsNeighboursDivisionsToo) {
-    Vertiz::CDEM dem = Rejilla({{1, 1, 1}, {1, 1, 1}, {1, 1, kVacio}});
-    dem.CalculaVectores();
-    Toma(dem, [](EscenaTerreno& e) { e.SetPuntosSuavizado(1); });
-    const LlamadasGL lista = Superficie();
-    EXPECT_GT(Solo(lista, {"glArrayElement"}).size(), 0u);
-    ASSERT_EQ(m_escena.OnIniciar(), 1);
-    for (const Vertice& p : Vertices(m_escena.m_nListaSuperficie))
-        EXPECT_FALSE(p.x > 1e-5 && p.z > 1e-5) << "no vertex in the cell of the void";
+TEST_F(Malla, WithoutAContextThereIsNoSurface) {
+    Vertiz::CDEM dem = Rejilla({{1, 2}, {3, 4}});
+    m_escena.SetDEM(&dem);
+    EXPECT_EQ(m_escena.OnIniciar(), 0);
+    EXPECT_EQ(m_escena.Iniciar(), 0);
 }
 
 // A valid corner of a few samples in a large void, so that the walk is quick.

@@ -323,6 +323,20 @@ TEST_F(Escena, APassComesInItsOrder) {
                                 llama(m_escena.m_nListaCielo)});
 }
 
+TEST_F(Escena, APassBeginsWithTheClearAndTheModelviewMatrix) {
+    Monta(m_dem);
+    ASSERT_TRUE(m_escena.MakeCurrent(nullptr));
+    glMatrixMode(GL_TEXTURE);
+    const RegistroGL registro;
+    ASSERT_EQ(m_escena.OnRender(), 1);
+    LlamadasGL pasada = registro.Ejecutadas();
+    ASSERT_GE(pasada.size(), 4u);
+    pasada.resize(4);
+    pasada[3].erase(pasada[3].find('('));
+    EXPECT_LLAMADAS(pasada, {"glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT)", "glMatrixMode(GL_MODELVIEW)",
+                             "glLoadIdentity()", "gluLookAt"});
+}
+
 TEST_F(Escena, ATallViewIsScaledAndAChildsIsNot) {
     Monta(m_dem);
     ASSERT_EQ(m_escena.Resize(60, 90), 1);
@@ -440,6 +454,42 @@ TEST_F(Escena, ARayEndsOnTheSurface) {
     Punto fuera(5, 0, 5, 0);
     EXPECT_FALSE(m_escena.ProyectaVector(fuera, {5, 3, 5, 0}));
     EXPECT_EQ(fuera, Punto(5, 0, 5, 0));
+}
+
+TEST_F(Escena, AnObliqueRayMovesThePointInPlanToo) {
+    Vertiz::CDEM dem = Rejilla(5, 7, [](int, int c) { return c == 0 ? 0.0F : 20.0F; });
+    Toma(dem, [](EscenaTerreno& e) { e.SetExageracionVertical(2); });
+    const auto desde = EnGL(25, 15, 120), hasta = EnGL(35, 20, 70);  // goes on to the plateau at (45, 25)
+    const auto lejos = EnGL(55, 30, -30);
+    Punto a(lejos[0], lejos[1], lejos[2], 0);
+    ASSERT_TRUE(m_escena.ProyectaVector(a, {desde[0], desde[1], desde[2], 0}));
+    const auto esperado = EnGL(45, 25, 20);
+    EXPECT_NEAR(hasta[0], (desde[0] + esperado[0]) / 2, 1e-9) << "on the way";
+    EXPECT_NEAR(a.x, esperado[0], 1e-9);
+    EXPECT_NEAR(a.y, esperado[1], 1e-9);
+    EXPECT_NEAR(a.z, esperado[2], 1e-9);
+}
+
+TEST_F(Escena, SomethingIsSelectedWhenTheFrameHasAnEntity) {
+    EXPECT_FALSE(m_escena.HaySeleccion(1, 1));
+    m_escena.SetSeleccion(std::vector<Vertiz::CPosicionEntidad>(1));
+    EXPECT_TRUE(m_escena.HaySeleccion(1, 1));
+}
+
+TEST_F(Escena, AssignmentTakesTheGridToo) {
+    EscenaTerreno fuente(&m_dem), destino;
+    destino = fuente;
+    EXPECT_EQ(destino.GetDEM(), &m_dem);
+}
+
+TEST_F(Escena, ReferencesOfEveryTypeAreBuilt) {
+    Toma(m_dem);
+    auto* referencia = new EscenaTerreno(&m_dem);
+    referencia->SetTipo(4);
+    referencia->SetQuad(1);
+    m_escena.ReferenciaNuevo(referencia);
+    ASSERT_EQ(m_escena.Iniciar(), 1);
+    EXPECT_NE(referencia->m_nListaSuperficie, 0u);
 }
 
 TEST_F(Escena, ExtentsAreThoseOfTheGridAndNoneWithoutAWholeCell) {

@@ -98,6 +98,76 @@ TEST_F(Capas, LimitsInALargerGroupLieOnTheirOwnGrid) {
     EXPECT_NEAR(sur, EnGL(0, 0, 0)[2], 1e-5);
 }
 
+// A grid away from the origin, longer than wide, whose drawings are in hundredths.
+class CapasLejos : public Capas {
+  protected:
+    void SetUp() override {
+        m_dem = Rejilla(3, 5, [](int r, int c) { return float(15 + 10 * r + c); },
+                        {10, 10, 120, 250, Vertiz::CDataSemilla(2, 20, 30, 5)});
+        Toma(m_dem);
+    }
+    void EsperaEn(const std::vector<double>& v, double x, double y, double z) {
+        const auto gl = EnGL(x, y, z);
+        for (std::size_t k = 0; k < 3; ++k)
+            EXPECT_NEAR(v.at(k), gl[k], 1e-5) << x << ", " << y;
+    }
+};
+
+TEST_F(CapasLejos, TheBoxGoesRoundEachSideFromItsStatedCorner) {
+    const RegistroGL registro;
+    ASSERT_EQ(m_escena.OnIniciarLimites(), 1);
+    const double o = 100, e = 140, s = 220, n = 240, b = 10, a = 34;            // local: the seed's offset is off
+    const double puntos[24][3] = {{o, s, b}, {o, n, b}, {o, n, a}, {o, s, a},   // X lowest
+                                  {e, s, b}, {e, n, b}, {e, n, a}, {e, s, a},   // X highest
+                                  {o, s, b}, {e, s, b}, {e, n, b}, {o, n, b},   // Z lowest
+                                  {o, s, a}, {e, s, a}, {e, n, a}, {o, n, a},   // Z highest
+                                  {o, n, b}, {e, n, b}, {e, n, a}, {o, n, a},   // Y highest
+                                  {o, s, b}, {e, s, b}, {e, s, a}, {o, s, a}};  // Y lowest
+    const auto v = registro.Numeros("glVertex3f");
+    ASSERT_GE(v.size(), 24u);
+    for (std::size_t i = 0; i < 24; ++i)
+        EsperaEn(v[i], puntos[i][0], puntos[i][1], puntos[i][2]);
+    LlamadasGL cajas = registro.Lista(m_escena.m_nListaLimites);
+    cajas.erase(cajas.begin(), std::ranges::find(cajas, "glBegin(GL_LINE_STRIP)"));
+    ASSERT_GE(cajas.size(), 36u);
+    for (std::size_t i = 0; i < 36; ++i)
+        EXPECT_TRUE(cajas[i].starts_with(i % 6 == 0 ? "glBegin" : i % 6 == 5 ? "glEnd" : "glVertex3f")) << cajas[i];
+    EXPECT_EQ(cajas.back(), "glEnd()");
+}
+
+TEST_F(CapasLejos, TheOutlineLiesOnTheGridAlsoInALargerGroup) {
+    for (const bool enGrupo : {false, true}) {
+        Vertiz::CMaximas<double> grupo;
+        grupo.Nuevo(Vertiz::CCoor3D<double>(-100, -40, -10, 0));
+        grupo.Nuevo(Vertiz::CCoor3D<double>(160, 280, 90, 0));
+        if (enGrupo) m_escena.EstableceMaxMin(grupo);
+        const RegistroGL registro;
+        ASSERT_EQ(m_escena.OnIniciarLimites(), 1);
+        const auto v = registro.Numeros("glVertex3f");
+        ASSERT_GE(v.size(), 24u + 5u);
+        const auto origen = EnGL(100, 240, 0);
+        double este = 0, sur = 0;
+        for (std::size_t i = 24; i < v.size(); ++i) {
+            const double c = (v[i][0] - origen[0]) / m_escena.m_dFactor, r = (v[i][2] - origen[2]) / m_escena.m_dFactor;
+            EsperaEn(v[i], 100 + c, 240 - r, 10 + r + c / 10);
+            este = std::max(este, c), sur = std::max(sur, r);
+        }
+        EXPECT_NEAR(este, 40, 1e-3);
+        EXPECT_NEAR(sur, 20, 1e-3);
+    }
+}
+
+TEST_F(CapasLejos, BreaklinesAreScaledFromTheirIntegersAndMovedToTheScenesCorner) {
+    PonRuptura(L"R", 11000, 22500, 1200, 13050, 23010, 3000);
+    PonElemento(L"R", 0, 255, 0, 0, 0);
+    const RegistroGL registro;
+    ASSERT_EQ(m_escena.OnIniciarRupturas(), 1);
+    const auto v = registro.Numeros("glVertex3f");
+    ASSERT_EQ(v.size(), 2u);
+    EsperaEn(v[0], 110, 225, 12);
+    EsperaEn(v[1], 130.5, 230.1, 30);
+}
+
 TEST_F(Capas, LimitsTakeColourAndWidthFromTheTable) {
     Toma(m_dem);
     PonElemento(L"LIMITE", 255, 0, 51, 3.0F, 0);
@@ -228,6 +298,86 @@ TEST_F(Capas, AFailedMaterialEndsTheBreaklinesWithTheirListClosed) {
     EXPECT_EQ(m_escena.OnIniciarRupturas(), 1);
 }
 
+TEST_F(Capas, LayersWhoseListCannotBeMadeFailAndAreNotTakenForBuilt) {
+    PonRuptura(L"R", 1, 1, 1, 2, 2, 2);
+    m_escena.SetDEM(&m_dem);
+    PonElemento(L"R", 0, 255, 0, 0, 0);
+    EXPECT_EQ(m_escena.OnIniciarLimites(), 0) << "no context";
+    EXPECT_EQ(m_escena.OnIniciarRupturas(), 0) << "no context";
+    Toma(m_dem);
+    for (const char* llamada : {"glNewList", "glEndList"})
+        for (int (EscenaTerreno::*capa)() : {&EscenaTerreno::OnIniciarLimites, &EscenaTerreno::OnIniciarRupturas}) {
+            m_escena.m_bLimitesIniciados = m_escena.m_bRupturasIniciadas = 0;
+            {
+                const FallaGL falla(llamada, 1);
+                EXPECT_EQ((m_escena.*capa)(), 0) << llamada;
+                EXPECT_TRUE(falla.Ocurrida()) << llamada;
+            }
+            EXPECT_EQ(m_escena.m_bLimitesIniciados + m_escena.m_bRupturasIniciadas, 0) << llamada;
+            const RegistroGL registro;
+            EXPECT_EQ((m_escena.*capa)(), 1) << llamada;
+            EXPECT_EQ(registro.Todas().back(), "glEndList()") << llamada;
+            EXPECT_EQ(m_escena.m_bLimitesIniciados + m_escena.m_bRupturasIniciadas, 1) << llamada;
+        }
+}
+
+TEST_F(Capas, AnErrorInABreaklinesWidthLeavesTheRestOutWithoutFailing) {
+    for (int i = 0; i < 3; ++i)
+        PonRuptura(L"R", 1, 1, 1, 2, 2, 2);
+    Toma(m_dem);
+    PonElemento(L"R", 0, 255, 0, 0, 0);
+    const FallaGL falla("glLineWidth", 2);
+    EXPECT_EQ(Solo(Rupturas(), {"glBegin"}).size(), 1u);
+    EXPECT_TRUE(falla.Ocurrida());
+}
+
+TEST_F(Capas, ThePreparationOfTheSurfaceStopsAtTheFirstError) {
+    Monta(m_dem, [](EscenaTerreno& e) { e.SetRelleno(1); });
+    ASSERT_TRUE(m_escena.MakeCurrent(nullptr));
+    for (const auto& [nombre, n] : {std::pair<std::string, int>("glEnable", 1),
+                                    {"glEnable", 2},
+                                    {"glEnable", 3},
+                                    {"glColorMaterial", 1},
+                                    {"glEnable", 4},
+                                    {"glClearColor", 1},
+                                    {"glPolygonMode", 1}}) {
+        const FallaGL falla(nombre, n);
+        const RegistroGL registro;
+        EXPECT_EQ(m_escena.OnRender(), 0) << nombre << n;
+        EXPECT_TRUE(falla.Ocurrida()) << nombre << n;
+        EXPECT_TRUE(registro.Todas().back().starts_with(nombre)) << nombre << n << ", not " << registro.Todas().back();
+    }
+    wglMakeCurrent(nullptr, nullptr);
+}
+
+TEST_F(Capas, ACopyHasTheLayersOfItsSource) {
+    EscenaTerreno fuente;
+    int n = 1;
+    const auto enteros = [](EscenaTerreno& e) {
+        return std::array<int*, 5>{&e.m_bLimitesIniciados, &e.m_bEdificiosIniciados, &e.m_bRupturasIniciadas,
+                                   &e.m_bBaseIniciada, &e.m_bArbolesIniciados};
+    };
+    const auto listas = [](EscenaTerreno& e) {
+        return std::array<GLuint*, 7>{&e.m_nListaSuperficie, &e.m_nListaEdificios, &e.m_nListaRupturas, &e.m_nListaBase,
+                                      &e.m_nListaArboles,    &e.m_nListaSeleccion, &e.m_nListaCurvado};
+    };
+    for (int* p : enteros(fuente))
+        *p = n++;
+    for (GLuint* p : listas(fuente))
+        *p = GLuint(n++);
+    fuente.m_nTipoSeleccion = 3;
+    EscenaTerreno copia(fuente), asignada;
+    asignada = fuente;
+    for (EscenaTerreno* e : {&copia, &asignada}) {
+        n = 1;
+        for (const int* p : enteros(*e))
+            EXPECT_EQ(*p, n++);
+        for (const GLuint* p : listas(*e))
+            EXPECT_EQ(*p, GLuint(n++));
+        EXPECT_EQ(e->m_nTipoSeleccion, fuente.m_nTipoSeleccion);
+    }
+}
+
 TEST_F(Capas, OnlyWireIsDrawnAsLinesAndAnImageNever) {
     Monta(m_dem);
     ASSERT_TRUE(m_escena.MakeCurrent(nullptr));
@@ -306,6 +456,12 @@ TEST_F(Capas, TheSkyTurnsWithTheCameraBetweenMatricesOfItsOwn) {
 
 TEST_F(Capas, TheSkyKeepsItsProportionInATallView) {
     Monta(m_dem);
+    ASSERT_TRUE(m_escena.MakeCurrent(nullptr));
+    {
+        const RegistroGL registro;
+        ASSERT_EQ(m_escena.OnRender(), 1);
+        EXPECT_EQ(registro.Numeros("glOrtho"), (std::vector<std::vector<double>>{{-0.5, 0.5, -0.375, 0.375, 0, 1}}));
+    }
     ASSERT_EQ(m_escena.Resize(45, 90), 1);
     ASSERT_TRUE(m_escena.MakeCurrent(nullptr));
     const RegistroGL registro;

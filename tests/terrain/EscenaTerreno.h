@@ -35,12 +35,14 @@ class EscenaTerreno : public CEscenaDEM {
     using CEscenaDEM::m_nListaBase;
     using CEscenaDEM::m_nListaCamara;
     using CEscenaDEM::m_nListaCielo;
+    using CEscenaDEM::m_nListaCurvado;
     using CEscenaDEM::m_nListaEdificios;
     using CEscenaDEM::m_nListaEjes;
     using CEscenaDEM::m_nListaLimites;
     using CEscenaDEM::m_nListaRupturas;
     using CEscenaDEM::m_nListaSeleccion;
     using CEscenaDEM::m_nListaSuperficie;
+    using CEscenaDEM::m_nTipoSeleccion;
 
     CDataGL& Data() { return m_Data; }
 };

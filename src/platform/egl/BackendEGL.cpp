@@ -144,6 +144,9 @@ class BackendEGL : public Backend {
         return nullptr;
     }
     std::optional<Evento> SiguienteEvento(std::chrono::milliseconds) override { return std::nullopt; }
+    std::optional<Posicion> Cursor() override { return std::nullopt; }
+    bool MueveCursor(const Posicion&) override { return false; }
+    bool EstaPulsada(unsigned) override { return false; }
 
   private:
     static EGLConfig Configuracion(const FormatoPixel& formato) { return formato.m_Nativo; }

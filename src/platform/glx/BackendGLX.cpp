@@ -68,6 +68,9 @@ class BackendGLX : public Backend {
     std::optional<Evento> SiguienteEvento(std::chrono::milliseconds espera) override {
         return m_Conexion->SiguienteEvento(espera);
     }
+    std::optional<Posicion> Cursor() override { return m_Conexion->Cursor(); }
+    bool MueveCursor(const Posicion& donde) override { return m_Conexion->MueveCursor(donde); }
+    bool EstaPulsada(unsigned tecla) override { return m_Conexion->EstaPulsada(tecla); }
 
   private:
     int Atributo(GLXFBConfig configuracion, int cual) const {

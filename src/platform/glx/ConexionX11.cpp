@@ -4,11 +4,13 @@
 
 #include "platform/CWnd.h"
 
+#include <X11/XKBlib.h>
 #include <X11/Xutil.h>
 #include <X11/keysym.h>
 #include <poll.h>
 
 #include <algorithm>
+#include <array>
 #include <atomic>
 #include <cstdlib>
 #include <mutex>
@@ -211,6 +213,45 @@ std::optional<Evento> ConexionX11::SiguienteEvento(std::chrono::milliseconds esp
     XEvent x;
     XNextEvent(m_Display, &x);
     return Traduce(x, *this);
+}
+
+std::optional<Posicion> ConexionX11::Cursor() const {
+    const GuardaErroresX guarda(m_Display);
+    Window raiz = None, hija = None;
+    Posicion p, enVentana;
+    unsigned botones = 0;
+    if (!XQueryPointer(m_Display, m_Raiz, &raiz, &hija, &p.m_nX, &p.m_nY, &enVentana.m_nX, &enVentana.m_nY, &botones))
+        return std::nullopt;  // on another screen, or the server has gone
+    return p;
+}
+
+// A display that has its pointer from another one takes the request and does nothing: only looking tells.
+bool ConexionX11::MueveCursor(const Posicion& donde) {
+    const GuardaErroresX guarda(m_Display);
+    const auto antes = Cursor();
+    XWarpPointer(m_Display, None, m_Raiz, 0, 0, 0, 0, donde.m_nX, donde.m_nY);
+    const auto despues = Cursor();
+    return despues && (despues == donde || despues != antes);
+}
+
+bool ConexionX11::Contesta() const {
+    Window raiz = None;
+    int x = 0, y = 0;
+    unsigned ancho = 0, alto = 0, borde = 0, bits = 0;
+    return XGetGeometry(m_Display, m_Raiz, &raiz, &x, &y, &ancho, &alto, &borde, &bits) != 0;
+}
+
+bool ConexionX11::EstaPulsada(unsigned tecla) const {
+    const GuardaErroresX guarda(m_Display);
+    std::array<char, 32> teclado{};  // a bit for each key
+    XQueryKeymap(m_Display, teclado.data());
+    // Without a server that call leaves anything behind; only a later answer proves it.
+    if (!Contesta()) return false;
+    for (unsigned codigo = 0; codigo < teclado.size() * 8; ++codigo)
+        if ((teclado[codigo / 8] >> codigo % 8 & 1) &&
+            Tecla(XkbKeycodeToKeysym(m_Display, static_cast<KeyCode>(codigo), 0, 0)) == tecla)
+            return true;
+    return false;
 }
 
 GuardaErroresX::GuardaErroresX(Display* display)

@@ -1,5 +1,6 @@
 #pragma once
-// The connection to an X11 display: opening it, keeping its errors from the host's process, reading its events.
+// The connection to an X11 display: opening it, keeping its errors from the host's process, reading its events,
+// pointer and keys.
 
 #include "platform/Backend.h"
 
@@ -23,9 +24,13 @@ class ConexionX11 {
     Atom AtomoProtocolos() const { return m_Protocolos; }
     Pantalla Mide() const;
     std::optional<Evento> SiguienteEvento(std::chrono::milliseconds espera);
+    std::optional<Posicion> Cursor() const;
+    bool MueveCursor(const Posicion& donde);
+    bool EstaPulsada(unsigned tecla) const;
 
   private:
     explicit ConexionX11(Display* display);
+    bool Contesta() const;  // the server is there
 
     Display* m_Display;
     int m_nPantalla;
