@@ -1,6 +1,7 @@
 // Reading a page of a TIFF: its header, and then its pixels or its values, row by row from the top.
 
 #include "raster/CTiff.h"
+#include "raster/GeoTiff.h"
 #include "raster/Resultados.h"
 #include "raster/TextosProgreso.h"
 #include "raster/TiffMuestras.h"
@@ -137,8 +138,7 @@ int CTiff::LeePagina(bool soloCabecera, const Peticion& peticion) {
 // ---- Header ------------------------------------------------------------------------------------------------------
 
 bool CTiff::TomaCabecera(const PaginaTiff& pagina, int ancho, int alto) {
-    const bool centimetros = pagina.unidadResolucion == 3;
-    const auto porPulgada = static_cast<float>(double{pagina.resolucionX} * (centimetros ? 2.5401 : 1.0));
+    const float porPulgada = ResolucionPulgada(pagina.unidadResolucion, pagina.resolucionX);
     std::array<BYTE, 256 * 4> paleta{};
     if (pagina.fotometrica == fotometrica::kPaleta) {
         paleta = PaletaTiff(pagina);
@@ -151,9 +151,7 @@ bool CTiff::TomaCabecera(const PaginaTiff& pagina, int ancho, int alto) {
                         static_cast<BYTE>(pagina.fotometrica == fotometrica::kCeroBlanco ? 255 - gris : gris));
         }
     }
-    const bool conUnidad = centimetros || pagina.unidadResolucion == 2;
-    if (!CreaCabecera(ancho, -alto, pagina.EsDeUnByte() ? 8 : 24, conUnidad ? porPulgada : 0.0F, paleta.data()))
-        return false;
+    if (!CreaCabecera(ancho, -alto, pagina.EsDeUnByte() ? 8 : 24, porPulgada, paleta.data())) return false;
 
     m_nUnidadResolucion = static_cast<std::uint16_t>(pagina.unidadResolucion);
     m_fResolucionX = pagina.resolucionX;

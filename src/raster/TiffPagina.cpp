@@ -3,7 +3,7 @@
 
 #include "raster/TiffPagina.h"
 
-#include "raster/TiffGeo.h"
+#include "raster/GeoTiff.h"
 #include "raster/TiffNumeros.h"
 
 #include <algorithm>
@@ -24,7 +24,7 @@ struct Entradas {
     std::vector<std::uint64_t> bits{1}, formato{1}, submuestreo{2, 2};
     std::uint64_t muestras = 1, planar = 1, extra = 0, alfa = 0;
     bool enTeselas = false;
-    ClavesGeo geo;
+    EtiquetasGeoTiff geo;
 };
 
 std::uint64_t Primero(const std::vector<std::uint64_t>& v, std::uint64_t defecto) {
@@ -129,19 +129,20 @@ bool Anota(const NumerosTiff& numeros, const EntradaTiff& e, PaginaTiff& p, Entr
             Copia(reales(), p.referenciaYCbCr);
             break;
         case 33550:
-            s.geo.escala = reales();
+            s.geo.m_Escala = reales();
             break;
         case 33922:
-            s.geo.puntos = reales();
+            s.geo.m_PuntosControl = reales();
             break;
         case 34264:
-            s.geo.transformacion = reales();
+            s.geo.m_Transformacion = reales();
             break;
         case 34735:
-            s.geo.claves = enteros();
+            for (const std::uint64_t v : enteros())
+                s.geo.m_Claves.push_back(static_cast<std::uint16_t>(v));
             break;
         case 34736:
-            s.geo.reales = reales();
+            s.geo.m_Dobles = reales();
             break;
         default:
             break;
@@ -229,7 +230,6 @@ CString JuzgaTrozos(PaginaTiff& p, const Entradas& s, std::uint64_t tamano) {
 
 bool PaginaTiff::EsNumerica() const {
     if (fotometrica == fotometrica::kPaleta) return false;
-    const bool puntos = tipoRasterPropio && georreferencia->m_nTipoRaster == 2;
     if (!puntos && !(claves >= 2 && (bits == 16 || bits == 32))) return false;
     return muestras == 1 || BytesMuestra() == bits / 8;
 }
@@ -266,7 +266,12 @@ CString LeePaginaTiff(CFile& fichero, const CabeceraTiff& cabecera, std::uint64_
     p.packBits = s.compresion == 32773;
     if (const CString motivo = JuzgaMuestras(p, s); !motivo.IsEmpty()) return motivo;
     if (const CString motivo = JuzgaTrozos(p, s, numeros.Tamano()); !motivo.IsEmpty()) return motivo;
-    LeeGeorreferencia(s.geo, p);
+    if (s.geo.HayAlguna()) {
+        s.geo.Llena(p.georreferencia.emplace());
+        p.claves = s.geo.CuentaClaves();
+        int tipoRaster = 0;
+        p.puntos = s.geo.Clave(1025, tipoRaster) && tipoRaster == 2;
+    }
     return {};
 }
 

@@ -4,6 +4,7 @@
 #include "raster/CGeorreferencia.h"
 #include "platform/CFile.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <vector>
@@ -61,9 +62,9 @@ struct PaginaTiff {
     float referenciaYCbCr[6]{0.0F, 255.0F, 128.0F, 255.0F, 128.0F, 255.0F};
 
     std::optional<CGeorreferencia> georreferencia;
-    unsigned claves = 0;            ///< GeoKeys that the directory of keys has
-    bool tipoRasterPropio = false;  ///< key 1025 stands in the file
-    std::uint64_t siguiente = 0;    ///< offset of the next directory; 0 for the last
+    std::size_t claves = 0;       ///< GeoKeys that the file has
+    bool puntos = false;          ///< key 1025 of the file itself calls pixels points
+    std::uint64_t siguiente = 0;  ///< offset of the next directory; 0 for the last
 
     /// Bytes of a row of a piece.
     std::uint64_t BytesFila() const { return (anchoTrozo * (planos ? 1 : muestras) * bits + 7) / 8; }

@@ -129,7 +129,8 @@ TEST_F(CTiffDirectorio, TellsTheResolutionInDotsPerInch) {
         return a.raster.Resolucion();
     };
     EXPECT_EQ(resolucion(2), 100.0F);
-    EXPECT_EQ(resolucion(3), 254.01F);
+    EXPECT_FLOAT_EQ(resolucion(3), 254.01F);
+    EXPECT_EQ(resolucion(1), 1.0F);
     Fabrica mala = Gris();
     mala.PonFraccion(282, 1, 0);
     EXPECT_EQ(Lee(mala.Bytes()), 1);
