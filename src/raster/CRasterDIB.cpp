@@ -36,7 +36,7 @@ ULONGLONG BytesDeFila(int ancho, unsigned bits) {
 }
 
 std::size_t EntradasPaleta(int bits) {
-    return bits == 1 || bits == 4 || bits == 8 ? std::size_t{1} << bits : 0;
+    return bits <= 8 ? std::size_t{1} << bits : 0;
 }
 
 int EnCentesimas(int pixeles) {

@@ -13,11 +13,22 @@ namespace {
 
 using Cuentas = std::array<unsigned, 256>;
 
-// Counts of bytes. Neighbours often are alike, and two counts of one value have to wait for each other: four tables
-// take turns.
+// Counts of bytes. Neighbours often are alike, and a count has to wait for the one before it of the same value: four
+// tables take turns.
 class Contador {
   public:
-    void Cuenta(std::size_t turno, std::size_t valor) { ++m_Turnos[turno % 4][valor]; }
+    /// Counts every `paso`-th of some bytes.
+    void Cuenta(std::span<const BYTE> bytes, std::size_t paso = 1) {
+        std::size_t i = 0;
+        for (; i + 4 * paso <= bytes.size(); i += 4 * paso) {
+            ++m_Turnos[0][bytes[i]];
+            ++m_Turnos[1][bytes[i + paso]];
+            ++m_Turnos[2][bytes[i + 2 * paso]];
+            ++m_Turnos[3][bytes[i + 3 * paso]];
+        }
+        for (; i < bytes.size(); i += paso)
+            ++m_Turnos[0][bytes[i]];
+    }
     Cuentas Suma() const {
         Cuentas suma;
         for (std::size_t i = 0; i < suma.size(); ++i)
@@ -51,7 +62,7 @@ struct Puros {
 // Grey, as histograms weigh it.
 class Gris {
   public:
-    int operator()(const BYTE* p) const { return static_cast<int>(m_Suma(p[0], p[1], p[2])); }
+    BYTE operator()(const BYTE* p) const { return static_cast<BYTE>(m_Suma(p[0], p[1], p[2])); }
 
   private:
     SumaPonderada m_Suma{0.0, 0.212655, 0.715158, 0.072187};
@@ -60,11 +71,24 @@ class Gris {
 // Luma of YCbCr.
 class Luma {
   public:
-    int operator()(const BYTE* p) const { return static_cast<int>(16.0 + m_Suma(p[2], p[1], p[0]) / 256.0); }
+    BYTE operator()(const BYTE* p) const { return static_cast<BYTE>(16.0 + m_Suma(p[2], p[1], p[0]) / 256.0); }
 
   private:
     SumaPonderada m_Suma{0.0, 65.738, 129.057, 25.064};
 };
+
+// Counts what `gris` gives for each pixel of a row of 24 bits. @param grises  room for them: counting comes after,
+// since it would hold up the sums
+template <class F>
+void CuentaGrises(std::span<const BYTE> fila, const F& gris, std::vector<BYTE>& grises, Contador& contador) {
+    grises.resize(fila.size() / 3);
+    const BYTE* p = fila.data();
+    for (BYTE& g : grises) {
+        g = gris(p);
+        p += 3;
+    }
+    contador.Cuenta(grises);
+}
 
 constexpr BYTE kBlanco[3] = {255, 255, 255}, kNegro[3] = {0, 0, 0};
 
@@ -75,14 +99,13 @@ int CRasterDIB::Histograma(unsigned* cuentas, bool sinBlanco, bool sinNegro) {
     Puros puros{sinBlanco, sinNegro};
     const Gris gris;
     const bool color = BytesPixel() == 3;
+    std::vector<BYTE> grises;
     const int resultado = MiraFilas(kTextoHistograma, [&](std::span<const BYTE> fila) {
         if (color) {
-            for (std::size_t i = 0, n = fila.size() / 3; i < n; ++i)
-                contador.Cuenta(i, std::size_t(gris(&fila[3 * i])));
+            CuentaGrises(fila, gris, grises, contador);
             puros.Busca(fila);
         } else {
-            for (std::size_t i = 0; i < fila.size(); ++i)
-                contador.Cuenta(i, fila[i]);
+            contador.Cuenta(fila);
         }
     });
     Cuentas suma = contador.Suma();
@@ -103,14 +126,12 @@ int CRasterDIB::Histogramas(unsigned (*tablas)[256], int& minY, int& maxY, bool 
         Puros puros{sinBlanco, sinNegro};
         const Gris gris;
         const Luma luma;
+        std::vector<BYTE> grises;
         resultado = MiraFilas(kTextoHistograma, [&](std::span<const BYTE> fila) {
-            for (std::size_t i = 0, n = fila.size() / 3; i < n; ++i) {
-                const BYTE* const p = &fila[3 * i];
-                contadores[0].Cuenta(i, std::size_t(gris(p)));
-                for (std::size_t banda = 0; banda < 3; ++banda)
-                    contadores[banda + 1].Cuenta(i, p[banda]);
-                contadores[4].Cuenta(i, std::size_t(luma(p)));
-            }
+            CuentaGrises(fila, gris, grises, contadores[0]);
+            for (std::size_t banda = 0; banda < 3; ++banda)
+                contadores[banda + 1].Cuenta(fila.subspan(banda), 3);
+            CuentaGrises(fila, luma, grises, contadores[4]);
             puros.Busca(fila);
         });
         const int blancos[5] = {gris(kBlanco), 255, 255, 255, luma(kBlanco)}, negros[5] = {0, 0, 0, 0, luma(kNegro)};
