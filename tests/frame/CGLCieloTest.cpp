@@ -1,6 +1,7 @@
 // The sky's list, and the reading of its image.
 
 #include "EscenaVista.h"
+#include "raster/CBmp.h"
 #include "platform/CStdioFile.h"
 #include "support/RasterVacio.h"
 #include "support/RegistroGL.h"
@@ -145,4 +146,71 @@ TEST_F(ConCielo, TheImageIsReadHeaderFirstAndAJpegThroughAStream) {
     lee(20, 1, 2, 0, "abre cabecera datos cierra");
     m_Escena.SetNombreImagenFondo(L"no such sky.tif");
     lee(20, 1, 1, 0, "");
+}
+
+// ---- Real pictures
+
+namespace {
+
+// A bitmap file of 4 x 2 pixels: red, green, blue and white above, black below. With 8 bits by a palette.
+std::wstring EscribeBmp(const CarpetaTemporal& carpeta, int bits) {
+    const BYTE colores[5][3] = {{0, 0, 255}, {0, 255, 0}, {255, 0, 0}, {255, 255, 255}, {0, 0, 0}};  // blue first
+    std::vector<BYTE> paleta(1024);
+    for (int i = 0; i < 5; ++i)
+        std::copy_n(colores[i], 3, &paleta[std::size_t(4 * i)]);
+    Vertiz::CBmp bmp;
+    EXPECT_TRUE(bmp.Crear(4, 2, bits, 72, false, nullptr, bits == 8 ? paleta.data() : nullptr, false));
+    for (int c = 0; c < 4; ++c)
+        for (int f = 0; f < 2; ++f) {
+            const auto color = BYTE(f == 1 ? c : 4);
+            bmp.SetPixel(f, c, bits == 8 ? &color : colores[color]);
+        }
+    const CString ruta((carpeta.Ruta() / "cielo.bmp").wstring().c_str());
+    CFile fichero;
+    EXPECT_TRUE(fichero.Open(ruta, CFile::modeCreate | CFile::modeReadWrite | CFile::typeBinary));
+    EXPECT_EQ(bmp.Grabar(&fichero), 1);
+    return ruta.Texto();
+}
+
+}  // namespace
+
+TEST_F(ConCielo, ABitmapBecomesATiffOfTheSamePixels) {
+    const CarpetaTemporal carpeta;
+    for (const int bits : {8, 24}) {
+        const CString ruta(EscribeBmp(carpeta, bits));
+        m_Escena.SetNombreImagenFondo(ruta);
+        Vertiz::IRaster* imagen = Vertiz::CreaRaster(ruta);
+        ASSERT_NE(imagen, nullptr);
+        ASSERT_EQ(m_Escena.CargarImagenFondo(&imagen), 1);
+        EXPECT_EQ(imagen->Tipo(), 20);
+        EXPECT_EQ(imagen->BytesPixel(), bits / 8);
+        EXPECT_EQ(imagen->TienePaleta(), bits == 8);
+        BYTE pixel[3]{};
+        ASSERT_TRUE(imagen->GetPixel(pixel, 1, 1, 0));
+        EXPECT_THAT(pixel, testing::ElementsAre(0, 255, 0));
+        Vertiz::BorraRaster(imagen);
+    }
+}
+
+TEST_F(ConCielo, AnImageIsSentInRowsOfRedGreenAndBlueAndHangsOnASphere) {
+    const CarpetaTemporal carpeta;
+    m_Escena.SetNombreImagenFondo(CString(EscribeBmp(carpeta, 8)));
+    m_Escena.SetImagenFondo(1);
+    const RegistroGL registro;
+    ASSERT_EQ(m_Escena.OnIniciarCielo(), 1);
+    ASSERT_EQ(registro.Cuenta("glTexImage2D"), 1U);
+    const LlamadasGL enviada = Solo(registro.Ejecutadas(), {"glTexImage2D"});
+    EXPECT_LLAMADAS(enviada, {"glTexImage2D(GL_TEXTURE_2D, 0, GL_COMPRESSED_RGB, 4, 2, 0, GL_RGB, GL_UNSIGNED_BYTE)"});
+    // The driver may compress, but keeps plain colours apart.
+    std::vector<GLubyte> textura(4 * 2 * 3);
+    glPixelStorei(GL_PACK_ALIGNMENT, 1);
+    glBindTexture(GL_TEXTURE_2D, m_Escena.m_nTexturaFondo);
+    glGetTexImage(GL_TEXTURE_2D, 0, GL_RGB, GL_UNSIGNED_BYTE, textura.data());
+    const std::vector<GLubyte> esperada = {0,   0, 0, 0, 0,   0, 0, 0, 0,   0,   0,   0,
+                                           255, 0, 0, 0, 255, 0, 0, 0, 255, 255, 255, 255};
+    for (std::size_t i = 0; i < textura.size(); ++i)
+        EXPECT_NEAR(textura[i], esperada[i], 64) << i;
+    const LlamadasGL lista = registro.Lista(m_Escena.m_nListaCielo);
+    EXPECT_NE(std::ranges::find(lista, "glColor3f(255, 255, 255)"), lista.end());
+    EXPECT_GT(Solo(lista, {"glTexCoord2f"}).size() + Solo(lista, {"glTexCoord2d"}).size(), 0U);
 }
