@@ -125,7 +125,16 @@ class LUMBRA_API IRaster {
     virtual int Tipo() const = 0;                  ///< 20 TIFF, 21 BMP, 22 JPEG, 23 ECW and JPEG 2000
     virtual void SetGeorreferencia(const CGeorreferencia& georreferencia) = 0;
 
-    /// Square convolution. @param tipo 0 Roberts, 1 Prewitt, 2 Sobel, 3 mean of nine, 4 weighted sum, 6 and 7 Laplace
+    // Formulas number the bytes of a pixel from 0 and are worked out in doubles; a result becomes a byte by cutting it
+    // off, unless rounding is told. 0 / 0 counts as 0. Pictures with palette are worked on by the numbers of their
+    // entries.
+
+    /// Square convolution of each band, in both modes: the absolute sum, at most 255. A margin of half a side, rounded
+    /// down, keeps its values on all four edges; an even kernel reaches further down and left.
+    /// @param tipo    0 Roberts (side 2), 1 Prewitt, 2 Sobel (side 3): both directions, added; of any side: 3 all 1/9,
+    /// 4
+    ///                all 1 and double in the middle row and column, 6 and 7 Laplace with a centre of 4 and 8; others
+    ///                change nothing
     /// @param tamano  side of the kernel where the kind leaves it open
     /// @return 1, 2, or kTamanoMalo with the image unchanged for a side below 1
     virtual int Filtra(int tipo, int tamano) = 0;
@@ -133,21 +142,25 @@ class LUMBRA_API IRaster {
     /// HSV value, 0 to 255, in all bands; 24 bits only.
     /// @param desplazamiento  below 256 the value is shifted by it and 128 more, wrapping past 255
     virtual int AGrises(int desplazamiento = 256) = 0;
-    virtual int
-    GrisesAColor() = 0;             ///< each grey as a hue (255 for 360 degrees), saturation 1, value 0.5; 24 bits only
-    virtual int Luminancia() = 0;   ///< 0.2989 byte 0 + 0.587 byte 1 + 0.114 byte 2; 24 bits only
-    virtual int LuminanciaY() = 0;  ///< 16 + 0.2567890625 byte 0 + 0.50412890625 byte 1 + 0.09790625 byte 2; 24 bits
+    /// Each grey, which is byte 0, as a hue (255 for 360 degrees) of saturation 1 and value 0.5, rounded; 24 bits only.
+    virtual int GrisesAColor() = 0;
+    virtual int Luminancia() = 0;  ///< 0.2989 byte 0 + 0.587 byte 1 + 0.114 byte 2, in all bands; 24 bits only
+    /// 16 + 0.2567890625 byte 0 + 0.50412890625 byte 1 + 0.09790625 byte 2, rounded, in all bands; 24 bits only.
+    virtual int LuminanciaY() = 0;
     /// Counts of 256 greys; a pixel of 24 bits counts under 0.212655 byte 0 + 0.715158 byte 1 + 0.072187 byte 2.
-    /// @param sinBlanco, sinNegro  leave out pure white, pure black
+    /// @param cuentas  out: 256 counts, in place of what was there
+    /// @param sinBlanco, sinNegro  leave out pure white, pure black: 255 and 0 of 8 bits
     virtual int Histograma(unsigned* cuentas, bool sinBlanco, bool sinNegro) = 0;
     /// Five tables: grey, byte 0, byte 1, byte 2, Y of YCbCr; of an image of 8 bits all are equal.
-    /// @param minY, maxY  out: least and greatest Y
+    /// @param minY, maxY  out: least and greatest Y that was counted, 0 without any
     virtual int Histogramas(unsigned (*tablas)[256], int& minY, int& maxY, bool sinBlanco, bool sinNegro) = 0;
-    /// Linear stretch; 24 bits only. @param banda 0: Y from minimo..maximo to 16..235; 1 to 3: that byte to 0..255
+    /// Linear stretch; 24 bits only. Equal limits do nothing, limits upside down invert.
+    /// @param banda  0: the Y of YCbCr from minimo..maximo to 16..235, its colour kept; 1 to 3: byte 0 to 2 to 0..255
+    /// @param sinBlanco, sinNegro  leave pure white, pure black untouched
     virtual int Estira(int minimo, int maximo, int banda, bool sinBlanco, bool sinNegro) = 0;
     /// Each byte b becomes (b + brillo - 0.5) (contraste / 100 + 1) + 0.5, truncated, from 0 to 255.
     virtual int BrilloContraste(double brillo, double contraste) = 0;
-    /// ((A - B) / (A + B) + 1) / 2 of two different bands from 0 to 2, in all bands; 24 bits only.
+    /// ((A - B) / (A + B) + 1) 255 / 2 of two different bands from 0 to 2, in all bands; 24 bits only.
     virtual int IndiceNormalizado(int a, int b) = 0;
     /// An index of vegetation, each class's own; 24 bits only.
     virtual int IndiceVegetacion() = 0;
@@ -159,7 +172,7 @@ class LUMBRA_API IRaster {
     /// @return 1
     virtual int CorrelaPlantilla(IRaster* plantilla, CTiff** destino, unsigned modo, bool completa) = 0;
     /// Each pixel becomes the nearest colour of a palette. @param paleta  NumMuestras bytes a colour; null: a palette
-    /// of ten colours of the library's own
+    /// of ten colours of the library's own, whose black has to be twice as near. The first of equals stands.
     virtual void ReducePaleta(const std::vector<BYTE>* paleta) = 0;
     /// Parts the image into regions of like colour.
     /// @param destino     out: a new picture, the caller's, that shows each region in its mean colour; null for none
@@ -170,13 +183,19 @@ class LUMBRA_API IRaster {
     /// @param componentes out: count of regions; may be null
     /// @return 1, or 2 when cancelled
     virtual int SegmentaImagen(CTiff** destino, float sigma, float c, int minimo, bool cierra, int* componentes) = 0;
-    /// A new picture of the same size with the pixels of one colour only. @return 1
+    /// A picture of the same kind with the pixels of one colour only, on white.
+    /// @param destino  a new CTiff, the caller's, is stored in it when it is null; otherwise that object takes the
+    /// result
+    /// @param color    three bytes; one for a picture of 8 bits without palette
+    /// @return 1; kNoSoportado without room for it
     virtual int ExtraeColor(CTiff** destino, const BYTE* color) = 0;
-    /// Adds columns of white on the left or on the right.
+    /// Adds columns of white, entry 255 where there is a palette, on the left or on the right. Without room for them
+    /// the picture stays as it was. The georeferencing isn't changed.
     virtual void Ensancha(int columnas, bool izquierda) = 0;
-    /// Copies the pixels to `otro` where that one isn't pure white. @return 1, kTamanoMalo for different sizes
+    /// Copies the pixels to `otro` where that one isn't pure white. @return 1, kTamanoMalo for different sizes or
+    /// depths
     virtual int MezclaSobre(IRaster* otro) = 0;
-    virtual int CuentaColor(const BYTE* color) = 0;  ///< pixels of one colour
+    virtual int CuentaColor(const BYTE* color) = 0;  ///< pixels of one colour, as in ExtraeColor
     /// Reads every `reduccion`-th pixel of every such row of the file; CECW only, 1 elsewhere.
     virtual int LeerReducido(unsigned reduccion) = 0;
 
