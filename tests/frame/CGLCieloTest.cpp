@@ -165,7 +165,7 @@ std::wstring EscribeBmp(const CarpetaTemporal& carpeta, int bits) {
             const auto color = BYTE(f == 1 ? c : 4);
             bmp.SetPixel(f, c, bits == 8 ? &color : colores[color]);
         }
-    const CString ruta((carpeta.Ruta() / "cielo.bmp").wstring().c_str());
+    const CString ruta((carpeta.Ruta() / "cielo.bmp").string().c_str());
     CFile fichero;
     EXPECT_TRUE(fichero.Open(ruta, CFile::modeCreate | CFile::modeReadWrite | CFile::typeBinary));
     EXPECT_EQ(bmp.Grabar(&fichero), 1);
