@@ -17,6 +17,33 @@ BYTE ABytes(double v) {
     return static_cast<BYTE>(std::clamp(v, 0.0, 255.0) + 0.5);
 }
 
+void DeRGB(const BYTE* r, const BYTE* g, const BYTE* b, std::size_t n, BYTE* bgr) {
+    for (std::size_t i = 0; i < n; i++) {
+        bgr[3 * i] = b[i];
+        bgr[3 * i + 1] = g[i];
+        bgr[3 * i + 2] = r[i];
+    }
+}
+
+// IEC 61966-2-1, amendment 1.
+void DeYCC(const BYTE* y, const BYTE* cb, const BYTE* cr, std::size_t n, BYTE* bgr) {
+    for (std::size_t i = 0; i < n; i++) {
+        const double luz = y[i], azul = cb[i] - 128.0, rojo = cr[i] - 128.0;
+        bgr[3 * i] = ABytes(luz + 1.772 * azul);
+        bgr[3 * i + 1] = ABytes(luz - 0.344136 * azul - 0.714136 * rojo);
+        bgr[3 * i + 2] = ABytes(luz + 1.402 * rojo);
+    }
+}
+
+void DeCMYK(const BYTE* c, const BYTE* m, const BYTE* y, const BYTE* k, std::size_t n, BYTE* bgr) {
+    for (std::size_t i = 0; i < n; i++) {
+        const int blanco = 255 - k[i];
+        bgr[3 * i] = static_cast<BYTE>((255 - y[i]) * blanco / 255);
+        bgr[3 * i + 1] = static_cast<BYTE>((255 - m[i]) * blanco / 255);
+        bgr[3 * i + 2] = static_cast<BYTE>((255 - c[i]) * blanco / 255);
+    }
+}
+
 // Chroma that was thinned out against the first component is no colour of its own, whatever the file calls it.
 bool TieneCromaReducida(const opj_image& imagen, const std::vector<std::size_t>& colores) {
     const auto& primera = imagen.comps[colores[0]];
@@ -109,31 +136,19 @@ void CColorJ2K::Linea(int fila, int columna, int n, BYTE* bgr, std::vector<BYTE>
         LineaCanal(m_Canales[i], m_nX0 + columna, m_nY0 + fila, n, componentes.data() + ancho * i);
 
     const BYTE* c0 = componentes.data();
-    const BYTE* c1 = c0 + (m_Canales.size() > 1 ? ancho : 0);
-    const BYTE* c2 = c0 + (m_Canales.size() > 2 ? 2 * ancho : 0);
-    for (std::size_t i = 0; i < ancho; i++, bgr += 3) {
-        switch (m_Modelo) {
-            case Modelo::kGris:
-            case Modelo::kRGB:
-                bgr[0] = c2[i];
-                bgr[1] = c1[i];
-                bgr[2] = c0[i];
-                break;
-            case Modelo::kYCC: {  // IEC 61966-2-1, amendment 1
-                const double y = c0[i], cb = c1[i] - 128.0, cr = c2[i] - 128.0;
-                bgr[0] = ABytes(y + 1.772 * cb);
-                bgr[1] = ABytes(y - 0.344136 * cb - 0.714136 * cr);
-                bgr[2] = ABytes(y + 1.402 * cr);
-                break;
-            }
-            case Modelo::kCMYK: {
-                const int blanco = 255 - c0[i + 3 * ancho];
-                bgr[0] = static_cast<BYTE>((255 - c2[i]) * blanco / 255);
-                bgr[1] = static_cast<BYTE>((255 - c1[i]) * blanco / 255);
-                bgr[2] = static_cast<BYTE>((255 - c0[i]) * blanco / 255);
-                break;
-            }
-        }
+    switch (m_Modelo) {
+        case Modelo::kGris:
+            DeRGB(c0, c0, c0, ancho, bgr);
+            break;
+        case Modelo::kRGB:
+            DeRGB(c0, c0 + ancho, c0 + 2 * ancho, ancho, bgr);
+            break;
+        case Modelo::kYCC:
+            DeYCC(c0, c0 + ancho, c0 + 2 * ancho, ancho, bgr);
+            break;
+        case Modelo::kCMYK:
+            DeCMYK(c0, c0 + ancho, c0 + 2 * ancho, c0 + 3 * ancho, ancho, bgr);
+            break;
     }
 }
 
