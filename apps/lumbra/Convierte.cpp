@@ -28,6 +28,17 @@ bool EsTiff(const std::string& ruta) {
     return TerminaEn(ruta, ".tif") || TerminaEn(ruta, ".tiff");
 }
 
+// Nothing but greys: a third of the bytes holds them.
+bool EsGris(const Foto& foto) {
+    std::vector<BYTE> bgr(3 * std::size_t(foto.Ancho()));
+    for (int f = 0; f < foto.Alto(); ++f) {
+        foto.Fila(f, bgr.data());
+        for (std::size_t i = 0; i < bgr.size(); i += 3)
+            if (bgr[i] != bgr[i + 1] || bgr[i] != bgr[i + 2]) return false;
+    }
+    return true;
+}
+
 void CopiaPixeles(const Foto& foto, Vertiz::IRaster& destino) {
     const int ancho = foto.Ancho(), alto = foto.Alto();
     std::vector<BYTE> bgr(3 * std::size_t(ancho));
@@ -62,7 +73,7 @@ void ConvierteFoto(const Foto& foto, const std::string& ruta) {
         destino = std::make_unique<Vertiz::CTiff>();
     else
         destino = std::make_unique<Vertiz::CBmp>();
-    const int bits = foto.EsGris() && !EsJpeg(ruta) ? 8 : 24;
+    const int bits = !EsJpeg(ruta) && EsGris(foto) ? 8 : 24;
     if (!destino->Crear(foto.Ancho(), foto.Alto(), bits, foto.Raster().Resolucion(), false, nullptr, nullptr, false))
         FallaSalida(ruta, "there is no room for its pixels");
     CopiaPixeles(foto, *destino);

@@ -3,6 +3,7 @@
 #include "Foto.h"
 
 #include "raster/CBmp.h"
+#include "raster/CECW.h"
 #include "raster/Resultados.h"
 #include "platform/Conversiones.h"
 
@@ -51,6 +52,7 @@ bool TerminaEn(const std::string& nombre, std::string_view fin) {
 
 Vertiz::IRaster* NuevoRaster(const std::string& ruta) {
     if (TerminaEn(ruta, "bmp")) return new BmpEntero;
+    if (TerminaEn(ruta, "j2k")) return new Vertiz::CECW;  // the bare codestream of a .jp2
     return Vertiz::CreaRaster(CString(DeUtf8(ruta)));
 }
 
@@ -58,12 +60,12 @@ Vertiz::IRaster* NuevoRaster(const std::string& ruta) {
     throw std::runtime_error(ruta + ": " + motivo);
 }
 
-// The library's own words where it had any.
+// What the result means, with the library's own words where it had any.
 std::string Motivo(int resultado, const std::vector<std::string>& mensajes) {
-    if (!mensajes.empty()) return mensajes.back();
-    if (resultado == Vertiz::kCabeceraMala) return "not a picture of the kind that its name says";
-    if (resultado == Vertiz::kNoSoportado) return "a kind of picture that can't be read, or a damaged one";
-    return "a picture that can't be read: it is damaged, or there is no room for its pixels";
+    std::string motivo = "it is damaged, or there is no room for its pixels";
+    if (resultado == Vertiz::kCabeceraMala) motivo = "not a picture of the kind that its name says";
+    if (resultado == Vertiz::kNoSoportado) motivo = "a kind of picture that can't be read, or a damaged one";
+    return mensajes.empty() ? motivo : motivo + " (" + mensajes.back() + ")";
 }
 
 }  // namespace
@@ -83,13 +85,10 @@ Foto::Foto(const std::string& ruta, Progreso& progreso, Que que) : m_pRaster(Nue
 }
 
 void Foto::Fila(int fila, BYTE* bgr) const {
-    const int desdeAbajo = Alto() - 1 - fila, ancho = Ancho();
+    const int desdeAbajo = Alto() - 1 - fila;
     const auto* bmp = dynamic_cast<const BmpEntero*>(m_pRaster.get());
     if (bmp != nullptr && bmp->EsEspecial()) return bmp->Fila(desdeAbajo, bgr);
-    m_pRaster->GetFila(bgr, desdeAbajo, 0, ancho);
-    if (EsGris())  // from the end, where no grey is overwritten before it is read
-        for (int c = ancho - 1; c >= 0; --c)
-            std::fill_n(bgr + 3 * c, 3, bgr[c]);
+    m_pRaster->GetFila(bgr, desdeAbajo, 0, Ancho());
 }
 
 bool EsFoto(const std::string& ruta, Progreso& progreso) {

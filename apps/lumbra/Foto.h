@@ -20,7 +20,6 @@ class Foto {
 
     int Ancho() const { return m_pRaster->Ancho(); }
     int Alto() const { return m_pRaster->Alto100() / m_pRaster->Factor100(); }
-    bool EsGris() const { return m_pRaster->BytesPixel() == 1 && !m_pRaster->TienePaleta(); }
 
     /// Writes a row, counted from the top, as blue, green, red.
     /// @param bgr  three bytes a pixel
