@@ -1,4 +1,4 @@
-// Opening of pictures, and the depths of bitmaps that the library leaves to its hosts.
+// Opening of pictures, and what kind of file is one.
 
 #include "Foto.h"
 
@@ -8,41 +8,11 @@
 #include "platform/Conversiones.h"
 
 #include <algorithm>
-#include <cwctype>
 #include <stdexcept>
 #include <string_view>
 #include <vector>
 
 namespace {
-
-// Bitmaps whose pixels the library leaves to its hosts: fewer than 8 bits, and 16 and 32.
-class BmpEntero : public Vertiz::CBmp {
-  public:
-    bool EsEspecial() const { return m_Cabecera.biBitCount != 8 && m_Cabecera.biBitCount != 24; }
-
-    void Fila(int fila, BYTE* bgr) const {
-        std::vector<BYTE> copia;
-        const std::span<const BYTE> bytes = FilaAlmacen(fila, copia);
-        const unsigned bits = m_Cabecera.biBitCount;
-        for (int c = 0; c < Ancho() && !bytes.empty(); ++c, bgr += 3) {
-            const std::size_t bit = std::size_t(c) * bits;
-            const BYTE* const p = &bytes[bit / 8];
-            if (bits == 32)
-                std::copy_n(p, 3, bgr);
-            else if (bits == 16)
-                QuinceBits(p[0] | p[1] << 8, bgr);
-            else
-                std::copy_n(&m_Paleta[4 * (p[0] >> (8 - bits - bit % 8) & ((1U << bits) - 1))], 3, bgr);
-        }
-    }
-
-  private:
-    // Three channels of 5 bits.
-    static void QuinceBits(int v, BYTE* bgr) {
-        for (int i = 0; i < 3; ++i, v >>= 5)
-            bgr[i] = static_cast<BYTE>((v & 31) * 255 / 31);
-    }
-};
 
 bool TerminaEn(const std::string& nombre, std::string_view fin) {
     constexpr auto minuscula = [](char c) { return c >= 'A' && c <= 'Z' ? char(c + 'a' - 'A') : c; };
@@ -51,7 +21,6 @@ bool TerminaEn(const std::string& nombre, std::string_view fin) {
 }
 
 Vertiz::IRaster* NuevoRaster(const std::string& ruta) {
-    if (TerminaEn(ruta, "bmp")) return new BmpEntero;
     if (TerminaEn(ruta, "j2k")) return new Vertiz::CECW;  // the bare codestream of a .jp2
     return Vertiz::CreaRaster(CString(DeUtf8(ruta)));
 }
@@ -82,13 +51,14 @@ Foto::Foto(const std::string& ruta, Progreso& progreso, Que que) : m_pRaster(Nue
     m_pRaster->CierraFichero();
     const std::vector<std::string> mensajes = progreso.Habla();
     if (resultado != 1) Falla(ruta, Motivo(resultado, mensajes));
+    // Depths of bitmaps that have no access to pixels as they are.
+    auto* bmp = dynamic_cast<Vertiz::CBmp*>(m_pRaster.get());
+    const bool bAjena = bmp != nullptr && bmp->BytesPixel() != 1 && bmp->BytesPixel() != 3;
+    if (bAjena && que == Que::kTodo && bmp->Expande() != 1) Falla(ruta, "there is no room for its pixels");
 }
 
 void Foto::Fila(int fila, BYTE* bgr) const {
-    const int desdeAbajo = Alto() - 1 - fila;
-    const auto* bmp = dynamic_cast<const BmpEntero*>(m_pRaster.get());
-    if (bmp != nullptr && bmp->EsEspecial()) return bmp->Fila(desdeAbajo, bgr);
-    m_pRaster->GetFila(bgr, desdeAbajo, 0, Ancho());
+    m_pRaster->GetFila(bgr, Alto() - 1 - fila, 0, Ancho());
 }
 
 bool EsFoto(const std::string& ruta, Progreso& progreso) {
