@@ -20,6 +20,10 @@ if(LUMBRA_SANITIZE)
   add_link_options(-fsanitize=${LUMBRA_SANITIZE})
 endif()
 
+if(LUMBRA_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
 find_program(LUMBRA_CCACHE ccache)
 if(LUMBRA_CCACHE AND NOT CMAKE_CXX_COMPILER_LAUNCHER)
   # Precompiled headers are cacheable only when ccache may ignore their time stamps.

@@ -32,7 +32,6 @@ constexpr std::string_view kFirmaUtf16 = "\xFF\xFE";
 // SimpleIni keeps a comment with what follows it, and drops one that nothing follows. A section of our own behind the
 // last one, which is never written, holds the comments at the end of the file. No file has it: control characters
 // aren't let in.
-constexpr const char* kUltima = "\x01";
 constexpr std::string_view kCabeceraUltima = "[\x01]";
 
 struct MenorSinMayusculas {

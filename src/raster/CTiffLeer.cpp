@@ -3,8 +3,8 @@
 
 namespace Vertiz {
 
-int CTiff::Leer(bool) {
-    return kNoSoportado;
+int CTiff::Leer(bool soloCabecera) {
+    return Leer(soloCabecera, nullptr, 0, nullptr, nullptr, nullptr, 0, 0, 0, 0);
 }
 int CTiff::Leer(bool, CMatriz<float>**, unsigned, int*, const float*, const float*, int, int, int, int) {
     return kNoSoportado;

@@ -4,6 +4,8 @@
 
 #include "raster/CBmp.h"
 #include "raster/CECW.h"
+#include "raster/CJpeg.h"
+#include "raster/LibTiff.h"
 #include "platform/Conversiones.h"
 #include "platform/Ficheros.h"
 
@@ -119,7 +121,9 @@ void IRaster::Muestra(BYTE* pixel, int x100, int y100, int interpolacion) const 
 
 IRaster* CreaRaster(const wchar_t* nombre) {
     if (nombre == nullptr) return nullptr;
+    if (AcabaEn(nombre, L"tif") || AcabaEn(nombre, L"tiff")) return new LibTiff;
     if (AcabaEn(nombre, L"bmp")) return new CBmp;
+    if (AcabaEn(nombre, L"jpg") || AcabaEn(nombre, L"jpeg")) return new CJpeg;
     if (AcabaEn(nombre, L"ecw") || AcabaEn(nombre, L"jp2")) return new CECW;
     return nullptr;
 }
