@@ -149,6 +149,15 @@ void CMatriz<T>::Rellena(T valor) {
 }
 
 template <class T>
+void CMatriz<T>::SetFila(unsigned fila, const T* valores) {
+    if (fila >= m_nFilas) return;
+    if (T* destino = Fila(fila))
+        std::copy_n(valores, m_nColumnas, destino);
+    else
+        EscribeFichero(fila, 0, valores, m_nColumnas);
+}
+
+template <class T>
 void CMatriz<T>::Intercambia(CMatriz& otra) noexcept {
     std::swap(m_nFilas, otra.m_nFilas);
     std::swap(m_nColumnas, otra.m_nColumnas);

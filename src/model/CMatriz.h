@@ -74,6 +74,8 @@ class LUMBRA_API CMatriz {
         else
             EscribeFichero(fila, columna, &valor, 1);
     }
+    /// Writes a whole row; nothing happens out of range.
+    void SetFila(unsigned fila, const T* valores);
     /// Sets all elements.
     void Rellena(T valor);
 

@@ -12,7 +12,7 @@ std::size_t CRasterDIB::BytesPixelesFila() const {
 
 int CRasterDIB::CambiaFilas(unsigned idTexto, const std::function<void(std::span<BYTE>)>& cambia) {
     const std::size_t bytes = BytesPixelesFila();
-    if (m_bModoFichero != 0 || m_Bloques.EstaVacio() || bytes == 0) return 1;
+    if (m_Bloques.EstaVacio() || bytes == 0) return 1;  // nothing in memory
     const Etapa etapa(m_nNivelMensajes, idTexto);
     for (int fila = 0; fila < AltoPixeles(); ++fila) {
         cambia(FilaEnMemoria(fila).first(bytes));

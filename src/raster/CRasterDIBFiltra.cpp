@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace Vertiz {
 
@@ -103,15 +104,15 @@ std::function<void(const Ventana&, BYTE*)> Filtro(int tipo, int lado) {
     if (tipo == 0) return Bordes<2, kRoberts1, kRoberts2>;
     if (tipo == 1) return Bordes<3, kPrewitt1, kPrewitt2>;
     if (tipo == 2) return Bordes<3, kSobel1, kSobel2>;
-    const std::vector<Celda> celdas = Celdas(tipo, lado);
+    std::vector<Celda> celdas = Celdas(tipo, lado);
     double pesos = 0.0;
     for (const Celda& celda : celdas)
         pesos += std::abs(celda.peso);
     if (tipo != 3 && pesos * 255.0 <= 32767.0)
-        return [celdas, sumas = std::vector<short>()](const Ventana& v, BYTE* salida) mutable {
+        return [celdas = std::move(celdas), sumas = std::vector<short>()](const Ventana& v, BYTE* salida) mutable {
             Convoluciona(v, celdas, sumas, salida);
         };
-    return [celdas, sumas = std::vector<double>()](const Ventana& v, BYTE* salida) mutable {
+    return [celdas = std::move(celdas), sumas = std::vector<double>()](const Ventana& v, BYTE* salida) mutable {
         Convoluciona(v, celdas, sumas, salida);
     };
 }

@@ -3,16 +3,26 @@
 #include "raster/CTiff.h"
 
 #include "raster/Resultados.h"
+#include "raster/TiffPagina.h"
 
 #include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace Vertiz {
 
 CTiff::~CTiff() = default;
 
-bool CTiff::SetFichero(CFile*) {
-    return false;
+bool CTiff::SetFichero(CFile* fichero) {
+    m_nOffsetDirectorio = 0;
+    m_DirectoriosLeidos.clear();
+    if (!CRasterDIB::SetFichero(fichero)) return false;
+    const std::optional<CabeceraTiff> cabecera = LeeCabeceraTiff(*fichero);
+    if (!cabecera) return false;
+    m_nOrdenBytes = cabecera->orden;
+    m_nVersion = cabecera->version;
+    m_nOffsetDirectorio = cabecera->directorio;
+    return true;
 }
 
 void CTiff::Limpiar() {

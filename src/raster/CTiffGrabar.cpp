@@ -1,10 +1,129 @@
+// Writing a TIFF: a classic little-endian file with its directory first and the pixels as one strip behind it, which
+// every reader takes.
+
 #include "raster/CTiff.h"
 #include "raster/Resultados.h"
+#include "raster/Salida.h"
+#include "raster/TextosProgreso.h"
+#include "raster/TiffEntradas.h"
+#include "model/Etapa.h"
+
+#include <bit>
+#include <limits>
+#include <utility>
 
 namespace Vertiz {
 
-int CTiff::Grabar(CFile*, const CMatriz<float>*, const CGeorreferencia*) {
-    return kNoSoportado;
+namespace {
+
+constexpr unsigned kFilaDeDatos = 273;
+
+// The tags that pictures and tables share.
+EntradasTiff EntradasComunes(unsigned ancho, unsigned alto, unsigned muestras, unsigned bits, unsigned fotometrica) {
+    EntradasTiff e;
+    const std::vector<std::uint16_t> bitsMuestra(muestras, static_cast<std::uint16_t>(bits));
+    e.Long(256, ancho);
+    e.Long(257, alto);
+    e.Shorts(258, bitsMuestra);
+    e.Short(259, 1);
+    e.Short(262, static_cast<std::uint16_t>(fotometrica));
+    e.Long(kFilaDeDatos, 0);
+    e.Short(277, static_cast<std::uint16_t>(muestras));
+    if (alto <= 0xFFFF)
+        e.Short(278, static_cast<std::uint16_t>(alto));
+    else
+        e.Long(278, alto);
+    e.Long(279, 0);
+    e.Short(284, 1);
+    e.Texto(305, "Qartel");
+    return e;
+}
+
+// Writes the header and then, from the top, the rows that `fila` makes.
+template <class F>
+int GrabaTira(CFile& fichero, EntradasTiff& entradas, int alto, std::uint64_t bytesFila, int nivel, F&& fila) {
+    const std::uint64_t inicio = entradas.Bytes(), datos = bytesFila * unsigned(alto);
+    if (inicio + datos > std::numeric_limits<std::uint32_t>::max()) return kNoSoportado;
+    entradas.Long(kFilaDeDatos, static_cast<std::uint32_t>(inicio));
+    entradas.Long(279, static_cast<std::uint32_t>(datos));
+    const std::vector<BYTE> cabecera = entradas.Cabecera();
+
+    const Etapa etapa(nivel, kTextoGrabar);
+    fichero.SeekToBegin();
+    Salida salida(fichero);
+    if (!salida.Escribe(cabecera.data(), cabecera.size())) return kNoSoportado;
+    std::vector<BYTE> bytes(bytesFila);
+    for (int i = 0; i < alto; ++i) {
+        if (!fila(i, bytes) || !salida.Escribe(bytes.data(), bytes.size())) return kNoSoportado;
+        if (!etapa.Paso(i + 1, alto)) return 2;
+    }
+    return salida.Acaba() ? 1 : kNoSoportado;
+}
+
+}  // namespace
+
+int CTiff::Grabar(CFile* fichero) {
+    return Grabar(fichero, nullptr, TieneGeorreferencia() ? &m_Georreferencia : nullptr);
+}
+
+int CTiff::Grabar(CFile* fichero, const CMatriz<float>* tabla, const CGeorreferencia* georreferencia) {
+    if (fichero == nullptr) return kNoSoportado;
+    if (tabla != nullptr && georreferencia != nullptr) return GrabaTabla(*fichero, *tabla, *georreferencia);
+    return GrabaImagen(*fichero, georreferencia);
+}
+
+int CTiff::GrabaImagen(CFile& fichero, const CGeorreferencia* georreferencia) {
+    const int alto = AltoPixeles();
+    if (!TienePixeles() || alto == 0 || m_nAncho == 0) return 2;
+    const int bytesPixel = BytesPixel();
+    if (bytesPixel != 1 && bytesPixel != 3) return kNoSoportado;
+
+    const unsigned fotometrica = bytesPixel == 3 ? 2 : TienePaleta() ? 3 : 1;
+    EntradasTiff e = EntradasComunes(unsigned(m_nAncho), unsigned(alto), unsigned(bytesPixel), 8, fotometrica);
+    e.Fraccion(282, double{m_fResolucionX});
+    e.Fraccion(283, double{m_fResolucionY});
+    e.Short(296, m_nUnidadResolucion);
+    if (TienePaleta()) {
+        std::vector<std::uint16_t> colores;
+        for (std::size_t banda = 0; banda < 3; ++banda)
+            for (std::size_t i = 0; i < 256; ++i)
+                colores.push_back(static_cast<std::uint16_t>(m_Paleta[i * 4 + 2 - banda] * 257));
+        e.Shorts(320, colores);
+    }
+    if (georreferencia != nullptr) e.Georreferencia(*georreferencia);
+
+    std::vector<BYTE> copia;
+    return GrabaTira(fichero, e, alto, std::uint64_t(m_nAncho) * unsigned(bytesPixel), m_nNivelMensajes,
+                     [&](int i, std::vector<BYTE>& bytes) {
+                         const std::span<const BYTE> fila = FilaAlmacen(alto - 1 - i, copia);
+                         if (fila.empty()) return false;
+                         std::copy_n(fila.begin(), bytes.size(), bytes.begin());
+                         if (bytesPixel == 3)
+                             for (std::size_t j = 0; j < bytes.size(); j += 3)
+                                 std::swap(bytes[j], bytes[j + 2]);
+                         return true;
+                     });
+}
+
+int CTiff::GrabaTabla(CFile& fichero, const CMatriz<float>& tabla, const CGeorreferencia& georreferencia) {
+    const unsigned filas = tabla.GetFilas(), columnas = tabla.GetColumnas();
+    if (filas == 0 || columnas == 0) return 2;
+    if (filas > unsigned(std::numeric_limits<int>::max())) return kNoSoportado;
+    EntradasTiff e = EntradasComunes(columnas, filas, 1, 32, 1);
+    e.Fraccion(282, double{m_fResolucionX});
+    e.Fraccion(283, double{m_fResolucionY});
+    e.Short(296, m_nUnidadResolucion);
+    e.Short(339, 3);  // floats: without it they are taken for integers
+    e.Georreferencia(georreferencia);
+    return GrabaTira(fichero, e, int(filas), std::uint64_t{columnas} * 4, m_nNivelMensajes,
+                     [&](int i, std::vector<BYTE>& bytes) {
+                         for (unsigned c = 0; c < columnas; ++c) {
+                             const auto v = std::bit_cast<std::uint32_t>(tabla.Get(filas - 1 - unsigned(i), c));
+                             for (unsigned b = 0; b < 4; ++b)
+                                 bytes[std::size_t{c} * 4 + b] = static_cast<BYTE>(v >> 8 * b);
+                         }
+                         return true;
+                     });
 }
 
 }  // namespace Vertiz

@@ -181,13 +181,29 @@ TYPED_TEST(ColorTest, CancellingGives2AndLeavesTheRowsDoneSoFar) {
     }
 }
 
-TYPED_TEST(ColorTest, AnEmptyObjectAndOneOf4BitsAreLeftInPeace) {
+// Lets a test see stored bytes of depths without access to pixels.
+template <class T>
+class Abierta : public T {
+  public:
+    std::vector<BYTE> Almacen() {
+        std::vector<BYTE> bytes;
+        for (int fila = 0; fila < this->AltoPixeles(); ++fila)
+            for (const BYTE b : this->FilaEnMemoria(fila))
+                bytes.push_back(b);
+        return bytes;
+    }
+};
+
+TYPED_TEST(ColorTest, EmptyObjectsAndOtherDepthsAreLeftInPeace) {
     for (const Operacion& operacion : kOperaciones) {
         TypeParam vacia;
         EXPECT_EQ(operacion.hace(vacia), 1) << operacion.nombre;
-        TypeParam cuatro;
-        ASSERT_TRUE(cuatro.Crear(5, 3, 4, 1.0F, true, nullptr, nullptr, false));
-        EXPECT_EQ(operacion.hace(cuatro), 1) << operacion.nombre;
+        for (const int bits : {1, 4, 16, 32}) {
+            Abierta<TypeParam> imagen;
+            ASSERT_TRUE(imagen.Crear(6, 3, bits, 1.0F, true, nullptr, nullptr, false));
+            EXPECT_EQ(operacion.hace(imagen), 1) << operacion.nombre;
+            EXPECT_THAT(imagen.Almacen(), testing::Each(255)) << operacion.nombre << ", " << bits << " bits";
+        }
     }
 }
 

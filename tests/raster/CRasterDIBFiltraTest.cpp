@@ -156,6 +156,13 @@ TEST(FiltraGrande, AKernelWhoseSumsAreTooLargeForShortsIsStillExact) {
         }
 }
 
+TEST(FiltraGrande, ASumOfManyPixelsDoesNotWrap) {
+    const std::vector<BYTE> bytes(20 * 20, 202);  // 324 times 202 is 88 short of 65536
+    const auto imagen = Imagen<CTiff>(20, 20, 8, 0, bytes);
+    EXPECT_EQ(imagen->Filtra(4, 17), 1);
+    EXPECT_EQ(Pixel(*imagen, 10, 10)[0], 255);
+}
+
 TEST(FiltraPaleta, WorksOnTheStoredEntries) {
     std::vector<BYTE> paleta(1024, 0);
     for (std::size_t i = 0; i < 256; ++i)

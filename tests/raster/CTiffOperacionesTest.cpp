@@ -75,6 +75,12 @@ TEST(IndiceVegetacionTiff, RangesOfKnownColours) {
     EXPECT_THAT(progreso.m_Mensajes, ElementsAre("ExG: -1.00 - 2.00", "ExR: -1.00 - 1.40", "ExG-ExR: -2.40 - 3.00"));
 }
 
+TEST(IndiceVegetacionTiff, FiguresOfBlackAre0) {
+    const Progreso progreso;
+    EXPECT_EQ(Imagen<CTiff>(2, 1, 24, 0, {0, 0, 0, 0, 255, 0})->IndiceVegetacion(), 1);
+    EXPECT_THAT(progreso.m_Mensajes, ElementsAre("ExG: 0.00 - 2.00", "ExR: -1.00 - 0.00", "ExG-ExR: 0.00 - 3.00"));
+}
+
 TEST(IndiceVegetacionTiff, CancellingGives2WithoutRanges) {
     const Progreso progreso(2);
     const auto imagen = Aleatoria<CTiff>(4, 4, 24, 0);
