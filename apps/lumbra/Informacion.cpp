@@ -27,6 +27,19 @@ std::string Rango(double desde, double hasta) {
     return Numero(desde) + " to " + Numero(hasta);
 }
 
+std::string FormatoFoto(const Vertiz::IRaster& raster) {
+    switch (raster.Tipo()) {
+        case 20:
+            return "TIFF";
+        case 21:
+            return "BMP";
+        case 22:
+            return "JPEG";
+        default:
+            return "JPEG 2000";
+    }
+}
+
 std::string Texto(const CString& s) {
     return AUtf8(s.Texto());
 }
@@ -49,6 +62,22 @@ void CuentaDEM(const Vertiz::CResultadoDEM& leido) {
     Linea("heights", Rango(m.Minima().z, m.Maxima().z));
     if (leido.m_Nulo) Linea("void value", Numero(*leido.m_Nulo));
     Linea("voids", std::to_string(leido.m_nVacios) + " samples");
+}
+
+void CuentaFoto(const Foto& foto) {
+    Vertiz::IRaster& raster = foto.Raster();
+    Linea("format", FormatoFoto(raster));
+    Linea("pixels", std::to_string(foto.Ancho()) + " x " + std::to_string(foto.Alto()));
+    if (raster.BytesPixel() > 0)
+        Linea("bits a pixel",
+              std::to_string(8 * raster.BytesPixel()) + (raster.TienePaleta() ? ", with a palette" : ""));
+    if (raster.Resolucion() > 1.0F) Linea("resolution", Numero(raster.Resolucion()) + " dots per inch");
+    if (!raster.TieneGeorreferencia()) return;
+    const Vertiz::CGeorreferencia& g = *raster.Georreferencia();
+    Linea("pixel size", Numero(g.m_dEscala[0]) + " x " + Numero(g.m_dEscala[1]));
+    for (const auto& p : g.m_PuntosControl)
+        Linea("tie point",
+              "pixel " + Numero(p[0]) + ", " + Numero(p[1]) + " is at " + Numero(p[3]) + ", " + Numero(p[4]));
 }
 
 bool CuentaGL() {

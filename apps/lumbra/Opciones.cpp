@@ -2,6 +2,7 @@
 
 #include "Opciones.h"
 
+#include "Convierte.h"
 #include "model/CDataGamaColor.h"
 #include "platform/Conversiones.h"
 
@@ -168,6 +169,12 @@ void Completa(Orden& orden, const Textos& textos) {
 }
 
 void DeclaraLectura(CLI::App& orden, Orden& o) {
+    orden
+        .add_option_function<unsigned>(
+            "--as", [&o](unsigned como) { o.foto = como == 1; },
+            "What the file holds: picture, terrain; by default as it looks")
+        ->transform(UnoDe({{"picture", 1}, {"terrain", 0}}))
+        ->type_name("WHAT");
     orden.add_option("--nodata", o.nulo, "Height that stands for 'no height', where the file doesn't say it")
         ->check(Regla("", [](const std::string& texto) { Real(texto); }))
         ->type_name("HEIGHT");
@@ -237,13 +244,16 @@ void DeclaraAspecto(CLI::App& orden, Orden& o, Textos& t) {
 }
 
 void DeclaraDibujo(CLI::App& orden, Orden& o, Textos& t) {
-    orden.add_option("file", o.fichero, "Elevation grid: GeoTIFF, ESRI ASCII grid, SRTM, USGS DEM ...")
-        ->check(NoVacio("name an elevation grid"))
+    orden
+        .add_option(
+            "file", o.fichero,
+            "Elevation grid (GeoTIFF, ESRI ASCII grid, SRTM, USGS DEM ...) or picture (TIFF, BMP, JPEG, JPEG 2000)")
+        ->check(NoVacio("name an elevation grid or a picture"))
         ->required();
     orden.add_option("-o,--output", o.salida, "Picture to write, PNG; by default the file's name with .png, here")
         ->check(NoVacio("name the picture to write"))
         ->type_name("FILE");
-    orden.add_option("--size", t.tamano, "Width and height in pixels")
+    orden.add_option("--size", t.tamano, "Width and height in pixels; a picture keeps its own, or is fitted in")
         ->check(Regla("", [](const std::string& texto) { Tamano(texto); }))
         ->type_name("WxH")
         ->capture_default_str();
@@ -262,6 +272,19 @@ void DeclaraDibujo(CLI::App& orden, Orden& o, Textos& t) {
         "  lumbra render dem.tif -o plan.png --top --orthographic --size 3000x3000");
 }
 
+void DeclaraConversion(CLI::App& orden, Orden& o) {
+    orden.add_option("file", o.fichero, "Picture to read: TIFF, BMP, JPEG, JPEG 2000")
+        ->check(NoVacio("name a picture"))
+        ->required();
+    orden.add_option("output", o.salida, "Picture to write: a name that ends in .bmp, .tif, .jpg or .png")
+        ->check(Regla("",
+                      [](const std::string& ruta) {
+                          if (!EsSalidaFoto(ruta))
+                              throw std::invalid_argument("'" + ruta + "' doesn't end in .bmp, .tif, .jpg or .png");
+                      }))
+        ->required();
+}
+
 // The parser's fault in one line, with where to read on.
 std::string Fallo(const CLI::ParseError& error, const CLI::App& programa) {
     const auto ordenes = programa.get_subcommands();
@@ -278,15 +301,18 @@ std::string Fallo(const CLI::ParseError& error, const CLI::App& programa) {
 Orden LeeOrden(int argc, char** argv) {
     Orden orden;
     Textos textos;
-    CLI::App programa{"Draws elevation grids, and tells about them. Needs no display.", "lumbra"};
+    CLI::App programa{"Draws elevation grids, tells about them, and converts pictures. Needs no display.", "lumbra"};
     programa.require_subcommand(0, 1);
     programa.set_version_flag("--version", "lumbra " LUMBRA_VERSION);
-    CLI::App* dibuja = programa.add_subcommand("render", "Draw an elevation grid into a picture");
+    CLI::App* dibuja = programa.add_subcommand("render", "Draw an elevation grid, or a picture as itself, into a PNG");
     DeclaraDibujo(*dibuja, orden, textos);
-    CLI::App* cuenta = programa.add_subcommand("info", "Tell about an elevation grid, or about the machine's OpenGL");
-    cuenta->add_option("file", orden.fichero, "Elevation grid")->check(NoVacio("name an elevation grid"));
+    CLI::App* cuenta =
+        programa.add_subcommand("info", "Tell about an elevation grid, a picture, or the machine's OpenGL");
+    cuenta->add_option("file", orden.fichero, "Elevation grid or picture")->check(NoVacio("name a file"));
     cuenta->add_flag("--gl", orden.gl, "Which way to OpenGL serves, its limits, and why the others don't");
     DeclaraLectura(*cuenta, orden);
+    CLI::App* convierte = programa.add_subcommand("convert", "Write a picture in another format");
+    DeclaraConversion(*convierte, orden);
     try {
         programa.parse(argc, argv);
     } catch (const CLI::Success& ayuda) {
@@ -297,13 +323,17 @@ Orden LeeOrden(int argc, char** argv) {
     }
     if (dibuja->parsed()) {
         orden.tarea = Tarea::kDibuja;
+        orden.tamanoPedido = dibuja->count("--size") > 0;
         Completa(orden, textos);
     } else if (cuenta->parsed()) {
         orden.tarea = Tarea::kCuenta;
         if (orden.fichero.empty() && !orden.gl) throw std::invalid_argument("info: name a file, or ask for --gl");
+    } else if (convierte->parsed()) {
+        orden.tarea = Tarea::kConvierte;
     } else {
         throw std::invalid_argument(
-            "say what to do: lumbra render FILE, or lumbra info FILE (lumbra --help tells more)");
+            "say what to do: lumbra render FILE, lumbra info FILE, or lumbra convert FILE OUTPUT (lumbra --help tells "
+            "more)");
     }
     return orden;
 }

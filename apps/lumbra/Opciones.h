@@ -6,7 +6,7 @@
 #include <optional>
 #include <string>
 
-enum class Tarea { kDibuja, kCuenta, kNada };  // kNada: help or version was asked for, and given
+enum class Tarea { kDibuja, kCuenta, kConvierte, kNada };  // kNada: help or version was asked for, and given
 
 struct Orden {
     Tarea tarea = Tarea::kNada;
@@ -14,6 +14,8 @@ struct Orden {
     std::optional<double> nulo;  ///< void value in place of the file's own
     bool grados = false;         ///< leave a grid in degrees as it is
     bool gl = false;             ///< tell about OpenGL
+    bool tamanoPedido = false;   ///< the picture's size is the user's, not the usual one
+    std::optional<bool> foto;    ///< the file is a picture, or isn't; empty: as it looks
     OpcionesVista vista;
 };
 

@@ -11,12 +11,6 @@ struct Imagen {
     std::vector<std::uint8_t> rgb;
 };
 
-/// Finds out whether a picture can be written, without touching its place.
-/// @param ruta     UTF-8
-/// @param entrada  a file that the picture must not replace
-/// @throw std::runtime_error with a sentence for the user
-void CompruebaSalida(const std::string& ruta, const std::string& entrada);
-
 /// Writes a PNG. The file appears whole or not at all: it is written beside its place and then renamed.
 /// A link stays, and what it leads to is replaced; what isn't an ordinary file is refused.
 /// @param ruta  UTF-8

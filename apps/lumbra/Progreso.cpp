@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <cstdio>
+#include <utility>
 
 Progreso::Progreso() : CWinApp(L"lumbra"), m_bTerminal(isatty(STDERR_FILENO) == 1) {}
 
@@ -39,6 +40,15 @@ void Progreso::Pasos(int /*nivel*/, int /*cantidad*/) {}
 void Progreso::Reinicia(int /*nivel*/, int /*modo*/, int /*flag*/) {}
 
 void Progreso::Mensaje(int /*nivel*/, const CString& texto, int /*flag*/) {
+    if (m_bCalla) {
+        m_Callados.push_back(AUtf8(texto.Texto()));
+        return;
+    }
     BorraLinea();
     std::fprintf(stderr, "lumbra: %s\n", AUtf8(texto.Texto()).c_str());
+}
+
+std::vector<std::string> Progreso::Habla() {
+    m_bCalla = false;
+    return std::exchange(m_Callados, {});
 }

@@ -1,9 +1,12 @@
-// lumbra: draws elevation grids and tells about them, from the command line.
+// lumbra: draws elevation grids, tells about them and converts pictures, from the command line.
 
+#include "Convierte.h"
+#include "Foto.h"
 #include "Informacion.h"
 #include "Opciones.h"
 #include "Png.h"
 #include "Progreso.h"
+#include "Salida.h"
 #include "Vista.h"
 #include "io/LeeDEM.h"
 #include "platform/Conversiones.h"
@@ -44,9 +47,19 @@ Vertiz::CResultadoDEM Lee(const Orden& orden, Progreso& progreso) {
     return leido;
 }
 
-void Dibuja(const Orden& orden, Progreso& progreso) {
-    // Before the work, not after it.
-    CompruebaSalida(orden.salida, orden.fichero);
+bool HayFoto(const Orden& orden, Progreso& progreso) {
+    return orden.foto ? *orden.foto : EsFoto(orden.fichero, progreso);
+}
+
+void DibujaFoto(const Orden& orden, Progreso& progreso) {
+    const Foto foto(orden.fichero, progreso);
+    const Imagen imagen =
+        ImagenDeFoto(foto, orden.tamanoPedido ? orden.vista.ancho : 0, orden.tamanoPedido ? orden.vista.alto : 0);
+    EscribePng(orden.salida, imagen);
+    std::printf("%s -> %s: %d x %d pixels\n", orden.fichero.c_str(), orden.salida.c_str(), imagen.ancho, imagen.alto);
+}
+
+void DibujaTerreno(const Orden& orden, Progreso& progreso) {
     Vertiz::CResultadoDEM leido = Lee(orden, progreso);
     if (leido.m_pDEM->DameCeldas() == 0)
         throw std::runtime_error(orden.fichero + ": no cell has heights at its four corners, so there is no surface");
@@ -59,9 +72,30 @@ void Dibuja(const Orden& orden, Progreso& progreso) {
     std::printf("\n");
 }
 
+void Dibuja(const Orden& orden, Progreso& progreso) {
+    CompruebaSalida(orden.salida, orden.fichero);  // before the work, not after it
+    if (HayFoto(orden, progreso))
+        DibujaFoto(orden, progreso);
+    else
+        DibujaTerreno(orden, progreso);
+}
+
+void Convierte(const Orden& orden, Progreso& progreso) {
+    CompruebaSalida(orden.salida, orden.fichero);
+    const Foto foto(orden.fichero, progreso);
+    ConvierteFoto(foto, orden.salida);
+    std::printf("%s -> %s: %d x %d pixels\n", orden.fichero.c_str(), orden.salida.c_str(), foto.Ancho(), foto.Alto());
+}
+
 void Cuenta(const Orden& orden, Progreso& progreso) {
     if (orden.gl && !CuentaGL()) throw std::runtime_error("no rendering context can be had; the reasons stand above");
     if (orden.fichero.empty()) return;
+    if (HayFoto(orden, progreso)) {
+        const Foto foto(orden.fichero, progreso, Foto::Que::kCabecera);
+        std::printf("%s\n", orden.fichero.c_str());
+        CuentaFoto(foto);
+        return;
+    }
     const Vertiz::CResultadoDEM leido = Lee(orden, progreso);
     std::printf("%s\n", orden.fichero.c_str());
     CuentaDEM(leido);
@@ -71,6 +105,7 @@ void Cumple(const Orden& orden) {
     Progreso progreso;
     if (orden.tarea == Tarea::kDibuja) Dibuja(orden, progreso);
     if (orden.tarea == Tarea::kCuenta) Cuenta(orden, progreso);
+    if (orden.tarea == Tarea::kConvierte) Convierte(orden, progreso);
     if (std::fflush(stdout) != 0) throw std::runtime_error("can't write to standard output");
 }
 

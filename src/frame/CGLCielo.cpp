@@ -5,16 +5,18 @@
 #include "frame/Cuadrica.h"
 #include "frame/ListaGL.h"
 #include "frame/MaterialGL.h"
-#include "raster/IRaster.h"
+#include "raster/CTiff.h"
 #include "platform/CFile.h"
 #include "platform/CStdioFile.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <memory>
 #include <vector>
 
 namespace {
 
-constexpr int kTipoJpeg = 22;
+constexpr int kTipoBmp = 21, kTipoJpeg = 22;
 
 // The picture in rows of red, green and blue, every nPaso-th pixel of it; a pixel that can't be read is white.
 std::vector<GLubyte> Muestras(const Vertiz::IRaster& imagen, int w, int h, int nPaso) {
@@ -30,6 +32,15 @@ std::vector<GLubyte> Muestras(const Vertiz::IRaster& imagen, int w, int h, int n
     return filas;
 }
 
+// Replaces a picture by a TIFF of the same size, samples and palette. False, with the picture as it was, without room.
+bool PasaATiff(Vertiz::IRaster** imagen) {
+    auto tiff = std::make_unique<Vertiz::CTiff>();
+    if ((*imagen)->Recorta(0, 0, std::abs((*imagen)->Alto()), (*imagen)->Ancho(), tiff.get()) != 1) return false;
+    (*imagen)->Borrar();
+    *imagen = tiff.release();
+    return true;
+}
+
 }  // namespace
 
 int CGL::CargarImagenFondo(Vertiz::IRaster** pImagen) {
@@ -42,7 +53,9 @@ int CGL::CargarImagenFondo(Vertiz::IRaster** pImagen) {
     const bool leida = imagen.SetFichero(&origen) && imagen.Leer(true) == 1 && imagen.Leer(false) == 1;
     imagen.CierraFichero();
     origen.Close();
-    return leida ? 1 : 0;
+    if (!leida) return 0;
+    if (imagen.Tipo() != kTipoBmp && !imagen.TienePaleta()) return 1;
+    return PasaATiff(pImagen) ? 1 : 0;
 }
 
 // Fills m_nTexturaFondo from the sky image. False on a GL error; bBuena tells whether there is a texture to show.

@@ -5,6 +5,7 @@
 #include "platform/Exporta.h"
 
 #include <cmath>
+#include <concepts>
 #include <cstdint>
 #include <limits>
 #include <type_traits>
@@ -65,8 +66,8 @@ class LUMBRA_API CCoor2D {
     CCoor2D() = default;
     CCoor2D(T xx, T yy, int tipo = 0) : x(xx), y(yy), m_nTipo(tipo) {}
     /// From real values, rounded.
-    CCoor2D(double xx, double yy, int tipo = 0) requires std::is_integral_v<T>
-        : x(ACoordenada<T>(xx)), y(ACoordenada<T>(yy)), m_nTipo(tipo) {}
+    template <std::integral U = T>
+    CCoor2D(double xx, double yy, int tipo = 0) : x(ACoordenada<T>(xx)), y(ACoordenada<T>(yy)), m_nTipo(tipo) {}
     /// From the other kind of coordinates; reals are rounded to integers, `Tipo` is kept.
     template <class U>
     requires(!std::is_same_v<T, U>) CCoor2D(const CCoor2D<U>& c)
@@ -139,7 +140,8 @@ class LUMBRA_API CCoor3D {
     CCoor3D() = default;
     CCoor3D(T xx, T yy, T zz, int tipo = 0) : x(xx), y(yy), z(zz), m_nTipo(tipo) {}
     /// From real values, rounded.
-    CCoor3D(double xx, double yy, double zz, int tipo = 0) requires std::is_integral_v<T>
+    template <std::integral U = T>
+    CCoor3D(double xx, double yy, double zz, int tipo = 0)
         : x(ACoordenada<T>(xx)), y(ACoordenada<T>(yy)), z(ACoordenada<T>(zz)), m_nTipo(tipo) {}
     /// From the other kind of coordinates; reals are rounded to integers, `Tipo` is kept.
     template <class U>

@@ -1,6 +1,7 @@
 #pragma once
 // Pictures in memory: rows from the bottom up, each padded to 4 bytes, blue first.
 
+#include "platform/CabeceraDIB.h"
 #include "platform/Exporta.h"
 #include "platform/Tipos.h"
 
@@ -19,22 +20,6 @@ struct BITMAP {
     WORD bmBitsPixel;   ///< 24 or 32
     void* bmBits;       ///< first byte of the bottom row; lives as long as the bitmap
 };
-
-/// Header of a picture in memory.
-struct BITMAPINFOHEADER {
-    DWORD biSize;  ///< 40
-    LONG biWidth;
-    LONG biHeight;  ///< positive: rows from the bottom up
-    WORD biPlanes;
-    WORD biBitCount;
-    DWORD biCompression;  ///< 0: none
-    DWORD biSizeImage;
-    LONG biXPelsPerMeter;
-    LONG biYPelsPerMeter;
-    DWORD biClrUsed;
-    DWORD biClrImportant;
-};
-static_assert(sizeof(BITMAPINFOHEADER) == 40);
 
 /// An entry of a palette.
 struct RGBQUAD {

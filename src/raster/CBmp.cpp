@@ -39,8 +39,8 @@ bool EsProfundidad(unsigned bits) {
 
 // A short file is taken for what it holds, but one that holds next to nothing of a big picture lies about its size.
 bool Cabe(ULONGLONG imagen, ULONGLONG presentes) {
-    constexpr ULONGLONG kPequena = ULONGLONG{64} << 20;
-    return presentes > 0 && (imagen <= kPequena || imagen / 4 <= presentes);
+    constexpr ULONGLONG kPequena = 65536;
+    return presentes > 0 && (imagen <= kPequena || imagen / 16 <= presentes);
 }
 
 // A row of fewer than 8 bits a pixel, or of 8, by its palette.

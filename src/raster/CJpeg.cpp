@@ -168,6 +168,14 @@ class CJpeg::Lector : public Motor<jpeg_decompress_struct> {
     int Ancho() const { return static_cast<int>(m_Jpeg.image_width); }
     int Alto() const { return static_cast<int>(m_Jpeg.image_height); }
 
+    /// A file that is cut short is shown, but one that holds next to nothing of a large picture lies about its size.
+    bool CabeEnFichero() {
+        constexpr ULONGLONG kPocos = ULONGLONG{1} << 20, kPorByte = 128;  // the plainest blocks take 32 bytes
+        const ULONGLONG bloques = (ULONGLONG{m_Jpeg.image_width} + 7) / 8 * ((m_Jpeg.image_height + 7) / 8);
+        if (bloques <= kPocos || bloques / kPorByte <= m_Fuente.fichero->GetLength()) return true;
+        return Falla(JERR_INPUT_EOF);
+    }
+
     bool Empieza() {
         if (!HayMemoria(BytesCoeficientes())) return Falla(JERR_OUT_OF_MEMORY);
         return Intenta([&] {
@@ -222,6 +230,7 @@ int CJpeg::Leer(bool soloCabecera) {
     const Etapa etapa(m_nNivelMensajes, kTextoLeer);
     Lector lector(*m_pFuente);
     int resultado = lector.LeeCabecera();
+    if (resultado == 1 && !lector.CabeEnFichero()) resultado = 2;
     if (resultado == 1) {
         const bool hecha = Crear(lector.Ancho(), lector.Alto(), 24, 1.0F, false, nullptr, nullptr, soloCabecera);
         resultado = !hecha ? 2 : soloCabecera ? 1 : LeePixeles(lector, etapa);

@@ -50,7 +50,7 @@ CRasterDIB::~CRasterDIB() = default;
 void CRasterDIB::Limpiar() {
     m_Bloques.Vacia();
     LiberaTemporal();
-    m_Cabecera = BITMAPINFOHEADER{0};
+    m_Cabecera = {};
     std::vector<BYTE>().swap(m_Paleta);
     std::vector<BYTE>().swap(m_Buffer);
     m_nAncho = m_nOscuro = m_nBrillante = 0;
@@ -113,7 +113,8 @@ bool CRasterDIB::CreaCabecera(int ancho, int alto, int bits, float resolucion, c
     Limpiar();
     const double porMetro = resolucion / 0.025401;
     m_nAncho = ancho;
-    m_Cabecera = BITMAPINFOHEADER{};
+    m_Cabecera.biSize = sizeof m_Cabecera;
+    m_Cabecera.biPlanes = 1;
     m_Cabecera.biWidth = ancho;
     m_Cabecera.biHeight = alto;
     m_Cabecera.biBitCount = static_cast<WORD>(bits);

@@ -2,8 +2,8 @@
 // What every format of picture has in common: the stored picture under its header, access to its pixels, and the
 // operations on the whole of it.
 
-#include "raster/CabeceraDIB.h"
 #include "raster/IRaster.h"
+#include "platform/CabeceraDIB.h"
 
 #include <cstdlib>
 #include <functional>
@@ -113,7 +113,7 @@ class LUMBRA_API CRasterDIB : public IRaster {
     /// Bytes of the pixels of a row; 0 for a depth without access to pixels.
     std::size_t BytesPixelesFila() const;
 
-    BITMAPINFOHEADER m_Cabecera{0};  ///< biSize 0 while the object is empty
+    BITMAPINFOHEADER m_Cabecera{};  ///< biSize 0 while the object is empty
     std::vector<BYTE> m_Paleta;      ///< entries of 4 bytes
     CFile* m_pFuente = nullptr;      ///< not owned
     std::vector<BYTE> m_Buffer;

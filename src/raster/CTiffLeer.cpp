@@ -279,7 +279,7 @@ int CTiff::MideEscala(const PaginaTiff& pagina, const VentanaTiff& ventana, cons
 
 void CTiff::ComunicaLimite(double limite) const {
     CString texto;
-    texto.Format(L"Escalando valores a %d", static_cast<int>(limite));
+    texto.Format(L"Escalando valores a %d", static_cast<std::int64_t>(limite));
     Comunica(texto);
 }
 

@@ -139,7 +139,8 @@ int LibTiff::LeeImagen(const Pagina& pagina, const Ventana& v, const Etapa& etap
 
     std::string primerFallo;
     bool alguna = false;
-    int hechas = 0;
+    int hechas = 0, intentos = 0;
+    constexpr int kIntentos = 64;  // a directory without data behind it isn't worth going through
     std::vector<BYTE> copia(BytesFila());
     for (std::uint32_t fila = 0, n = 0; fila < pagina.alto; fila += n) {
         n = std::min(bandas.Filas(), pagina.alto - fila);
@@ -149,6 +150,7 @@ int LibTiff::LeeImagen(const Pagina& pagina, const Ventana& v, const Etapa& etap
         const bool leida = bandas.Lee(fila, n);
         alguna = alguna || (leida && m_sFallo.empty());
         if (primerFallo.empty()) primerFallo = m_sFallo;
+        if (!alguna && ++intentos == kIntentos) break;
         for (int i = std::max(v.fila0 - primera, 0); i < static_cast<int>(n) && primera + i < v.fila1; ++i) {
             const auto pixeles =
                 bandas.Fila(static_cast<std::uint32_t>(i)).subspan(std::size_t(v.col0), std::size_t(v.Columnas()));

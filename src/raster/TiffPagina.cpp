@@ -78,7 +78,7 @@ bool Anota(const NumerosTiff& numeros, const EntradaTiff& e, PaginaTiff& p, Entr
             s.bytes = enteros();
             break;
         case 281:
-            p.maximoMuestra = static_cast<double>(entero(0));
+            p.maximoMuestra = double(std::min<std::uint64_t>(entero(0), 0xFFFFFFFF));
             break;
         case 282:
             p.resolucionX = PrimerReal(reales());

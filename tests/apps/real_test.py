@@ -33,9 +33,26 @@ class RealFiles(HostTest):
                 self.assertGreater(count, 3000)
                 self.assertGreater(len({c for _, _, c in picture.pixels()}), 500, "relief has many shades")
 
-    def test_pictures_are_refused(self):
+    def test_pictures_render_as_themselves(self):
         for name in PICTURES:
-            self.fails("render", DATA / name, "-o", "x.png", says=[name, "not an elevation grid"])
+            run = self.host("render", DATA / name, "-o", "out.png")
+            self.assertEqual((run.returncode, run.stderr), (0, ""), name)
+            picture = Picture(self.folder / "out.png")
+            self.assertIn(f"{picture.width} x {picture.height}", self.host("info", DATA / name).stdout)
+            self.fails("render", DATA / name, "--as", "terrain", "-o", "x.png", says=[name, "not an elevation grid"])
+
+    def test_every_picture_is_drawn_or_refused_in_one_line(self):
+        refused = set()
+        for path in sorted(p for kind in ("tiff", "bmp", "jpeg", "jp2") for p in (DATA.parent / kind).iterdir()):
+            if path.suffix in (".tfw", ".wld"):
+                continue
+            run = self.host("render", path, "--as", "picture", "-o", "out.png", "--size", "60x60")
+            if run.returncode != 0:
+                self.assertEqual((run.returncode, run.stdout, len(run.stderr.splitlines())), (1, "", 1), run.stderr)
+                refused.add(path.name)
+        self.assertEqual(refused & {"RGB.byte.tif", "pal1.bmp", "rgb16.bmp", "rgb32.bmp", "autzen.jpg", "bogota.jp2",
+                                    "p0_01.j2k", "BigTIFFMotorola.tif", "fax4.tiff"}, set())
+        self.assertLessEqual({"pal4rle.bmp", "badwidth.bmp", "monkey12.jpg", "broken1.jp2"}, refused)
 
     def test_voids_are_holes(self):
         # The site is an island in a rectangle of voids: the share of what is drawn is that of valid samples.

@@ -1,6 +1,7 @@
 // The sky's list, and the reading of its image.
 
 #include "EscenaVista.h"
+#include "raster/CBmp.h"
 #include "platform/CStdioFile.h"
 #include "support/RasterVacio.h"
 #include "support/RegistroGL.h"
@@ -145,4 +146,84 @@ TEST_F(ConCielo, TheImageIsReadHeaderFirstAndAJpegThroughAStream) {
     lee(20, 1, 2, 0, "abre cabecera datos cierra");
     m_Escena.SetNombreImagenFondo(L"no such sky.tif");
     lee(20, 1, 1, 0, "");
+}
+
+// ---- Real pictures
+
+namespace {
+
+constexpr int kBloque = 4;  // pixels of a side that a driver compresses together
+
+// A bitmap file of blocks of one colour: red, green, blue and white above, black below. With 8 bits by a palette.
+CString EscribeBmp(const CarpetaTemporal& carpeta, int bits) {
+    const BYTE colores[5][3] = {{0, 0, 255}, {0, 255, 0}, {255, 0, 0}, {255, 255, 255}, {0, 0, 0}};  // blue first
+    std::vector<BYTE> paleta(1024);
+    for (std::size_t i = 0; i < 5; ++i)
+        std::copy_n(colores[i], 3, &paleta[4 * i]);
+    Vertiz::CBmp bmp;
+    EXPECT_TRUE(
+        bmp.Crear(4 * kBloque, 2 * kBloque, bits, 72, false, nullptr, bits == 8 ? paleta.data() : nullptr, false));
+    for (int c = 0; c < 4 * kBloque; ++c)
+        for (int f = 0; f < 2 * kBloque; ++f) {
+            const auto color = BYTE(f >= kBloque ? c / kBloque : 4);
+            EXPECT_TRUE(bmp.SetPixel(f, c, bits == 8 ? &color : colores[color]));
+        }
+    const CString ruta((carpeta.Ruta() / "cielo.bmp").string().c_str());
+    CFile fichero;
+    EXPECT_TRUE(fichero.Open(ruta, CFile::modeCreate | CFile::modeReadWrite | CFile::typeBinary));
+    EXPECT_EQ(bmp.Grabar(&fichero), 1);
+    return ruta;
+}
+
+}  // namespace
+
+TEST_F(ConCielo, ABitmapBecomesATiffOfTheSamePixels) {
+    const CarpetaTemporal carpeta;
+    for (const int bits : {8, 24}) {
+        const CString ruta = EscribeBmp(carpeta, bits);
+        m_Escena.SetNombreImagenFondo(ruta);
+        Vertiz::IRaster* imagen = Vertiz::CreaRaster(ruta);
+        ASSERT_NE(imagen, nullptr);
+        ASSERT_EQ(m_Escena.CargarImagenFondo(&imagen), 1);
+        EXPECT_EQ(imagen->Tipo(), 20);
+        EXPECT_EQ(imagen->BytesPixel(), bits / 8);
+        EXPECT_EQ(imagen->TienePaleta(), bits == 8);
+        BYTE pixel[3]{};
+        ASSERT_TRUE(imagen->GetPixel(pixel, kBloque, kBloque, 0));
+        EXPECT_THAT(pixel, testing::ElementsAre(0, 255, 0));
+        Vertiz::BorraRaster(imagen);
+    }
+}
+
+TEST_F(ConCielo, AnImageIsSentInRowsOfRedGreenAndBlueAndHangsOnASphere) {
+    const CarpetaTemporal carpeta;
+    m_Escena.SetNombreImagenFondo(EscribeBmp(carpeta, 8));
+    m_Escena.SetImagenFondo(1);
+    const RegistroGL registro;
+    ASSERT_EQ(m_Escena.OnIniciarCielo(), 1);
+    ASSERT_EQ(registro.Cuenta("glTexImage2D"), 1U);
+    const LlamadasGL enviada = Solo(registro.Ejecutadas(), {"glTexImage2D"});
+    EXPECT_LLAMADAS(enviada, {"glTexImage2D(GL_TEXTURE_2D, 0, " + std::to_string(GL_COMPRESSED_RGB) +
+                              ", 16, 8, 0, GL_RGB, GL_UNSIGNED_BYTE, ...)"});
+    std::vector<GLubyte> textura(4 * kBloque * 2 * kBloque * 3);
+    glPixelStorei(GL_PACK_ALIGNMENT, 1);
+    glBindTexture(GL_TEXTURE_2D, m_Escena.m_nTexturaFondo);
+    glGetTexImage(GL_TEXTURE_2D, 0, GL_RGB, GL_UNSIGNED_BYTE, textura.data());
+    const auto texel = [&](int fila, int columna) {
+        const GLubyte* t = &textura[std::size_t(3 * (fila * kBloque * 4 * kBloque + columna * kBloque))];
+        return std::vector<int>{t[0] > 127, t[1] > 127, t[2] > 127};
+    };
+    EXPECT_THAT(texel(0, 0), testing::ElementsAre(0, 0, 0));
+    EXPECT_THAT(texel(1, 0), testing::ElementsAre(1, 0, 0));
+    EXPECT_THAT(texel(1, 1), testing::ElementsAre(0, 1, 0));
+    EXPECT_THAT(texel(1, 2), testing::ElementsAre(0, 0, 1));
+    EXPECT_THAT(texel(1, 3), testing::ElementsAre(1, 1, 1));
+    const LlamadasGL lista = registro.Lista(m_Escena.m_nListaCielo);
+    const LlamadasGL esfera(lista.begin() + std::ptrdiff_t(1 + kSinLuz.size()), lista.end());
+    EXPECT_LLAMADAS(
+        Sin(esfera, {"glPushAttrib"}),
+        {"glColor3f(255, 255, 255)", "glPolygonMode(GL_FRONT_AND_BACK, GL_FILL)", "glEnable(GL_TEXTURE_2D)",
+         "glBindTexture(GL_TEXTURE_2D, " + std::to_string(m_Escena.m_nTexturaFondo) + ")", "glPushMatrix()",
+         "gluSphere(1, 20, 16)", "glPopAttrib()", "glPopMatrix()", "glPolygonMode(GL_FRONT_AND_BACK, GL_FILL)"});
+    EXPECT_EQ(Solo(lista, {"glPushAttrib"}).size(), 1U);
 }

@@ -262,6 +262,7 @@ TEST_P(Bmp, SizesThatLieTakeNoMemory) {
                                       {5, int(0x80000000)},
                                       {46341, 46341},
                                       {1, 0x7FFFFFFF},
+                                      {5, 263168},
                                       {0x7FFFFFFF, 0x7FFFFFFF},
                                       {100000, -20000}}) {
         std::string bytes = Fichero{}.Bytes();

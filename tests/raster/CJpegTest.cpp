@@ -211,6 +211,20 @@ TEST_F(CJpegTest, AFileOfNothingButScansIsGivenUp) {
     EXPECT_THAT(progreso.m_Mensajes, SizeIs(1));
 }
 
+TEST_F(CJpegTest, AHugeSizeThatTheFileCannotHoldIsRefusedAtOnce) {
+    std::string jpg = Color(16, 16);
+    const std::size_t marco = jpg.find("\xFF\xC0");
+    ASSERT_NE(marco, std::string::npos);
+    jpg.replace(marco + 5, 4, "\xFF\xDC\xFF\xDC");
+    for (const bool soloCabecera : {true, false}) {
+        Progreso progreso;
+        CJpeg imagen(1);
+        EXPECT_EQ(Lee(imagen, jpg, soloCabecera), 2);
+        EXPECT_THAT(progreso.m_Pasos, IsEmpty());
+        EXPECT_THAT(progreso.m_Mensajes, SizeIs(1));
+    }
+}
+
 // ---- Writing -----------------------------------------------------------------------------------------------------
 
 TEST_F(CJpegTest, WritesTheFileThatLibjpegWritesOfTheSamePixels) {

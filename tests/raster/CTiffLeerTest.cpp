@@ -222,6 +222,16 @@ TEST_F(CTiffLeer, AToldMaximumTakesOnePass) {
     EXPECT_THAT(progreso.m_Etapas, ElementsAre(56001u));
 }
 
+TEST_F(CTiffLeer, AToldMaximumMayTakeThirtyTwoBits) {
+    Fabrica f;
+    f.Imagen(1, 1, 1, 32, 1).Pon(281, Fabrica::Long, {1U << 31}).Trozos({f.Numero(1U << 30, 4)});
+    Abierto a(Fichero(f.Bytes()));
+    Progreso progreso;
+    ASSERT_EQ(a.raster.Leer(false), 1);
+    EXPECT_THAT(imagenes::Pixeles(a.raster), ElementsAre(128));
+    EXPECT_THAT(progreso.m_Mensajes, ElementsAre("Escalando valores a 2147483648"));
+}
+
 TEST_F(CTiffLeer, EveryWidthOfSampleIsRead) {
     struct {
         unsigned bits, formato;

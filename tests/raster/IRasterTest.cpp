@@ -1,6 +1,7 @@
 // What every image shares: sampling between pixels, opening by name, its name, and the end of its temporary file.
 
 #include "raster/Imagenes.h"
+#include "raster/LibTiff.h"
 #include "support/Progreso.h"
 
 #include <gmock/gmock.h>
@@ -130,12 +131,17 @@ TEST(CreaRaster, GoesByTheEndOfTheNameWithoutRegardToCaseOrDot) {
                                        {L"/una carpeta/ñandú.BMP", 21},
                                        {L"bmp", 21},
                                        {L"fotobmp", 21},
+                                       {L"a.tif", 20},
+                                       {L"a.TIFF", 20},
+                                       {L"a.jpg", 22},
+                                       {L"a.JPEG", 22},
                                        {L"a.ecw", 23},
                                        {L"a.Jp2", 23}}) {
         IRaster* const raster = CreaRaster(nombre);
         ASSERT_NE(raster, nullptr) << nombre;
         EXPECT_EQ(raster->Tipo(), tipo);
         EXPECT_EQ(raster->NivelMensajes(), 3);
+        EXPECT_EQ(dynamic_cast<Vertiz::LibTiff*>(raster) != nullptr, tipo == 20);
         raster->Borrar();
     }
 }

@@ -540,6 +540,19 @@ TEST_F(LibTiffTest, AFileOfNothingButADirectoryIsRefused) {
     }
 }
 
+TEST_F(LibTiffTest, ADirectoryWithoutDataIsGivenUpSoon) {
+    const auto ruta = m_Carpeta / "v.tif";
+    {
+        const Tiff tiff = AbreTiff(ruta, "w");
+        PonForma(tiff.get(), {.ancho = 10, .alto = 5000, .filasTira = 1});
+        TIFFCheckpointDirectory(tiff.get());
+    }
+    Progreso progreso;
+    LibTiff imagen;
+    EXPECT_EQ(Lee(imagen, ruta), kNoSoportado);
+    EXPECT_LT(progreso.m_Pasos.size(), 200U);
+}
+
 TEST_F(LibTiffTest, CreaRasterGivesItForBothEndings) {
     for (const wchar_t* nombre : {L"a.tif", L"a.TIFF"}) {
         const std::unique_ptr<Vertiz::IRaster> raster(Vertiz::CreaRaster(nombre));

@@ -1,0 +1,65 @@
+// Writing beside the place and renaming.
+
+#include "Salida.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <stdexcept>
+
+namespace {
+
+namespace fs = std::filesystem;
+
+// Where a file really goes: a link is followed, and nothing but an ordinary file is replaced.
+std::string Destino(const std::string& ruta) {
+    std::error_code error;
+    const fs::file_status estado = fs::status(ruta, error);
+    if (fs::is_directory(estado)) FallaSalida(ruta, "that is a folder; name a file");
+    if (fs::exists(estado) && !fs::is_regular_file(estado)) FallaSalida(ruta, "that is not an ordinary file");
+    return fs::exists(estado) ? fs::canonical(ruta).string() : ruta;
+}
+
+}  // namespace
+
+void FallaSalida(const std::string& ruta, const std::string& motivo) {
+    throw std::runtime_error("can't write " + ruta + ": " + motivo);
+}
+
+Provisional::Provisional(const std::string& ruta)
+    : m_Ruta(ruta), m_Destino(Destino(ruta)), m_Nombre(m_Destino + ".XXXXXX") {
+    const int fd = mkstemp(m_Nombre.data());
+    if (fd >= 0) m_pFichero = fdopen(fd, "wb");
+    if (m_pFichero == nullptr) FallaSalida(ruta, std::strerror(errno));
+}
+
+Provisional::~Provisional() {
+    if (m_pFichero != nullptr) std::fclose(m_pFichero);
+    if (!m_Nombre.empty()) unlink(m_Nombre.c_str());
+}
+
+void Provisional::Nombra() {
+    // A temporary file is its owner's alone; a file for the user gets the permissions that any new file gets.
+    const mode_t mascara = umask(0);
+    umask(mascara);
+    fchmod(fileno(m_pFichero), 0666 & ~mascara);
+    const bool cerrado = std::fclose(m_pFichero) == 0;
+    m_pFichero = nullptr;
+    if (!cerrado || std::rename(m_Nombre.c_str(), m_Destino.c_str()) != 0) FallaSalida(m_Ruta, std::strerror(errno));
+    m_Nombre.clear();
+}
+
+void CompruebaSalida(const std::string& ruta, const std::string& entrada) {
+    const fs::path destino = Destino(ruta);
+    std::error_code error;
+    if (fs::equivalent(destino, entrada, error))
+        FallaSalida(ruta, "it is the file that is read; name another with --output");
+    fs::path carpeta = destino.parent_path();
+    if (carpeta.empty()) carpeta = ".";
+    if (!fs::is_directory(carpeta, error)) FallaSalida(ruta, "there is no folder " + carpeta.string());
+    if (access(carpeta.c_str(), W_OK | X_OK) != 0) FallaSalida(ruta, std::strerror(errno));
+}
