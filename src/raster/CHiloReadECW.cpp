@@ -120,7 +120,8 @@ void CHiloReadECW::LeeLineas(NCS::CView& vista, int lineas, unsigned paso) {
 }
 
 void CHiloReadECW::Progresa(float porcentaje) {
-    // The operation that waits reads it meanwhile.
+    // Whoever waits reads it meanwhile, and the others' stand beside it in memory: whole percents are enough.
+    if (porcentaje < 100.0F && porcentaje - m_fProgresoAnterior < 1.0F) return;
     std::atomic_ref((*m_pProgresos)[m_nIndice]).store(porcentaje, std::memory_order_relaxed);
     m_fProgresoAnterior = porcentaje;
 }

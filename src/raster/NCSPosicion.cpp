@@ -1,7 +1,7 @@
 // Where a picture lies: the GeoTIFF of one pixel in its GeoJP2 box, or six numbers in a world file beside it.
 
-#include "raster/CTiff.h"
 #include "raster/NCSCajas.h"
+#include "raster/TiffPagina.h"
 #include "platform/Ficheros.h"
 #include "platform/Numeros.h"
 
@@ -63,24 +63,24 @@ struct Posicion {
 std::optional<Posicion> DeGeoTIFF(const std::vector<BYTE>& bytes) {
     if (bytes.empty()) return std::nullopt;
     CFicheroMemoria fichero(bytes);
-    Vertiz::CTiff tiff;
-    tiff.SetNivelMensajes(0);
-    constexpr int kPixelEsPunto = 2;
-    tiff.Georreferencia()->m_nTipoRaster = 1;  // what a file without that key means
-    if (!tiff.SetFichero(&fichero) || tiff.Leer(true) != 1 || !tiff.TieneGeorreferencia()) return std::nullopt;
+    const auto cabecera = Vertiz::LeeCabeceraTiff(fichero);
+    Vertiz::PaginaTiff pagina;
+    // A page without good pixels may still tell its place: the pixel is of no use.
+    if (cabecera) Vertiz::LeePaginaTiff(fichero, *cabecera, cabecera->directorio, pagina);
+    if (!pagina.georreferencia) return std::nullopt;
 
-    const Vertiz::CGeorreferencia& g = *tiff.Georreferencia();
+    const Vertiz::CGeorreferencia& g = *pagina.georreferencia;
     Posicion p{};
-    if (!g.m_PuntosControl.empty()) {
+    const double* m = g.m_dTransformacion;
+    if (m[0] != 0.0) {
+        if (m[1] != 0.0 || m[4] != 0.0) return std::nullopt;  // turned: cell sizes and origin can't tell that
+        p = {m[0], m[5], m[3], m[7]};
+    } else if (!g.m_PuntosControl.empty()) {
         const auto& punto = g.m_PuntosControl.front();
         p = {g.m_dEscala[0], -g.m_dEscala[1], punto[3] - punto[0] * g.m_dEscala[0],
              punto[4] + punto[1] * g.m_dEscala[1]};
-    } else {
-        const double* m = g.m_dTransformacion;
-        if (m[1] != 0.0 || m[4] != 0.0) return std::nullopt;  // turned: cell sizes and origin can't tell that
-        p = {m[0], m[5], m[3], m[7]};
     }
-    if (g.m_nTipoRaster == kPixelEsPunto) p.AEsquina();
+    if (pagina.puntos) p.AEsquina();
     return p.EsBuena() ? std::optional(p) : std::nullopt;
 }
 

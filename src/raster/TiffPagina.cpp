@@ -262,16 +262,17 @@ CString LeePaginaTiff(CFile& fichero, const CabeceraTiff& cabecera, std::uint64_
     for (const EntradaTiff& e : *entradas)
         if (!Anota(numeros, e, p, s)) return L"Hay datos del directorio fuera del archivo";
 
-    if (s.compresion != 1 && s.compresion != 32773) return L"Archivo comprimido";
-    p.packBits = s.compresion == 32773;
-    if (const CString motivo = JuzgaMuestras(p, s); !motivo.IsEmpty()) return motivo;
-    if (const CString motivo = JuzgaTrozos(p, s, numeros.Tamano()); !motivo.IsEmpty()) return motivo;
+    // The place first: it holds also where the pixels can't be taken.
     if (s.geo.HayAlguna()) {
         s.geo.Llena(p.georreferencia.emplace());
         p.claves = s.geo.CuentaClaves();
         int tipoRaster = 0;
         p.puntos = s.geo.Clave(1025, tipoRaster) && tipoRaster == 2;
     }
+    if (s.compresion != 1 && s.compresion != 32773) return L"Archivo comprimido";
+    p.packBits = s.compresion == 32773;
+    if (const CString motivo = JuzgaMuestras(p, s); !motivo.IsEmpty()) return motivo;
+    if (const CString motivo = JuzgaTrozos(p, s, numeros.Tamano()); !motivo.IsEmpty()) return motivo;
     return {};
 }
 

@@ -53,4 +53,24 @@ TEST(EcwRealesTest, CoverTheFolder) {
         EXPECT_THAT(kFicheros, testing::Contains(testing::StrEq(fichero.path().filename().string())));
 }
 
+TEST(EcwRealesTest, ArePlacedByTheirGeoJP2Box) {
+    struct Caso {
+        const char* nombre;
+        double celda, x, y;
+    };
+    for (const Caso& c : {Caso{"jp2/bogota.jp2", 60.0, 440720.0, 100000.0},
+                          Caso{"jp2/small_world_non_consecutive_tilepart_tlm.jp2", 0.9, -180.0, 90.0}}) {
+        SCOPED_TRACE(c.nombre);
+        SALTA_SIN_DATOS(c.nombre);
+        CECW imagen;
+        imagen.SetNombre(CString((CarpetaDatos() / c.nombre).c_str()));
+        ASSERT_EQ(imagen.Leer(true), 1);
+        ASSERT_TRUE(imagen.TieneGeorreferencia());
+        const auto& g = *imagen.Georreferencia();
+        EXPECT_DOUBLE_EQ(g.m_dEscala[0], c.celda);
+        EXPECT_DOUBLE_EQ(g.m_dEscala[1], c.celda);
+        EXPECT_THAT(g.m_PuntosControl, testing::ElementsAre(testing::ElementsAre(0, 0, 0, c.x, c.y, 0)));
+    }
+}
+
 }  // namespace
