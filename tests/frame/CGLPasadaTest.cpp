@@ -207,6 +207,80 @@ TEST_F(ConEscena, AnErrorPendingAfterTheSketchIsForgotten) {
 
 // ---- Layers alone --------------------------------------------------------------------------------------------------
 
+TEST_F(ConEscena, EachLayerIsCompiledByItsOwnHook) {
+    struct Capas : EscenaPrueba {
+        using CGL::operator=;
+        int Es(int n) { return m_nCapa = n, 1; }
+        int OnIniciarLimites() override { return Es(1); }
+        int OnIniciarBase() override { return Es(2); }
+        int OnIniciarArboles() override { return Es(3); }
+        int OnIniciarEdificios() override { return Es(4); }
+        int OnIniciarRupturas() override { return Es(5); }
+        int OnIniciarCurvado() override { return Es(6); }
+        int m_nCapa = 0;
+    };
+    Tela tela;
+    Capas escena;
+    ASSERT_TRUE(escena.CreaEn(tela));
+    int n = 0;
+    for (int (CGL::*inicia)() : {&CGL::IniciarLimites, &CGL::IniciarBase, &CGL::IniciarArboles, &CGL::IniciarEdificios,
+                                 &CGL::IniciarRupturas, &CGL::IniciarCurvado}) {
+        EXPECT_EQ((escena.*inicia)(), 1);
+        EXPECT_EQ(escena.m_nCapa, ++n);
+        EXPECT_EQ(wglGetCurrentContext(), nullptr);
+    }
+}
+
+TEST_F(ConFamilia, EveryLayerButTheLimitsGoesOnToTheChildren) {
+    struct Hija : EscenaPrueba {
+        using CGL::operator=;
+        int OnIniciarEdificios() override { return ++m_nVeces; }
+        int OnIniciarRupturas() override { return ++m_nVeces; }
+        int OnIniciarCurvado() override { return ++m_nVeces; }
+        int m_nVeces = 0;
+    };
+    auto* hija = new Hija;
+    m_Padre.VinculoNuevo(hija);
+    EXPECT_EQ(m_Padre.IniciarEdificios(), 1);
+    EXPECT_EQ(m_Padre.IniciarRupturas(), 1);
+    EXPECT_EQ(m_Padre.IniciarCurvado(), 1);
+    EXPECT_EQ(hija->m_nVeces, 3);
+}
+
+TEST_F(ConEscena, MarksAndMeasuresAreCompiledAndDrawnEachWhenThereAreAny) {
+    m_Escena.SetEjes(0);
+    m_Escena.m_Marcas.emplace_back(L"m", Punto(1, 1, -9999), L"a", 1.0);
+    RegistroGL registro;
+    ASSERT_EQ(m_Escena.Iniciar(), 1);
+    const auto compiladas = [&] { return Solo(registro.Todas(), {"glGenLists"}).size(); };
+    const std::size_t conMarcas = compiladas();
+    m_Escena.m_Medidas.emplace_back(CString(L"medida"));
+    registro.Olvida();
+    ASSERT_EQ(m_Escena.Iniciar(), 1);
+    EXPECT_EQ(compiladas(), conMarcas + 3) << "measures compile the marks once more";
+    // No setting shows them: measures draw the marks on photographs by themselves.
+    registro.Olvida();
+    ASSERT_EQ(m_Escena.Render(), 1);
+    EXPECT_LLAMADAS(
+        Solo(registro.Ejecutadas(), {"glCallList"}),
+        {Llama(m_Escena.m_nLista), Llama(m_Escena.m_nListaPuntosMarcasFoto), Llama(m_Escena.m_nListaMarcas)});
+}
+
+TEST_F(ConEscena, AFrameThatCannotBePresentedIsAFailure) {
+    struct Ladrona : EscenaPrueba {
+        using CGL::operator=;
+        int OnRender() override {
+            wglMakeCurrent(nullptr, nullptr);  // a picture in memory is presented by its own context alone
+            return 1;
+        }
+    };
+    Tela tela;
+    Ladrona escena;
+    escena.SetEjes(0);
+    ASSERT_TRUE(escena.Monta(tela));
+    EXPECT_EQ(escena.Render(), 0);
+}
+
 TEST_F(ConFamilia, LayersWalkTheReferencesWhenOnThenTheLinks) {
     EXPECT_EQ(m_Padre.IniciarArboles(), 1);
     EXPECT_THAT(m_Pasos, ElementsAre("p.OnIniciarArboles", "r.OnIniciarArboles", "v.OnIniciarArboles"));

@@ -132,6 +132,66 @@ TEST_F(ConEscena, DestruirDeletesTheConcretePartThenTextureThenListsInOrder) {
     EXPECT_EQ(m_Escena.m_nTexturaFondo, 0U);
 }
 
+namespace {
+
+/// Shows what fonts and printing keep.
+struct EscenaImpresa : EscenaPrueba {
+    using CGL::operator=;
+    using CGL::m_bFuentes;
+    using CGL::m_hBitmapImpresion;
+    using CGL::m_hDCMemoria;
+    using CGL::m_hRCImpresion;
+    using CGL::m_nListaFuentes;
+    using CGL::m_nListaFuentesSeleccion;
+};
+
+}  // namespace
+
+TEST(CGLDestruir, FreesTheGlyphsOfASceneThatBuildsThem) {
+    for (const int bFuentes : {1, 0}) {
+        Tela tela;
+        EscenaImpresa escena;
+        ASSERT_TRUE(escena.CreaEn(tela));
+        ASSERT_TRUE(escena.MakeCurrent(nullptr));
+        escena.m_nListaFuentes = glGenLists(1024);
+        escena.m_nListaFuentesSeleccion = glGenLists(1024);
+        wglMakeCurrent(nullptr, nullptr);
+        escena.m_bFuentes = bFuentes;
+        LlamadasGL esperadas;
+        for (const GLuint bloque : {escena.m_nListaFuentes, escena.m_nListaFuentesSeleccion})
+            esperadas.push_back("glDeleteLists(" + std::to_string(bloque) + ", 1024)");
+        if (bFuentes == 0) esperadas.clear();
+        const RegistroGL registro;
+        escena.Destruir();
+        EXPECT_EQ(EnLineas(Solo(registro.Ejecutadas(), {"glDeleteLists"})), EnLineas(esperadas));
+        EXPECT_EQ(escena.m_nListaFuentes, 0U);
+        EXPECT_EQ(escena.m_nListaFuentesSeleccion, 0U);
+    }
+}
+
+TEST(CGLDestruir, WhatPrintingLeftGoesWithTheSceneUnlessItIsForgotten) {
+    for (const bool bOlvida : {false, true}) {
+        Tela tela;
+        auto escena = std::make_unique<EscenaImpresa>();
+        ASSERT_TRUE(escena->CreaEn(tela));
+        CDC memoria;
+        ASSERT_TRUE(memoria.CreateCompatibleDC(nullptr));
+        const HGLRC contexto = escena->m_hRCImpresion = wglCreateContext(tela.DC()->GetSafeHdc());
+        const HDC dc = escena->m_hDCMemoria = memoria.Detach();
+        ASSERT_NE(contexto, nullptr);
+        if (bOlvida) {
+            escena->Anular();
+            EXPECT_EQ(escena->m_hRCImpresion, nullptr);
+            EXPECT_EQ(escena->m_hDCMemoria, nullptr);
+            EXPECT_EQ(escena->m_hBitmapImpresion, nullptr);
+        }
+        escena.reset();
+        EXPECT_EQ(wglDeleteContext(contexto), bOlvida ? TRUE : FALSE);
+        CDC otra;
+        EXPECT_EQ(otra.Attach(dc), bOlvida ? TRUE : FALSE);
+    }
+}
+
 // ---- Crear ---------------------------------------------------------------------------------------------------------
 
 TEST(CGLCrear, AsksTheHookWithTheFormatOfTheBitmap) {
