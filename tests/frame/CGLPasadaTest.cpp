@@ -49,6 +49,24 @@ TEST_F(ConFamilia, IniciarCompilesTheModelTheReferencesTheLinksThenTheOverlays) 
                             m_Padre.m_nListaPuntosMarcasTerreno, m_Padre.m_nListaMarcas));
 }
 
+TEST_F(ConFamilia, ChildrenInheritTheSettingsBeforeTheyCompile) {
+    m_Padre.SetQuad(0);
+    m_Padre.SetExageracionVertical(2.5F);
+    ASSERT_EQ(m_Padre.Iniciar(), 1);
+    for (const EscenaPrueba* hijo : {m_pReferencia, m_pVinculo}) {
+        EXPECT_EQ(hijo->GetQuad(), 0U);
+        EXPECT_EQ(hijo->GetExageracionVertical(), 2.5F);
+    }
+}
+
+TEST_F(ConEscena, IniciarCompilesTheSketchToo) {
+    Vertiz::CDigiTab tabla;
+    m_Escena.SetDigiTab(&tabla);
+    m_Escena.m_LineaNueva << Punto(0, 0, 0) << Punto(0.5, 0, 0);
+    ASSERT_EQ(m_Escena.Iniciar(), 1);
+    EXPECT_NE(m_Escena.m_nListaLineaNueva, 0U);
+}
+
 TEST_F(ConFamilia, AChildThatFailsEndsIniciarBeforeTheNextOne) {
     m_pReferencia->m_sFalla = "OnIniciar";
     EXPECT_EQ(m_Padre.Iniciar(), 0);

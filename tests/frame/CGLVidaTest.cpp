@@ -176,6 +176,9 @@ TEST(CGLDestruir, WhatPrintingLeftGoesWithTheSceneUnlessItIsForgotten) {
         ASSERT_TRUE(escena->CreaEn(tela));
         CDC memoria;
         ASSERT_TRUE(memoria.CreateCompatibleDC(nullptr));
+        CBitmap pagina;
+        ASSERT_TRUE(pagina.CreateBitmap(4, 4, 24));
+        const HBITMAP bitmap = escena->m_hBitmapImpresion = pagina.Detach();
         const HGLRC contexto = escena->m_hRCImpresion = wglCreateContext(tela.DC()->GetSafeHdc());
         const HDC dc = escena->m_hDCMemoria = memoria.Detach();
         ASSERT_NE(contexto, nullptr);
@@ -189,6 +192,7 @@ TEST(CGLDestruir, WhatPrintingLeftGoesWithTheSceneUnlessItIsForgotten) {
         EXPECT_EQ(wglDeleteContext(contexto), bOlvida ? TRUE : FALSE);
         CDC otra;
         EXPECT_EQ(otra.Attach(dc), bOlvida ? TRUE : FALSE);
+        EXPECT_EQ(DeleteObject(bitmap), bOlvida ? TRUE : FALSE);
     }
 }
 
@@ -484,12 +488,42 @@ TEST(CGLCopia, ChildrenAreDestroyedWithTheLastCopyThatHoldsThem) {
     EXPECT_EQ(EscenaPrueba::s_nVivas, vivas);
 }
 
+TEST(CGLCopia, ACopyOfAChildTakesTheContextForAsLongAsItsParentHasIt) {
+    Tela tela;
+    auto padre = std::make_unique<EscenaPrueba>();
+    ASSERT_TRUE(padre->CreaEn(tela));
+    auto* hijo = new EscenaPrueba;
+    padre->ReferenciaNuevo(hijo);
+    EscenaPrueba construida(*hijo), asignada;
+    asignada = *hijo;
+    for (EscenaPrueba* copia : {&construida, &asignada}) {
+        EXPECT_EQ(copia->MakeCurrent(nullptr), 1);
+        wglMakeCurrent(nullptr, nullptr);
+        EXPECT_TRUE(copia->EsReferencia());
+    }
+    padre.reset();
+    for (EscenaPrueba* copia : {&construida, &asignada})
+        EXPECT_EQ(copia->MakeCurrent(nullptr), 0);
+}
+
 TEST_F(ConEscena, AnularForgetsWithoutFreeing) {
+    const std::unique_ptr<EscenaPrueba> referencia(new EscenaPrueba), vinculo(new EscenaPrueba);
+    m_Escena.ReferenciaNuevo(referencia.get());
+    m_Escena.VinculoNuevo(vinculo.get());
     const HGLRC contexto = m_Escena.m_hRC;
+    CPalette paleta;
+    m_Escena.m_pPalette = &paleta;
+    m_Escena.m_nTexturaFondo = 7;
+    m_Escena.m_nTipoImagenFondo = 3;
     m_Escena.SetTipo(4);
     m_Escena.Anular();
     EXPECT_EQ(m_Escena.m_hRC, nullptr);
     EXPECT_EQ(m_Escena.m_pDC, nullptr);
+    EXPECT_EQ(m_Escena.m_pPalette, nullptr);
+    EXPECT_EQ(m_Escena.m_nTexturaFondo, 0U);
+    EXPECT_EQ(m_Escena.m_nTipoImagenFondo, 0);
     EXPECT_EQ(m_Escena.GetTipo(), -1);
+    EXPECT_FALSE(m_Escena.TieneReferencia());
+    EXPECT_FALSE(m_Escena.TieneVinculos());
     EXPECT_TRUE(wglDeleteContext(contexto));
 }
