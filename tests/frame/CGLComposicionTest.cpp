@@ -246,6 +246,15 @@ TEST(CGLComposicion, EachQuestionKnowsItsKindsOfSceneWhereverTheyStand) {
         }
 }
 
+TEST(CGLComposicion, TheKindOfImageIsThatOfTheTransformation) {
+    for (int tipo = 0; tipo <= 12; ++tipo) {
+        EscenaPrueba escena;
+        escena.m_DataTransformacion = Foto(tipo);
+        EXPECT_EQ(escena.EsImagenConica(), tipo == 11);
+        EXPECT_EQ(escena.EsImagenEsferica(), tipo == 12);
+    }
+}
+
 TEST(CGLComposicion, SomeQuestionsLookAtTheSceneItselfAndSomeAtItsChildrenAlone) {
     struct Habladora : EscenaPrueba {
         using CGL::operator=;

@@ -241,6 +241,18 @@ TEST_F(ConMarcas, AnAssignedSceneKeepsItsMarksAndTouchesNoListBesideTheOthersOne
         EXPECT_TRUE(borrada[0] != suya || borrada[1] <= 1) << "lists of others, deleted as if of marks";
 }
 
+TEST_F(ConMarcas, ASharerThatIsAssignedToForgetsThePlacesOfItsMarks) {
+    Tela tela;
+    EscenaVista original;
+    ASSERT_TRUE(original.Monta(tela));
+    EscenaVista copia(original);
+    copia.NuevaMarca(Marca(L"a", 50, 25));
+    ASSERT_EQ(copia.m_MarcasGL.NPuntos(), 1U);
+    copia = m_Escena;
+    EXPECT_EQ(copia.m_Marcas.size(), 1U);
+    EXPECT_EQ(copia.m_MarcasGL.NPuntos(), 0U);
+}
+
 TEST_F(ConMarcas, AnIndexPastTheEndDoesNothing) {
     m_Escena.NuevaMarca(Marca(L"a", 50, 25));
     const RegistroGL registro;

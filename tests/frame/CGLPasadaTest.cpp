@@ -147,7 +147,12 @@ TEST_F(ConFamilia, CameraStationsStandTurnedByTheirAngles) {
                      "glPushMatrix()", "glPopMatrix()",          // panoramic: not turned
                      "glPushMatrix()", "glRotated(90, 1, 0, 0)", "glRotated(0, 1, 0, 0)", "glRotated(-0, 0, 1, 0)",
                      "glRotated(0, 0, 0, 1)", "glPopMatrix()"});  // a station without angles
-    EXPECT_EQ(registro.Numeros("glTranslated").size(), 3U);
+    const auto lugares = registro.Numeros("glTranslated");
+    ASSERT_EQ(lugares.size(), 3U);
+    for (int i = 0; i < 3; ++i) {
+        const Punto& p = m_Padre.m_PuntosCamaraGL.Punto(i);
+        EXPECT_EQ(lugares[static_cast<std::size_t>(i)], (std::vector<double>{p.x, p.y, p.z}));
+    }
     m_Padre.SetPuntosCamara(0);
     registro.Olvida();
     ASSERT_EQ(m_Padre.Render(), 1);
@@ -312,6 +317,22 @@ TEST_F(ConFamilia, TheFirstLayerThatFailsEndsTheWalk) {
     m_pReferencia->m_sFalla = "OnIniciarArboles";
     EXPECT_EQ(m_Padre.IniciarArboles(), 0);
     EXPECT_THAT(m_Pasos, ElementsAre("p.OnIniciarArboles", "r.OnIniciarArboles"));
+    wglMakeCurrent(nullptr, nullptr);
+}
+
+TEST_F(ConFamilia, ALayerThatFailsInTheSceneItselfDoesNotReachTheChildren) {
+    m_Padre.m_sFalla = "OnIniciarArboles";
+    EXPECT_EQ(m_Padre.IniciarArboles(), 0);
+    EXPECT_THAT(m_Pasos, ElementsAre("p.OnIniciarArboles"));
+    wglMakeCurrent(nullptr, nullptr);
+}
+
+TEST_F(ConEscena, AnErrorOfOpenGLIsToldOnce) {
+    ASSERT_TRUE(m_Escena.MakeCurrent(nullptr));
+    EXPECT_EQ(m_Escena.OutputGlError(nullptr), 0);
+    glEnable(0xFFFFFFFF);
+    EXPECT_EQ(m_Escena.OutputGlError(nullptr), 1);
+    EXPECT_EQ(m_Escena.OutputGlError(nullptr), 0);
     wglMakeCurrent(nullptr, nullptr);
 }
 

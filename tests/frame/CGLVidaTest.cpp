@@ -488,6 +488,17 @@ TEST(CGLCopia, ChildrenAreDestroyedWithTheLastCopyThatHoldsThem) {
     EXPECT_EQ(EscenaPrueba::s_nVivas, vivas);
 }
 
+TEST(CGLCopia, ACopyThatHasForgottenTheContextIsNoSharerAnyMore) {
+    Tela tela;
+    EscenaPrueba original;
+    ASSERT_TRUE(original.CreaEn(tela));
+    EscenaPrueba copia(original);
+    copia.Anular();
+    const HGLRC contexto = original.m_hRC;
+    original.Destruir();
+    EXPECT_FALSE(wglDeleteContext(contexto));
+}
+
 TEST(CGLCopia, ACopyOfAChildTakesTheContextForAsLongAsItsParentHasIt) {
     Tela tela;
     auto padre = std::make_unique<EscenaPrueba>();
