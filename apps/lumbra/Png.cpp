@@ -6,12 +6,15 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <stdexcept>
+#include <string>
 #include <vector>
 
 namespace {
@@ -31,11 +34,46 @@ std::string Destino(const std::string& ruta) {
     return fs::exists(estado) ? fs::canonical(ruta).string() : ruta;
 }
 
+// Null-terminated; read by a signal handler, which may look at no std::string.
+const char* volatile g_pProvisional = nullptr;
+
+extern "C" void BorraProvisionalYMuere(int senal) {
+    if (g_pProvisional != nullptr) unlink(g_pProvisional);
+    std::signal(senal, SIG_DFL);
+    std::raise(senal);
+}
+
+// While it lives, a user who ends the program leaves no file of that name behind, and a file that grows beyond what is
+// allowed is a failed write, as on a full disk, rather than the end of the program.
+class Vigilia {
+  public:
+    explicit Vigilia(const char* provisional) {
+        g_pProvisional = provisional;
+        for (std::size_t i = 0; i < kSenales.size(); ++i) {
+            struct sigaction nueva = {};
+            nueva.sa_handler = kSenales[i] == SIGXFSZ ? SIG_IGN : BorraProvisionalYMuere;
+            sigaction(kSenales[i], nullptr, &m_Anteriores[i]);
+            if (m_Anteriores[i].sa_handler != SIG_IGN) sigaction(kSenales[i], &nueva, nullptr);
+        }
+    }
+    ~Vigilia() {
+        for (std::size_t i = 0; i < kSenales.size(); ++i)
+            sigaction(kSenales[i], &m_Anteriores[i], nullptr);
+        g_pProvisional = nullptr;
+    }
+    Vigilia(const Vigilia&) = delete;
+    Vigilia& operator=(const Vigilia&) = delete;
+
+  private:
+    static constexpr std::array kSenales = {SIGINT, SIGTERM, SIGHUP, SIGXFSZ};
+    std::array<struct sigaction, kSenales.size()> m_Anteriores{};
+};
+
 // The file under its temporary name: gone at the end unless it was given its own.
 class Provisional {
   public:
     explicit Provisional(const std::string& ruta)
-        : m_Ruta(ruta), m_Destino(Destino(ruta)), m_Nombre(m_Destino + ".XXXXXX") {
+        : m_Ruta(ruta), m_Destino(Destino(ruta)), m_Nombre(m_Destino + ".XXXXXX"), m_Vigilia(m_Nombre.c_str()) {
         const int fd = mkstemp(m_Nombre.data());
         if (fd >= 0) m_pFichero = fdopen(fd, "wb");
         if (m_pFichero == nullptr) Falla(ruta, std::strerror(errno));
@@ -62,6 +100,7 @@ class Provisional {
 
   private:
     std::string m_Ruta, m_Destino, m_Nombre;
+    Vigilia m_Vigilia;  // of m_Nombre, from before the file is there
     std::FILE* m_pFichero = nullptr;
 };
 
@@ -84,7 +123,8 @@ void EscribePng(const std::string& ruta, const Imagen& imagen) {
     png.width = static_cast<png_uint_32>(imagen.ancho);
     png.height = static_cast<png_uint_32>(imagen.alto);
     png.format = PNG_FORMAT_RGB;
+    errno = 0;
     if (!png_image_write_to_stdio(&png, provisional.Fichero(), 0, imagen.rgb.data(), 0, nullptr))
-        Falla(ruta, png.message);
+        Falla(ruta, errno != 0 ? std::strerror(errno) : png.message);
     provisional.Nombra();
 }

@@ -47,6 +47,7 @@ Vertiz::CResultadoDEM Lee(const Orden& orden, Progreso& progreso) {
 void Dibuja(const Orden& orden, Progreso& progreso) {
     // Before the work, not after it.
     CompruebaSalida(orden.salida, orden.fichero);
+    CompruebaTamano(orden.vista);
     Vertiz::CResultadoDEM leido = Lee(orden, progreso);
     if (leido.m_pDEM->DameCeldas() == 0)
         throw std::runtime_error(orden.fichero + ": no cell has heights at its four corners, so there is no surface");
