@@ -57,6 +57,7 @@ void CGL::CopiaDe(const CGL& otra) {
     CGLEstado::operator=(otra);
     m_pDuenos = otra.m_pDuenos;
     m_pPrestamo = otra.m_pPrestamo;
+    m_MarcasGL.Clear();  // the places of this scene's marks, whose lists are gone
     for (CGL* hijo : Hijos())
         ++hijo->m_nPadres;
 }
@@ -105,9 +106,7 @@ void CGL::BorraTexturaFondo() {
 }
 
 void CGL::BorraListas() {
-    BorraLista(m_nListaPuntosMarcasFoto);
-    BorraLista(m_nListaPuntosMarcasTerreno);
-    BorraLista(m_nListaMarcas, static_cast<GLsizei>(m_Marcas.size()));
+    BorraListasMarcas();
     if (m_bFuentes) {
         BorraLista(m_nListaFuentes, kGlifos);
         BorraLista(m_nListaFuentesSeleccion, kGlifos);

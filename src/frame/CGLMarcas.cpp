@@ -44,10 +44,13 @@ void FijaColorMarcas(int nColorFondo) {
 
 }  // namespace
 
+// There are as many lists of texts as places, which need not be as many as there are marks: an assigned scene keeps its
+// marks and takes the other's lists.
 void CGL::BorraListasMarcas() {
     BorraLista(m_nListaPuntosMarcasFoto);
     BorraLista(m_nListaPuntosMarcasTerreno);
-    BorraLista(m_nListaMarcas, static_cast<GLsizei>(m_Marcas.size()));
+    BorraLista(m_nListaMarcas, static_cast<GLsizei>(m_MarcasGL.NPuntos()));
+    m_MarcasGL.Clear();
 }
 
 // The points of the marks of one kind.
@@ -109,16 +112,15 @@ CCoor3D<double> CGL::LugarMarca(unsigned i) const {
 int CGL::CompilaMarcas() {
     if (!MakeCurrent(nullptr)) return 0;
     BorraListasMarcas();
-    m_MarcasGL.Clear();
     if (!CompilaPuntosMarcas(m_nListaPuntosMarcasFoto, EsDeFoto)) return 0;
     if (!CompilaPuntosMarcas(m_nListaPuntosMarcasTerreno, EsDeTerreno)) return 0;
     if (m_Marcas.empty()) return 1;
     m_nListaMarcas = glGenLists(static_cast<GLsizei>(m_Marcas.size()));
     if (m_nListaMarcas == 0) return 0;
-    for (unsigned i = 0; i < m_Marcas.size(); ++i) {
+    for (unsigned i = 0; i < m_Marcas.size(); ++i)
         m_MarcasGL << LugarMarca(i);
+    for (unsigned i = 0; i < m_Marcas.size(); ++i)
         if (!m_Marcas[i].Texto().IsEmpty() && !CompilaMarca(i)) return 0;
-    }
     return 1;
 }
 
@@ -174,7 +176,6 @@ template <class Cambio>
 void CGL::CambiaMarcas(Cambio cambio) {
     const EntradaPublica entrada;
     if (MakeCurrent(nullptr)) BorraListasMarcas();
-    m_MarcasGL.Clear();
     cambio();
     entrada.Acaba(OnIniciarMarcas());
 }

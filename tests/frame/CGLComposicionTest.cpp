@@ -4,6 +4,8 @@
 #include "platform/CWnd.h"
 #include "support/RegistroGL.h"
 
+#include <algorithm>
+
 using testing::Contains;
 using testing::ElementsAre;
 using Punto = EscenaPrueba::Punto;
@@ -221,6 +223,69 @@ TEST(CGLComposicion, TheGroupIsAskedUntilTheFirstYes) {
     EXPECT_TRUE(grupo.padre.TieneDEM());
     grupo.referencia->SetTipo(3);
     EXPECT_TRUE(grupo.padre.HayImagen());
+}
+
+TEST(CGLComposicion, EachQuestionKnowsItsKindsOfSceneWhereverTheyStand) {
+    struct Pregunta {
+        bool (CGL::*pregunta)() const;
+        std::vector<int> tipos;
+    };
+    const Pregunta preguntas[] = {{&CGL::TieneMDT, {1, 4, 7}},
+                                  {&CGL::TieneDEM, {1}},
+                                  {&CGL::TieneTIN, {4, 7}},
+                                  {&CGL::TieneTIN3D, {7}},
+                                  {&CGL::TieneDibujo, {2, 5, 6}}};
+    for (int tipo = -1; tipo <= 8; ++tipo)
+        for (int donde = 0; donde < 3; ++donde) {
+            Grupo grupo;
+            (donde == 0 ? &grupo.padre : donde == 1 ? grupo.referencia : grupo.vinculo)->SetTipo(tipo);
+            for (const Pregunta& p : preguntas)
+                EXPECT_EQ((grupo.padre.*p.pregunta)(), std::ranges::find(p.tipos, tipo) != p.tipos.end())
+                    << "question " << &p - preguntas << ", type " << tipo << ", place " << donde;
+            EXPECT_EQ(grupo.padre.HayImagen(), tipo == 3);
+        }
+}
+
+TEST(CGLComposicion, TheKindOfImageIsThatOfTheTransformation) {
+    for (int tipo = 0; tipo <= 12; ++tipo) {
+        EscenaPrueba escena;
+        escena.m_DataTransformacion = Foto(tipo);
+        EXPECT_EQ(escena.EsImagenConica(), tipo == 11);
+        EXPECT_EQ(escena.EsImagenEsferica(), tipo == 12);
+    }
+}
+
+TEST(CGLComposicion, SomeQuestionsLookAtTheSceneItselfAndSomeAtItsChildrenAlone) {
+    struct Habladora : EscenaPrueba {
+        using CGL::operator=;
+        bool EsCubicacion() const override { return m_bDice; }
+        bool HaySuavizado() const override { return m_bDice; }
+        bool HayRupturas() const override { return m_bDice; }
+        bool TienePuntos() const override { return m_bDice || CGL::TienePuntos(); }
+        bool TieneLidar() const override { return m_bDice || CGL::TieneLidar(); }
+        bool TieneLaserTerrestre() const override { return m_bDice || CGL::TieneLaserTerrestre(); }
+        bool m_bDice = false;
+    };
+    for (const bool bVinculo : {false, true}) {
+        Habladora padre;
+        auto* hija = new Habladora;
+        bVinculo ? padre.VinculoNuevo(hija) : padre.ReferenciaNuevo(hija);
+        const auto respuestas = [&] {
+            return std::vector<bool>{padre.TieneCubicacion(), padre.TieneSuavizado(), padre.TieneRupturas()};
+        };
+        const auto deHijas = [&] {
+            return std::vector<bool>{padre.CGL::TienePuntos(), padre.CGL::TieneLidar(),
+                                     padre.CGL::TieneLaserTerrestre()};
+        };
+        EXPECT_THAT(respuestas(), testing::Each(false));
+        padre.m_bDice = true;
+        EXPECT_THAT(respuestas(), testing::Each(true));
+        EXPECT_THAT(deHijas(), testing::Each(false));
+        padre.m_bDice = false;
+        hija->m_bDice = true;
+        EXPECT_THAT(respuestas(), testing::Each(true));
+        EXPECT_THAT(deHijas(), testing::Each(true));
+    }
 }
 
 // ---- With contexts -------------------------------------------------------------------------------------------------

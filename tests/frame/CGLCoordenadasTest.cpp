@@ -172,6 +172,17 @@ TEST_F(ConEspacio, AboveAPhotographPointsGoThroughItsTransformation) {
     EXPECT_FALSE(m_Escena.TerrenoAGL(Punto(60, 40, 2000), x, y, z, 1.0, false)) << "behind the camera";
 }
 
+TEST_F(ConEspacio, ThePhotographsPlaneServesPointsLessThanOneAboveTheMarkOfNoHeight) {
+    m_Escena.m_DataTransformacion = FotoCenital(Punto(500, 600, 1000), 20.0);
+    m_Escena.m_nTipoImagenFondo = 1;
+    m_Escena.m_nCotaRaster = 10;
+    // The seed lies at 3.
+    for (const auto& [cota, contada] : {std::pair(7.5, 20.0), std::pair(8.5, 11.5)}) {
+        const double imagen = 100.0 * 10 / (1000 - contada);
+        EsperaCerca(m_Escena.EnGL(Punto(60, 40, cota)), Directo(Punto(imagen, imagen, contada)), kExacto);
+    }
+}
+
 TEST_F(ConEspacio, WhichScenesLieOnAPhotograph) {
     m_Escena.m_DataTransformacion = FotoCenital(Punto(500, 600, 1000));
     const Punto p(60, 40, 10);
@@ -401,6 +412,21 @@ TEST_F(ConVista, AWindowLargerThanAViewportCanBeIsHalvedToFit) {
     EXPECT_NEAR(m[0] / m[5], 0.25, 1e-6);
 }
 
+TEST_F(ConVista, AResizeTouchesTheProjectionAlone) {
+    for (const int orto : {1, 0}) {
+        m_Escena.SetOrtogonal(orto);
+        {
+            const Prestado prestado(m_Escena);
+            glMatrixMode(GL_MODELVIEW);
+            glTranslated(1, 2, 3);
+        }
+        const auto vista = MatrizDe(m_Escena, GL_MODELVIEW_MATRIX);
+        ASSERT_EQ(m_Escena.Resize(100, 50), 1);
+        EXPECT_EQ(MatrizDe(m_Escena, GL_MODELVIEW_MATRIX), vista);
+        EXPECT_EQ(MatrizDe(m_Escena, GL_PROJECTION_MATRIX)[11], orto ? 0.0 : -1.0);
+    }
+}
+
 TEST_F(ConVista, AChildLeavesTheProjection) {
     m_Escena.m_bEsReferencia = 1;
     const RegistroGL registro;
@@ -522,4 +548,23 @@ TEST_F(ConCajas, BoxesOnAPhotographAreThoseOfTheirCornersOnTheImage) {
         EXPECT_EQ(m_Padre.GetMaximasReferencia(sinTocar, -1), 1);
         EXPECT_EQ(sinTocar, Caja(100));
     }
+}
+
+TEST_F(ConCajas, OnlyASceneOverAConicPhotographSeesItsOwnBoxThroughIt) {
+    m_Padre.SetDataTransformacion(FotoCenital(Punto(0, 0, 100)));
+    m_Padre.SetReferencia(0);
+    m_pVinculo->m_nHayCaja = 0;
+    m_pVinculo->m_Caja = Maximas();
+    for (const int fondo : {0, 2, 3, 4}) {
+        m_Padre.m_nTipoImagenFondo = fondo;
+        EXPECT_EQ(DelGrupo(1), Caja(0)) << fondo;
+    }
+    m_Padre.m_nTipoImagenFondo = 1;
+    EXPECT_NE(DelGrupo(1), Caja(0));
+    m_Padre.m_DataTransformacion = Vertiz::CDataTransformacion();
+    EXPECT_EQ(DelGrupo(1), Caja(0)) << "a photograph without a transformation";
+    // A box that the scene doesn't answer for grows the group's as it stands.
+    m_Padre.m_DataTransformacion = FotoCenital(Punto(0, 0, 100));
+    m_Padre.m_nHayCaja = 0;
+    EXPECT_EQ(DelGrupo(0), Caja(0));
 }

@@ -220,6 +220,39 @@ TEST_F(ConMarcas, ChangingMarksDeletesTheirListsAndBuildsThemAnew) {
     EXPECT_EQ(m_Escena.m_nListaPuntosMarcasTerreno, 0U);
 }
 
+TEST_F(ConMarcas, AnAssignedSceneKeepsItsMarksAndTouchesNoListBesideTheOthersOne) {
+    Tela tela;
+    EscenaVista otra;
+    ASSERT_TRUE(otra.Monta(tela));
+    for (const wchar_t* texto : {L"a", L"b", L"c"})
+        otra.NuevaMarca(Marca(texto, 50, 25));
+    m_Escena.NuevaMarca(Marca(L"unica", 50, 25));
+    otra = m_Escena;
+    EXPECT_EQ(otra.m_Marcas.size(), 3U);
+    EXPECT_EQ(otra.m_nListaMarcas, m_Escena.m_nListaMarcas);
+    otra.m_Data.m_bMarcasTerreno = 1;
+    const RegistroGL registro;
+    ASSERT_EQ(otra.Render(), 1);
+    otra.ClearMarcas();
+    const double suya = m_Escena.m_nListaMarcas;
+    for (const auto& llamada : registro.Numeros("glCallList"))
+        EXPECT_TRUE(llamada[0] <= suya || llamada[0] > suya + 2) << "lists of others, called for marks";
+    for (const auto& borrada : registro.Numeros("glDeleteLists"))
+        EXPECT_TRUE(borrada[0] != suya || borrada[1] <= 1) << "lists of others, deleted as if of marks";
+}
+
+TEST_F(ConMarcas, ASharerThatIsAssignedToForgetsThePlacesOfItsMarks) {
+    Tela tela;
+    EscenaVista original;
+    ASSERT_TRUE(original.Monta(tela));
+    EscenaVista copia(original);
+    copia.NuevaMarca(Marca(L"a", 50, 25));
+    ASSERT_EQ(copia.m_MarcasGL.NPuntos(), 1U);
+    copia = m_Escena;
+    EXPECT_EQ(copia.m_Marcas.size(), 1U);
+    EXPECT_EQ(copia.m_MarcasGL.NPuntos(), 0U);
+}
+
 TEST_F(ConMarcas, AnIndexPastTheEndDoesNothing) {
     m_Escena.NuevaMarca(Marca(L"a", 50, 25));
     const RegistroGL registro;

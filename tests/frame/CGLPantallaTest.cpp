@@ -141,6 +141,20 @@ TEST_F(ConClic, ThereIsNoPixelWithoutAWindowSizeExtentsOrPlace) {
     wglMakeCurrent(nullptr, nullptr);
 }
 
+TEST_F(ConClic, LookingForAPixelTurnsToTheModelviewMatrix) {
+    const auto modo = [&] {
+        const Prestado prestado(m_Escena);
+        GLint m = 0;
+        glGetIntegerv(GL_MATRIX_MODE, &m);
+        glMatrixMode(GL_PROJECTION);
+        return m;
+    };
+    modo();
+    CPoint pt;
+    ASSERT_EQ(m_Escena.TerrenoAPantalla(pt, Punto(50, 50, 25), nullptr, false), 1);
+    EXPECT_EQ(modo(), GL_MODELVIEW);
+}
+
 TEST_F(ConClic, PointsFarBeyondTheWindowHaveAPixelAnInteger) {
     CPoint pt;
     ASSERT_EQ(m_Escena.TerrenoAPantalla(pt, Punto(1e14, -1e14, 0), nullptr, false), 1);
@@ -366,6 +380,17 @@ TEST_F(ConClic, ADepthBufferThatCannotBeReadIsReplacedByARayAtTheDepthOfTheLastP
     }
 }
 
+TEST_F(ConClic, ARayFollowsTheCameraAlsoWhenItLooksElsewhere) {
+    const Punto ojo(0.3, 0.9, 0.2), vista(0.1, 0.05, -0.4);
+    m_Escena.m_Camara.PositionCamera(ojo, vista, Punto(0, 0, -1));
+    for (const int orto : {1, 0}) {
+        m_Escena.SetOrtogonal(orto);
+        const FallaGL falla("glReadPixels", 1);
+        const Punto base = Clic(CPoint(40, 50));
+        EsperaCerca(m_Escena.m_Rayo[1], orto ? base + Punto(-0.2, -0.85, -0.6) : ojo, 1e-12);
+    }
+}
+
 TEST_F(ConClic, ARayThatMeetsNothingSaysSoAndStillReleasesTheContext) {
     m_Escena.m_bRayoHalla = false;
     const FallaGL falla("glReadPixels", 1);
@@ -474,6 +499,18 @@ TEST_F(ConClic, WithAnImageAPointWithoutHeightLiesAtZero) {
     m_Escena.SetTipo(3);
     EXPECT_EQ(m_Escena.BuscaCotaProxima(CPoint(60, 75), c, false), 0.0);
     EXPECT_EQ(c.z, 0.0);
+}
+
+TEST_F(ConClic, WithAnImageWhatLiesLessThanOneAboveTheMarkOfNoHeightHasNone) {
+    m_Escena.m_nCotaRaster = 20;
+    m_Escena.m_nHayVertice = 1;
+    for (const auto& [tipo, cota, esperada] : {std::tuple(3, 20.5, 0.0), {3, 21.5, 21.5}, {1, 20.5, 20.5}}) {
+        m_Escena.SetTipo(tipo);
+        m_Escena.m_Vertice = Punto(50, 50, cota);
+        Punto c;
+        EXPECT_EQ(m_Escena.BuscaCotaProxima(CPoint(100, 75), c, true), 0.0);
+        EXPECT_NEAR(c.z, esperada, 1e-9) << tipo << ", " << cota;
+    }
 }
 
 TEST_F(ConClic, WithAnImageTheReferencesMissesAreCopiedAndTheirHitsAreNot) {

@@ -49,6 +49,24 @@ TEST_F(ConFamilia, IniciarCompilesTheModelTheReferencesTheLinksThenTheOverlays) 
                             m_Padre.m_nListaPuntosMarcasTerreno, m_Padre.m_nListaMarcas));
 }
 
+TEST_F(ConFamilia, ChildrenInheritTheSettingsBeforeTheyCompile) {
+    m_Padre.SetQuad(0);
+    m_Padre.SetExageracionVertical(2.5F);
+    ASSERT_EQ(m_Padre.Iniciar(), 1);
+    for (const EscenaPrueba* hijo : {m_pReferencia, m_pVinculo}) {
+        EXPECT_EQ(hijo->GetQuad(), 0U);
+        EXPECT_EQ(hijo->GetExageracionVertical(), 2.5F);
+    }
+}
+
+TEST_F(ConEscena, IniciarCompilesTheSketchToo) {
+    Vertiz::CDigiTab tabla;
+    m_Escena.SetDigiTab(&tabla);
+    m_Escena.m_LineaNueva << Punto(0, 0, 0) << Punto(0.5, 0, 0);
+    ASSERT_EQ(m_Escena.Iniciar(), 1);
+    EXPECT_NE(m_Escena.m_nListaLineaNueva, 0U);
+}
+
 TEST_F(ConFamilia, AChildThatFailsEndsIniciarBeforeTheNextOne) {
     m_pReferencia->m_sFalla = "OnIniciar";
     EXPECT_EQ(m_Padre.Iniciar(), 0);
@@ -129,7 +147,12 @@ TEST_F(ConFamilia, CameraStationsStandTurnedByTheirAngles) {
                      "glPushMatrix()", "glPopMatrix()",          // panoramic: not turned
                      "glPushMatrix()", "glRotated(90, 1, 0, 0)", "glRotated(0, 1, 0, 0)", "glRotated(-0, 0, 1, 0)",
                      "glRotated(0, 0, 0, 1)", "glPopMatrix()"});  // a station without angles
-    EXPECT_EQ(registro.Numeros("glTranslated").size(), 3U);
+    const auto lugares = registro.Numeros("glTranslated");
+    ASSERT_EQ(lugares.size(), 3U);
+    for (int i = 0; i < 3; ++i) {
+        const Punto& p = m_Padre.m_PuntosCamaraGL.Punto(i);
+        EXPECT_EQ(lugares[static_cast<std::size_t>(i)], (std::vector<double>{p.x, p.y, p.z}));
+    }
     m_Padre.SetPuntosCamara(0);
     registro.Olvida();
     ASSERT_EQ(m_Padre.Render(), 1);
@@ -207,6 +230,80 @@ TEST_F(ConEscena, AnErrorPendingAfterTheSketchIsForgotten) {
 
 // ---- Layers alone --------------------------------------------------------------------------------------------------
 
+TEST_F(ConEscena, EachLayerIsCompiledByItsOwnHook) {
+    struct Capas : EscenaPrueba {
+        using CGL::operator=;
+        int Es(int n) { return m_nCapa = n, 1; }
+        int OnIniciarLimites() override { return Es(1); }
+        int OnIniciarBase() override { return Es(2); }
+        int OnIniciarArboles() override { return Es(3); }
+        int OnIniciarEdificios() override { return Es(4); }
+        int OnIniciarRupturas() override { return Es(5); }
+        int OnIniciarCurvado() override { return Es(6); }
+        int m_nCapa = 0;
+    };
+    Tela tela;
+    Capas escena;
+    ASSERT_TRUE(escena.CreaEn(tela));
+    int n = 0;
+    for (int (CGL::*inicia)() : {&CGL::IniciarLimites, &CGL::IniciarBase, &CGL::IniciarArboles, &CGL::IniciarEdificios,
+                                 &CGL::IniciarRupturas, &CGL::IniciarCurvado}) {
+        EXPECT_EQ((escena.*inicia)(), 1);
+        EXPECT_EQ(escena.m_nCapa, ++n);
+        EXPECT_EQ(wglGetCurrentContext(), nullptr);
+    }
+}
+
+TEST_F(ConFamilia, EveryLayerButTheLimitsGoesOnToTheChildren) {
+    struct Hija : EscenaPrueba {
+        using CGL::operator=;
+        int OnIniciarEdificios() override { return ++m_nVeces; }
+        int OnIniciarRupturas() override { return ++m_nVeces; }
+        int OnIniciarCurvado() override { return ++m_nVeces; }
+        int m_nVeces = 0;
+    };
+    auto* hija = new Hija;
+    m_Padre.VinculoNuevo(hija);
+    EXPECT_EQ(m_Padre.IniciarEdificios(), 1);
+    EXPECT_EQ(m_Padre.IniciarRupturas(), 1);
+    EXPECT_EQ(m_Padre.IniciarCurvado(), 1);
+    EXPECT_EQ(hija->m_nVeces, 3);
+}
+
+TEST_F(ConEscena, MarksAndMeasuresAreCompiledAndDrawnEachWhenThereAreAny) {
+    m_Escena.SetEjes(0);
+    m_Escena.m_Marcas.emplace_back(L"m", Punto(1, 1, -9999), L"a", 1.0);
+    RegistroGL registro;
+    ASSERT_EQ(m_Escena.Iniciar(), 1);
+    const auto compiladas = [&] { return Solo(registro.Todas(), {"glGenLists"}).size(); };
+    const std::size_t conMarcas = compiladas();
+    m_Escena.m_Medidas.emplace_back(CString(L"medida"));
+    registro.Olvida();
+    ASSERT_EQ(m_Escena.Iniciar(), 1);
+    EXPECT_EQ(compiladas(), conMarcas + 3) << "measures compile the marks once more";
+    // No setting shows them: measures draw the marks on photographs by themselves.
+    registro.Olvida();
+    ASSERT_EQ(m_Escena.Render(), 1);
+    EXPECT_LLAMADAS(
+        Solo(registro.Ejecutadas(), {"glCallList"}),
+        {Llama(m_Escena.m_nLista), Llama(m_Escena.m_nListaPuntosMarcasFoto), Llama(m_Escena.m_nListaMarcas)});
+}
+
+TEST_F(ConEscena, AFrameThatCannotBePresentedIsAFailure) {
+    struct Ladrona : EscenaPrueba {
+        using CGL::operator=;
+        int OnRender() override {
+            wglMakeCurrent(nullptr, nullptr);  // a picture in memory is presented by its own context alone
+            return 1;
+        }
+    };
+    Tela tela;
+    Ladrona escena;
+    escena.SetEjes(0);
+    ASSERT_TRUE(escena.Monta(tela));
+    EXPECT_EQ(escena.Render(), 0);
+}
+
 TEST_F(ConFamilia, LayersWalkTheReferencesWhenOnThenTheLinks) {
     EXPECT_EQ(m_Padre.IniciarArboles(), 1);
     EXPECT_THAT(m_Pasos, ElementsAre("p.OnIniciarArboles", "r.OnIniciarArboles", "v.OnIniciarArboles"));
@@ -220,6 +317,22 @@ TEST_F(ConFamilia, TheFirstLayerThatFailsEndsTheWalk) {
     m_pReferencia->m_sFalla = "OnIniciarArboles";
     EXPECT_EQ(m_Padre.IniciarArboles(), 0);
     EXPECT_THAT(m_Pasos, ElementsAre("p.OnIniciarArboles", "r.OnIniciarArboles"));
+    wglMakeCurrent(nullptr, nullptr);
+}
+
+TEST_F(ConFamilia, ALayerThatFailsInTheSceneItselfDoesNotReachTheChildren) {
+    m_Padre.m_sFalla = "OnIniciarArboles";
+    EXPECT_EQ(m_Padre.IniciarArboles(), 0);
+    EXPECT_THAT(m_Pasos, ElementsAre("p.OnIniciarArboles"));
+    wglMakeCurrent(nullptr, nullptr);
+}
+
+TEST_F(ConEscena, AnErrorOfOpenGLIsToldOnce) {
+    ASSERT_TRUE(m_Escena.MakeCurrent(nullptr));
+    EXPECT_EQ(m_Escena.OutputGlError(nullptr), 0);
+    glEnable(0xFFFFFFFF);
+    EXPECT_EQ(m_Escena.OutputGlError(nullptr), 1);
+    EXPECT_EQ(m_Escena.OutputGlError(nullptr), 0);
     wglMakeCurrent(nullptr, nullptr);
 }
 

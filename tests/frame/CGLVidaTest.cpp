@@ -132,6 +132,70 @@ TEST_F(ConEscena, DestruirDeletesTheConcretePartThenTextureThenListsInOrder) {
     EXPECT_EQ(m_Escena.m_nTexturaFondo, 0U);
 }
 
+namespace {
+
+/// Shows what fonts and printing keep.
+struct EscenaImpresa : EscenaPrueba {
+    using CGL::operator=;
+    using CGL::m_bFuentes;
+    using CGL::m_hBitmapImpresion;
+    using CGL::m_hDCMemoria;
+    using CGL::m_hRCImpresion;
+    using CGL::m_nListaFuentes;
+    using CGL::m_nListaFuentesSeleccion;
+};
+
+}  // namespace
+
+TEST(CGLDestruir, FreesTheGlyphsOfASceneThatBuildsThem) {
+    for (const int bFuentes : {1, 0}) {
+        Tela tela;
+        EscenaImpresa escena;
+        ASSERT_TRUE(escena.CreaEn(tela));
+        ASSERT_TRUE(escena.MakeCurrent(nullptr));
+        escena.m_nListaFuentes = glGenLists(1024);
+        escena.m_nListaFuentesSeleccion = glGenLists(1024);
+        wglMakeCurrent(nullptr, nullptr);
+        escena.m_bFuentes = bFuentes;
+        LlamadasGL esperadas;
+        for (const GLuint bloque : {escena.m_nListaFuentes, escena.m_nListaFuentesSeleccion})
+            esperadas.push_back("glDeleteLists(" + std::to_string(bloque) + ", 1024)");
+        if (bFuentes == 0) esperadas.clear();
+        const RegistroGL registro;
+        escena.Destruir();
+        EXPECT_EQ(EnLineas(Solo(registro.Ejecutadas(), {"glDeleteLists"})), EnLineas(esperadas));
+        EXPECT_EQ(escena.m_nListaFuentes, 0U);
+        EXPECT_EQ(escena.m_nListaFuentesSeleccion, 0U);
+    }
+}
+
+TEST(CGLDestruir, WhatPrintingLeftGoesWithTheSceneUnlessItIsForgotten) {
+    for (const bool bOlvida : {false, true}) {
+        Tela tela;
+        auto escena = std::make_unique<EscenaImpresa>();
+        ASSERT_TRUE(escena->CreaEn(tela));
+        CDC memoria;
+        ASSERT_TRUE(memoria.CreateCompatibleDC(nullptr));
+        CBitmap pagina;
+        ASSERT_TRUE(pagina.CreateBitmap(4, 4, 24));
+        const HBITMAP bitmap = escena->m_hBitmapImpresion = pagina.Detach();
+        const HGLRC contexto = escena->m_hRCImpresion = wglCreateContext(tela.DC()->GetSafeHdc());
+        const HDC dc = escena->m_hDCMemoria = memoria.Detach();
+        ASSERT_NE(contexto, nullptr);
+        if (bOlvida) {
+            escena->Anular();
+            EXPECT_EQ(escena->m_hRCImpresion, nullptr);
+            EXPECT_EQ(escena->m_hDCMemoria, nullptr);
+            EXPECT_EQ(escena->m_hBitmapImpresion, nullptr);
+        }
+        escena.reset();
+        EXPECT_EQ(wglDeleteContext(contexto), bOlvida ? TRUE : FALSE);
+        CDC otra;
+        EXPECT_EQ(otra.Attach(dc), bOlvida ? TRUE : FALSE);
+        EXPECT_EQ(DeleteObject(bitmap), bOlvida ? TRUE : FALSE);
+    }
+}
+
 // ---- Crear ---------------------------------------------------------------------------------------------------------
 
 TEST(CGLCrear, AsksTheHookWithTheFormatOfTheBitmap) {
@@ -424,12 +488,53 @@ TEST(CGLCopia, ChildrenAreDestroyedWithTheLastCopyThatHoldsThem) {
     EXPECT_EQ(EscenaPrueba::s_nVivas, vivas);
 }
 
+TEST(CGLCopia, ACopyThatHasForgottenTheContextIsNoSharerAnyMore) {
+    Tela tela;
+    EscenaPrueba original;
+    ASSERT_TRUE(original.CreaEn(tela));
+    EscenaPrueba copia(original);
+    copia.Anular();
+    const HGLRC contexto = original.m_hRC;
+    original.Destruir();
+    EXPECT_FALSE(wglDeleteContext(contexto));
+}
+
+TEST(CGLCopia, ACopyOfAChildTakesTheContextForAsLongAsItsParentHasIt) {
+    Tela tela;
+    auto padre = std::make_unique<EscenaPrueba>();
+    ASSERT_TRUE(padre->CreaEn(tela));
+    auto* hijo = new EscenaPrueba;
+    padre->ReferenciaNuevo(hijo);
+    EscenaPrueba construida(*hijo), asignada;
+    asignada = *hijo;
+    for (EscenaPrueba* copia : {&construida, &asignada}) {
+        EXPECT_EQ(copia->MakeCurrent(nullptr), 1);
+        wglMakeCurrent(nullptr, nullptr);
+        EXPECT_TRUE(copia->EsReferencia());
+    }
+    padre.reset();
+    for (EscenaPrueba* copia : {&construida, &asignada})
+        EXPECT_EQ(copia->MakeCurrent(nullptr), 0);
+}
+
 TEST_F(ConEscena, AnularForgetsWithoutFreeing) {
+    const std::unique_ptr<EscenaPrueba> referencia(new EscenaPrueba), vinculo(new EscenaPrueba);
+    m_Escena.ReferenciaNuevo(referencia.get());
+    m_Escena.VinculoNuevo(vinculo.get());
     const HGLRC contexto = m_Escena.m_hRC;
+    CPalette paleta;
+    m_Escena.m_pPalette = &paleta;
+    m_Escena.m_nTexturaFondo = 7;
+    m_Escena.m_nTipoImagenFondo = 3;
     m_Escena.SetTipo(4);
     m_Escena.Anular();
     EXPECT_EQ(m_Escena.m_hRC, nullptr);
     EXPECT_EQ(m_Escena.m_pDC, nullptr);
+    EXPECT_EQ(m_Escena.m_pPalette, nullptr);
+    EXPECT_EQ(m_Escena.m_nTexturaFondo, 0U);
+    EXPECT_EQ(m_Escena.m_nTipoImagenFondo, 0);
     EXPECT_EQ(m_Escena.GetTipo(), -1);
+    EXPECT_FALSE(m_Escena.TieneReferencia());
+    EXPECT_FALSE(m_Escena.TieneVinculos());
     EXPECT_TRUE(wglDeleteContext(contexto));
 }
