@@ -11,6 +11,17 @@ function(lumbra_folder)
   target_link_libraries(${target} PUBLIC ${ARG_PUBLIC} PRIVATE ${ARG_PRIVATE})
 endfunction()
 
+# What a sanitizer has to be told by the environment of a test.
+function(lumbra_test_environment variable)
+  set(environment)
+  if(LUMBRA_SANITIZE STREQUAL "address")
+    list(APPEND environment "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0")
+    # Tests of refused memory replace the global operator new.
+    list(APPEND environment "ASAN_OPTIONS=alloc_dealloc_mismatch=0")
+  endif()
+  set(${variable} "${environment}" PARENT_SCOPE)
+endfunction()
+
 # A test program of one folder; its tests run in any order and, a second time, under a locale with a decimal comma.
 #
 #   lumbra_test(NAME model SOURCES CCoorTest.cpp LIBS lumbra_model)
@@ -21,12 +32,7 @@ function(lumbra_test)
   target_link_libraries(${target} PRIVATE ${ARG_LIBS} lumbra_test_support)
   target_precompile_headers(${target} PRIVATE <gtest/gtest.h> <gmock/gmock.h> <string> <vector>)
   add_test(NAME ${ARG_NAME} COMMAND ${target} --gtest_shuffle)
-  set(environment)
-  if(LUMBRA_SANITIZE STREQUAL "address")
-    list(APPEND environment "LSAN_OPTIONS=suppressions=${PROJECT_SOURCE_DIR}/tests/lsan.supp:print_suppressions=0")
-    # Tests of refused memory replace the global operator new.
-    list(APPEND environment "ASAN_OPTIONS=alloc_dealloc_mismatch=0")
-  endif()
+  lumbra_test_environment(environment)
   set_tests_properties(${ARG_NAME} PROPERTIES ENVIRONMENT "${environment}")
   if(LUMBRA_LOCALE_ES)
     list(APPEND environment "LC_ALL=es_ES.UTF-8" "LOCPATH=${CMAKE_BINARY_DIR}/locale" "LUMBRA_DECIMAL_COMMA=1")

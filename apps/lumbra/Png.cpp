@@ -6,6 +6,9 @@
 
 #include <png.h>
 
+#include <cerrno>
+#include <cstring>
+
 void EscribePng(const std::string& ruta, const Imagen& imagen) {
     Provisional provisional(ruta);
     png_image png = {};
@@ -13,7 +16,8 @@ void EscribePng(const std::string& ruta, const Imagen& imagen) {
     png.width = static_cast<png_uint_32>(imagen.ancho);
     png.height = static_cast<png_uint_32>(imagen.alto);
     png.format = PNG_FORMAT_RGB;
+    errno = 0;
     if (!png_image_write_to_stdio(&png, provisional.Fichero(), 0, imagen.rgb.data(), 0, nullptr))
-        FallaSalida(ruta, png.message);
+        FallaSalida(ruta, errno != 0 ? std::strerror(errno) : png.message);
     provisional.Nombra();
 }

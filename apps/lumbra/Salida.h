@@ -2,6 +2,7 @@
 // Files that the host program writes: whole, or not at all.
 
 #include <cstdio>
+#include <memory>
 #include <string>
 
 /// Finds out whether a file can be written, without touching its place.
@@ -32,6 +33,9 @@ class Provisional {
     void Nombra();
 
   private:
+    class Vigilia;  // over what ends the program
+
     std::string m_Ruta, m_Destino, m_Nombre;
+    std::unique_ptr<Vigilia> m_pVigilia;  // of m_Nombre, from before the file is there
     std::FILE* m_pFichero = nullptr;
 };

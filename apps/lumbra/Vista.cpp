@@ -279,6 +279,10 @@ int Muestreo(const OpcionesVista& o) {
 
 }  // namespace
 
+void CompruebaTamano(const OpcionesVista& opciones) {
+    Muestreo(opciones);
+}
+
 ResultadoVista DibujaDEM(Vertiz::CDEM& dem, const OpcionesVista& opciones) {
     Caja extension = opciones.limites ? dem.GetMaximasDouble() : ExtensionConDatos(dem);
     ResultadoVista resultado;

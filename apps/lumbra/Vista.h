@@ -37,6 +37,10 @@ struct ResultadoVista {
     int pasoMalla = 1;
 };
 
+/// Refuses a size of picture that can't be drawn, before anything is read.
+/// @throw std::runtime_error with a sentence for the user
+void CompruebaTamano(const OpcionesVista& opciones);
+
 /// Draws a grid.
 /// @throw std::runtime_error with a sentence for the user
 ResultadoVista DibujaDEM(Vertiz::CDEM& dem, const OpcionesVista& opciones);

@@ -60,6 +60,7 @@ void DibujaFoto(const Orden& orden, Progreso& progreso) {
 }
 
 void DibujaTerreno(const Orden& orden, Progreso& progreso) {
+    CompruebaTamano(orden.vista);  // before the reading, not after it
     Vertiz::CResultadoDEM leido = Lee(orden, progreso);
     if (leido.m_pDEM->DameCeldas() == 0)
         throw std::runtime_error(orden.fichero + ": no cell has heights at its four corners, so there is no surface");

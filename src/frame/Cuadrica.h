@@ -3,10 +3,13 @@
 
 #include "platform/OpenGL.h"
 
+#include <new>
+
 class Cuadrica {
   public:
     /// @param estilo GLU_FILL, GLU_LINE...  @param normales GLU_SMOOTH, GLU_NONE...
     Cuadrica(GLenum estilo, GLenum normales) : m_p(gluNewQuadric()) {
+        if (!m_p) throw std::bad_alloc();  // the one reason for having none, and GLU would write through it
         gluQuadricDrawStyle(m_p, estilo);
         gluQuadricNormals(m_p, normales);
     }

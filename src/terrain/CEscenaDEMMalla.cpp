@@ -219,9 +219,11 @@ int CEscenaDEM::CompilaMalla(const Paso& paso) {
     glVertexPointer(3, GL_FLOAT, 0, m_Vertices.get());
     const int filas = static_cast<int>(m_pDEM->GetFilas()), columnas = static_cast<int>(m_pDEM->GetColumnas());
     const int limite = GetQuad() == 1 ? columnas - paso.x : columnas;
-    const int bien = GeneraDEMRegular(0, 0, filas, limite, paso.f, paso.x, filas, ColumnasMapa(paso));
+    // An array that wasn't taken would leave elements to be read from wherever the former one was.
+    const bool bien =
+        !HayErrorGL() && GeneraDEMRegular(0, 0, filas, limite, paso.f, paso.x, filas, ColumnasMapa(paso)) != 0;
     glDisableClientState(GL_VERTEX_ARRAY);
-    return CierraLista(bien != 0);
+    return CierraLista(bien);
 }
 
 // What the bands of one rectangle are sent from. A band is what lies between two neighbouring rows of the map.

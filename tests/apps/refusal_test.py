@@ -4,6 +4,7 @@ import os
 import resource
 import signal
 import subprocess
+import time
 import unittest
 
 from host import PROGRAM, HostTest, environment, hill, plain
@@ -81,6 +82,7 @@ class BadOptions(HostTest):
             self.refused(f"--size={size}", says="--size")
         self.refused("--size", "100000x100000", says=["100000 x 100000", "16384", "smaller --size"])
         self.refused("--size", "100000x10", says="16384")
+        self.fails("render", "none.asc", "--size", "100000x10", says="16384")  # before anything is read
         self.refused("--size", "10x2147483647", says="16384")
         self.refused("--size", "12000x12000", "--smooth", "4", says=["4096", "--smooth"])
         self.refused("--smooth", "5", says="not between 1 and 4")
@@ -172,10 +174,27 @@ class BadOutput(HostTest):
             signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
             resource.setrlimit(resource.RLIMIT_FSIZE, (500, 500))
 
-        self.refused("x.png", says="can't write x.png", preexec_fn=little_room)
+        self.refused("x.png", says="can't write x.png: File too large", preexec_fn=little_room)
         (self.folder / "old.png").write_text("old")
         self.refused("old.png", says="can't write old.png", preexec_fn=little_room)
         self.assertEqual((self.folder / "old.png").read_text(), "old")
+
+    def test_a_limit_on_files_that_ends_programs(self):
+        self.refused("x.png", says="can't write x.png: File too large",
+                     preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (500, 500)))
+
+    def test_a_user_who_ends_it_while_it_writes_finds_nothing(self):
+        for ending in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+            # So large a picture takes a while to be written.
+            run = subprocess.Popen([PROGRAM, "render", self.grid("dem.asc", hill()), "-o", "x.png", "--size",
+                                    "4000x4000", "--smooth", "1"], cwd=self.folder, env=environment(),
+                                   stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+            while run.poll() is None and not list(self.folder.glob("x.png.*")):
+                time.sleep(0.001)
+            run.send_signal(ending)
+            run.communicate(timeout=120)
+            self.assertEqual(run.returncode, -ending)
+            self.assertEqual(sorted(path.name for path in self.folder.iterdir()), ["dem.asc"])
 
     def test_standard_output_that_is_full(self):
         grid = self.grid("dem.asc", hill())

@@ -5,6 +5,7 @@
 #include "support/RegistroGL.h"
 
 #include <cmath>
+#include <new>
 #include <utility>
 
 using Punto = EscenaPrueba::Punto;
@@ -209,6 +210,17 @@ TEST_F(ConSuperpuestos, AnErrorEndsAnOverlayWithItsListOpenAndTheNextOneRecovers
         EXPECT_EQ(abierta != 0, nombre != std::string("glNewList"));
     }
     EXPECT_EQ(m_Escena.OnIniciarEjes(), 1);
+    wglMakeCurrent(nullptr, nullptr);
+}
+
+TEST_F(ConSuperpuestos, AQuadricThatFindsNoMemoryThrowsAndTheNextOneRecovers) {
+    for (int (CGL::*compila)() : {&CGL::OnIniciarEjes, &CGL::OnIniciarCamara, &CGL::OnIniciarCamaraPanoramica}) {
+        const FallaGL falla("gluNewQuadric", 1, GL_OUT_OF_MEMORY);
+        EXPECT_THROW((m_Escena.*compila)(), std::bad_alloc);
+        EXPECT_TRUE(falla.Ocurrida());
+        OlvidaErroresGL();
+        EXPECT_EQ((m_Escena.*compila)(), 1);
+    }
     wglMakeCurrent(nullptr, nullptr);
 }
 

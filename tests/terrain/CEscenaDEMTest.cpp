@@ -233,6 +233,20 @@ TEST_F(Escena, AFailureInTheSurfaceLeavesNoErrorAndTheNextBuildRecovers) {
         }
 }
 
+TEST_F(Escena, NoElementIsSentFromAnArrayThatWasNotTaken) {
+    Toma(m_dem);
+    for (const unsigned quad : {0u, 1u, 2u})
+        for (const char* llamada : {"glEnableClientState", "glVertexPointer"}) {
+            m_escena.SetQuad(quad);
+            const RegistroGL registro;
+            const FallaGL falla(llamada, 1);
+            EXPECT_EQ(m_escena.Iniciar(), 0) << llamada;
+            EXPECT_TRUE(falla.Ocurrida()) << llamada;
+            EXPECT_EQ(registro.Cuenta("glArrayElement"), 0u) << llamada;
+        }
+    EXPECT_EQ(m_escena.Iniciar(), 1);
+}
+
 TEST_F(Escena, EveryListGoesWithTheScene) {
     Toma(m_dem, [](EscenaTerreno& e) {
         TodasLasCapas(e);
