@@ -59,7 +59,7 @@ class LUMBRA_API CTiff : public CRasterDIB {
     ///         file can't be written. What was written is cut off again then.
     int Grabar(CFile* fichero, const CMatriz<float>* tabla, const CGeorreferencia* georreferencia);
 
-    bool TienePaleta() const override { return m_nFotometrica == 3 && m_Cabecera.biBitCount == 8; }
+    bool TienePaleta() const override;
     float Resolucion() const override { return m_fResolucionImagen; }
     /// Block i takes the bytes from i times its size on of what `datos` holds; blocks of the picture's own size and
     /// count are moved in, and `datos` ends up empty. Without memory the picture goes to a temporary file.

@@ -174,7 +174,7 @@ void CTiff::TomaAspecto(const PaginaTiff& pagina) {
     m_BitsMuestra.assign(m_nMuestrasPixel, 8);
     m_nBytesMuestra = m_nMuestrasPixel;
     if (!unByte) {
-        m_nFotometrica = 2;
+        m_nFotometrica = fotometrica::kRGB;
     } else if (pagina.fotometrica != fotometrica::kPaleta) {
         m_nFotometrica = fotometrica::kCeroNegro;
         for (std::size_t i = 0; i < m_Paleta.size(); ++i)

@@ -3,6 +3,7 @@
 
 #include "raster/LibTiff.h"
 
+#include "raster/EtiquetasTiff.h"
 #include "raster/GeoTiff.h"
 #include "raster/LibTiffPagina.h"
 #include "raster/Resultados.h"
@@ -29,19 +30,17 @@ namespace {
 
 // ---- GeoTIFF tags ------------------------------------------------------------------------------------------------
 
-using Geo = EtiquetasGeoTiff;
-
 char nombreEscala[] = "GeoPixelScale", nombrePuntos[] = "GeoTiePoints", nombreMatriz[] = "GeoTransformationMatrix",
      nombreClaves[] = "GeoKeyDirectory", nombreDobles[] = "GeoDoubleParams", nombreTextos[] = "GeoASCIIParams";
 
 // As other libraries in the process define them: who comes first decides, and all have to get along.
 const TIFFFieldInfo kCampos[] = {
-    {Geo::kEscala, TIFF_VARIABLE, TIFF_VARIABLE, TIFF_DOUBLE, FIELD_CUSTOM, 1, 1, nombreEscala},
-    {Geo::kPuntosControl, TIFF_VARIABLE, TIFF_VARIABLE, TIFF_DOUBLE, FIELD_CUSTOM, 1, 1, nombrePuntos},
-    {Geo::kTransformacion, TIFF_VARIABLE, TIFF_VARIABLE, TIFF_DOUBLE, FIELD_CUSTOM, 1, 1, nombreMatriz},
-    {Geo::kClaves, TIFF_VARIABLE, TIFF_VARIABLE, TIFF_SHORT, FIELD_CUSTOM, 1, 1, nombreClaves},
-    {Geo::kDobles, TIFF_VARIABLE, TIFF_VARIABLE, TIFF_DOUBLE, FIELD_CUSTOM, 1, 1, nombreDobles},
-    {Geo::kTextos, TIFF_VARIABLE, TIFF_VARIABLE, TIFF_ASCII, FIELD_CUSTOM, 1, 0, nombreTextos},
+    {etiqueta::kModelPixelScale, TIFF_VARIABLE, TIFF_VARIABLE, TIFF_DOUBLE, FIELD_CUSTOM, 1, 1, nombreEscala},
+    {etiqueta::kModelTiepoint, TIFF_VARIABLE, TIFF_VARIABLE, TIFF_DOUBLE, FIELD_CUSTOM, 1, 1, nombrePuntos},
+    {etiqueta::kModelTransformation, TIFF_VARIABLE, TIFF_VARIABLE, TIFF_DOUBLE, FIELD_CUSTOM, 1, 1, nombreMatriz},
+    {etiqueta::kGeoKeyDirectory, TIFF_VARIABLE, TIFF_VARIABLE, TIFF_SHORT, FIELD_CUSTOM, 1, 1, nombreClaves},
+    {etiqueta::kGeoDoubleParams, TIFF_VARIABLE, TIFF_VARIABLE, TIFF_DOUBLE, FIELD_CUSTOM, 1, 1, nombreDobles},
+    {etiqueta::kGeoAsciiParams, TIFF_VARIABLE, TIFF_VARIABLE, TIFF_ASCII, FIELD_CUSTOM, 1, 0, nombreTextos},
 };
 
 TIFFExtendProc extensionAnterior = nullptr;
@@ -60,27 +59,27 @@ void DaAConocerCampos() {
 }
 
 template <class T>
-std::vector<T> Lista(TIFF* tiff, std::uint32_t etiqueta, TIFFDataType tipo) {
-    const TIFFField* const campo = TIFFFindField(tiff, etiqueta, TIFF_ANY);
+std::vector<T> Lista(TIFF* tiff, std::uint32_t tag, TIFFDataType tipo) {
+    const TIFFField* const campo = TIFFFindField(tiff, tag, TIFF_ANY);
     if (campo == nullptr || TIFFFieldDataType(campo) != tipo || TIFFFieldPassCount(campo) == 0) return {};
     const T* datos = nullptr;
     if (TIFFFieldReadCount(campo) == TIFF_VARIABLE2) {
         std::uint32_t n = 0;
-        if (TIFFGetField(tiff, etiqueta, &n, &datos) != 1 || datos == nullptr) return {};
+        if (TIFFGetField(tiff, tag, &n, &datos) != 1 || datos == nullptr) return {};
         return {datos, datos + n};
     }
     std::uint16_t n = 0;
-    if (TIFFGetField(tiff, etiqueta, &n, &datos) != 1 || datos == nullptr) return {};
+    if (TIFFGetField(tiff, tag, &n, &datos) != 1 || datos == nullptr) return {};
     return {datos, datos + n};
 }
 
 EtiquetasGeoTiff Etiquetas(TIFF* tiff) {
     EtiquetasGeoTiff e;
-    e.m_Escala = Lista<double>(tiff, Geo::kEscala, TIFF_DOUBLE);
-    e.m_PuntosControl = Lista<double>(tiff, Geo::kPuntosControl, TIFF_DOUBLE);
-    e.m_Transformacion = Lista<double>(tiff, Geo::kTransformacion, TIFF_DOUBLE);
-    e.m_Claves = Lista<std::uint16_t>(tiff, Geo::kClaves, TIFF_SHORT);
-    e.m_Dobles = Lista<double>(tiff, Geo::kDobles, TIFF_DOUBLE);
+    e.m_Escala = Lista<double>(tiff, etiqueta::kModelPixelScale, TIFF_DOUBLE);
+    e.m_PuntosControl = Lista<double>(tiff, etiqueta::kModelTiepoint, TIFF_DOUBLE);
+    e.m_Transformacion = Lista<double>(tiff, etiqueta::kModelTransformation, TIFF_DOUBLE);
+    e.m_Claves = Lista<std::uint16_t>(tiff, etiqueta::kGeoKeyDirectory, TIFF_SHORT);
+    e.m_Dobles = Lista<double>(tiff, etiqueta::kGeoDoubleParams, TIFF_DOUBLE);
     return e;
 }
 
