@@ -150,12 +150,11 @@ void CBmp::LeePaleta(ULONGLONG posicion) {
 }
 
 void CBmp::BuscaExtremosPaleta() {
-    double menorMedia = 50000.0;
-    int menorResto = 196605;
+    int menor = 3 * 255 + 1, mayor = 0;
     for (std::size_t i = 0; i < m_Paleta.size(); i += 4) {
         const int suma = m_Paleta[i] + m_Paleta[i + 1] + m_Paleta[i + 2];
-        if (suma / 3.0 < menorMedia) menorMedia = suma / 3.0, m_nOscuro = static_cast<int>(i / 4);
-        if (196605 - suma < menorResto) menorResto = 196605 - suma, m_nBrillante = static_cast<int>(i / 4);
+        if (suma < menor) menor = suma, m_nOscuro = static_cast<int>(i / 4);
+        if (suma > mayor) mayor = suma, m_nBrillante = static_cast<int>(i / 4);
     }
 }
 

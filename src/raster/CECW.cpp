@@ -5,6 +5,7 @@
 #include "raster/CHiloReadECW.h"
 #include "raster/NCS.h"
 #include "raster/Resultados.h"
+#include "raster/TextosProgreso.h"
 #include "model/Etapa.h"
 #include "platform/Ficheros.h"
 #include "platform/Hilos.h"
@@ -13,14 +14,12 @@
 #include <atomic>
 #include <cmath>
 #include <memory>
-#include <numeric>
 
 namespace Vertiz {
 
 namespace {
 
 constexpr int kNivelEtapa = 3;
-constexpr unsigned kTextoLeyendo = 56001;
 constexpr unsigned kEspera = 20;  // ms between two looks at the workers
 
 void Avisa(int nivel, const CString& ruta, const std::string& motivo) {
@@ -37,7 +36,7 @@ float Suma(std::vector<float>& progresos) {
 
 // Shows the progress until the workers have ended, or until the user cancels: that ends the showing, not the reading.
 void Acompana(NCS::CEvent& evento, std::vector<float>& progresos) {
-    const Etapa etapa(kNivelEtapa, kTextoLeyendo);
+    const Etapa etapa(kNivelEtapa, kTextoLeer);
     const int total = 100 * static_cast<int>(progresos.size());
     for (float suma = 0.0F; suma < static_cast<float>(total) - 0.1F; suma = Suma(progresos)) {
         if (!etapa.Paso(static_cast<int>(suma), total)) break;
@@ -46,10 +45,10 @@ void Acompana(NCS::CEvent& evento, std::vector<float>& progresos) {
     evento.Wait();
 }
 
-std::vector<UINT> TodasLasBandas(int cuenta) {
-    std::vector<UINT> bandas(static_cast<std::size_t>(cuenta));
-    std::iota(bandas.begin(), bandas.end(), 0U);
-    return bandas;
+int Procesadores() {
+    SYSTEM_INFO sistema;
+    GetSystemInfo(&sistema);
+    return static_cast<int>(sistema.dwNumberOfProcessors);
 }
 
 using CHilos = std::vector<std::unique_ptr<CHiloReadECW>>;
@@ -101,12 +100,9 @@ bool CECW::SetFichero(CFile* fichero) {
 }
 
 int CECW::Leer(bool soloCabecera, int x0, int x1, int y0, int y1) {
-    const CString ruta = m_pFuente != nullptr ? m_pFuente->GetFilePath() : m_sRuta;
+    const CString ruta = RutaFichero();
     if (ruta.IsEmpty()) return 2;
-    if (soloCabecera) return LeerCabecera(ruta);
-    SYSTEM_INFO sistema;
-    GetSystemInfo(&sistema);
-    return LeerHilos(ruta, static_cast<int>(sistema.dwNumberOfProcessors), 0, x0, x1, y0, y1);
+    return soloCabecera ? LeeCabecera(ruta) : LeerHilos(ruta, Procesadores(), 0, x0, x1, y0, y1);
 }
 
 int CECW::Leer(bool, CMatriz<float>**, unsigned, int*, const float*, const float*, int, int, int, int) {
@@ -114,14 +110,15 @@ int CECW::Leer(bool, CMatriz<float>**, unsigned, int*, const float*, const float
 }
 
 int CECW::LeerReducido(unsigned reduccion) {
-    const CString ruta = m_pFuente != nullptr ? m_pFuente->GetFilePath() : m_sRuta;
-    if (ruta.IsEmpty()) return 2;
-    SYSTEM_INFO sistema;
-    GetSystemInfo(&sistema);
-    return LeerHilos(ruta, static_cast<int>(sistema.dwNumberOfProcessors), reduccion, 0, 0, 0, 0);
+    const CString ruta = RutaFichero();
+    return ruta.IsEmpty() ? 2 : LeerHilos(ruta, Procesadores(), reduccion, 0, 0, 0, 0);
 }
 
-int CECW::LeerCabecera(const CString& ruta) {
+CString CECW::RutaFichero() const {
+    return m_pFuente != nullptr ? m_pFuente->GetFilePath() : m_sRuta;
+}
+
+int CECW::LeeCabecera(const CString& ruta) {
     NCS::CView vista;
     if (const auto error = vista.Open(RutaSistema(ruta)); error.GetErrorNumber() != 0) {
         Avisa(NivelMensajes(), ruta, NCSGetLastErrorText(error));

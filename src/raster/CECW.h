@@ -41,7 +41,9 @@ class LUMBRA_API CECW : public CTiff {
     int Tipo() const override { return 23; }
 
   private:
-    int LeerCabecera(const CString& ruta);
+    /// The path of the source file, else the name; empty without either.
+    CString RutaFichero() const;
+    int LeeCabecera(const CString& ruta);
     void PonGeorreferencia(double celdaX, double celdaY, double origenX, double origenY);
 };
 

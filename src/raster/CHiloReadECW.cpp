@@ -44,6 +44,12 @@ CVentanaECW RecortaVentana(int ancho, int alto, int x0, int x1, int y0, int y1) 
     return {x0, y0, x1, y1};
 }
 
+std::vector<UINT> TodasLasBandas(int cuenta) {
+    std::vector<UINT> bandas(static_cast<std::size_t>(cuenta));
+    std::iota(bandas.begin(), bandas.end(), 0U);
+    return bandas;
+}
+
 void CHiloReadECW::Work(void* dato) {
     const auto& parametros = *static_cast<const CParametrosECW*>(dato);
     const char* fallo = nullptr;
@@ -74,8 +80,6 @@ void CHiloReadECW::Lee(const CParametrosECW& parametros) {
     m_dCeldaY = std::abs(info.m_dCeldaY);
     m_dOrigenX = info.m_dOrigenX;
     m_dOrigenY = info.m_dOrigenY;
-    std::vector<UINT> bandas(static_cast<std::size_t>(info.m_nBandas));
-    std::iota(bandas.begin(), bandas.end(), 0U);
 
     m_Ventana = RecortaVentana(info.m_nAncho, info.m_nAlto, parametros.m_nX0, parametros.m_nX1, parametros.m_nY0,
                                parametros.m_nY1);
@@ -98,7 +102,8 @@ void CHiloReadECW::Lee(const CParametrosECW& parametros) {
     const int arriba = m_Ventana.y0 + static_cast<int>(primera * paso);
     const int abajo = m_Ventana.y0 + static_cast<int>(ultima * paso);
     const int lineas = abajo - arriba + 1;
-    Exige(vista.SetView(bandas, m_Ventana.x0, arriba, m_Ventana.x1 - 1, abajo, m_Ventana.Ancho(), lineas));
+    Exige(vista.SetView(TodasLasBandas(info.m_nBandas), m_Ventana.x0, arriba, m_Ventana.x1 - 1, abajo,
+                        m_Ventana.Ancho(), lineas));
     LeeLineas(vista, lineas, paso);
     vista.Close();
 }

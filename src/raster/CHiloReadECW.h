@@ -22,6 +22,9 @@ struct CVentanaECW {
 /// What is read of a picture of ancho x alto pixels: a range from a to b counts when a < b, else the whole.
 CVentanaECW RecortaVentana(int ancho, int alto, int x0, int x1, int y0, int y1);
 
+/// The indices of all bands of a picture, as a view takes them.
+std::vector<UINT> TodasLasBandas(int cuenta);
+
 /// How many of n pixels remain when every r-th is taken.
 inline int Reducidos(int n, unsigned r) {
     return r < 2 ? n : static_cast<int>((std::int64_t{n} + r - 1) / r);

@@ -8,6 +8,7 @@
 #include "raster/ConversionColor.h"
 #include "raster/CorrelacionFourier.h"
 #include "raster/Resultados.h"
+#include "raster/TextosProgreso.h"
 #include "model/Etapa.h"
 
 #include <algorithm>
@@ -21,7 +22,6 @@ namespace Vertiz {
 
 namespace {
 
-constexpr unsigned kTextoProceso = 56003;
 constexpr std::int64_t kMayorPlantilla = 10'000'000;  // cells; the whole numbers stay below 2^63
 
 // What a pixel's hue counts for: greys by their mean, colours by their hue folded about the middle of the circle. White
@@ -206,7 +206,7 @@ int CTiff::CorrelaPlantilla(IRaster* plantilla, CTiff** destino, unsigned modo, 
     auto nuevo = *destino == nullptr ? std::make_unique<CTiff>() : nullptr;
     CTiff& resultado = nuevo != nullptr ? *nuevo : **destino;
     if (!resultado.Crear(ancho, alto, m_Cabecera.biBitCount, Resolucion(), true, nullptr, nullptr, false)) return 0;
-    const Etapa etapa(m_nNivelMensajes, kTextoProceso);
+    const Etapa etapa(m_nNivelMensajes, kTextoOperacion);
     if (completa)
         CorrelaTodo(imagen, modelo, etapa, resultado);
     else

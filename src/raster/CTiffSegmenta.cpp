@@ -2,7 +2,7 @@
 // weighted by the difference of colours, hold together.
 
 #include "raster/CTiff.h"
-#include "raster/Resultados.h"
+#include "raster/TextosProgreso.h"
 #include "model/Etapa.h"
 #include "model/Segmentacion.h"
 
@@ -13,8 +13,6 @@
 namespace Vertiz {
 
 namespace {
-
-constexpr unsigned kTextoProceso = 56003;
 
 using Planos = std::array<CMatriz<float>, 3>;
 
@@ -135,7 +133,7 @@ bool PintaRegiones(const IRaster& imagen, Bosque& bosque, CTiff& destino) {
 int CTiff::SegmentaImagen(CTiff** destino, float sigma, float c, int minimo, bool cierra, int* componentes) try {
     const int alto = AltoPixeles();
     if (!TienePixeles() || (BytesPixel() != 1 && BytesPixel() != 3)) return 1;
-    const Etapa etapa(m_nNivelMensajes, kTextoProceso);
+    const Etapa etapa(m_nNivelMensajes, kTextoOperacion);
     Planos planos;
     if (!LeePlanos(*this, planos)) return 0;
     for (CMatriz<float>& plano : planos)

@@ -117,7 +117,8 @@ class Bandas {
     std::vector<BYTE> m_Filas;             // as in the file, when it is read by rows
 };
 
-void ABGR(std::span<const std::uint32_t> pixeles, BYTE* destino) {
+// As a picture stores them.
+void EnBGR(std::span<const std::uint32_t> pixeles, BYTE* destino) {
     for (const std::uint32_t p : pixeles) {
         destino[0] = static_cast<BYTE>(TIFFGetB(p));
         destino[1] = static_cast<BYTE>(TIFFGetG(p));
@@ -156,9 +157,9 @@ int LibTiff::LeeImagen(const Pagina& pagina, const Ventana& v, const Etapa& etap
                 bandas.Fila(static_cast<std::uint32_t>(i)).subspan(std::size_t(v.col0), std::size_t(v.Columnas()));
             const ULONGLONG destino = ULONGLONG(primera + i - v.fila0);
             if (m_bModoFichero == 0)
-                ABGR(pixeles, m_Bloques.Bloque(static_cast<UINT>(destino)));
+                EnBGR(pixeles, m_Bloques.Bloque(static_cast<UINT>(destino)));
             else {
-                ABGR(pixeles, copia.data());
+                EnBGR(pixeles, copia.data());
                 if (!EscribeAlmacen(destino * copia.size(), copia.data(), copia.size())) return kNoSoportado;
             }
             if (!etapa.Paso(++hechas, v.Filas())) return 2;

@@ -11,16 +11,17 @@ namespace NCS {
 
 namespace {
 
-constexpr int kFallo = 1;
 constexpr std::uint64_t kGeoTIFFMaximo = 1U << 22;  // a GeoTIFF of one pixel
 constexpr int kCajasMaximas = 10000;
 constexpr std::uint32_t kFirma = 0x6A502020;       // "jP  "
 constexpr std::uint32_t kCodestream = 0x6A703263;  // "jp2c"
+constexpr std::uint32_t kInicioSIZ = 0xFF4FFF51;   // SOC and SIZ, the first markers
 constexpr std::uint32_t kUuid = 0x75756964;        // "uuid"
 constexpr std::array<BYTE, 16> kUuidGeoJP2{0xB1, 0x4B, 0xF8, 0xBD, 0x08, 0x3D, 0x4B, 0x43,
                                            0xA5, 0xAE, 0x8C, 0xD7, 0xD5, 0xA6, 0xCE, 0x03};
 
-std::uint64_t GrandeAPequeno(std::span<const BYTE> bytes) {
+// Numbers stand with the highest byte first.
+std::uint64_t Numero(std::span<const BYTE> bytes) {
     std::uint64_t v = 0;
     for (const BYTE b : bytes)
         v = v << 8 | b;
@@ -42,11 +43,11 @@ std::optional<Caja> LeeCaja(CFile& fichero, std::uint64_t p, std::uint64_t longi
     std::array<BYTE, 16> cabecera{};
     const std::span<BYTE> bytes(cabecera);
     if (p > longitud || longitud - p < 8 || !LeeEn(fichero, p, bytes.first(8))) return std::nullopt;
-    std::uint64_t tamano = GrandeAPequeno(bytes.first(4));
-    Caja caja{static_cast<std::uint32_t>(GrandeAPequeno(bytes.subspan(4, 4))), p + 8, 0};
+    std::uint64_t tamano = Numero(bytes.first(4));
+    Caja caja{static_cast<std::uint32_t>(Numero(bytes.subspan(4, 4))), p + 8, 0};
     if (tamano == 1) {
         if (longitud - p < 16 || !LeeEn(fichero, p + 8, bytes.first(8))) return std::nullopt;
-        tamano = GrandeAPequeno(bytes.first(8));
+        tamano = Numero(bytes.first(8));
         caja.datos = p + 16;
     } else if (tamano == 0) {
         tamano = longitud - p;  // the last box goes to the end
@@ -70,12 +71,11 @@ void LeeUuid(CFile& fichero, const Caja& caja, std::vector<BYTE>& geotiff) {
 }
 
 bool EsCodestream(std::span<const BYTE, 12> firma) {
-    return GrandeAPequeno(firma.first(4)) == 0xFF4FFF51;
+    return Numero(firma.first(4)) == kInicioSIZ;
 }
 
 bool EsJP2(std::span<const BYTE, 12> firma) {
-    return GrandeAPequeno(firma.first(4)) == 12 && GrandeAPequeno(firma.subspan(4, 4)) == kFirma &&
-           GrandeAPequeno(firma.last(4)) == 0x0D0A870A;
+    return Numero(firma.first(4)) == 12 && Numero(firma.subspan(4, 4)) == kFirma && Numero(firma.last(4)) == 0x0D0A870A;
 }
 
 CError OtroFormato(std::span<const BYTE, 12> firma, const CString& ruta) {
@@ -91,15 +91,15 @@ CError OtroFormato(std::span<const BYTE, 12> firma, const CString& ruta) {
 CError CompruebaSIZ(CFile& fichero, std::uint64_t longitud, CEstructuraJ2K& estructura) {
     std::array<BYTE, 42> cabecera{};
     const std::span<const BYTE> bytes(cabecera);
-    if (!LeeEn(fichero, estructura.m_nInicio, cabecera) || GrandeAPequeno(bytes.first(4)) != 0xFF4FFF51)
+    if (!LeeEn(fichero, estructura.m_nInicio, cabecera) || Numero(bytes.first(4)) != kInicioSIZ)
         return {kFallo, "the header of the codestream is damaged"};
-    const auto campo = [&](std::size_t i) { return GrandeAPequeno(bytes.subspan(8 + 4 * i, 4)); };
+    const auto campo = [&](std::size_t i) { return Numero(bytes.subspan(8 + 4 * i, 4)); };
     const std::uint64_t x1 = campo(0), y1 = campo(1), x0 = campo(2), y0 = campo(3);
     const std::uint64_t teselaX = campo(4), teselaY = campo(5), origenX = campo(6), origenY = campo(7);
-    const std::uint64_t componentes = GrandeAPequeno(bytes.subspan(40, 2));
+    const std::uint64_t componentes = Numero(bytes.subspan(40, 2));
     constexpr std::uint64_t kMaximo = 0x7FFFFFFF;
     if (x1 <= x0 || y1 <= y0 || x1 > kMaximo || y1 > kMaximo || teselaX == 0 || teselaY == 0 || origenX > x0 ||
-        origenY > y0 || componentes == 0 || GrandeAPequeno(bytes.subspan(4, 2)) != 38 + 3 * componentes)
+        origenY > y0 || componentes == 0 || Numero(bytes.subspan(4, 2)) != 38 + 3 * componentes)
         return {kFallo, "the header of the codestream claims impossible sizes"};
     estructura.m_nComponentes = static_cast<std::uint32_t>(componentes);
     estructura.m_nTeselas = ((x1 - origenX + teselaX - 1) / teselaX) * ((y1 - origenY + teselaY - 1) / teselaY);

@@ -10,6 +10,9 @@
 
 namespace NCS {
 
+/// Number of every error of this reader; what went wrong is told by its text.
+constexpr int kFallo = 1;
+
 /// The structure of a file, found by walking its boxes (ISO/IEC 15444-1, annex I) or, of a raw codestream, at once.
 struct CEstructuraJ2K {
     bool m_bCodestream = false;        ///< a raw codestream, without boxes

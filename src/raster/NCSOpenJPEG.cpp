@@ -19,8 +19,6 @@ namespace NCS {
 
 namespace {
 
-constexpr int kFallo = 1;
-
 // ---- The stream: OpenJPEG calls these with the CFile.
 
 OPJ_SIZE_T LeeFlujo(void* bytes, OPJ_SIZE_T n, void* fichero) {

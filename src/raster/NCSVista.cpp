@@ -19,13 +19,13 @@ CError CView::SetView(const std::vector<UINT>& bandas, int x0, int y0, int x1, i
     m_pVentana.reset();
     m_Error = {};
     if (m_pImagen == nullptr)
-        m_Error = {1, "no file is open"};
+        m_Error = {kFallo, "no file is open"};
     else if (x0 < 0 || y0 < 0 || x1 < x0 || y1 < y0 || x1 >= m_Informacion.m_nAncho || y1 >= m_Informacion.m_nAlto)
-        m_Error = {1, "the window lies outside the picture"};
+        m_Error = {kFallo, "the window lies outside the picture"};
     else if (ancho != x1 - x0 + 1 || alto != y1 - y0 + 1)
-        m_Error = {1, "views are at full resolution only"};
+        m_Error = {kFallo, "views are at full resolution only"};
     for (const UINT banda : bandas)
-        if (banda >= static_cast<UINT>(m_Informacion.m_nBandas)) m_Error = {1, "there is no such band"};
+        if (banda >= static_cast<UINT>(m_Informacion.m_nBandas)) m_Error = {kFallo, "there is no such band"};
     if (m_Error.GetErrorNumber() != 0) return m_Error;
 
     m_pVentana = m_pImagen->Ventana({x0, y0, x1 + 1, y1 + 1});
@@ -38,7 +38,7 @@ CError CView::SetView(const std::vector<UINT>& bandas, int x0, int y0, int x1, i
 
 int CView::ReadLineBGR(BYTE* linea) {
     if (m_pVentana == nullptr || m_nFila >= m_nFinal) {
-        m_Error = {1, "there are no more lines"};
+        m_Error = {kFallo, "there are no more lines"};
         return m_Error.GetErrorNumber();
     }
     m_Error = m_pVentana->Decodifica();

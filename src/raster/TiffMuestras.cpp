@@ -166,8 +166,8 @@ void MuestrasTiff::Reduce(const TramoTiff& tramo, std::size_t color) {
     Valores(tramo, color, m_Valores.data());
     std::vector<BYTE>& bytes = m_Bytes[color];
     bytes.resize(tramo.n);
-    const bool color0 = color < m_nColores;  // transparency has a range of its own
-    const EscalaTiff escala = color0 ? m_Escala : EscalaTiff{0.0, 255.0 / (std::exp2(m_Pagina.bits) - 1.0)};
+    const bool esColor = color < m_nColores;  // transparency has a range of its own
+    const EscalaTiff escala = esColor ? m_Escala : EscalaTiff{0.0, 255.0 / (std::exp2(m_Pagina.bits) - 1.0)};
     const bool invierte = m_Pagina.fotometrica == fotometrica::kCeroBlanco && escala.factor > 0.0;
     for (std::size_t i = 0; i < tramo.n; ++i) {
         const double v = (m_Valores[i] - escala.minimo) * escala.factor;

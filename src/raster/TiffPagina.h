@@ -35,7 +35,7 @@ namespace fotometrica {
 constexpr unsigned kCeroBlanco = 0, kCeroNegro = 1, kPaleta = 3, kCMYK = 5, kYCbCr = 6, kCIELab = 8;
 }
 
-/// A page. After LeePagina every piece lies inside the file, or gives up at its own end when it is compressed.
+/// A page. After LeePaginaTiff every piece lies inside the file, or gives up at its own end when it is compressed.
 struct PaginaTiff {
     int ancho = 0, alto = 0;
     unsigned muestras = 1;  ///< of a pixel
