@@ -21,9 +21,11 @@ class CTintaAlturas {
     std::array<float, 3> operator()(double z, bool bInterpolar, double sombra) {
         if (!(z >= m_dDesde && z < m_dHasta)) Situa(z);
         const double t = bInterpolar ? (z - m_dCota) / m_dDesnivel : 0.0;
+        const bool cerca = std::abs(t) < kLejos;
         std::array<float, 3> color{};
         for (std::size_t i = 0; i < 3; ++i) {
-            int canal = Canal(m_Rangos[i] * t + 0.5 + m_Bajos[i]);
+            const double v = m_Rangos[i] * t + 0.5 + m_Bajos[i];
+            int canal = cerca ? static_cast<int>(v) : Canal(v);
             if (sombra >= 0.0) canal = Sombreado(canal, sombra);
             color[i] = kCanales[canal & 0xFF];  // not clamped: below the first stop they wrap
         }
@@ -31,6 +33,8 @@ class CTintaAlturas {
     }
 
   private:
+    static constexpr double kLejos = 7e6;  // nearer than this many times the stretch every channel fits an integer
+
     // The values of a channel as OpenGL takes them: a division costs more.
     static constexpr std::array<float, 256> kCanales = [] {
         std::array<float, 256> canales{};
@@ -62,7 +66,7 @@ class CTintaAlturas {
         m_Rangos = {alta->m_nRojo - m_Bajos[0], alta->m_nVerde - m_Bajos[1], alta->m_nAzul - m_Bajos[2]};
     }
 
-    // A channel without its fraction. Heights far below the ramp give channels that no integer holds: 0.
+    // A channel without its fraction; 0 where no integer holds it.
     static int Canal(double v) { return std::abs(v) < 2e9 ? static_cast<int>(v) : 0; }
 
     static int Sombreado(int canal, double sombra) {

@@ -3,12 +3,14 @@
 #include "platform/Memoria.h"
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
 #include <charconv>
+#include <cstdint>
 #include <cstring>
 #include <string_view>
 
@@ -54,4 +56,10 @@ bool HayMemoria(ULONGLONG bytes) {
 
 void LimitaMemoria(ULONGLONG bytes) {
     limitePruebas = bytes;
+}
+
+void PideGrandesPaginas(void* bloque, ULONGLONG bytes) {
+    const auto pagina = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
+    const auto inicio = reinterpret_cast<std::uintptr_t>(bloque), primera = (inicio + pagina - 1) / pagina * pagina;
+    if (inicio + bytes > primera) madvise(reinterpret_cast<void*>(primera), inicio + bytes - primera, MADV_HUGEPAGE);
 }

@@ -10,3 +10,6 @@ LUMBRA_API bool HayMemoria(ULONGLONG bytes);
 
 /// For tests: from now on nothing above so many bytes fits. The default, all bits set, takes the limit away.
 LUMBRA_API void LimitaMemoria(ULONGLONG bytes = ~ULONGLONG{0});
+
+/// Asks for large pages under a block that is about to be written through: it is there sooner. Nothing depends on it.
+LUMBRA_API void PideGrandesPaginas(void* bloque, ULONGLONG bytes);

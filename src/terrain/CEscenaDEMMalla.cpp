@@ -7,6 +7,7 @@
 #include "frame/ListaGL.h"
 #include "model/IPorcentaje.h"
 #include "platform/Errores.h"
+#include "platform/Memoria.h"
 
 #include <algorithm>
 #include <cmath>
@@ -81,6 +82,7 @@ bool CEscenaDEM::ReservaVertices(Paso& paso) {
         const std::int64_t cantidad = filas * columnas;
         try {
             m_Vertices = std::make_unique_for_overwrite<float[]>(static_cast<std::size_t>(3 * cantidad));
+            PideGrandesPaginas(m_Vertices.get(), sizeof(float) * 3 * static_cast<std::size_t>(cantidad));
             if (paso.f > 1) m_Alturas = std::make_unique_for_overwrite<float[]>(static_cast<std::size_t>(cantidad));
             return true;
         } catch (const std::bad_alloc&) {
