@@ -3,6 +3,7 @@
 
 #include "raster/CTiff.h"
 #include "raster/EtiquetasTiff.h"
+#include "raster/OrdenCanales.h"
 #include "raster/Resultados.h"
 #include "raster/Salida.h"
 #include "raster/TextosProgreso.h"
@@ -101,9 +102,7 @@ int CTiff::GrabaImagen(CFile& fichero, const CGeorreferencia* georreferencia) {
                          const std::span<const BYTE> fila = FilaAlmacen(alto - 1 - i, copia);
                          if (fila.empty()) return false;
                          std::copy_n(fila.begin(), bytes.size(), bytes.begin());
-                         if (bytesPixel == 3)
-                             for (std::size_t j = 0; j < bytes.size(); j += 3)
-                                 std::swap(bytes[j], bytes[j + 2]);
+                         if (bytesPixel == 3) CambiaRojoAzul(bytes);
                          return true;
                      });
 }

@@ -6,6 +6,7 @@
 #include "raster/EtiquetasTiff.h"
 #include "raster/GeoTiff.h"
 #include "raster/LibTiffPagina.h"
+#include "raster/MediaPrecision.h"
 #include "raster/Resultados.h"
 #include "raster/TextosProgreso.h"
 #include "model/Etapa.h"
@@ -14,8 +15,6 @@
 #include <tiffio.h>
 
 #include <algorithm>
-#include <bit>
-#include <cmath>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
@@ -23,6 +22,8 @@
 #include <memory>
 #include <new>
 #include <optional>
+#include <span>
+#include <vector>
 
 namespace Vertiz {
 
@@ -99,19 +100,6 @@ int CallaAviso(TIFF*, void*, const char*, const char*, va_list) {
 }
 
 // ---- Values ------------------------------------------------------------------------------------------------------
-
-// IEEE 754 binary16.
-float DeMediaPrecision(std::uint16_t bits) {
-    const int exponente = bits >> 10 & 31, mantisa = bits & 1023;
-    float valor = 0.0F;
-    if (exponente == 31)
-        valor = mantisa == 0 ? std::numeric_limits<float>::infinity() : std::numeric_limits<float>::quiet_NaN();
-    else if (exponente == 0)
-        valor = std::ldexp(static_cast<float>(mantisa), -24);
-    else
-        valor = std::ldexp(static_cast<float>(mantisa + 1024), exponente - 25);
-    return (bits & 0x8000) != 0 ? -valor : valor;
-}
 
 // The values of a row in the machine's byte order, as floats.
 void AFloat(const LibTiff::Pagina& pagina, const BYTE* datos, std::span<float> valores) {
