@@ -3,8 +3,6 @@
 #include "raster/CBmp.h"
 #include "fuzz/UsaRaster.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t n);
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t n) {
     UsaRaster(datos, n, [](int modo) {
         struct Expandido : Vertiz::CBmp {

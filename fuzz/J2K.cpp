@@ -1,11 +1,8 @@
 // JPEG 2000: as every picture, and by windows and reduced, on several threads.
 
 #include "raster/CECW.h"
-#include "fuzz/UsaRaster.h"
-
 #include "platform/Memoria.h"
-
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t n);
+#include "fuzz/UsaRaster.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t n) {
     UsaRaster(datos, n, [](int modo) { return std::make_unique<Vertiz::CECW>(modo); });

@@ -3,8 +3,6 @@
 #include "raster/CJpeg.h"
 #include "fuzz/UsaRaster.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t n);
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t n) {
     UsaRaster(datos, n, [](int modo) {
         // What a large picture adds is time.

@@ -4,8 +4,6 @@
 
 #include "fuzz/UsaRaster.h"
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t n);
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t n) {
     UsaRaster(datos, n, [](int modo) {
         // What a large picture adds is time.

@@ -8,8 +8,6 @@
 using Vertiz::CMatriz;
 using Vertiz::CTiff;
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t n);
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t n) {
     UsaRaster(datos, n, [](int modo) { return std::make_unique<CTiff>(modo); });
 

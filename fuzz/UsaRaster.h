@@ -16,3 +16,6 @@ void UsaRaster(const std::uint8_t* datos, std::size_t n,
 
 /// A file in memory with these bytes, under a name that opens it; good until the next call.
 CString FicheroEnMemoria(const std::uint8_t* datos, std::size_t n);
+
+/// What every target defines, and libFuzzer calls with each input.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* datos, std::size_t n);
