@@ -131,10 +131,9 @@ class LUMBRA_API IRaster {
 
     /// Square convolution of each band, in both modes: the absolute sum, at most 255. A margin of half a side, rounded
     /// down, keeps its values on all four edges; an even kernel reaches further down and left.
-    /// @param tipo    0 Roberts (side 2), 1 Prewitt, 2 Sobel (side 3): both directions, added; of any side: 3 all 1/9,
-    /// 4
-    ///                all 1 and double in the middle row and column, 6 and 7 Laplace with a centre of 4 and 8; others
-    ///                change nothing
+    /// @param tipo    0 Roberts (side 2), 1 Prewitt, 2 Sobel (side 3): both directions, added; of any side: 3 all
+    ///                1/9, 4 all 1 and double in the middle row and column, 6 and 7 Laplace with a centre of 4 and 8;
+    ///                others change nothing
     /// @param tamano  side of the kernel where the kind leaves it open
     /// @return 1, 2, or kTamanoMalo with the image unchanged for a side below 1
     virtual int Filtra(int tipo, int tamano) = 0;
