@@ -1,3 +1,5 @@
+// Blocks that are made all at once or not at all, and bytes across their borders.
+
 #include "raster/CBloques.h"
 
 #include "platform/Memoria.h"

@@ -1,3 +1,5 @@
+// Sums of products by tiles: a tile's transform times that of the template, and back (overlap-save).
+
 #include "raster/CorrelacionFourier.h"
 
 #include <kissfft/kissfft.hh>

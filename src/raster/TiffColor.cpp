@@ -1,3 +1,5 @@
+// Colours by libtiff's own formulas, so that a file looks the same whichever reader takes it.
+
 #include "raster/TiffColor.h"
 
 #include <tiffio.h>

@@ -9,6 +9,7 @@
 
 namespace Vertiz {
 
+/// The colours of one page. It keeps what it needs of the page.
 class ColorTiff {
   public:
     explicit ColorTiff(const PaginaTiff& pagina);

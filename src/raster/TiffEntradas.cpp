@@ -1,3 +1,5 @@
+// The bytes of a directory: entries in the order of their tags, values that don't fit in them behind.
+
 #include "raster/TiffEntradas.h"
 
 #include "raster/EtiquetasTiff.h"

@@ -1,3 +1,5 @@
+// Bands of strips or tiles, opened one after the other; their rows are handed out by the header.
+
 #include "raster/TiffFilas.h"
 
 #include <utility>

@@ -27,6 +27,7 @@ struct TramoTiff {
     std::size_t columna;  ///< of the first, in the window
 };
 
+/// The rows of a window of a page, from the top. File and page have to outlive it.
 class FilasTiff {
   public:
     /// @param planos  those wanted, by number; of a chunky page just 0

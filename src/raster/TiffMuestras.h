@@ -17,6 +17,7 @@ struct EscalaTiff {
     double factor = 0.0;  ///< 0 makes everything 0
 };
 
+/// The samples of one page, which has to outlive it.
 class MuestrasTiff {
   public:
     /// @param canales  samples of the page that become red, green and blue where the page has colours

@@ -1,3 +1,5 @@
+// Numbers and entries as they stand in the file. A value is read once its bytes are known to lie there.
+
 #include "raster/TiffNumeros.h"
 
 #include "raster/EtiquetasTiff.h"

@@ -1,3 +1,5 @@
+// Rows out of a piece: as they are, or unpacked from PackBits.
+
 #include "raster/TiffTrozo.h"
 
 #include <algorithm>

@@ -10,6 +10,7 @@
 
 namespace Vertiz {
 
+/// Reads a piece from its first row on; it may be opened anew for another. File and piece are the caller's.
 class LectorTrozo {
   public:
     /// Begins a piece. What it held is forgotten, its buffers are kept.
