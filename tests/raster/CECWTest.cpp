@@ -287,7 +287,7 @@ TEST_F(EcwTest, RefusesWhatIsNoJpeg2000) {
 }
 
 TEST_F(EcwTest, SaysThatEcwNeedsAKit) {
-    EsperaRehusado(m_Carpeta.Escribe("imagen.jp2", std::string("\x65\x02\x01\x01", 4) + std::string(60, '\0')),
+    EsperaRehusado(m_Carpeta.Escribe("imagen.jp2", std::string("\x65\x02\x01\x01", 4).append(60, '\0')),
                    "this is an ECW file");
     EsperaRehusado(m_Carpeta.Escribe("imagen.ECW", std::string(64, 'x')), "LUMBRA_ECW_SDK");
     // The content counts, not the name.
