@@ -37,8 +37,8 @@ class LUMBRA_API CTiff : public CRasterDIB {
     ///                     or null when the page is a picture
     /// @param limiteCeldas not 0: a table with more cells goes to a file
     /// @param registro     the samples that become red, green and blue, where the page has colours; each below 3
-    /// becomes
-    ///                     2 minus itself; null for 0, 1 and 2, which also stand for samples that the page doesn't have
+    ///                     becomes 2 minus itself; null for 0, 1 and 2, which also stand for samples that the page
+    ///                     doesn't have
     /// @param minimo, maximo  values of a grid that become black and white; null measures them
     /// @param col0, col1, fila0, fila1  window of the page, half-open, rows from the top, clipped to it; both of an
     /// axis
