@@ -22,12 +22,16 @@ std::vector<int> IndicesOrigen(int nuevos, int viejos, double factor) {
     return indices;
 }
 
+// Pixels by their columns, which ascend. A copy of four bytes is one instruction where three are several, and what it
+// takes too much the next pixel overwrites: so it goes as long as another pixel follows on both sides.
 template <std::size_t kBytes>
 void CopiaElegidos(const BYTE* origen, const std::vector<int>& columnas, BYTE* destino) {
-    for (const int c : columnas) {
-        std::memcpy(destino, origen + kBytes * std::size_t(c), kBytes);
-        destino += kBytes;
-    }
+    constexpr std::size_t kDeUnaVez = kBytes == 3 ? 4 : kBytes;
+    auto c = columnas.begin();
+    for (const auto fin = std::lower_bound(c, columnas.end(), columnas.back()); c != fin; ++c, destino += kBytes)
+        std::memcpy(destino, origen + kBytes * std::size_t(*c), kDeUnaVez);
+    for (; c != columnas.end(); ++c, destino += kBytes)
+        std::memcpy(destino, origen + kBytes * std::size_t(*c), kBytes);
 }
 
 // Every second pixel.
