@@ -9,16 +9,11 @@
 #include "platform/Conversiones.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <memory>
-#include <string_view>
 #include <vector>
 
 namespace {
-
-bool TerminaEn(std::string ruta, std::string_view fin) {
-    std::ranges::transform(ruta, ruta.begin(), [](char c) { return c >= 'A' && c <= 'Z' ? char(c + 'a' - 'A') : c; });
-    return ruta.ends_with(fin);
-}
 
 bool EsJpeg(const std::string& ruta) {
     return TerminaEn(ruta, ".jpg") || TerminaEn(ruta, ".jpeg");

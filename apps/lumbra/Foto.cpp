@@ -9,16 +9,9 @@
 
 #include <algorithm>
 #include <stdexcept>
-#include <string_view>
 #include <vector>
 
 namespace {
-
-bool TerminaEn(const std::string& nombre, std::string_view fin) {
-    constexpr auto minuscula = [](char c) { return c >= 'A' && c <= 'Z' ? char(c + 'a' - 'A') : c; };
-    return nombre.size() >= fin.size() &&
-           std::equal(fin.rbegin(), fin.rend(), nombre.rbegin(), [=](char a, char b) { return a == minuscula(b); });
-}
 
 Vertiz::IRaster* NuevoRaster(const std::string& ruta) {
     if (TerminaEn(ruta, "j2k")) return new Vertiz::CECW;  // the bare codestream of a .jp2
@@ -59,6 +52,12 @@ Foto::Foto(const std::string& ruta, Progreso& progreso, Que que) : m_pRaster(Nue
 
 void Foto::Fila(int fila, BYTE* bgr) const {
     m_pRaster->GetFila(bgr, Alto() - 1 - fila, 0, Ancho());
+}
+
+bool TerminaEn(std::string_view nombre, std::string_view fin) {
+    constexpr auto minuscula = [](char c) { return c >= 'A' && c <= 'Z' ? char(c + 'a' - 'A') : c; };
+    return nombre.size() >= fin.size() &&
+           std::equal(fin.rbegin(), fin.rend(), nombre.rbegin(), [=](char a, char b) { return a == minuscula(b); });
 }
 
 bool EsFoto(const std::string& ruta, Progreso& progreso) {

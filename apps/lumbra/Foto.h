@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
 /// A picture from a file of any format that the library reads.
 class Foto {
@@ -35,6 +36,10 @@ class Foto {
     CFile m_Fichero;
     std::unique_ptr<Vertiz::IRaster, Fin> m_pRaster;
 };
+
+/// Whether a name ends so, in capitals or not.
+/// @param fin  small letters
+bool TerminaEn(std::string_view nombre, std::string_view fin);
 
 /// True when a file holds a picture rather than heights, by its name and, for TIFF, by its samples: those of 8 bits or
 /// fewer and those in three bands of 16 are colours, wider ones heights.

@@ -5,6 +5,7 @@
 #include "Convierte.h"
 #include "model/CDataGamaColor.h"
 #include "platform/Conversiones.h"
+#include "platform/Numeros.h"
 
 #include <CLI/CLI.hpp>
 
@@ -13,6 +14,7 @@
 #include <initializer_list>
 #include <stdexcept>
 #include <string_view>
+#include <tuple>
 #include <utility>
 #include <vector>
 
@@ -45,13 +47,6 @@ double Real(std::string_view texto) {
     return valor;
 }
 
-std::string Corto(double v) {
-    std::string texto(32, '\0');
-    texto.resize(
-        static_cast<std::size_t>(std::to_chars(texto.data(), texto.data() + texto.size(), v).ptr - texto.data()));
-    return texto;
-}
-
 // A check for the parser, which wants the fault as a text, out of one that throws.
 template <class Comprueba>
 CLI::Validator Regla(std::string descripcion, Comprueba comprueba) {
@@ -70,7 +65,7 @@ CLI::Validator EsReal(double desde, double hasta) {
     return Regla("", [=](const std::string& texto) {
         const double valor = Real(texto);
         if (valor < desde || valor > hasta)
-            throw std::invalid_argument(texto + " is not between " + Corto(desde) + " and " + Corto(hasta));
+            throw std::invalid_argument(texto + " is not between " + TextoExacto(desde) + " and " + TextoExacto(hasta));
     });
 }
 

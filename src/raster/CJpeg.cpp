@@ -4,6 +4,7 @@
 
 #include "raster/CJpeg.h"
 
+#include "raster/OrdenCanales.h"
 #include "raster/Resultados.h"
 #include "raster/Salida.h"
 #include "raster/TextosProgreso.h"
@@ -33,12 +34,6 @@ constexpr J_COLOR_SPACE kOrden = JCS_EXT_BGR;
 #else
 constexpr J_COLOR_SPACE kOrden = JCS_RGB;
 #endif
-
-void Ordena(BYTE* fila, std::size_t pixeles) {
-    if constexpr (kOrden == JCS_RGB)
-        for (std::size_t c = 0; c < pixeles; ++c)
-            std::swap(fila[3 * c], fila[3 * c + 2]);
-}
 
 // ---- Errors ------------------------------------------------------------------------------------------------------
 
@@ -191,7 +186,7 @@ class CJpeg::Lector : public Motor<jpeg_decompress_struct> {
     bool LeeFila(BYTE* fila) {
         if (!SeMuestra()) fila = m_pDescarte[0];
         if (!Intenta([&] { jpeg_read_scanlines(&m_Jpeg, &fila, 1); })) return false;
-        if (SeMuestra()) Ordena(fila, m_Jpeg.output_width);
+        if (kOrden == JCS_RGB && SeMuestra()) CambiaRojoAzul({fila, std::size_t{m_Jpeg.output_width} * 3});
         return true;
     }
 
@@ -243,15 +238,11 @@ int CJpeg::Leer(bool soloCabecera) {
 int CJpeg::LeePixeles(Lector& lector, const Etapa& etapa) {
     if (!lector.Empieza()) return 2;
     const int alto = AltoPixeles();
-    std::vector<BYTE> copia(m_bModoFichero != 0 ? BytesFila() : 0);
+    std::vector<BYTE> copia;
     for (int i = 0; i < alto; ++i) {
+        const int fila = alto - 1 - i;
         if (!etapa.Paso(i + 1, alto)) return 2;
-        if (m_bModoFichero == 0) {
-            if (!lector.LeeFila(m_Bloques.Bloque(static_cast<UINT>(i)))) return 2;
-        } else if (!lector.LeeFila(copia.data()) ||
-                   !EscribeAlmacen(ULONGLONG(i) * copia.size(), copia.data(), copia.size())) {
-            return 2;
-        }
+        if (!lector.LeeFila(FilaNueva(fila, copia).data()) || !GuardaFila(fila, copia)) return 2;
     }
     return lector.Acaba() ? 1 : 2;
 }
@@ -327,8 +318,7 @@ class Escritor : public Motor<jpeg_compress_struct> {
 void Prepara(std::span<const BYTE> fila, std::span<BYTE> destino) {
     const auto resto = std::copy_n(fila.begin(), std::min(fila.size(), destino.size()), destino.begin());
     std::fill(resto, destino.end(), BYTE{0});
-    for (std::size_t i = 0; i < destino.size(); i += 3)
-        std::swap(destino[i], destino[i + 2]);
+    CambiaRojoAzul(destino);
 }
 
 }  // namespace

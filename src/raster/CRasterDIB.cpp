@@ -174,6 +174,17 @@ std::span<const BYTE> CRasterDIB::FilaAlmacen(int fila, std::vector<BYTE>& copia
     return copia;
 }
 
+std::span<BYTE> CRasterDIB::FilaNueva(int fila, std::vector<BYTE>& copia) {
+    if (fila < 0 || fila >= AltoPixeles()) return {};
+    if (m_bModoFichero == 0) return FilaEnMemoria(fila);
+    copia.resize(BytesFila());
+    return copia;
+}
+
+bool CRasterDIB::GuardaFila(int fila, const std::vector<BYTE>& copia) {
+    return m_bModoFichero == 0 || EscribeAlmacen(Posicion(fila, 0), copia.data(), copia.size());
+}
+
 bool CRasterDIB::ReservaAlmacen() {
     m_Bloques.Vacia();
     LiberaTemporal();

@@ -84,6 +84,11 @@ class LUMBRA_API CRasterDIB : public IRaster {
     std::span<const BYTE> FilaAlmacen(int fila, std::vector<BYTE>& copia) const;
     /// The bytes of a row in memory, to write to; empty in file mode.
     std::span<BYTE> FilaEnMemoria(int fila);
+    /// The bytes of a row counted from the bottom, to be written whole: those in memory themselves, or `copia`, which
+    /// GuardaFila then puts into the file. `copia` keeps what it held, 0 at first. Empty when there is no such row.
+    std::span<BYTE> FilaNueva(int fila, std::vector<BYTE>& copia);
+    /// Ends the writing of a row that FilaNueva gave. @return false when it can't be written
+    bool GuardaFila(int fila, const std::vector<BYTE>& copia);
     /// Room for the picture of the header by its mode, all 0: a block for each row, or a temporary file of full size.
     bool ReservaAlmacen();
     /// Header and palette of a new picture in place of what there was; Alto keeps its sign.
@@ -114,8 +119,8 @@ class LUMBRA_API CRasterDIB : public IRaster {
     std::size_t BytesPixelesFila() const;
 
     BITMAPINFOHEADER m_Cabecera{};  ///< biSize 0 while the object is empty
-    std::vector<BYTE> m_Paleta;      ///< entries of 4 bytes
-    CFile* m_pFuente = nullptr;      ///< not owned
+    std::vector<BYTE> m_Paleta;     ///< entries of 4 bytes
+    CFile* m_pFuente = nullptr;     ///< not owned
     std::vector<BYTE> m_Buffer;
     int m_nOscuro = 0;     ///< entry of the palette with the lowest mean
     int m_nBrillante = 0;  ///< entry of the palette with the highest sum

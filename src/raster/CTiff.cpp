@@ -34,6 +34,10 @@ void CTiff::Limpiar() {
     m_fResolucionImagen = 0.0F;
 }
 
+bool CTiff::TienePaleta() const {
+    return m_nFotometrica == fotometrica::kPaleta && m_Cabecera.biBitCount == 8;
+}
+
 int CTiff::NumMuestras() const {
     if (m_BitsMuestra.empty()) return 0;
     return m_nBytesMuestra == m_BitsMuestra.front() / 8 ? 1 : m_nMuestrasPixel;
@@ -46,7 +50,9 @@ bool CTiff::Crear(int ancho, int alto, int bits, float resolucion, bool rellenar
     m_nMuestrasPixel = unaMuestra ? 1 : 3;
     m_BitsMuestra.assign(m_nMuestrasPixel, static_cast<std::uint16_t>(bits / m_nMuestrasPixel));
     m_nBytesMuestra = static_cast<std::uint16_t>(bits / 8);
-    m_nFotometrica = unaMuestra ? (paleta != nullptr ? 3 : 1) : 2;
+    m_nFotometrica = !unaMuestra         ? fotometrica::kRGB
+                     : paleta != nullptr ? fotometrica::kPaleta
+                                         : fotometrica::kCeroNegro;
     m_fResolucionImagen = m_fResolucionX = m_fResolucionY = resolucion;
     m_nUnidadResolucion = 2;  // dots per inch
     if (soloCabecera) return true;

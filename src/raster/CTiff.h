@@ -36,13 +36,12 @@ class LUMBRA_API CTiff : public CRasterDIB {
     /// @param tabla        may be null, for a picture in any case; out: the table, the caller's, row 0 at the bottom,
     ///                     or null when the page is a picture
     /// @param limiteCeldas not 0: a table with more cells goes to a file
-    /// @param registro     the samples that become red, green and blue, where the page has colours; each below 3
-    ///                     becomes 2 minus itself; null for 0, 1 and 2, which also stand for samples that the page
-    ///                     doesn't have
+    /// @param registro     the samples that become red, green and blue, where the page has colours; null for 0, 1 and
+    ///                     2, which also stand for samples that the page doesn't have. Out: each below 3 has become 2
+    ///                     minus itself
     /// @param minimo, maximo  values of a grid that become black and white; null measures them
     /// @param col0, col1, fila0, fila1  window of the page, half-open, rows from the top, clipped to it; both of an
-    /// axis
-    ///                     0 for the whole of it. The georeferencing stays that of the page
+    ///                     axis 0 for the whole of it. The georeferencing stays that of the page
     /// @return 1; 2 without a source, after the last page or cancelled; kNoSoportado for a page that is damaged or that
     ///         this reader can't take, with a message, and without room for the pixels. The object is empty then.
     virtual int Leer(bool soloCabecera, CMatriz<float>** tabla, unsigned limiteCeldas, int* registro,
@@ -51,15 +50,14 @@ class LUMBRA_API CTiff : public CRasterDIB {
     /// Writes a classic little-endian TIFF of one strip from the start of the file on, with the georeferencing that a
     /// read has found.
     int Grabar(CFile* fichero) override;
-    /// @param tabla           written in place of the picture, as 32-bit floats, when georreferencia is given too; row
-    /// 0
-    ///                        at the bottom
+    /// @param tabla           written in place of the picture, as 32-bit floats, when georreferencia is given too;
+    ///                        row 0 at the bottom
     /// @param georreferencia  written as GeoTIFF tags; null for none
     /// @return 1; 2 cancelled or without pixels; kNoSoportado above 4 GiB, for fewer than 8 bits a pixel and when the
     ///         file can't be written. What was written is cut off again then.
     int Grabar(CFile* fichero, const CMatriz<float>* tabla, const CGeorreferencia* georreferencia);
 
-    bool TienePaleta() const override { return m_nFotometrica == 3 && m_Cabecera.biBitCount == 8; }
+    bool TienePaleta() const override;
     float Resolucion() const override { return m_fResolucionImagen; }
     /// Block i takes the bytes from i times its size on of what `datos` holds; blocks of the picture's own size and
     /// count are moved in, and `datos` ends up empty. Without memory the picture goes to a temporary file.

@@ -2,40 +2,42 @@
 // every reader takes.
 
 #include "raster/CTiff.h"
+#include "raster/EtiquetasTiff.h"
+#include "raster/OrdenCanales.h"
 #include "raster/Resultados.h"
 #include "raster/Salida.h"
 #include "raster/TextosProgreso.h"
 #include "raster/TiffEntradas.h"
 #include "model/Etapa.h"
 
+#include <algorithm>
 #include <bit>
 #include <limits>
+#include <span>
 #include <utility>
 
 namespace Vertiz {
 
 namespace {
 
-constexpr unsigned kFilaDeDatos = 273;
-
 // The tags that pictures and tables share.
-EntradasTiff EntradasComunes(unsigned ancho, unsigned alto, unsigned muestras, unsigned bits, unsigned fotometrica) {
+EntradasTiff EntradasComunes(unsigned ancho, unsigned alto, unsigned muestras, unsigned bits, unsigned colores) {
     EntradasTiff e;
     const std::vector<std::uint16_t> bitsMuestra(muestras, static_cast<std::uint16_t>(bits));
-    e.Long(256, ancho);
-    e.Long(257, alto);
-    e.Shorts(258, bitsMuestra);
-    e.Short(259, 1);
-    e.Short(262, static_cast<std::uint16_t>(fotometrica));
-    e.Long(kFilaDeDatos, 0);
-    e.Short(277, static_cast<std::uint16_t>(muestras));
+    e.Long(etiqueta::kImageWidth, ancho);
+    e.Long(etiqueta::kImageLength, alto);
+    e.Shorts(etiqueta::kBitsPerSample, bitsMuestra);
+    e.Short(etiqueta::kCompression, 1);
+    e.Short(etiqueta::kPhotometric, static_cast<std::uint16_t>(colores));
+    e.Long(etiqueta::kStripOffsets, 0);
+    e.Short(etiqueta::kSamplesPerPixel, static_cast<std::uint16_t>(muestras));
     if (alto <= 0xFFFF)
-        e.Short(278, static_cast<std::uint16_t>(alto));
+        e.Short(etiqueta::kRowsPerStrip, static_cast<std::uint16_t>(alto));
     else
-        e.Long(278, alto);
-    e.Long(279, 0);
-    e.Short(284, 1);
-    e.Texto(305, "Qartel");
+        e.Long(etiqueta::kRowsPerStrip, alto);
+    e.Long(etiqueta::kStripByteCounts, 0);
+    e.Short(etiqueta::kPlanarConfiguration, 1);
+    e.Texto(etiqueta::kSoftware, "Qartel");
     return e;
 }
 
@@ -44,8 +46,8 @@ template <class F>
 int GrabaTira(CFile& fichero, EntradasTiff& entradas, int alto, std::uint64_t bytesFila, int nivel, F&& fila) {
     const std::uint64_t inicio = entradas.Bytes(), datos = bytesFila * unsigned(alto);
     if (inicio + datos > std::numeric_limits<std::uint32_t>::max()) return kNoSoportado;
-    entradas.Long(kFilaDeDatos, static_cast<std::uint32_t>(inicio));
-    entradas.Long(279, static_cast<std::uint32_t>(datos));
+    entradas.Long(etiqueta::kStripOffsets, static_cast<std::uint32_t>(inicio));
+    entradas.Long(etiqueta::kStripByteCounts, static_cast<std::uint32_t>(datos));
     const std::vector<BYTE> cabecera = entradas.Cabecera();
 
     const Etapa etapa(nivel, kTextoGrabar);
@@ -78,17 +80,19 @@ int CTiff::GrabaImagen(CFile& fichero, const CGeorreferencia* georreferencia) {
     const int bytesPixel = BytesPixel();
     if (bytesPixel != 1 && bytesPixel != 3) return kNoSoportado;
 
-    const unsigned fotometrica = bytesPixel == 3 ? 2 : TienePaleta() ? 3 : 1;
-    EntradasTiff e = EntradasComunes(unsigned(m_nAncho), unsigned(alto), unsigned(bytesPixel), 8, fotometrica);
-    e.Fraccion(282, double{m_fResolucionX});
-    e.Fraccion(283, double{m_fResolucionY});
-    e.Short(296, m_nUnidadResolucion);
+    const unsigned colores = bytesPixel == 3 ? fotometrica::kRGB
+                             : TienePaleta() ? fotometrica::kPaleta
+                                             : fotometrica::kCeroNegro;
+    EntradasTiff e = EntradasComunes(unsigned(m_nAncho), unsigned(alto), unsigned(bytesPixel), 8, colores);
+    e.Fraccion(etiqueta::kXResolution, double{m_fResolucionX});
+    e.Fraccion(etiqueta::kYResolution, double{m_fResolucionY});
+    e.Short(etiqueta::kResolutionUnit, m_nUnidadResolucion);
     if (TienePaleta()) {
-        std::vector<std::uint16_t> colores;
+        std::vector<std::uint16_t> mapa;
         for (std::size_t banda = 0; banda < 3; ++banda)
             for (std::size_t i = 0; i < 256; ++i)
-                colores.push_back(static_cast<std::uint16_t>(m_Paleta[i * 4 + 2 - banda] * 257));
-        e.Shorts(320, colores);
+                mapa.push_back(static_cast<std::uint16_t>(m_Paleta[i * 4 + 2 - banda] * 257));
+        e.Shorts(etiqueta::kColorMap, mapa);
     }
     if (georreferencia != nullptr) e.Georreferencia(*georreferencia);
 
@@ -98,9 +102,7 @@ int CTiff::GrabaImagen(CFile& fichero, const CGeorreferencia* georreferencia) {
                          const std::span<const BYTE> fila = FilaAlmacen(alto - 1 - i, copia);
                          if (fila.empty()) return false;
                          std::copy_n(fila.begin(), bytes.size(), bytes.begin());
-                         if (bytesPixel == 3)
-                             for (std::size_t j = 0; j < bytes.size(); j += 3)
-                                 std::swap(bytes[j], bytes[j + 2]);
+                         if (bytesPixel == 3) CambiaRojoAzul(bytes);
                          return true;
                      });
 }
@@ -109,11 +111,11 @@ int CTiff::GrabaTabla(CFile& fichero, const CMatriz<float>& tabla, const CGeorre
     const unsigned filas = tabla.GetFilas(), columnas = tabla.GetColumnas();
     if (filas == 0 || columnas == 0) return 2;
     if (filas > unsigned(std::numeric_limits<int>::max())) return kNoSoportado;
-    EntradasTiff e = EntradasComunes(columnas, filas, 1, 32, 1);
-    e.Fraccion(282, double{m_fResolucionX});
-    e.Fraccion(283, double{m_fResolucionY});
-    e.Short(296, m_nUnidadResolucion);
-    e.Short(339, 3);  // floats: without it they are taken for integers
+    EntradasTiff e = EntradasComunes(columnas, filas, 1, 32, fotometrica::kCeroNegro);
+    e.Fraccion(etiqueta::kXResolution, double{m_fResolucionX});
+    e.Fraccion(etiqueta::kYResolution, double{m_fResolucionY});
+    e.Short(etiqueta::kResolutionUnit, m_nUnidadResolucion);
+    e.Short(etiqueta::kSampleFormat, 3);  // floats: without it they are taken for integers
     e.Georreferencia(georreferencia);
     return GrabaTira(fichero, e, int(filas), std::uint64_t{columnas} * 4, m_nNivelMensajes,
                      [&](int i, std::vector<BYTE>& bytes) {

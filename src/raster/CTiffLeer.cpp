@@ -9,9 +9,13 @@
 #include "platform/Errores.h"
 #include "platform/Memoria.h"
 
+#include <algorithm>
+#include <array>
 #include <cmath>
+#include <memory>
 #include <new>
 #include <optional>
+#include <utility>
 
 namespace Vertiz {
 
@@ -75,8 +79,8 @@ struct Medida {
     }
 };
 
-// One walk over the rows of the window, with its stage of progress. `fila` gets the number of each row and the walk,
-// which it has to take on.
+// One walk over the rows of the window, with its stage of progress. `fila` gets the number of each row and where the
+// rows come from, and has to take one of them.
 template <class F>
 int Recorre(CFile& fichero, const PaginaTiff& pagina, const VentanaTiff& ventana, const std::vector<unsigned>& planos,
             int nivel, F&& fila) {
@@ -174,7 +178,7 @@ void CTiff::TomaAspecto(const PaginaTiff& pagina) {
     m_BitsMuestra.assign(m_nMuestrasPixel, 8);
     m_nBytesMuestra = m_nMuestrasPixel;
     if (!unByte) {
-        m_nFotometrica = 2;
+        m_nFotometrica = fotometrica::kRGB;
     } else if (pagina.fotometrica != fotometrica::kPaleta) {
         m_nFotometrica = fotometrica::kCeroNegro;
         for (std::size_t i = 0; i < m_Paleta.size(); ++i)
@@ -196,8 +200,8 @@ int CTiff::LeeTabla(const PaginaTiff& pagina, const VentanaTiff& ventana, const 
     const MuestrasTiff muestras(pagina, {0, 0, 0});
     std::vector<double> valores(columnas);
     std::vector<float> fila(columnas);
-    const int resultado = Recorre(*m_pFuente, pagina, ventana, {0}, m_nNivelMensajes, [&](int i, FilasTiff& walk) {
-        if (!walk.Siguiente([&](const TramoTiff& t) { muestras.Valores(t, 0, &valores[t.columna]); })) return false;
+    const int resultado = Recorre(*m_pFuente, pagina, ventana, {0}, m_nNivelMensajes, [&](int i, FilasTiff& origen) {
+        if (!origen.Siguiente([&](const TramoTiff& t) { muestras.Valores(t, 0, &valores[t.columna]); })) return false;
         std::ranges::transform(valores, fila.begin(), [](double v) { return static_cast<float>(v); });
         tabla->SetFila(filas - 1 - unsigned(i), fila.data());
         return true;
@@ -215,12 +219,12 @@ int CTiff::LeeImagen(const PaginaTiff& pagina, const VentanaTiff& ventana, const
         if (const int r = MideEscala(pagina, ventana, peticion, muestras); r != 1) return r;
 
     const std::size_t bytesPixel = pagina.EsDeUnByte() ? 1 : 3;
-    std::vector<BYTE> fila(m_Bloques.EstaVacio() ? BytesFila() : 0);
-    const auto lee = [&](int i, FilasTiff& walk) {
-        const int destino = ventana.Alto() - 1 - i;
-        BYTE* const pixeles = fila.empty() ? FilaEnMemoria(destino).data() : fila.data();
-        return walk.Siguiente([&](const TramoTiff& t) { muestras.Pixeles(t, pixeles + t.columna * bytesPixel); }) &&
-               (fila.empty() || EscribeAlmacen(Posicion(destino, 0), fila.data(), fila.size()));
+    std::vector<BYTE> copia;
+    const auto lee = [&](int i, FilasTiff& filas) {
+        const int fila = ventana.Alto() - 1 - i;
+        BYTE* const pixeles = FilaNueva(fila, copia).data();
+        return filas.Siguiente([&](const TramoTiff& t) { muestras.Pixeles(t, pixeles + t.columna * bytesPixel); }) &&
+               GuardaFila(fila, copia);
     };
     const int resultado = Recorre(*m_pFuente, pagina, ventana, muestras.Planos(), m_nNivelMensajes, lee);
     if (resultado == 1) TomaAspecto(pagina);
@@ -243,8 +247,8 @@ int CTiff::MideEscala(const PaginaTiff& pagina, const VentanaTiff& ventana, cons
     if (!numerica || peticion.minimo == nullptr || peticion.maximo == nullptr) {
         std::vector<double> valores;
         const int resultado =
-            Recorre(*m_pFuente, pagina, ventana, muestras.Planos(), m_nNivelMensajes, [&](int, FilasTiff& walk) {
-                return walk.Siguiente([&](const TramoTiff& t) {
+            Recorre(*m_pFuente, pagina, ventana, muestras.Planos(), m_nNivelMensajes, [&](int, FilasTiff& origen) {
+                return origen.Siguiente([&](const TramoTiff& t) {
                     valores.resize(t.n);
                     for (std::size_t k = 0; k < muestras.Colores(); ++k) {
                         muestras.Valores(t, k, valores.data());

@@ -2,6 +2,8 @@
 
 #include "raster/GeoTiff.h"
 
+#include "raster/EtiquetasTiff.h"
+
 #include <algorithm>
 #include <cmath>
 #include <limits>
@@ -13,15 +15,15 @@ std::size_t EtiquetasGeoTiff::CuentaClaves() const {
     return std::min<std::size_t>(m_Claves[3], m_Claves.size() / 4 - 1);
 }
 
-bool EtiquetasGeoTiff::Clave(std::uint16_t clave, int& valor) const {
+bool EtiquetasGeoTiff::Clave(std::uint16_t numero, int& valor) const {
     for (std::size_t i = 1; i <= CuentaClaves(); ++i) {
         const std::uint16_t* const entrada = &m_Claves[4 * i];
-        if (entrada[0] != clave) continue;
+        if (entrada[0] != numero) continue;
         if (entrada[1] == 0) {
             valor = entrada[3];
             return true;
         }
-        if (entrada[1] != kDobles || entrada[3] >= m_Dobles.size()) return false;
+        if (entrada[1] != etiqueta::kGeoDoubleParams || entrada[3] >= m_Dobles.size()) return false;
         const double doble = m_Dobles[entrada[3]];
         if (!(std::abs(doble) <= std::numeric_limits<int>::max())) return false;
         valor = static_cast<int>(doble);
@@ -38,10 +40,10 @@ void EtiquetasGeoTiff::Llena(CGeorreferencia& g) const {
     g.m_PuntosControl.resize(m_PuntosControl.size() / 6);
     for (std::size_t i = 0; i < g.m_PuntosControl.size(); ++i)
         std::copy_n(&m_PuntosControl[6 * i], 6, g.m_PuntosControl[i].begin());
-    Clave(1024, g.m_nTipoModelo);
-    Clave(1025, g.m_nTipoRaster);
-    Clave(2048, g.m_nTipoGeografico);
-    Clave(2054, g.m_nUnidadAngular);
+    Clave(clave::kModelType, g.m_nTipoModelo);
+    Clave(clave::kRasterType, g.m_nTipoRaster);
+    Clave(clave::kGeographicType, g.m_nTipoGeografico);
+    Clave(clave::kAngularUnits, g.m_nUnidadAngular);
 }
 
 float ResolucionPulgada(unsigned unidad, float resolucion) {

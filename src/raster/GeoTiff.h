@@ -10,9 +10,6 @@ namespace Vertiz {
 
 /// The values of the tags as they stand in the file; a tag that it lacks is empty. GeoTIFF 1.0, chapter 2.4 and 2.6.
 struct EtiquetasGeoTiff {
-    static constexpr std::uint32_t kEscala = 33550, kPuntosControl = 33922, kTransformacion = 34264, kClaves = 34735,
-                                   kDobles = 34736, kTextos = 34737;
-
     std::vector<double> m_Escala;
     std::vector<double> m_PuntosControl;
     std::vector<double> m_Transformacion;
@@ -27,7 +24,7 @@ struct EtiquetasGeoTiff {
     std::size_t CuentaClaves() const;
     /// The value of a key: inline, or a double of the file, rounded towards 0.
     /// @return false when the file lacks the key or its value is a text
-    bool Clave(std::uint16_t clave, int& valor) const;
+    bool Clave(std::uint16_t numero, int& valor) const;
     /// Puts what the tags tell into a georeferencing: the place as a whole, and the keys that are there.
     void Llena(CGeorreferencia& georreferencia) const;
 };

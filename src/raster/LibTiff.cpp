@@ -3,8 +3,10 @@
 
 #include "raster/LibTiff.h"
 
+#include "raster/EtiquetasTiff.h"
 #include "raster/GeoTiff.h"
 #include "raster/LibTiffPagina.h"
+#include "raster/MediaPrecision.h"
 #include "raster/Resultados.h"
 #include "raster/TextosProgreso.h"
 #include "model/Etapa.h"
@@ -13,8 +15,6 @@
 #include <tiffio.h>
 
 #include <algorithm>
-#include <bit>
-#include <cmath>
 #include <cstdarg>
 #include <cstdio>
 #include <cstring>
@@ -22,7 +22,9 @@
 #include <memory>
 #include <new>
 #include <optional>
+#include <span>
 #include <utility>
+#include <vector>
 
 namespace Vertiz {
 
@@ -30,19 +32,17 @@ namespace {
 
 // ---- GeoTIFF tags ------------------------------------------------------------------------------------------------
 
-using Geo = EtiquetasGeoTiff;
-
 char nombreEscala[] = "GeoPixelScale", nombrePuntos[] = "GeoTiePoints", nombreMatriz[] = "GeoTransformationMatrix",
      nombreClaves[] = "GeoKeyDirectory", nombreDobles[] = "GeoDoubleParams", nombreTextos[] = "GeoASCIIParams";
 
 // As other libraries in the process define them: who comes first decides, and all have to get along.
 const TIFFFieldInfo kCampos[] = {
-    {Geo::kEscala, TIFF_VARIABLE, TIFF_VARIABLE, TIFF_DOUBLE, FIELD_CUSTOM, 1, 1, nombreEscala},
-    {Geo::kPuntosControl, TIFF_VARIABLE, TIFF_VARIABLE, TIFF_DOUBLE, FIELD_CUSTOM, 1, 1, nombrePuntos},
-    {Geo::kTransformacion, TIFF_VARIABLE, TIFF_VARIABLE, TIFF_DOUBLE, FIELD_CUSTOM, 1, 1, nombreMatriz},
-    {Geo::kClaves, TIFF_VARIABLE, TIFF_VARIABLE, TIFF_SHORT, FIELD_CUSTOM, 1, 1, nombreClaves},
-    {Geo::kDobles, TIFF_VARIABLE, TIFF_VARIABLE, TIFF_DOUBLE, FIELD_CUSTOM, 1, 1, nombreDobles},
-    {Geo::kTextos, TIFF_VARIABLE, TIFF_VARIABLE, TIFF_ASCII, FIELD_CUSTOM, 1, 0, nombreTextos},
+    {etiqueta::kModelPixelScale, TIFF_VARIABLE, TIFF_VARIABLE, TIFF_DOUBLE, FIELD_CUSTOM, 1, 1, nombreEscala},
+    {etiqueta::kModelTiepoint, TIFF_VARIABLE, TIFF_VARIABLE, TIFF_DOUBLE, FIELD_CUSTOM, 1, 1, nombrePuntos},
+    {etiqueta::kModelTransformation, TIFF_VARIABLE, TIFF_VARIABLE, TIFF_DOUBLE, FIELD_CUSTOM, 1, 1, nombreMatriz},
+    {etiqueta::kGeoKeyDirectory, TIFF_VARIABLE, TIFF_VARIABLE, TIFF_SHORT, FIELD_CUSTOM, 1, 1, nombreClaves},
+    {etiqueta::kGeoDoubleParams, TIFF_VARIABLE, TIFF_VARIABLE, TIFF_DOUBLE, FIELD_CUSTOM, 1, 1, nombreDobles},
+    {etiqueta::kGeoAsciiParams, TIFF_VARIABLE, TIFF_VARIABLE, TIFF_ASCII, FIELD_CUSTOM, 1, 0, nombreTextos},
 };
 
 TIFFExtendProc extensionAnterior = nullptr;
@@ -61,27 +61,27 @@ void DaAConocerCampos() {
 }
 
 template <class T>
-std::vector<T> Lista(TIFF* tiff, std::uint32_t etiqueta, TIFFDataType tipo) {
-    const TIFFField* const campo = TIFFFindField(tiff, etiqueta, TIFF_ANY);
+std::vector<T> Lista(TIFF* tiff, std::uint32_t tag, TIFFDataType tipo) {
+    const TIFFField* const campo = TIFFFindField(tiff, tag, TIFF_ANY);
     if (campo == nullptr || TIFFFieldDataType(campo) != tipo || TIFFFieldPassCount(campo) == 0) return {};
     const T* datos = nullptr;
     if (TIFFFieldReadCount(campo) == TIFF_VARIABLE2) {
         std::uint32_t n = 0;
-        if (TIFFGetField(tiff, etiqueta, &n, &datos) != 1 || datos == nullptr) return {};
+        if (TIFFGetField(tiff, tag, &n, &datos) != 1 || datos == nullptr) return {};
         return {datos, datos + n};
     }
     std::uint16_t n = 0;
-    if (TIFFGetField(tiff, etiqueta, &n, &datos) != 1 || datos == nullptr) return {};
+    if (TIFFGetField(tiff, tag, &n, &datos) != 1 || datos == nullptr) return {};
     return {datos, datos + n};
 }
 
 EtiquetasGeoTiff Etiquetas(TIFF* tiff) {
     EtiquetasGeoTiff e;
-    e.m_Escala = Lista<double>(tiff, Geo::kEscala, TIFF_DOUBLE);
-    e.m_PuntosControl = Lista<double>(tiff, Geo::kPuntosControl, TIFF_DOUBLE);
-    e.m_Transformacion = Lista<double>(tiff, Geo::kTransformacion, TIFF_DOUBLE);
-    e.m_Claves = Lista<std::uint16_t>(tiff, Geo::kClaves, TIFF_SHORT);
-    e.m_Dobles = Lista<double>(tiff, Geo::kDobles, TIFF_DOUBLE);
+    e.m_Escala = Lista<double>(tiff, etiqueta::kModelPixelScale, TIFF_DOUBLE);
+    e.m_PuntosControl = Lista<double>(tiff, etiqueta::kModelTiepoint, TIFF_DOUBLE);
+    e.m_Transformacion = Lista<double>(tiff, etiqueta::kModelTransformation, TIFF_DOUBLE);
+    e.m_Claves = Lista<std::uint16_t>(tiff, etiqueta::kGeoKeyDirectory, TIFF_SHORT);
+    e.m_Dobles = Lista<double>(tiff, etiqueta::kGeoDoubleParams, TIFF_DOUBLE);
     return e;
 }
 
@@ -101,19 +101,6 @@ int CallaAviso(TIFF*, void*, const char*, const char*, va_list) {
 }
 
 // ---- Values ------------------------------------------------------------------------------------------------------
-
-// IEEE 754 binary16.
-float DeMediaPrecision(std::uint16_t bits) {
-    const int exponente = bits >> 10 & 31, mantisa = bits & 1023;
-    float valor = 0.0F;
-    if (exponente == 31)
-        valor = mantisa == 0 ? std::numeric_limits<float>::infinity() : std::numeric_limits<float>::quiet_NaN();
-    else if (exponente == 0)
-        valor = std::ldexp(static_cast<float>(mantisa), -24);
-    else
-        valor = std::ldexp(static_cast<float>(mantisa + 1024), exponente - 25);
-    return (bits & 0x8000) != 0 ? -valor : valor;
-}
 
 // The values of a row in the machine's byte order, as floats.
 void AFloat(const LibTiff::Pagina& pagina, const BYTE* datos, std::span<float> valores) {

@@ -142,7 +142,7 @@ int LibTiff::LeeImagen(const Pagina& pagina, const Ventana& v, const Etapa& etap
     bool alguna = false;
     int hechas = 0, intentos = 0;
     constexpr int kIntentos = 64;  // a directory without data behind it isn't worth going through
-    std::vector<BYTE> copia(BytesFila());
+    std::vector<BYTE> copia;
     for (std::uint32_t fila = 0, n = 0; fila < pagina.alto; fila += n) {
         n = std::min(bandas.Filas(), pagina.alto - fila);
         const auto primera = static_cast<int>(bandas.PrimeraFila(fila, n));
@@ -155,13 +155,9 @@ int LibTiff::LeeImagen(const Pagina& pagina, const Ventana& v, const Etapa& etap
         for (int i = std::max(v.fila0 - primera, 0); i < static_cast<int>(n) && primera + i < v.fila1; ++i) {
             const auto pixeles =
                 bandas.Fila(static_cast<std::uint32_t>(i)).subspan(std::size_t(v.col0), std::size_t(v.Columnas()));
-            const ULONGLONG destino = ULONGLONG(primera + i - v.fila0);
-            if (m_bModoFichero == 0)
-                EnBGR(pixeles, m_Bloques.Bloque(static_cast<UINT>(destino)));
-            else {
-                EnBGR(pixeles, copia.data());
-                if (!EscribeAlmacen(destino * copia.size(), copia.data(), copia.size())) return kNoSoportado;
-            }
+            const int destino = v.fila1 - 1 - primera - i;
+            EnBGR(pixeles, FilaNueva(destino, copia).data());
+            if (!GuardaFila(destino, copia)) return kNoSoportado;
             if (!etapa.Paso(++hechas, v.Filas())) return 2;
         }
     }

@@ -70,7 +70,7 @@ struct ColorTiff::Tablas {
 ColorTiff::ColorTiff(const PaginaTiff& pagina)
     : m_nFotometrica(pagina.fotometrica),
       m_bUnByte(pagina.EsDeUnByte()),
-      m_bTransparente(pagina.fotometrica == 2 && pagina.alfa == AlfaTiff::SinAsociar &&
+      m_bTransparente(pagina.fotometrica == fotometrica::kRGB && pagina.alfa == AlfaTiff::SinAsociar &&
                       pagina.formato != FormatoTiff::Real) {
     if (m_nFotometrica == fotometrica::kPaleta) m_Paleta = PaletaTiff(pagina);
     if (m_nFotometrica == fotometrica::kCIELab || m_nFotometrica == fotometrica::kYCbCr)

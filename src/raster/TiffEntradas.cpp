@@ -1,16 +1,18 @@
 #include "raster/TiffEntradas.h"
 
+#include "raster/EtiquetasTiff.h"
+
 #include <algorithm>
 #include <array>
 #include <bit>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 namespace Vertiz {
 
 namespace {
 
-enum Tipo : unsigned { kAscii = 2, kShort = 3, kLong = 4, kRational = 5, kDouble = 12 };
 constexpr std::size_t kBytesHeader = 8, kBytesEntrada = 12, kHueco = 4;
 
 // A number at the end, in little-endian order.
@@ -32,29 +34,29 @@ std::size_t Par(std::size_t n) {
 }  // namespace
 
 template <class T>
-void EntradasTiff::Pon(unsigned tag, unsigned tipo, std::span<const T> valores) {
-    Entrada e{static_cast<std::uint16_t>(tipo), static_cast<std::uint32_t>(valores.size()), {}};
+void EntradasTiff::Pon(unsigned tag, unsigned tipoValores, std::span<const T> valores) {
+    Entrada e{static_cast<std::uint16_t>(tipoValores), static_cast<std::uint32_t>(valores.size()), {}};
     for (const T v : valores)
         Anade(e.datos, v);
     m_Entradas[tag] = std::move(e);
 }
 
 void EntradasTiff::Shorts(unsigned tag, std::span<const std::uint16_t> valores) {
-    Pon(tag, kShort, valores);
+    Pon(tag, tipo::kShort, valores);
 }
 
 void EntradasTiff::Long(unsigned tag, std::uint32_t valor) {
-    Pon(tag, kLong, std::span<const std::uint32_t>(&valor, 1));
+    Pon(tag, tipo::kLong, std::span<const std::uint32_t>(&valor, 1));
 }
 
 void EntradasTiff::Dobles(unsigned tag, std::span<const double> valores) {
-    Pon(tag, kDouble, valores);
+    Pon(tag, tipo::kDouble, valores);
 }
 
 void EntradasTiff::Texto(unsigned tag, std::string_view texto) {
     std::vector<BYTE> letras(texto.begin(), texto.end());
     letras.push_back(0);
-    Pon(tag, kAscii, std::span<const BYTE>(letras));
+    Pon(tag, tipo::kAscii, std::span<const BYTE>(letras));
 }
 
 void EntradasTiff::Fraccion(unsigned tag, double valor) {
@@ -65,7 +67,7 @@ void EntradasTiff::Fraccion(unsigned tag, double valor) {
     while (divisor < 0x80000000U && valor * divisor != std::floor(valor * divisor) && valor * divisor * 2.0 <= kMaximo)
         divisor *= 2;
     const std::uint32_t partes[]{static_cast<std::uint32_t>(valor * divisor + 0.5), divisor};
-    Pon(tag, kRational, std::span<const std::uint32_t>(partes));
+    Pon(tag, tipo::kRational, std::span<const std::uint32_t>(partes));
     m_Entradas[tag].cuenta = 1;
 }
 
@@ -75,25 +77,24 @@ void EntradasTiff::Georreferencia(const CGeorreferencia& g) {
     const std::size_t puntos = g.m_PuntosControl.size();
     // A scale means something from one tie point on only; several without one are control points, which a scale would
     // turn into something else, and so would it a transformation alone.
-    if (escalaPropia || puntos == 1 || (puntos == 0 && !transforma)) Dobles(33550, g.m_dEscala);
+    if (escalaPropia || puntos == 1 || (puntos == 0 && !transforma)) Dobles(etiqueta::kModelPixelScale, g.m_dEscala);
     if (puntos > 0) {
         std::vector<double> planos;
         for (const auto& punto : g.m_PuntosControl)
             planos.insert(planos.end(), punto.begin(), punto.end());
-        Dobles(33922, planos);
+        Dobles(etiqueta::kModelTiepoint, planos);
     }
-    if (transforma) Dobles(34264, g.m_dTransformacion);
-    // Version 1, revision 1.0, then the keys: each with its value in place.
-    constexpr std::uint16_t kClaves = 4;
-    const auto v = [](int valor) { return static_cast<std::uint16_t>(valor); };
-    const std::uint16_t claves[]{1,    1, 0, kClaves,
-                                 1024, 0, 1, v(g.m_nTipoModelo),
-                                 1025, 0, 1, v(g.m_nTipoRaster),
-                                 2048, 0, 1, v(g.m_nTipoGeografico),
-                                 2054, 0, 1, v(g.m_nUnidadAngular)};
-    Shorts(34735, claves);
+    if (transforma) Dobles(etiqueta::kModelTransformation, g.m_dTransformacion);
+    const std::pair<std::uint16_t, int> valores[]{{clave::kModelType, g.m_nTipoModelo},
+                                                  {clave::kRasterType, g.m_nTipoRaster},
+                                                  {clave::kGeographicType, g.m_nTipoGeografico},
+                                                  {clave::kAngularUnits, g.m_nUnidadAngular}};
+    std::vector<std::uint16_t> claves{1, 1, 0, std::size(valores)};  // version 1, revision 1.0
+    for (const auto& [clave, valor] : valores)                       // each with its value in place
+        claves.insert(claves.end(), {clave, 0, 1, static_cast<std::uint16_t>(valor)});
+    Shorts(etiqueta::kGeoKeyDirectory, claves);
     const double elipsoide[]{g.m_Elipsoide.DameA(), g.m_Elipsoide.DameB()};
-    Dobles(34736, elipsoide);
+    Dobles(etiqueta::kGeoDoubleParams, elipsoide);
 }
 
 std::uint64_t EntradasTiff::Bytes() const {

@@ -36,7 +36,7 @@ class EntradasTiff {
         std::vector<BYTE> datos;
     };
     template <class T>
-    void Pon(unsigned tag, unsigned tipo, std::span<const T> valores);
+    void Pon(unsigned tag, unsigned tipoValores, std::span<const T> valores);
 
     std::map<unsigned, Entrada> m_Entradas;
 };

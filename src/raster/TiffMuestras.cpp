@@ -2,10 +2,11 @@
 
 #include "raster/TiffMuestras.h"
 
+#include "raster/MediaPrecision.h"
+
 #include <bit>
 #include <cmath>
 #include <cstring>
-#include <limits>
 
 namespace Vertiz {
 
@@ -22,19 +23,6 @@ U Volteado(U v) {
         return __builtin_bswap32(v);
     else
         return __builtin_bswap64(v);
-}
-
-// A float of 16 bits (IEEE 754 binary16).
-double Media(std::uint16_t v) {
-    const int exponente = v >> 10 & 0x1F, mantisa = v & 0x3FF;
-    double r = 0.0;
-    if (exponente == 0)
-        r = std::ldexp(mantisa, -24);
-    else if (exponente < 31)
-        r = std::ldexp(mantisa + 1024, exponente - 25);
-    else
-        r = mantisa == 0 ? std::numeric_limits<double>::infinity() : std::numeric_limits<double>::quiet_NaN();
-    return (v & 0x8000) != 0 ? -r : r;
 }
 
 // Samples of whole bytes. U holds the bits, como makes a value of them.
@@ -127,7 +115,7 @@ void MuestrasTiff::Valores(const TramoTiff& tramo, std::size_t color, double* de
     if (bits == 8) {
         LeeDeTipo<std::uint8_t, std::int8_t>(formato, p, m_nPaso, n, cambia, destino, [](std::uint8_t v) { return v; });
     } else if (bits == 16) {
-        LeeDeTipo<std::uint16_t, std::int16_t>(formato, p, m_nPaso, n, cambia, destino, Media);
+        LeeDeTipo<std::uint16_t, std::int16_t>(formato, p, m_nPaso, n, cambia, destino, DeMediaPrecision);
     } else if (bits == 32) {
         LeeDeTipo<std::uint32_t, std::int32_t>(formato, p, m_nPaso, n, cambia, destino,
                                                [](std::uint32_t v) { return std::bit_cast<float>(v); });

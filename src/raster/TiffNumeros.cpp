@@ -1,31 +1,22 @@
 #include "raster/TiffNumeros.h"
 
+#include "raster/EtiquetasTiff.h"
+
 #include <algorithm>
 
 namespace Vertiz {
 
 namespace {
 
-enum Tipo : unsigned {
-    kByte = 1,
-    kShort = 3,
-    kLong = 4,
-    kRational = 5,
-    kFloat = 11,
-    kDouble = 12,
-    kIfd = 13,
-    kLong8 = 16,
-    kIfd8 = 18
-};
-
 // Bytes of a value of a type; 0 for an unknown one.
-unsigned BytesTipo(unsigned tipo) {
+unsigned BytesTipo(unsigned t) {
     constexpr BYTE kBytes[]{0, 1, 1, 2, 4, 8, 1, 1, 2, 4, 8, 4, 8, 4, 0, 0, 8, 8, 8};
-    return tipo < std::size(kBytes) ? kBytes[tipo] : 0;
+    return t < std::size(kBytes) ? kBytes[t] : 0;
 }
 
-bool EsEntero(unsigned tipo) {
-    return tipo == kByte || tipo == kShort || tipo == kLong || tipo == kLong8 || tipo == kIfd || tipo == kIfd8;
+bool EsEntero(unsigned t) {
+    return t == tipo::kByte || t == tipo::kShort || t == tipo::kLong || t == tipo::kLong8 || t == tipo::kIfd ||
+           t == tipo::kIfd8;
 }
 
 }  // namespace
@@ -90,8 +81,8 @@ std::vector<std::uint64_t> NumerosTiff::Enteros(const EntradaTiff& e, std::uint6
 }
 
 std::vector<double> NumerosTiff::Reales(const EntradaTiff& e, bool& bien) const {
-    const bool fraccion = e.tipo == kRational;
-    if (!EsEntero(e.tipo) && !fraccion && e.tipo != kFloat && e.tipo != kDouble) return {};
+    const bool fraccion = e.tipo == tipo::kRational;
+    if (!EsEntero(e.tipo) && !fraccion && e.tipo != tipo::kFloat && e.tipo != tipo::kDouble) return {};
     const unsigned bytes = BytesTipo(e.tipo);
     const std::vector<BYTE> datos = Datos(e, e.cuenta, bien);
     std::vector<double> valores(datos.size() / bytes);
@@ -101,10 +92,10 @@ std::vector<double> NumerosTiff::Reales(const EntradaTiff& e, bool& bien) const 
         if (fraccion) {
             const std::uint64_t divisor = Numero(p + 4, 4);
             valores[i] = divisor == 0 ? 0.0 : double(Numero(p, 4)) / double(divisor);
-        } else if (e.tipo == kFloat) {
+        } else if (e.tipo == tipo::kFloat) {
             valores[i] = double(std::bit_cast<float>(static_cast<std::uint32_t>(v)));
         } else {
-            valores[i] = e.tipo == kDouble ? std::bit_cast<double>(v) : double(v);
+            valores[i] = e.tipo == tipo::kDouble ? std::bit_cast<double>(v) : double(v);
         }
     }
     return valores;

@@ -14,13 +14,14 @@ namespace Vertiz {
 namespace {
 
 constexpr std::uint64_t kSinLimite = std::numeric_limits<std::uint64_t>::max();
+constexpr std::uint64_t kSinComprimir = 1, kPackBits = 32773;
 constexpr std::uint64_t kTopePackBits = 64;  // bytes that one of PackBits can become: 2 give 128
 
 // What is gathered from the entries before it can be judged.
 struct Entradas {
     std::vector<std::uint64_t> offsets, bytes;
     std::uint64_t ancho = 0, alto = 0, filasTira = kSinLimite, anchoTesela = 0, altoTesela = 0;
-    std::uint64_t compresion = 1;
+    std::uint64_t compresion = kSinComprimir;
     std::vector<std::uint64_t> bits{1}, formato{1}, submuestreo{2, 2};
     std::uint64_t muestras = 1, planar = 1, extra = 0, alfa = 0;
     bool enTeselas = false;
@@ -47,101 +48,101 @@ bool Anota(const NumerosTiff& numeros, const EntradaTiff& e, PaginaTiff& p, Entr
     const auto entero = [&](std::uint64_t defecto) { return Primero(enteros(1), defecto); };
     const auto reales = [&] { return numeros.Reales(e, bien); };
     switch (e.tag) {
-        case 256:
+        case etiqueta::kImageWidth:
             s.ancho = entero(0);
             break;
-        case 257:
+        case etiqueta::kImageLength:
             s.alto = entero(0);
             break;
-        case 258:
+        case etiqueta::kBitsPerSample:
             s.bits = enteros();
             break;
-        case 259:
-            s.compresion = entero(1);
+        case etiqueta::kCompression:
+            s.compresion = entero(kSinComprimir);
             break;
-        case 262:
+        case etiqueta::kPhotometric:
             p.fotometrica = static_cast<unsigned>(std::min<std::uint64_t>(entero(0), 0xFFFF));
             break;
-        case 266:
+        case etiqueta::kFillOrder:
             p.bitsInvertidos = entero(1) == 2;
             break;
-        case 273:
+        case etiqueta::kStripOffsets:
             s.offsets = enteros();
             break;
-        case 277:
+        case etiqueta::kSamplesPerPixel:
             s.muestras = entero(1);
             break;
-        case 278:
+        case etiqueta::kRowsPerStrip:
             s.filasTira = entero(kSinLimite);
             break;
-        case 279:
+        case etiqueta::kStripByteCounts:
             s.bytes = enteros();
             break;
-        case 281:
+        case etiqueta::kMaxSampleValue:
             p.maximoMuestra = double(std::min<std::uint64_t>(entero(0), 0xFFFFFFFF));
             break;
-        case 282:
+        case etiqueta::kXResolution:
             p.resolucionX = PrimerReal(reales());
             break;
-        case 283:
+        case etiqueta::kYResolution:
             p.resolucionY = PrimerReal(reales());
             break;
-        case 284:
+        case etiqueta::kPlanarConfiguration:
             s.planar = entero(1);
             break;
-        case 296:
+        case etiqueta::kResolutionUnit:
             p.unidadResolucion = static_cast<unsigned>(std::min<std::uint64_t>(entero(1), 0xFFFF));
             break;
-        case 318:
+        case etiqueta::kWhitePoint:
             if (const auto v = reales(); v.size() >= 2) std::copy_n(v.begin(), 2, p.puntoBlanco);
             break;
-        case 320:
+        case etiqueta::kColorMap:
             for (const std::uint64_t v : enteros())
                 p.mapaColor.push_back(static_cast<std::uint16_t>(v));
             break;
-        case 322:
+        case etiqueta::kTileWidth:
             s.anchoTesela = entero(0);
             break;
-        case 323:
+        case etiqueta::kTileLength:
             s.altoTesela = entero(0);
             break;
-        case 324:
+        case etiqueta::kTileOffsets:
             s.offsets = enteros();
             s.enTeselas = true;
             break;
-        case 325:
+        case etiqueta::kTileByteCounts:
             s.bytes = enteros();
             break;
-        case 338:
+        case etiqueta::kExtraSamples:
             s.extra = e.cuenta;
             s.alfa = entero(0);
             break;
-        case 339:
+        case etiqueta::kSampleFormat:
             s.formato = enteros();
             break;
-        case 529:
+        case etiqueta::kYCbCrCoefficients:
             Copia(reales(), p.lumaYCbCr);
             break;
-        case 530:
+        case etiqueta::kYCbCrSubSampling:
             s.submuestreo = enteros(2);
             break;
-        case 532:
+        case etiqueta::kReferenceBlackWhite:
             Copia(reales(), p.referenciaYCbCr);
             break;
-        case 33550:
+        case etiqueta::kModelPixelScale:
             s.geo.m_Escala = reales();
             break;
-        case 33922:
+        case etiqueta::kModelTiepoint:
             s.geo.m_PuntosControl = reales();
             break;
-        case 34264:
+        case etiqueta::kModelTransformation:
             s.geo.m_Transformacion = reales();
             break;
-        case 34735:
+        case etiqueta::kGeoKeyDirectory:
             for (const std::uint64_t v : enteros())
                 s.geo.m_Claves.push_back(static_cast<std::uint16_t>(v));
             break;
-        case 34736:
+        case etiqueta::kGeoDoubleParams:
             s.geo.m_Dobles = reales();
             break;
         default:
@@ -169,7 +170,7 @@ CString JuzgaMuestras(PaginaTiff& p, const Entradas& s) {
     if (s.planar != 1 && s.planar != 2) return L"La disposición de las muestras no es válida";
     p.planos = s.planar == 2 && p.muestras > 1;
 
-    if (p.fotometrica == 2 || p.fotometrica > fotometrica::kPaleta) {
+    if (p.fotometrica == fotometrica::kRGB || p.fotometrica > fotometrica::kPaleta) {
         if (p.muestras < (p.fotometrica == fotometrica::kCMYK ? 4U : 3U)) return L"Faltan muestras de color";
         if (p.muestras > 3 && s.extra > 0) p.alfa = s.alfa == 2 ? AlfaTiff::SinAsociar : AlfaTiff::Asociada;
     }
@@ -267,10 +268,10 @@ CString LeePaginaTiff(CFile& fichero, const CabeceraTiff& cabecera, std::uint64_
         s.geo.Llena(p.georreferencia.emplace());
         p.claves = s.geo.CuentaClaves();
         int tipoRaster = 0;
-        p.puntos = s.geo.Clave(1025, tipoRaster) && tipoRaster == 2;
+        p.puntos = s.geo.Clave(clave::kRasterType, tipoRaster) && tipoRaster == 2;
     }
-    if (s.compresion != 1 && s.compresion != 32773) return L"Archivo comprimido";
-    p.packBits = s.compresion == 32773;
+    if (s.compresion != kSinComprimir && s.compresion != kPackBits) return L"Archivo comprimido";
+    p.packBits = s.compresion == kPackBits;
     if (const CString motivo = JuzgaMuestras(p, s); !motivo.IsEmpty()) return motivo;
     if (const CString motivo = JuzgaTrozos(p, s, numeros.Tamano()); !motivo.IsEmpty()) return motivo;
     return {};

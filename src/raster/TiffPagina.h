@@ -2,6 +2,7 @@
 // Internal. What the directory of one page of a TIFF says, checked against the size of the file.
 
 #include "raster/CGeorreferencia.h"
+#include "raster/EtiquetasTiff.h"
 #include "platform/CFile.h"
 
 #include <cstddef>
@@ -30,10 +31,6 @@ struct TrozoTiff {
 
 enum class FormatoTiff { Natural = 1, Entero = 2, Real = 3 };
 enum class AlfaTiff { Ninguna, Asociada, SinAsociar };
-
-namespace fotometrica {
-constexpr unsigned kCeroBlanco = 0, kCeroNegro = 1, kPaleta = 3, kCMYK = 5, kYCbCr = 6, kCIELab = 8;
-}
 
 /// A page. After LeePaginaTiff every piece lies inside the file, or gives up at its own end when it is compressed.
 struct PaginaTiff {
@@ -73,7 +70,9 @@ struct PaginaTiff {
     /// Bytes of a pixel in a piece; 0 for less than one.
     unsigned BytesMuestra() const { return bits * (planos ? 1 : muestras) / 8; }
     /// One sample that is a grey or an entry of the palette: such a picture is stored with 8 bits a pixel.
-    bool EsDeUnByte() const { return muestras == 1 && fotometrica != 2 && fotometrica <= fotometrica::kPaleta; }
+    bool EsDeUnByte() const {
+        return muestras == 1 && fotometrica != fotometrica::kRGB && fotometrica <= fotometrica::kPaleta;
+    }
     /// A grid of values rather than a picture.
     bool EsNumerica() const;
 };
