@@ -283,8 +283,9 @@ bool CRasterDIB::MediaVentana(BYTE* pixel, int fila, int columna, int radio) con
     const LONGLONG filaFin = std::min<LONGLONG>(LONGLONG{fila} + radio, AltoPixeles() - 1);
     const LONGLONG inicio = std::max<LONGLONG>(LONGLONG{columna} - radio, 0);
     const LONGLONG fin = std::min<LONGLONG>(LONGLONG{columna} + radio, m_nAncho - 1);
-    const std::size_t bandas = TienePaleta() ? 3 : m_Cabecera.biBitCount / 8U;
-    std::vector<BYTE> vecinos(inicio <= fin ? std::size_t(fin - inicio + 1) * bandas : 0);
+    // Neighbours come as colours of the palette, but only as many bytes as are stored for a pixel are averaged.
+    const std::size_t bandas = m_Cabecera.biBitCount / 8U, paso = TienePaleta() ? 3 : bandas;
+    std::vector<BYTE> vecinos(inicio <= fin ? std::size_t(fin - inicio + 1) * paso : 0);
     double sumas[3]{}, pesos = 0.0;
     for (LONGLONG f = std::max<LONGLONG>(LONGLONG{fila} - radio, 0); f <= filaFin && !vecinos.empty(); ++f) {
         if (!GetFila(vecinos.data(), int(f), int(inicio), int(fin - inicio + 1))) return false;
@@ -294,7 +295,7 @@ bool CRasterDIB::MediaVentana(BYTE* pixel, int fila, int columna, int radio) con
             if (df == 0.0 && dc == 0.0) continue;
             const double peso = 1.0 / std::sqrt(df * df + dc * dc);
             for (std::size_t i = 0; i < std::min<std::size_t>(bandas, 3); ++i)
-                sumas[i] += peso * vecinos[std::size_t(c - inicio) * bandas + i];
+                sumas[i] += peso * vecinos[std::size_t(c - inicio) * paso + i];
             pesos += peso;
         }
     }

@@ -10,6 +10,7 @@
 #include "raster/Resultados.h"
 #include "raster/TextosProgreso.h"
 #include "model/Etapa.h"
+#include "platform/Memoria.h"
 
 #include <algorithm>
 #include <array>
@@ -54,7 +55,9 @@ BYTE Valor(const BYTE* p, unsigned modo) {
 CPlanoBytes LeePlano(const IRaster& imagen, unsigned modo) {
     CPlanoBytes plano{imagen.Ancho(), std::abs(imagen.Alto()), {}};
     const bool gris = imagen.BytesPixel() == 1 && !imagen.TienePaleta();
-    plano.m_Valores.resize(std::size_t(plano.m_nAncho) * unsigned(plano.m_nAlto));
+    const std::size_t pixeles = std::size_t(plano.m_nAncho) * unsigned(plano.m_nAlto);
+    if (!HayMemoria(pixeles)) throw std::bad_alloc();
+    plano.m_Valores.resize(pixeles);
     std::vector<BYTE> fila(std::size_t(plano.m_nAncho) * 3);
     BYTE* destino = plano.m_Valores.data();
     for (int f = 0; f < plano.m_nAlto; ++f) {

@@ -5,8 +5,10 @@
 #include "raster/TextosProgreso.h"
 #include "model/Etapa.h"
 #include "model/Segmentacion.h"
+#include "platform/Memoria.h"
 
 #include <array>
+#include <climits>
 #include <memory>
 #include <new>
 
@@ -117,8 +119,8 @@ class Medias {
 bool PintaRegiones(const IRaster& imagen, Bosque& bosque, CTiff& destino) {
     const int ancho = imagen.Ancho(), alto = std::abs(imagen.Alto());
     const int bytes = imagen.TienePaleta() ? 3 : imagen.BytesPixel();
+    Medias medias(imagen, bosque, bytes);  // first: destino may be the image itself
     if (!destino.Crear(ancho, alto, bytes * 8, imagen.Resolucion(), false, nullptr, nullptr, false)) return false;
-    Medias medias(imagen, bosque, bytes);
     std::vector<BYTE> fila(std::size_t(ancho) * std::size_t(bytes));
     for (int f = 0; f < alto; ++f) {
         for (int c = 0; c < ancho; ++c)
@@ -133,6 +135,10 @@ bool PintaRegiones(const IRaster& imagen, Bosque& bosque, CTiff& destino) {
 int CTiff::SegmentaImagen(CTiff** destino, float sigma, float c, int minimo, bool cierra, int* componentes) try {
     const int alto = AltoPixeles();
     if (!TienePixeles() || (BytesPixel() != 1 && BytesPixel() != 3)) return 1;
+    // Planes, edges with room to sort them, and the forest with its thresholds.
+    constexpr ULONGLONG kBytesPixel = 4 * sizeof(float) + 2 * 4 * sizeof(Arista) + 16;
+    const ULONGLONG pixeles = ULONGLONG(Ancho()) * ULONGLONG(alto);
+    if (pixeles > INT_MAX || !HayMemoria(pixeles * kBytesPixel)) throw std::bad_alloc();
     const Etapa etapa(m_nNivelMensajes, kTextoOperacion);
     Planos planos;
     if (!LeePlanos(*this, planos)) return 0;

@@ -82,7 +82,7 @@ class LUMBRA_API IRaster {
     virtual bool SetPixel(int fila, int columna, const BYTE* pixel) = 0;
     /// Reads one pixel. With a radius, the average of the window of that radius, weighted by the inverse distance and
     /// without the pixel itself, is *added* to `pixel`, which has to be 0 before; a window of one pixel gives the
-    /// pixel.
+    /// pixel. With a palette only the first byte of its colours is averaged.
     /// @param pixel  BytesPixel bytes, three with a palette
     /// @return false outside the image, with `pixel` untouched
     virtual bool GetPixel(BYTE* pixel, int fila, int columna, int radio) const = 0;
@@ -108,7 +108,8 @@ class LUMBRA_API IRaster {
     virtual int Recorta(int fila0, int col0, int fila1, int col1, IRaster* destino) = 0;
     /// Resamples to a size by the nearest pixel. @return 1, 2, or kTamanoMalo for a size that isn't above 0
     virtual int CambiaTamano(int filas, int columnas, IRaster* destino) = 0;
-    /// The same with one factor for both axes. @return 1, 2, or kTamanoMalo for a factor that isn't above 0
+    /// The same with one factor for both axes. @return 1, 2, or kTamanoMalo for a factor that isn't above 0 or that
+    /// leaves no row or no column
     virtual int Escala(double factor, IRaster* destino = nullptr) = 0;
     /// Halves the image in place: every second pixel of every second row.
     /// @param interpolacion as for Muestra; on whole pixels all give the same

@@ -23,6 +23,7 @@
 #include <new>
 #include <optional>
 #include <span>
+#include <utility>
 #include <vector>
 
 namespace Vertiz {
@@ -240,7 +241,10 @@ bool LibTiff::LeeDirectorio(Pagina& p) {
     }
     const EtiquetasGeoTiff etiquetas = Etiquetas(m_pTiff);
     m_bGeorreferenciada = etiquetas.HayAlguna() ? 1 : 0;
-    if (m_bGeorreferenciada != 0) etiquetas.Llena(m_Georreferencia);
+    if (m_bGeorreferenciada != 0) {
+        m_Georreferencia = {};  // nothing stays of a file read before
+        etiquetas.Llena(m_Georreferencia);
+    }
     return true;
 }
 
@@ -248,8 +252,12 @@ bool LibTiff::LeeDirectorio(Pagina& p) {
 
 int LibTiff::Leer(bool soloCabecera, CMatriz<float>** tabla, unsigned limiteCeldas, int*, const float*, const float*,
                   int col0, int col1, int fila0, int fila1) {
+    if (tabla != nullptr) *tabla = nullptr;
     if (m_pTiff == nullptr) return 2;
-    const auto lee = [&] { return LeePagina(soloCabecera, tabla, limiteCeldas, {col0, col1, fila0, fila1}); };
+    const auto lee = [&] {
+        if (tabla != nullptr) delete std::exchange(*tabla, nullptr);
+        return LeePagina(soloCabecera, tabla, limiteCeldas, {col0, col1, fila0, fila1});
+    };
     int resultado = lee();
     if (resultado != 2 && !m_sFallo.empty() && !m_bMapeado)
         resultado = Abre(m_pFuente->GetFilePath(), true) ? lee() : kNoSoportado;
@@ -266,7 +274,7 @@ int LibTiff::LeePagina(bool soloCabecera, CMatriz<float>** tabla, unsigned limit
         std::optional<Etapa> etapa;
         if (!soloCabecera) etapa.emplace(m_nNivelMensajes, kTextoLeer);
         if (soloCabecera)
-            resultado = CreaSoloCabecera(pagina) ? 1 : kNoSoportado;
+            resultado = CreaSoloCabecera(pagina, int(pagina.ancho), int(pagina.alto)) ? 1 : kNoSoportado;
         else if (!pagina.SonValores())
             resultado = LeeImagen(pagina, ventana, *etapa);
         else if (tabla != nullptr)
@@ -278,9 +286,8 @@ int LibTiff::LeePagina(bool soloCabecera, CMatriz<float>** tabla, unsigned limit
     return resultado;
 }
 
-bool LibTiff::CreaSoloCabecera(const Pagina& pagina) {
-    return Crear(int(pagina.ancho), int(pagina.alto), pagina.bits * std::min<int>(pagina.muestras, 3), 1.0F, false,
-                 nullptr, nullptr, true);
+bool LibTiff::CreaSoloCabecera(const Pagina& pagina, int ancho, int alto) {
+    return Crear(ancho, alto, pagina.bits * std::min<int>(pagina.muestras, 3), 1.0F, false, nullptr, nullptr, true);
 }
 
 int LibTiff::LeeTabla(const Pagina& pagina, const Ventana& v, const Etapa& etapa, CMatriz<float>*& tabla,
@@ -306,7 +313,7 @@ int LibTiff::LeeTabla(const Pagina& pagina, const Ventana& v, const Etapa& etapa
                 nueva->Set(destino, unsigned(c), fila[std::size_t(v.col0 + c)]);
         if (!etapa.Paso(r + 1, v.Filas())) return 2;
     }
-    if (!CreaSoloCabecera(pagina)) return kNoSoportado;
+    if (!CreaSoloCabecera(pagina, v.Columnas(), v.Filas())) return kNoSoportado;
     tabla = new CMatriz<float>(std::move(*nueva));
     return 1;
 }

@@ -29,7 +29,8 @@ class LUMBRA_API LibTiff : public CTiff {
     bool CierraFichero() override;
 
     using CTiff::Leer;
-    /// As told in CTiff, but fixed limits of grey count for nothing: libtiff scales by the depth.
+    /// As told in CTiff, but the record of samples and fixed limits of grey count for nothing: libtiff chooses and
+    /// scales. A header alone is that of the whole page.
     /// @param tabla  out: the table, the caller's. Values of 16 bits have row 0 at the bottom, floating-point ones at
     ///               the top
     /// @return 1; 2 without a source or cancelled; kNoSoportado for values without a `tabla` and for what libtiff can't
@@ -45,7 +46,7 @@ class LUMBRA_API LibTiff : public CTiff {
     ///                 mapped pages count as the process's, and a file that gets shorter meanwhile ends it
     bool Abre(const CString& ruta, bool mapeado);
     bool LeeDirectorio(Pagina& pagina);
-    bool CreaSoloCabecera(const Pagina& pagina);
+    bool CreaSoloCabecera(const Pagina& pagina, int ancho, int alto);
     int LeePagina(bool soloCabecera, CMatriz<float>** tabla, unsigned limiteCeldas, Ventana ventana);
     int LeeTabla(const Pagina& pagina, const Ventana& ventana, const Etapa& etapa, CMatriz<float>*& tabla,
                  unsigned limiteCeldas);

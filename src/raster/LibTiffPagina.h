@@ -23,14 +23,15 @@ struct LibTiff::Pagina {
     std::uint32_t BytesValor() const { return bits / 8U; }
 };
 
-/// Half-open, in pixels from the top left corner; all 0 is the whole page.
+/// Half-open, in pixels from the top left corner; an axis with both 0 is whole.
 struct LibTiff::Ventana {
     int col0, col1, fila0, fila1;
 
     /// Keeps the part that lies in the page; false when there is none.
     bool Limita(const Pagina& pagina) {
         const int ancho = static_cast<int>(pagina.ancho), alto = static_cast<int>(pagina.alto);
-        if (col0 == 0 && col1 == 0 && fila0 == 0 && fila1 == 0) col1 = ancho, fila1 = alto;
+        if (col0 == 0 && col1 == 0) col1 = ancho;
+        if (fila0 == 0 && fila1 == 0) fila1 = alto;
         *this = {std::max(col0, 0), std::min(col1, ancho), std::max(fila0, 0), std::min(fila1, alto)};
         return col0 < col1 && fila0 < fila1;
     }

@@ -87,7 +87,7 @@ TEST_P(Bmp, RowsOfTheFileComeFromTheBottom) {
     EXPECT_EQ(bmp.Ancho(), 5);
     EXPECT_EQ(bmp.Alto(), -3);
     EXPECT_EQ(bmp.Tipo(), 21);
-    EXPECT_NEAR(bmp.Resolucion(), 72.01F, 0.01F);
+    EXPECT_EQ(bmp.Resolucion(), float(2835 * 0.025401));
     const auto pixeles = f.Pixeles();
     for (int r = 0; r < 3; ++r)
         for (int c = 0; c < 5; ++c)

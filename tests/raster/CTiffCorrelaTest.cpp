@@ -2,6 +2,7 @@
 
 #include "raster/Imagenes.h"
 #include "raster/Resultados.h"
+#include "platform/Memoria.h"
 #include "support/Progreso.h"
 
 #include <gmock/gmock.h>
@@ -163,6 +164,17 @@ TEST(CorrelaPlantillaPartes, ACancelKeepsTheRowsThatWereComputed) {
     auto esperado = Pixeles(*entera.imagen);
     std::fill(esperado.begin() + 5 * 12, esperado.end(), BYTE{0});
     EXPECT_EQ(Pixeles(*cortada.imagen), esperado);
+}
+
+TEST(CorrelaPlantillaPartes, WithoutMemoryItFails) {
+    const auto imagen = Aleatoria<CTiff>(20, 20, 8, 0, 1);
+    const auto plantilla = Aleatoria<CTiff>(3, 3, 8, 0, 2);
+    Resultado r;
+    LimitaMemoria(200);
+    const int resultado = imagen->CorrelaPlantilla(plantilla.get(), &r.imagen, 0, true);
+    LimitaMemoria();
+    EXPECT_EQ(resultado, 0);
+    EXPECT_EQ(r.imagen, nullptr);
 }
 
 TEST(CorrelaPlantillaPartes, BadArgumentsAreRefused) {

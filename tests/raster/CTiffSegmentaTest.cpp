@@ -2,6 +2,7 @@
 
 #include "raster/Imagenes.h"
 #include "model/Segmentacion.h"
+#include "platform/Memoria.h"
 #include "support/Progreso.h"
 
 #include <gmock/gmock.h>
@@ -147,6 +148,25 @@ TEST(SegmentaImagenPartes, ACancelStoresNothing) {
     EXPECT_EQ(componentes, -1);
     EXPECT_EQ(progreso.m_Etapas, std::vector<unsigned>{56003});
     EXPECT_EQ(progreso.m_nAbiertas, 0);
+}
+
+TEST(SegmentaImagenPartes, ThePictureMayBecomeItsOwnRegions) {
+    const auto imagen = PocosColores<CTiff>(9, 7, 24, 0, 2);
+    Resultado r;
+    ASSERT_EQ(imagen->SegmentaImagen(&r.imagen, 0, 60, 4, false, nullptr), 1);
+    CTiff* mismo = imagen.get();
+    ASSERT_EQ(imagen->SegmentaImagen(&mismo, 0, 60, 4, false, nullptr), 1);
+    EXPECT_EQ(Pixeles(*imagen), Pixeles(*r.imagen));
+}
+
+TEST(SegmentaImagenPartes, WithoutMemoryForTheGraphItFails) {
+    const auto imagen = PocosColores<CTiff>(9, 7, 24, 0, 2);
+    Resultado r;
+    LimitaMemoria(1000);
+    const int resultado = imagen->SegmentaImagen(&r.imagen, 0, 60, 4, false, nullptr);
+    LimitaMemoria();
+    EXPECT_EQ(resultado, 0);
+    EXPECT_EQ(r.imagen, nullptr);
 }
 
 TEST(SegmentaImagenPartes, ABitmapAndAnEmptyPictureAreLeftAlone) {

@@ -31,7 +31,7 @@ TEST_P(Crear, GivesABlackPictureWithItsHeader) {
     EXPECT_EQ(bmp.Ancho100(), 500);
     EXPECT_EQ(bmp.BytesPixel(), GetParam().bits / 8);
     EXPECT_EQ(bmp.BytesFila(), GetParam().bits == 8 ? 8u : 16u);
-    EXPECT_NEAR(bmp.Resolucion(), 300.0F, 0.03F);  // whole pixels a metre
+    EXPECT_EQ(bmp.Resolucion(), float(11810 * 0.025401));  // whole pixels a metre
     EXPECT_THAT(Pixeles(bmp), Each(0));
 }
 

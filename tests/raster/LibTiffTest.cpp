@@ -159,6 +159,12 @@ TEST_F(LibTiffTest, AWindowIsClippedAndOneOutsideRefused) {
     EXPECT_EQ(lee(-4, 1000, 20, 1000), 1);
     EXPECT_EQ(imagen.Ancho(), 37);
     EXPECT_EQ(imagen.Alto(), -9);
+    EXPECT_EQ(lee(0, 0, 20, 25), 1) << "the other axis is whole";
+    EXPECT_EQ(imagen.Ancho(), 37);
+    EXPECT_EQ(imagen.Alto(), -5);
+    EXPECT_EQ(lee(30, 37, 0, 0), 1);
+    EXPECT_EQ(imagen.Ancho(), 7);
+    EXPECT_EQ(imagen.Alto(), -29);
     EXPECT_EQ(lee(37, 40, 0, 5), kNoSoportado);
     EXPECT_EQ(lee(3, 3, 0, 5), kNoSoportado);
     EXPECT_EQ(imagen.Alto(), 0);
@@ -200,6 +206,26 @@ TEST_F(LibTiffTest, ResolutionIsInDotsPerInch) {
         LibTiff imagen;
         ASSERT_EQ(Lee(imagen, ruta), 1);
         EXPECT_NEAR(imagen.Resolucion(), esperada, 0.01F);
+    }
+}
+
+TEST_F(LibTiffTest, OfSeveralPagesTheFirstIsReadEachTime) {
+    const auto ruta = m_Carpeta / "p.tif";
+    {
+        const Tiff tiff = AbreTiff(ruta, "w");
+        for (const std::uint32_t ancho : {5U, 8U}) {
+            PonForma(tiff.get(), {.ancho = ancho, .alto = 1});
+            std::vector<BYTE> fila(ancho * 3, BYTE(ancho));
+            TIFFWriteScanline(tiff.get(), fila.data(), 0, 0);
+            TIFFWriteDirectory(tiff.get());
+        }
+    }
+    CFile fichero(CString(ruta.c_str()), CFile::modeRead);
+    LibTiff imagen;
+    ASSERT_TRUE(imagen.SetFichero(&fichero));
+    for (int vez = 0; vez < 2; ++vez) {
+        ASSERT_EQ(imagen.Leer(false), 1);
+        EXPECT_EQ(Pixeles(imagen), std::vector<BYTE>(5 * 3, 5));
     }
 }
 
@@ -312,6 +338,22 @@ TEST_F(LibTiffTest, ValuesWithoutATableAreRefusedAndPicturesGiveNone) {
     EXPECT_EQ(Lee(imagen, Escribe(Rejilla(32, SAMPLEFORMAT_UINT))), kNoSoportado);  // libtiff shows none either
 }
 
+TEST_F(LibTiffTest, WithoutValuesTheTableIsNullWhateverItWas) {
+    CMatriz<float> deOtro(1, 1);
+    for (const auto& [forma, esperado] : {std::pair{FormaTiff{}, 1}, {Rejilla(32, SAMPLEFORMAT_UINT), kNoSoportado}}) {
+        const auto ruta = Escribe(forma);
+        CFile fichero(CString(ruta.c_str()), CFile::modeRead);
+        LibTiff imagen;
+        CMatriz<float>* tabla = &deOtro;
+        EXPECT_EQ(imagen.Leer(false, &tabla, 0, nullptr, nullptr, nullptr, 0, 0, 0, 0), 2);
+        EXPECT_EQ(tabla, nullptr);
+        ASSERT_TRUE(imagen.SetFichero(&fichero));
+        tabla = &deOtro;
+        EXPECT_EQ(imagen.Leer(false, &tabla, 0, nullptr, nullptr, nullptr, 0, 0, 0, 0), esperado);
+        EXPECT_EQ(tabla, nullptr);
+    }
+}
+
 TEST_F(LibTiffTest, AWindowOfATableHasItsRowsInTheSameOrder) {
     const auto lee = [&](std::uint16_t formato, const std::vector<BYTE>& bytes) {
         FormaTiff forma = Rejilla(formato == SAMPLEFORMAT_IEEEFP ? 32 : 16, formato);
@@ -323,6 +365,8 @@ TEST_F(LibTiffTest, AWindowOfATableHasItsRowsInTheSameOrder) {
         EXPECT_TRUE(imagen.SetFichero(&fichero));
         EXPECT_EQ(imagen.Leer(false, &tabla, 0, nullptr, nullptr, nullptr, 1, 3, 1, 3), 1);
         const Tabla propia(tabla);
+        EXPECT_EQ(imagen.Ancho(), 2);
+        EXPECT_EQ(imagen.Alto(), 2);
         return Valores(*tabla);
     };
     EXPECT_THAT(lee(SAMPLEFORMAT_UINT, EnBytes<std::uint16_t>({1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12})),
@@ -390,6 +434,18 @@ TEST_F(LibTiffTest, KeysThatAreNotThereKeepTheirDefault) {
     ASSERT_EQ(Lee(imagen, ruta), 1);
     EXPECT_EQ(imagen.Georreferencia()->m_nTipoModelo, 3);
     EXPECT_EQ(imagen.Georreferencia()->m_nTipoRaster, 2);
+    EXPECT_EQ(imagen.Georreferencia()->m_nUnidadAngular, 9105);
+}
+
+TEST_F(LibTiffTest, KeysOfAFormerFileAreForgotten) {
+    const auto ruta = m_Carpeta / "geo.tif";
+    LibTiff imagen;
+    EscribeGeo(ruta, {1, 1, 0, 2, 1024, 0, 1, 2, 2054, 0, 1, 9102});
+    ASSERT_EQ(Lee(imagen, ruta), 1);
+    EXPECT_EQ(imagen.Georreferencia()->m_nTipoModelo, 2);
+    EscribeGeo(ruta, {1, 1, 0, 0});
+    ASSERT_EQ(Lee(imagen, ruta), 1);
+    EXPECT_EQ(imagen.Georreferencia()->m_nTipoModelo, 3);
     EXPECT_EQ(imagen.Georreferencia()->m_nUnidadAngular, 9105);
 }
 

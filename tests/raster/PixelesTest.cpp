@@ -162,6 +162,13 @@ TEST_P(PixelesDePaleta, ComeAsTheColoursOfTheirEntries) {
     EXPECT_TRUE(Iguales(*tiff, *bmp));
 }
 
+TEST_P(PixelesDePaleta, OfAWindowOnlyTheFirstByteIsAveraged) {
+    const auto bmp = Imagen<CBmp>(3, 1, 8, GetParam(), {10, 200, 31}, m_Paleta.data());
+    BYTE pixel[3]{1, 2, 3};
+    EXPECT_TRUE(bmp->GetPixel(pixel, 0, 1, 1));
+    EXPECT_THAT(pixel, ElementsAre(1 + (10 + 31) / 2, 2, 3));
+}
+
 TEST_P(PixelesDePaleta, OfARowClippedOnTheLeftStandBehindTheGap) {
     const auto bmp = Imagen<CBmp>(3, 1, 8, GetParam(), {10, 200, 31}, m_Paleta.data());
     std::vector<BYTE> fila(4 * 3, 1);
