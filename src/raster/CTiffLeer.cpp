@@ -16,6 +16,7 @@
 #include <new>
 #include <optional>
 #include <utility>
+#include <vector>
 
 namespace Vertiz {
 
@@ -78,6 +79,16 @@ struct Medida {
         return {minimo, std::isfinite(factor) ? factor : 0.0};
     }
 };
+
+// What the user is told of values that become greys.
+std::vector<CString> Informe(const Medida& medida) {
+    CString maximo, media, minimo;
+    maximo.Format(L"Máximo : %.2f", medida.maximo);
+    minimo.Format(L"Mínimo : %.2f", medida.minimo);
+    if (medida.cuenta == 0) return {L"Convirtiendo a valores de gris", maximo, minimo};
+    media.Format(L"Media : %.2lf", medida.suma / double(medida.cuenta));
+    return {L"Convirtiendo a valores de gris", maximo, media, minimo};
+}
 
 // One walk over the rows of the window, with its stage of progress. `fila` gets the number of each row and where the
 // rows come from, and has to take one of them.
@@ -268,16 +279,8 @@ int CTiff::MideEscala(const PaginaTiff& pagina, const VentanaTiff& ventana, cons
         if (medida.cuenta > 0) ComunicaLimite(limite);
         return 1;
     }
-    CString texto;
-    Comunica(L"Convirtiendo a valores de gris");
-    texto.Format(L"Máximo : %.2f", medida.maximo);
-    Comunica(texto);
-    if (medida.cuenta > 0) {
-        texto.Format(L"Media : %.2lf", medida.suma / double(medida.cuenta));
-        Comunica(texto);
-    }
-    texto.Format(L"Mínimo : %.2f", medida.minimo);
-    Comunica(texto);
+    for (const CString& linea : Informe(medida))
+        Comunica(linea);
     return 1;
 }
 
