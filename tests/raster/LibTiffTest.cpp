@@ -58,21 +58,6 @@ class LibTiffTest : public ConTemporales {
     }
 };
 
-std::vector<float> Valores(const CMatriz<float>& tabla) {
-    std::vector<float> valores;
-    for (unsigned f = 0; f < tabla.GetFilas(); ++f)
-        for (unsigned c = 0; c < tabla.GetColumnas(); ++c)
-            valores.push_back(tabla.Get(f, c));
-    return valores;
-}
-
-template <class T>
-std::vector<BYTE> EnBytes(const std::vector<T>& valores) {
-    std::vector<BYTE> bytes(valores.size() * sizeof(T));
-    std::memcpy(bytes.data(), valores.data(), bytes.size());
-    return bytes;
-}
-
 // ---- Pictures ----------------------------------------------------------------------------------------------------
 
 const std::map<std::string, FormaTiff> kHojas{
@@ -607,13 +592,6 @@ TEST_F(LibTiffTest, ADirectoryWithoutDataIsGivenUpSoon) {
     LibTiff imagen;
     EXPECT_EQ(Lee(imagen, ruta), kNoSoportado);
     EXPECT_LT(progreso.m_Pasos.size(), 200U);
-}
-
-TEST_F(LibTiffTest, CreaRasterGivesItForBothEndings) {
-    for (const wchar_t* nombre : {L"a.tif", L"a.TIFF"}) {
-        const std::unique_ptr<Vertiz::IRaster> raster(Vertiz::CreaRaster(nombre));
-        EXPECT_NE(dynamic_cast<LibTiff*>(raster.get()), nullptr);
-    }
 }
 
 }  // namespace

@@ -1,6 +1,7 @@
 #pragma once
 // TIFF files for tests, written with libtiff, and what libtiff's RGBA interface makes of a whole file at once.
 
+#include "model/CMatriz.h"
 #include "platform/Tipos.h"
 
 #include <gtest/gtest.h>
@@ -9,6 +10,7 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <cstring>
 #include <filesystem>
 #include <memory>
 #include <vector>
@@ -118,6 +120,23 @@ inline std::vector<BYTE> SegunLibtiff(const std::filesystem::path& ruta, bool po
         for (const std::uint32_t canal : {TIFFGetB(p), TIFFGetG(p), TIFFGetR(p)})
             bgr.push_back(static_cast<BYTE>(canal));
     return bgr;
+}
+
+/// The cells of a table, row after row.
+inline std::vector<float> Valores(const Vertiz::CMatriz<float>& tabla) {
+    std::vector<float> valores;
+    for (unsigned f = 0; f < tabla.GetFilas(); ++f)
+        for (unsigned c = 0; c < tabla.GetColumnas(); ++c)
+            valores.push_back(tabla.Get(f, c));
+    return valores;
+}
+
+/// Values as they lie in memory.
+template <class T>
+std::vector<BYTE> EnBytes(const std::vector<T>& valores) {
+    std::vector<BYTE> bytes(valores.size() * sizeof(T));
+    std::memcpy(bytes.data(), valores.data(), bytes.size());
+    return bytes;
 }
 
 }  // namespace imagenes
