@@ -8,7 +8,6 @@
 #include <sys/stat.h>
 
 #include <cstdlib>
-#include <regex>
 
 namespace {
 
@@ -75,7 +74,7 @@ TEST_F(FicheroTemporal, IsNamedByTheClockAndACounterAndNeverTakesAnotherOne) {
         ASSERT_NE(ficheros.back(), nullptr);
         ASSERT_TRUE(ficheros.back()->Write("x", 1));
         rutas.push_back(ruta.Utf8());
-        EXPECT_TRUE(std::regex_search(rutas.back(), std::regex("/Imagen\\d{10}\\d{1,3}\\d+\\.tmp$"))) << rutas.back();
+        EXPECT_THAT(rutas.back(), testing::MatchesRegex(".*/Imagen[0-9]{12,}\\.tmp"));
     }
     EXPECT_EQ(m_Carpeta.CuentaFicheros(), 50u);
     for (const auto& ruta : rutas)
