@@ -35,13 +35,16 @@ CString CarpetaTemporales(const CString& fuente) {
 }  // namespace
 
 std::unique_ptr<CFile> CreaFicheroTemporal(const CString& fuente, CString& ruta) {
+    return CreaFicheroNuevo(CarpetaTemporales(fuente), L"Imagen", ruta);
+}
+
+std::unique_ptr<CFile> CreaFicheroNuevo(const CString& carpeta, const wchar_t* prefijo, CString& ruta) {
     constexpr UINT kModo = CFile::modeCreate | CFile::modeExclusive | CFile::modeReadWrite;
-    const CString carpeta = CarpetaTemporales(fuente);
     __timeb64 ahora{};
     _ftime64(&ahora);
     for (int contador = 0;; ++contador) {
         CString nombre;
-        nombre.Format(L"Imagen%I64d%d%d.tmp", ahora.time, ahora.millitm, contador);
+        nombre.Format(L"%s%I64d%d%d.tmp", prefijo, ahora.time, ahora.millitm, contador);
         nombre = JuntaRuta(carpeta, nombre);
         auto fichero = std::make_unique<CFile>(nombre, kModo);
         if (fichero->IsOpen()) {

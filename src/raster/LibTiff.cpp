@@ -45,6 +45,9 @@ const TIFFFieldInfo kCampos[] = {
     {etiqueta::kGeoAsciiParams, TIFF_VARIABLE, TIFF_VARIABLE, TIFF_ASCII, FIELD_CUSTOM, 1, 0, nombreTextos},
 };
 
+// A damaged directory makes libtiff ask for hundreds of gigabytes; no strip that is worth reading is as large as this.
+constexpr tmsize_t kMayorBloque = tmsize_t{1} << 32;
+
 TIFFExtendProc extensionAnterior = nullptr;
 
 void AnadeCampos(TIFF* tiff) {
@@ -211,6 +214,7 @@ bool LibTiff::Abre(const CString& ruta, bool mapeado) {
     if (opciones == nullptr) return false;
     TIFFOpenOptionsSetErrorHandlerExtR(opciones.get(), AnotaFallo, &m_sFallo);
     TIFFOpenOptionsSetWarningHandlerExtR(opciones.get(), CallaAviso, nullptr);
+    TIFFOpenOptionsSetMaxSingleMemAlloc(opciones.get(), kMayorBloque);
     m_sFallo.clear();
     m_bMapeado = mapeado;
     m_pTiff = TIFFOpenExt(ruta.Utf8().c_str(), mapeado ? "r" : "rm", opciones.get());

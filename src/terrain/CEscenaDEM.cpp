@@ -78,6 +78,17 @@ void CEscenaDEM::Destruir() {
     m_pDEM = nullptr;
 }
 
+// ---- Images --------------------------------------------------------------------------------------------------------
+
+int CEscenaDEM::CargarImagen(Vertiz::IRaster*, Vertiz::CDataImagen&, const CDataCargarImagen&, const CString&,
+                             Vertiz::CNivelMensajes) {
+    return 0;
+}
+
+int CEscenaDEM::AsignaTexturas(unsigned index, Vertiz::CNivelMensajes) {
+    return m_pDEM != nullptr && index < m_Texturas.size() ? 1 : 0;
+}
+
 // ---- Building ------------------------------------------------------------------------------------------------------
 
 int CEscenaDEM::Iniciar() {

@@ -41,6 +41,15 @@ class LUMBRA_API CEscenaDEM : public CEscenaMDT {
     /// As CGL::Destruir; also lets the grid go.
     void Destruir();
 
+    using CEscenaMDT::CargarImagen;
+    /// Nothing can be cut yet: 0.
+    int CargarImagen(Vertiz::IRaster* raster, Vertiz::CDataImagen& imagen, const CDataCargarImagen& opciones,
+                     const CString& carpeta, Vertiz::CNivelMensajes nivel) override;
+    int AsignaTexturas(unsigned index, Vertiz::CNivelMensajes nivel) override;
+    /// A grid has no areas of one colour: always 1.
+    int AsignaTexturaSimple(unsigned, Vertiz::CNivelMensajes) override { return 1; }
+    void IniciarTexturas(Vertiz::CNivelMensajes) override {}
+
     int Iniciar() override;
     int OnIniciar() override;
     int OnRender() override;

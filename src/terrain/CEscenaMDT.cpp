@@ -29,12 +29,15 @@ void FijaTrazo(const CElementoDigiTab& elemento, int nColorFondo) {
 
 CEscenaMDT::CEscenaMDT(const CEscenaMDT& otra) : CGL(otra) {
     CopiaCapas(otra);
+    CopiaTexturas(otra);
 }
 
 CEscenaMDT& CEscenaMDT::operator=(const CEscenaMDT& otra) {
     if (EsDeLaFamilia(otra)) return *this;
+    DescargaTodo();
     CGL::operator=(otra);
     CopiaCapas(otra);
+    CopiaTexturas(otra);
     return *this;
 }
 
@@ -44,6 +47,7 @@ CGL& CEscenaMDT::operator=(const CGL& otra) {
 }
 
 CEscenaMDT::~CEscenaMDT() {
+    DescargaTodo();
     Destruir();
 }
 
@@ -74,6 +78,8 @@ void CEscenaMDT::OnLiberarContexto(bool bBorrar) {
         if (bBorrar) BorraLista(*lista);
         *lista = 0;
     }
+    for (CDataTexturas& registro : m_Texturas)
+        BorraTexturasGL(registro, bBorrar);
     CGL::OnLiberarContexto(bBorrar);
 }
 
