@@ -53,6 +53,11 @@ CEscenaMDT::~CEscenaMDT() {
 }
 
 void CEscenaMDT::CopiaCapas(const CEscenaMDT& otra) {
+    m_Arboles = otra.m_Arboles;
+    m_pEdificios = otra.m_pEdificios;
+    m_nEjeX = otra.m_nEjeX;
+    m_nEjeY = otra.m_nEjeY;
+    m_nEjeZ = otra.m_nEjeZ;
     m_bLimitesIniciados = otra.m_bLimitesIniciados;
     m_bEdificiosIniciados = otra.m_bEdificiosIniciados;
     m_bRupturasIniciadas = otra.m_bRupturasIniciadas;
