@@ -285,9 +285,10 @@ bool CEscenaMDT::CambiaSizeTextura(unsigned index, int alto, int ancho, const CS
 
     FicheroPasajero plano = CreaFicheroTexturas(carpeta);
     if (!plano || !Aplana(viejo, *plano)) return false;
-    FicheroPasajero fichero = CreaFicheroTexturas(carpeta);
+    CString ruta;
+    FicheroPasajero fichero = CreaFicheroTexturas(carpeta, &ruta);
     if (!fichero) {
-        Avisa(plano->GetFilePath(), carpeta);
+        Avisa(plano->GetFilePath(), ruta);
         return false;
     }
     if (!Cortador(viejo, nuevo, *plano).Corta(*fichero)) return false;

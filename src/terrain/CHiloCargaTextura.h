@@ -17,7 +17,8 @@ namespace Vertiz {
 /// Fills the tiles of one image, row by row, from a context of its own that shares objects with the scene's. Any number
 /// of workers share the rows of an image; a host starts them, waits, and draws with the names, which don't change.
 ///
-/// On a triangulated scene only those tiles are filled that a triangle uses, here or in a reference or link.
+/// Tiles that are full already stay as they are. Where the surface is made of triangles, only those tiles are filled
+/// that one uses, here or in a reference or link; a grid has none, and fills its tiles itself.
 class LUMBRA_API CHiloCargaTextura : public CHilo {
   public:
     CHiloCargaTextura() = default;
@@ -64,7 +65,6 @@ class LUMBRA_API CHiloCargaTextura : public CHilo {
     CCriticalSection* m_pSeccion = nullptr;
     unsigned* m_pFila = nullptr;
     bool* m_pParar = nullptr;
-    bool m_bOmitidas = false;  // a tile was left out, since no triangle uses it
 };
 
 }  // namespace Vertiz

@@ -44,9 +44,11 @@ void BorraFichero::operator()(CFile* fichero) const {
     if (!ruta.IsEmpty()) DeleteFileW(ruta);
 }
 
-FicheroPasajero CreaFicheroTexturas(const CString& carpeta) {
-    CString ruta;
-    return FicheroPasajero(Vertiz::CreaFicheroNuevo(carpeta, L"Texturas", ruta).release());
+FicheroPasajero CreaFicheroTexturas(const CString& carpeta, CString* ruta) {
+    CString nombre;
+    FicheroPasajero fichero(Vertiz::CreaFicheroNuevo(carpeta, L"Texturas", nombre).release());
+    if (ruta) *ruta = nombre;
+    return fichero;
 }
 
 bool LeeTesela(const CFile& fichero, std::int64_t posicion, std::span<BYTE> pixeles) {

@@ -54,8 +54,9 @@ using FicheroPasajero = std::unique_ptr<CFile, BorraFichero>;
 
 /// Creates an empty file for reading and writing, "Texturas<seconds><milliseconds><counter>.tmp".
 /// @param carpeta  where; empty for the bare name
+/// @param ruta     out, if given: path of the new file, or the one that couldn't be made
 /// @return null when it can't be made
-FicheroPasajero CreaFicheroTexturas(const CString& carpeta);
+FicheroPasajero CreaFicheroTexturas(const CString& carpeta, CString* ruta = nullptr);
 
 /// Reads a slot, or the part of it that the span has room for. What the file doesn't have is white.
 /// @return false when reading failed
