@@ -36,8 +36,8 @@ class LUMBRA_API CHiloCargaTextura : public CHilo {
     /// @param contexto    the worker's own, joined to the scene's
     /// @param seccion     shared: guards `fila`, `contador` and the taking of contexts
     /// @param fila        shared: the next row to fill
-    /// @param parar       shared: ends the workers after their tile; set to false here, to true by a host that cancels
-    ///                    and by a worker that failed
+    /// @param parar       shared: ends the workers after their tile. Every Start sets it to false; a worker that failed
+    ///                    and a host that cancels, to true
     void Start(unsigned id, CEvent* fin, long* contador, std::vector<CDataTexturas>* registros, unsigned index,
                int tipo, std::vector<CGL*>* referencias, std::vector<CGL*>* vinculos, CEscenaMDT* escena,
                HGLRC contexto, CCriticalSection* seccion, unsigned* fila, bool* parar);

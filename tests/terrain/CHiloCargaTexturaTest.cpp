@@ -160,14 +160,31 @@ TEST_F(Trabajadores, WithNothingToDoTheEndIsSignalledAllTheSame) {
     EXPECT_EQ(m_fila, 0u);
 }
 
-TEST_F(Trabajadores, AFailureStopsThemAllAndLeavesNoContextTaken) {
+TEST_F(Trabajadores, AFailureStopsAWorkerAndLeavesNoContextTaken) {
     ASSERT_EQ(Carga(m_escena, kMuchas), 1);
+    m_contextos.resize(1);
     const FallaGL falla("glTexImage2D", 12);
     Llena(3);
     EXPECT_TRUE(falla.Ocurrida());
     EXPECT_TRUE(m_parar);
-    EXPECT_NE(Llenas(), std::string(15, '1'));
+    EXPECT_EQ(Llenas(), "110000000000000");
+    EXPECT_EQ(m_fila, 1u);
     EsperaContextosLibres();
+}
+
+TEST_F(Trabajadores, AFailureOfOneStopsTheOthers) {
+    ASSERT_EQ(Carga(m_escena, kMuchas), 1);
+    if (m_contextos.size() < 2) GTEST_SKIP() << "one processor: there is one context for workers";
+    CHiloCargaTextura primero, segundo;
+    m_seccion.Lock();
+    Arranca(primero, m_contextos.front(), 3);
+    Arranca(segundo, m_contextos.back(), 3);
+    const FallaGL falla("glTexImage2D", 1);
+    m_seccion.Unlock();  // they wait for it with their first row
+    primero.Stop();
+    segundo.Stop();
+    EXPECT_TRUE(m_parar);
+    EXPECT_LE(m_fila, 3u);
 }
 
 TEST_F(Trabajadores, AFileThatIsGoneStopsThem) {
