@@ -79,8 +79,9 @@ void CEscenaMDT::OnLiberarContexto(bool bBorrar) {
         if (bBorrar) BorraLista(*lista);
         *lista = 0;
     }
+    // Texture objects have owners of their own: what is only this scene's goes also while copies use the context.
     for (CDataTexturas& registro : m_Texturas)
-        BorraTexturasGL(registro, bBorrar);
+        BorraTexturasGL(registro, m_hRC != nullptr && wglGetCurrentContext() == m_hRC);
     CGL::OnLiberarContexto(bBorrar);
 }
 

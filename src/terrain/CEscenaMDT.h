@@ -209,13 +209,14 @@ class LUMBRA_API CEscenaMDT : public CGL {
     void CopiaTexturas(const CEscenaMDT& otra);
     void DescargaTodo();
     void SueltaTexturas(CDataTexturas& registro);
-    void BorraTexturasGL(CDataTexturas& registro, bool bBorrar) const;
-    int CreaTexturasGL(CDataTexturas& registro);
+    static void SueltaFichero(CDataTexturas& registro, bool bBorrar);
+    static void BorraTexturasGL(CDataTexturas& registro, bool bBorrar);
+    static int CreaTexturasGL(CDataTexturas& registro);
     std::vector<CEscenaMDT*> HijosConImagen() const;
     void EntregaTexturas(CGL* hijo);
 
     // CEscenaMDTTeselas.cpp
-    class Reteselado;
+    bool CambiaSizeTextura(unsigned index, int alto, int ancho, const CString& carpeta, int borrarFichero);
 
     void CopiaCapas(const CEscenaMDT& otra);
     void CompilaCaja(const Vertiz::CMaximas<double>& maximas) const;
