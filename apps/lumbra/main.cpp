@@ -108,7 +108,7 @@ void Dibuja(const Orden& orden, Progreso& progreso) {
 void Convierte(const Orden& orden, Progreso& progreso) {
     CompruebaSalida(orden.salida, orden.fichero);
     const Foto foto(orden.fichero, progreso);
-    ConvierteFoto(foto, orden.salida);
+    ConvierteFoto(foto, orden.salida, progreso);
     std::printf("%s -> %s: %d x %d pixels\n", orden.fichero.c_str(), orden.salida.c_str(), foto.Ancho(), foto.Alto());
 }
 

@@ -53,7 +53,7 @@ void CTIN::DameTriangulos(CDibujo<int>& dibujo) const {
         if (triangulo.EsBorrado()) continue;
         CLinea<int> linea(vacia);
         linea.Reserva(4);
-        for (const int i : {0, 2, 1, 0})
+        for (const int i : {0, 1, 2, 0})
             linea << *triangulo.Punto(i);
         dibujo.Inserta(linea);
     }

@@ -40,8 +40,8 @@ class LUMBRA_API CTIN {
     /// @return how many triangles are left
     unsigned BorraTriangulosSegunLimite();
 
-    /// Appends a closed line of code "TRIANGULO" for each triangle that isn't deleted: its three points, clockwise in
-    /// plan, and the first one again.
+    /// Appends a closed line of code "TRIANGULO" for each triangle that isn't deleted: its three points,
+    /// counterclockwise in plan, and the first one again.
     /// @param dibujo  integers on this terrain's seed
     void DameTriangulos(CDibujo<int>& dibujo) const;
 

@@ -245,7 +245,7 @@ int CDelaunay::Avanza(int desde, int hasta, std::optional<CLado>& cruce) {
         if (giro >= 0) m_Izquierda.push_back(v);
         if (giro <= 0) m_Derecha.push_back(v);
         if (giro == 0) {
-            Rellena();
+            Rellena(desde, v);
             return v;
         }
         enfrente = Lugar(T(t), giro > 0 ? izquierda : derecha);
@@ -253,8 +253,8 @@ int CDelaunay::Avanza(int desde, int hasta, std::optional<CLado>& cruce) {
     }
 }
 
-// Puts triangles along a new side in place of those that it cut, as many as they were.
-void CDelaunay::Rellena() {
+// Puts triangles along a new side a b in place of those that it cut, as many as they were.
+void CDelaunay::Rellena(int a, int b) {
     const int marca = --m_nMarca;
     for (const int t : m_Cavidad)
         m_Marcas[static_cast<std::size_t>(t)] = marca;
@@ -272,36 +272,67 @@ void CDelaunay::Rellena() {
     // The two triangles at each side have entries of one key.
     std::ranges::sort(m_Enlaces, {}, &CEnlace::clave);
     for (std::size_t i = 0; i + 1 < m_Enlaces.size(); i += 2) {
-        const CEnlace &a = m_Enlaces[i], &b = m_Enlaces[i + 1];
-        T(a.t).n[a.lado] = b.t;
-        T(b.t).n[b.lado] = a.t;
+        const CEnlace &e = m_Enlaces[i], &f = m_Enlaces[i + 1];
+        T(e.t).n[e.lado] = f.t;
+        T(f.t).n[f.lado] = e.t;
     }
+    Mejora(Clave(a, b));
 }
 
 // Triangulates the polygon between a chain and the way from its first vertex to its last, to the left of which it lies.
-// Of all triangles on that side, the one whose circle holds no vertex of the chain is right; the rest falls apart into
-// the chains before its third vertex and after it. A vertex may come twice, where a side ends inside the polygon.
+// All of the chain is seen from that way, so that each corner that turns towards it can be cut off as it comes (G.
+// Toussaint, D. Avis: On a convex hull algorithm for polygons and its application to triangulation problems, 1982). A
+// vertex may come twice, where a side ends inside the polygon.
 void CDelaunay::RellenaCadena(const std::vector<int>& cadena) {
-    m_Tramos.assign(1, {0, cadena.size() - 1});
-    while (!m_Tramos.empty()) {
-        const auto [desde, hasta] = m_Tramos.back();
-        m_Tramos.pop_back();
-        if (hasta - desde < 2) continue;
-        const int a = cadena[desde], b = cadena[hasta];
-        std::size_t mejor = desde;
-        for (std::size_t i = desde + 1; i < hasta; ++i) {
-            if (Giro(a, b, cadena[i]) <= 0) continue;
-            if (mejor == desde || predicados::EnCirculo(P(a), P(b), P(cadena[mejor]), P(cadena[i])) > 0) mejor = i;
+    m_Pila.clear();
+    for (const int v : cadena) {
+        while (m_Pila.size() >= 2 && Giro(m_Pila[m_Pila.size() - 2], m_Pila.back(), v) < 0) {
+            const int t = m_Cavidad[m_nHechos++];
+            T(t).v = {m_Pila[m_Pila.size() - 2], v, m_Pila.back()};
+            for (int k = 0; k < 3; ++k) {
+                m_Enlaces.push_back({Clave(T(t).v[kOtro[k]], T(t).v[kTercero[k]]), t, k});
+                m_Desde[static_cast<std::size_t>(T(t).v[k])] = t;
+            }
+            m_Pila.pop_back();
         }
-        const int t = m_Cavidad[m_nHechos++];
-        T(t).v = {a, b, cadena[mejor]};
-        for (int k = 0; k < 3; ++k) {
-            m_Enlaces.push_back({Clave(T(t).v[kOtro[k]], T(t).v[kTercero[k]]), t, k});
-            m_Desde[static_cast<std::size_t>(T(t).v[k])] = t;
-        }
-        m_Tramos.emplace_back(desde, mejor);
-        m_Tramos.emplace_back(mejor, hasta);
+        m_Pila.push_back(v);
     }
+}
+
+// Makes the triangles of the cavity Delaunay's by turning the sides between them, all but the new one (C. L. Lawson:
+// Software for C1 surface interpolation, 1977).
+void CDelaunay::Mejora(std::uint64_t ladoNuevo) {
+    m_Pila = m_Cavidad;
+    while (!m_Pila.empty()) {
+        const int t = m_Pila.back();
+        m_Pila.pop_back();
+        for (int k = 0; k < 3; ++k) {
+            const CTriangulo& triangulo = T(t);
+            const int vecino = triangulo.n[k], b = triangulo.v[kOtro[k]], c = triangulo.v[kTercero[k]];
+            const std::uint64_t clave = Clave(b, c);
+            if (m_Marcas[static_cast<std::size_t>(vecino)] != m_nMarca || clave == ladoNuevo) continue;
+            const int d = T(vecino).v[LadoHacia(vecino, t)];
+            if (predicados::EnCirculo(P(triangulo.v[k]), P(b), P(c), P(d)) <= 0 || m_Fijos.contains(clave)) continue;
+            Voltea(t, k);
+            m_Pila.push_back(t);
+            m_Pila.push_back(vecino);
+            break;
+        }
+    }
+}
+
+// Puts the other diagonal in place of side k of a triangle.
+void CDelaunay::Voltea(int t, int k) {
+    const int u = T(t).n[k], j = LadoHacia(u, t);
+    const CTriangulo viejo = T(t), otro = T(u);
+    const int a = viejo.v[k], b = viejo.v[kOtro[k]], c = viejo.v[kTercero[k]], d = otro.v[j];
+    const int ca = viejo.n[kOtro[k]], ab = viejo.n[kTercero[k]], bd = otro.n[kOtro[j]], dc = otro.n[kTercero[j]];
+    T(t) = {{a, b, d}, {bd, u, ab}};
+    T(u) = {{a, d, c}, {dc, ca, t}};
+    T(bd).n[LadoHacia(bd, u)] = t;
+    T(ca).n[LadoHacia(ca, t)] = u;
+    m_Desde[static_cast<std::size_t>(a)] = m_Desde[static_cast<std::size_t>(b)] = t;
+    m_Desde[static_cast<std::size_t>(c)] = m_Desde[static_cast<std::size_t>(d)] = u;
 }
 
 }  // namespace Vertiz::geometria

@@ -73,8 +73,10 @@ class CDelaunay {
     void AnotaTriangulos();
     void Fija(int a, int b, bool bLimite);
     int Avanza(int desde, int hasta, std::optional<CLado>& cruce);
-    void Rellena();
+    void Rellena(int a, int b);
     void RellenaCadena(const std::vector<int>& cadena);
+    void Mejora(std::uint64_t ladoNuevo);
+    void Voltea(int t, int k);
 
     std::vector<CCoor2D<int>> m_Puntos;
     int m_nInfinito;
@@ -87,10 +89,9 @@ class CDelaunay {
     std::unordered_map<std::uint64_t, bool> m_Fijos;  // sides put in; true: bounds the surface
 
     // What one insertion works with, kept to spare allocations.
-    std::vector<int> m_Cavidad, m_Izquierda, m_Derecha, m_Nuevos;
+    std::vector<int> m_Cavidad, m_Izquierda, m_Derecha, m_Nuevos, m_Pila;
     std::vector<CBorde> m_Bordes;
     std::vector<CEnlace> m_Enlaces;
-    std::vector<std::pair<std::size_t, std::size_t>> m_Tramos;
     std::size_t m_nHechos = 0;
 };
 

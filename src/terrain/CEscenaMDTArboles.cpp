@@ -24,7 +24,7 @@ Seccion Octogono(float r) {
     return {{{0, r}, {k, k}, {r, 0}, {k, -k}, {0, -r}, {-k, -k}, {-r, 0}, {-k, k}}};
 }
 
-// The direction that stands square on two vectors.
+// The direction that stands square on two vectors. As on the terrain, that of a face looks to its inner side.
 void NormalDe(const CCoor3D<double>& u, const CCoor3D<double>& v) {
     CCoor3D<double> normal = u * v;
     normal.Normaliza();
@@ -82,7 +82,7 @@ int CEscenaMDT::PintaConifera(float x, float y, float z, float altura) {
     glBegin(GL_TRIANGLES);
     for (int i = 0; i < kLados; ++i) {
         const auto &p = seccion[static_cast<std::size_t>(i)], &q = seccion[static_cast<std::size_t>((i + 1) % kLados)];
-        NormalDe({q[0] - p[0], 0.0, q[1] - p[1]}, {-p[0], altura - tronco, -p[1]});
+        NormalDe({q[0] - p[0], 0.0, q[1] - p[1]}, {p[0], tronco - altura, p[1]});
         glColor3f(0.0F, 0.25F, 0.0F);
         glVertex3f(q[0] + x, y + tronco, q[1] + z);
         glVertex3f(x, y + altura, z);

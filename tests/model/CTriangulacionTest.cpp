@@ -103,7 +103,7 @@ TEST(CTriangulacion, ASquareIsTwoTrianglesThatKnowEachOther) {
     EXPECT_EQ(tin.BorraTriangulosSegunLimite(), 2u);
 }
 
-TEST(CTriangulacion, TrianglesAreGivenAsClosedLinesClockwise) {
+TEST(CTriangulacion, TrianglesAreGivenAsClosedLinesCounterclockwise) {
     CDibujo<int> dibujo = Dibujo({{{0, 0}, {10, 0}, {10, 10}, {6, 4}}}), triangulos;
     CTIN tin;
     ASSERT_EQ(Triangula(dibujo, tin), 1);
@@ -116,9 +116,9 @@ TEST(CTriangulacion, TrianglesAreGivenAsClosedLinesClockwise) {
         EXPECT_EQ(linea.NPuntos(), 4u);
         EXPECT_TRUE(linea.EsCerrada());
         EXPECT_EQ(linea.GetCodigo(), CString(L"TRIANGULO"));
-        EXPECT_LT(DobleArea(linea), 0);
+        EXPECT_GT(DobleArea(linea), 0);
         EXPECT_EQ(linea.Punto(1).z, 7);
-        area -= DobleArea(linea);
+        area += DobleArea(linea);
     }
     EXPECT_EQ(area, Entero{80});
 }
@@ -222,6 +222,57 @@ TEST(CTriangulacion, CrossingsAreFoundHoweverNarrow) {
     dibujo.Inserta(Linea({{INT_MIN, 1}, {INT_MAX - 1, 2}}, false));
     EXPECT_EQ(Triangula(dibujo, tin), 1);
     ASSERT_NO_FATAL_FAILURE(EsperaSeguida(tin, dibujo));
+}
+
+// Two segments cross between points: inside both, and at no point of the drawing.
+bool HayCruce(const CDibujo<int>& dibujo) {
+    const auto segmento = [&dibujo](unsigned i) {
+        return std::pair(CCoor2D<double>(dibujo[i]->Punto(0)), CCoor2D<double>(dibujo[i]->Punto(1)));
+    };
+    const auto enMedio = [&](unsigned i, unsigned j) {
+        for (unsigned k = 0; k < dibujo.Cantidad(); ++k)
+            for (int m = 0; m < 2; ++m) {
+                const CCoor2D<double> p(dibujo[k]->Punto(m));
+                if (Vertiz::predicados::EnSegmento(p, segmento(i).first, segmento(i).second) &&
+                    Vertiz::predicados::EnSegmento(p, segmento(j).first, segmento(j).second))
+                    return true;
+            }
+        return false;
+    };
+    for (unsigned i = 0; i < dibujo.Cantidad(); ++i)
+        for (unsigned j = 0; j < i; ++j) {
+            const auto [a, b] = segmento(i);
+            const auto [c, d] = segmento(j);
+            const auto contactos = Vertiz::predicados::Contactos(a, b, c, d);
+            if (contactos.nCuantos == 1 && contactos.begin()->bPropio && !enMedio(i, j)) return true;
+        }
+    return false;
+}
+
+TEST(CTriangulacion, RandomSegmentsAreFollowedExactlyWhenNoneCross) {
+    std::mt19937 azar(13);
+    std::array<int, 2> veces{};
+    for (int vez = 0; vez < 600; ++vez) {
+        const int rango = 2 + vez % 9;
+        std::uniform_int_distribution<int> dado(0, rango);
+        CDibujo<int> dibujo;
+        for (int i = 0; i < 4 + vez % 40; ++i) {
+            CDibujo<int> ampliado(dibujo);
+            ampliado.Inserta(Linea({{dado(azar), dado(azar)}, {dado(azar), dado(azar)}}, false));
+            // Mostly sets without a crossing, which grow; now and then one with the crossing that ends it.
+            if (vez % 4 == 0 || !HayCruce(ampliado)) dibujo = ampliado;
+            if (vez % 4 == 0 && HayCruce(dibujo)) break;
+        }
+        CTIN tin;
+        const int resultado = Triangula(dibujo, tin);
+        ASSERT_EQ(resultado, HayCruce(dibujo) ? 0 : 1) << vez;
+        ++veces[std::size_t(resultado)];
+        ASSERT_NO_FATAL_FAILURE(EsperaValida(tin)) << vez;
+        if (tin.CantidadTriangulos() == 0) continue;
+        ASSERT_NO_FATAL_FAILURE(EsperaSeguida(tin, dibujo)) << vez;
+    }
+    EXPECT_GT(veces[0], 100);
+    EXPECT_GT(veces[1], 300);
 }
 
 TEST(CTriangulacion, PointsOfOnePlaceAreOneVertexOfTheFirstHeight) {
