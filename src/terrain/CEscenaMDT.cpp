@@ -5,6 +5,7 @@
 
 #include "frame/ListaGL.h"
 #include "frame/MaterialGL.h"
+#include "frame/PasadaGL.h"
 #include "frame/TrazoGL.h"
 #include "model/CElementoDigiTab.h"
 
@@ -199,29 +200,5 @@ int CEscenaMDT::SetVariablesVisualizacion() {
 }
 
 int CEscenaMDT::RenderCielo() {
-    for (const GLenum modo : {GL_MODELVIEW, GL_PROJECTION}) {
-        glMatrixMode(modo);
-        glPushMatrix();
-        glLoadIdentity();
-    }
-    if (GetOrtogonal() != 0) {
-        GLint viewport[4] = {};
-        glGetIntegerv(GL_VIEWPORT, viewport);
-        const double w = viewport[2], h = viewport[3];
-        const double horizontal = w <= h ? w * 0.5 / h : 0.5, vertical = w <= h ? 0.5 : h * 0.5 / w;
-        glOrtho(-horizontal, horizontal, -vertical, vertical, 0.0, 1.0);
-    } else {
-        gluPerspective(m_fAnguloVista, m_dAspecto, m_fPlanoCerca, m_fPlanoFondo * 1000.0);
-        glScaled(10.0 / m_dAspecto, 10.0, 10.0 / m_dAspecto);
-    }
-    glRotated(GetAnguloY(), 0.0, 1.0, 0.0);
-    glRotated(-GetAnguloZ(), 0.0, 0.0, 1.0);
-    glRotated(-GetAnguloX(), 1.0, 0.0, 0.0);
-    glMatrixMode(GL_MODELVIEW);
-    if (m_nListaCielo != 0) glCallList(m_nListaCielo);
-    for (const GLenum modo : {GL_PROJECTION, GL_MODELVIEW}) {
-        glMatrixMode(modo);
-        glPopMatrix();
-    }
-    return HayErrorGL() ? 0 : 1;
+    return RenderFondo(*this, m_dAspecto, m_nListaCielo);
 }
