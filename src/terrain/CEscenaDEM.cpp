@@ -74,6 +74,8 @@ CEscenaDEM::~CEscenaDEM() {
 }
 
 void CEscenaDEM::Destruir() {
+    while (m_bEsReferencia == 0 && !m_Texturas.empty())
+        DescargarImagen(0, 1, 1, 1);
     CEscenaMDT::Destruir();
     LiberaMalla();
     m_pDEM = nullptr;

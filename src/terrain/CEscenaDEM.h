@@ -39,7 +39,7 @@ class LUMBRA_API CEscenaDEM : public CEscenaMDT {
     int GetPasoMalla() const { return CalculaPaso(m_nPuntosSuavizado).x; }
     int GetSubdivisionMalla() const { return CalculaPaso(m_nPuntosSuavizado).f; }
 
-    /// As CGL::Destruir; also lets the grid go.
+    /// As CGL::Destruir; also unloads the images, whose files are deleted, and lets the grid go.
     void Destruir();
 
     // ---- Images ----------------------------------------------------------------------------------------------------

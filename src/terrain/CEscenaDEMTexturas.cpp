@@ -88,8 +88,9 @@ bool CEscenaDEM::DisponeTeselas(const IRaster& raster, const CDataImagen& imagen
     return FijaTamanosTextura(registro);
 }
 
-// Places the tiles on the grid, a tile's corner on a sample's place, and the image in the tiles: their north edge goes
-// up to the next line of the grid, the image stays where it is.
+// Places the tiles on the grid, so that their corners are samples, and the image in the tiles. The image stays where it
+// is: the tiles, which end with it in the south and begin with it in the west, are moved by less than a cell, towards
+// the grid's north-west corner where that lies beyond them, else away from it.
 EncajeTeselas CEscenaDEM::ColocaTeselas(const IRaster& raster, const CDataImagen& imagen,
                                         CDataTexturas& registro) const {
     const double celdaX = m_pDEM->GetCeldaX(), celdaY = m_pDEM->GetCeldaY(), pixel = imagen.SizePixel();

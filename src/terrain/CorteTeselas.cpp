@@ -59,8 +59,9 @@ class Corte {
   private:
     void EmpiezaNivel(unsigned l);
     int CortaTesela(int fila, int columna);
-    void BuscaColumnas(int columna);
-    std::int64_t FilaFuente(int fila, int i) const;
+    int LlenaTesela(int fila, int columna, bool bSujeta);
+    void BuscaColumnas(int columna, bool bSujeta);
+    std::int64_t FilaFuente(int fila, int i, bool bSujeta) const;
     bool LeeFila(int fila, BYTE* pixeles);
     bool Avanza(int pasos);
 
@@ -79,6 +80,8 @@ class Corte {
     int m_nFilas = 0, m_nColumnas = 0;            // of the image
     int m_nFilasFuera = 0, m_nColumnasFuera = 0;  // of the image, beyond the tiles' origin
     std::vector<BYTE> m_Tesela;
+    bool m_bHayPixeles = false;   // the image has something for the tile
+    std::vector<char> m_Tocadas;  // for each tile, whether it has at level 0
 
     // Columns of the image for the pixels of the tile from m_nPrimera on.
     int m_nPrimera = 0;
@@ -101,6 +104,7 @@ int Corte::Corta(int interpolacion) {
 
 void Corte::EmpiezaNivel(unsigned l) {
     m_Nivel = m_Niveles[l];
+    m_Tocadas.resize(m_Registro.NumTeselas());
     m_nAnchoUtil = Util(m_Registro.m_nAnchoUtil, l);
     m_nAltoUtil = Util(m_Registro.m_nAltoUtil, l);
     m_dDistanciaX = Distancia(m_Registro.m_nAnchoUtil, l, m_Registro.m_nNumCols);
@@ -112,46 +116,57 @@ void Corte::EmpiezaNivel(unsigned l) {
     m_Tesela.resize(static_cast<std::size_t>(m_Nivel.bytes));
 }
 
+// Fills a tile and writes it, unless the image has nothing for it.
 int Corte::CortaTesela(int fila, int columna) {
+    if (const int resultado = LlenaTesela(fila, columna, false); resultado != kHecho) return resultado;
+    const std::size_t tesela = m_Registro.Tesela(unsigned(fila), unsigned(columna));
+    char& tocada = m_Tocadas[tesela];
+    // From afar a tile that is covered in part may come to a few pixels that all lie beside the image.
+    if (!m_bHayPixeles && tocada != 0) LlenaTesela(fila, columna, true);
+    tocada = tocada != 0 || m_bHayPixeles;
+    if (!m_bHayPixeles) return kHecho;
+    m_Fichero.Seek(m_Nivel.Posicion(tesela), CFile::begin);
+    return m_Fichero.Write(m_Tesela.data(), m_Tesela.size()) ? kHecho : kSinSitio;
+}
+
+// @param bSujeta  rows and columns are held to the image: a second try, without progress
+int Corte::LlenaTesela(int fila, int columna, bool bSujeta) {
     std::ranges::fill(m_Tesela, BYTE{255});
-    BuscaColumnas(columna);
+    BuscaColumnas(columna, bSujeta);
     const std::size_t bytesFila = m_Nivel.BytesFila();
-    bool hayPixeles = false;
+    m_bHayPixeles = false;
     int i = 0;
     for (; i < m_nAltoUtil; ++i) {
-        if (!Avanza(1)) return kCancelado;
-        const std::int64_t fuente = FilaFuente(fila, i);
+        if (!bSujeta && !Avanza(1)) return kCancelado;
+        const std::int64_t fuente = FilaFuente(fila, i, bSujeta);
         if (fuente < 0) {
             if (!Avanza(m_nAltoUtil - 1 - i)) return kCancelado;
             break;
         }
-        if (fuente < m_nFilas && LeeFila(static_cast<int>(fuente), &m_Tesela[static_cast<std::size_t>(i) * bytesFila]))
-            hayPixeles = true;
+        BYTE* const pixeles = &m_Tesela[static_cast<std::size_t>(i) * bytesFila];
+        if (fuente < m_nFilas && LeeFila(static_cast<int>(fuente), pixeles)) m_bHayPixeles = true;
     }
-    if (!hayPixeles) return kHecho;
-    if (m_nAltoUtil < m_Nivel.alto)
+    if (i > 0 && m_nAltoUtil < m_Nivel.alto)
         for (; i < m_Nivel.alto; ++i) {
             BYTE* const destino = &m_Tesela[static_cast<std::size_t>(i) * bytesFila];
             std::copy_n(destino - bytesFila, bytesFila, destino);
         }
-    m_Fichero.Seek(m_Nivel.Posicion(m_Registro.Tesela(unsigned(fila), unsigned(columna))), CFile::begin);
-    return m_Fichero.Write(m_Tesela.data(), m_Tesela.size()) ? kHecho : kSinSitio;
+    return kHecho;
 }
 
-// The row of the image, from the bottom, for row i of a tile; negative below the image. Tiles smaller than a pixel have
-// one all the same.
-std::int64_t Corte::FilaFuente(int fila, int i) const {
+// The row of the image, from the bottom, for row i of a tile; negative below the image.
+std::int64_t Corte::FilaFuente(int fila, int i, bool bSujeta) const {
     const double altura = (m_Registro.m_nNumFilas - fila) * m_dDistanciaY - i;
     const std::int64_t fuente = Entero(altura * m_Encaje.razon + 0.5) - m_nFilasFuera - 1;
-    return m_dDistanciaY < 1.0 ? std::clamp<std::int64_t>(fuente, 0, m_nFilas - 1) : fuente;
+    return bSujeta ? std::clamp<std::int64_t>(fuente, 0, m_nFilas - 1) : fuente;
 }
 
-void Corte::BuscaColumnas(int columna) {
+void Corte::BuscaColumnas(int columna, bool bSujeta) {
     m_nPrimera = 0;
     m_Columnas.clear();
     for (int j = 0; j < m_nAnchoUtil; ++j) {
         std::int64_t c = Entero((m_dDistanciaX * columna + j) * m_Encaje.razon + 0.5) + m_nColumnasFuera;
-        if (m_dDistanciaX < 1.0) c = std::clamp<std::int64_t>(c, 0, m_nColumnas - 1);
+        if (bSujeta) c = std::clamp<std::int64_t>(c, 0, m_nColumnas - 1);
         if (c >= m_nColumnas) break;
         if (c < 0)
             ++m_nPrimera;
