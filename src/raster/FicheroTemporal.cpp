@@ -45,12 +45,9 @@ std::unique_ptr<CFile> CreaFicheroNuevo(const CString& carpeta, const wchar_t* p
     for (int contador = 0;; ++contador) {
         CString nombre;
         nombre.Format(L"%s%I64d%d%d.tmp", prefijo, ahora.time, ahora.millitm, contador);
-        nombre = JuntaRuta(carpeta, nombre);
-        auto fichero = std::make_unique<CFile>(nombre, kModo);
-        if (fichero->IsOpen()) {
-            ruta = nombre;
-            return fichero;
-        }
+        ruta = JuntaRuta(carpeta, nombre);
+        auto fichero = std::make_unique<CFile>(ruta, kModo);
+        if (fichero->IsOpen()) return fichero;
         if (GetLastError() != ERROR_ALREADY_EXISTS && GetLastError() != ERROR_FILE_EXISTS) return nullptr;
     }
 }

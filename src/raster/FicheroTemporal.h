@@ -17,7 +17,7 @@ std::unique_ptr<CFile> CreaFicheroTemporal(const CString& fuente, CString& ruta)
 
 /// Creates an empty file for reading and writing, "<prefijo><seconds><milliseconds><counter>.tmp".
 /// @param carpeta  where; empty for the bare name
-/// @param ruta     out: path of the new file
+/// @param ruta     out: path of the new file, or the one that couldn't be made
 /// @return null when it can't be made
 std::unique_ptr<CFile> CreaFicheroNuevo(const CString& carpeta, const wchar_t* prefijo, CString& ruta);
 

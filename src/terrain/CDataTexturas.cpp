@@ -11,17 +11,13 @@ namespace {
 void CopiaFichero(const CDataTexturas& otra, CDataTexturas& copia) {
     copia.m_pFichero = nullptr;
     copia.m_sNombreFichero.Empty();
-    CString ruta;
-    std::unique_ptr<CFile> fichero = CreaFicheroTexturas(CarpetaRuta(otra.m_sNombreFichero), ruta);
+    FicheroPasajero fichero = CreaFicheroTexturas(CarpetaRuta(otra.m_sNombreFichero));
     if (!fichero) return;
-    fichero->Close();
-    if (CopyFileW(otra.m_sNombreFichero, ruta, FALSE) &&
-        fichero->Open(ruta, CFile::modeReadWrite | CFile::typeBinary)) {
-        copia.m_pFichero = std::move(fichero);
-        copia.m_sNombreFichero = ruta;
-        return;
-    }
-    DeleteFileW(ruta);
+    const CString ruta = fichero->GetFilePath();
+    if (!CopyFileW(otra.m_sNombreFichero, ruta, FALSE)) return;
+    if (!fichero->Open(ruta, CFile::modeReadWrite | CFile::typeBinary)) return;  // the copy may be another file
+    copia.m_sNombreFichero = ruta;
+    copia.m_pFichero.reset(fichero.release());
 }
 
 }  // namespace
@@ -34,10 +30,12 @@ void CDataTexturas::Duplica(const CDataTexturas& otra) {
         ++m_pTexturas->duenos;
         otra.m_bCompartida = 1;
     }
-    if (otra.TieneFichero() && !otra.m_sNombreFichero.IsEmpty())
+    if (otra.TieneFichero() && !otra.m_sNombreFichero.IsEmpty()) {
         CopiaFichero(otra, *this);
-    else
-        m_pFichero = nullptr;
+        return;
+    }
+    m_pFichero = nullptr;
+    if (!m_pTexturas) m_bPrestada = 1;  // nothing but the name of the source's file
 }
 
 std::size_t CDataTexturas::NumTeselas() const {

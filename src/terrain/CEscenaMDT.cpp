@@ -53,6 +53,11 @@ CEscenaMDT::~CEscenaMDT() {
 }
 
 void CEscenaMDT::CopiaCapas(const CEscenaMDT& otra) {
+    m_Arboles = otra.m_Arboles;
+    m_pEdificios = otra.m_pEdificios;
+    m_nEjeX = otra.m_nEjeX;
+    m_nEjeY = otra.m_nEjeY;
+    m_nEjeZ = otra.m_nEjeZ;
     m_bLimitesIniciados = otra.m_bLimitesIniciados;
     m_bEdificiosIniciados = otra.m_bEdificiosIniciados;
     m_bRupturasIniciadas = otra.m_bRupturasIniciadas;
@@ -74,8 +79,9 @@ void CEscenaMDT::OnLiberarContexto(bool bBorrar) {
         if (bBorrar) BorraLista(*lista);
         *lista = 0;
     }
+    // Texture objects have owners of their own: what is only this scene's goes also while copies use the context.
     for (CDataTexturas& registro : m_Texturas)
-        BorraTexturasGL(registro, bBorrar);
+        BorraTexturasGL(registro, m_hRC != nullptr && wglGetCurrentContext() == m_hRC);
     CGL::OnLiberarContexto(bBorrar);
 }
 

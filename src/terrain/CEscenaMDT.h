@@ -16,6 +16,7 @@
 #include "terrain/CDataCargarImagen.h"
 #include "terrain/CDataTexturaSimple.h"
 #include "terrain/CDataTexturas.h"
+#include "terrain/CEdificios.h"
 #include "frame/CGL.h"
 #include "model/CDataImagen.h"
 #include "model/CDibujo.h"
@@ -149,7 +150,33 @@ class LUMBRA_API CEscenaMDT : public CGL {
     void TerrenoAPantallaGL(double& x, double& y, double& z, const Vertiz::CMaximas<double>& maximas, double a,
                             double b, double c, double d) const;
 
+    // ---- Buildings and trees ----
+    /// Takes a set of buildings, borrowed; null for none. They show when their layer is built again.
+    void RecargarEdificios(const CEdificios* pEdificios);
+    /// A copy of the buildings shown; empty without a set.
+    void GetEdificios(CEdificios& edificios) const;
+    /// Compiles walls and roofs, on the precision of the first building's `m_Superior`; nothing to do when they have
+    /// been built already. @return 1, also without buildings; 0 no context, or a GL error
+    int DibujarEdificios();
+    /// Compiles the trees: those of code "0" are conifers, others round. Likewise.
+    int DibujarArboles();
+    int OnIniciarEdificios() override { return DibujarEdificios(); }
+    int OnIniciarArboles() override { return DibujarArboles(); }
+    /// Send one tree into the open list: a round crown, or a cone, on a trunk. All in GL units.
+    /// @param x,y,z   its foot, y upwards
+    /// @param altura  from the foot to the top
+    /// @return 1; 0 a GL error, and the list is closed
+    static int PintaNaranjo(float x, float y, float z, float altura);
+    static int PintaConifera(float x, float y, float z, float altura);
+
   protected:
+    /// Trees: an entity each, whose first point is the foot and whose register 99 is the height, integers on the
+    /// drawing's seed. One without the register isn't shown.
+    Vertiz::CDibujo<int> m_Arboles;
+    const CEdificios* m_pEdificios = nullptr;  ///< borrowed
+    // The terrain axis that each axis of the scene shows, with its sign. Nothing sets others than these.
+    short m_nEjeX = 1, m_nEjeY = 2, m_nEjeZ = 3;
+
     /// Sets material, light, colours and polygon mode for the surface and what stands on it.
     int SetVariablesVisualizacion();
     /// Draws the sky behind everything, turned with the camera.
@@ -182,17 +209,19 @@ class LUMBRA_API CEscenaMDT : public CGL {
     void CopiaTexturas(const CEscenaMDT& otra);
     void DescargaTodo();
     void SueltaTexturas(CDataTexturas& registro);
-    void BorraTexturasGL(CDataTexturas& registro, bool bBorrar) const;
-    int CreaTexturasGL(CDataTexturas& registro);
+    static void SueltaFichero(CDataTexturas& registro, bool bBorrar);
+    static void BorraTexturasGL(CDataTexturas& registro, bool bBorrar);
+    static int CreaTexturasGL(CDataTexturas& registro);
     std::vector<CEscenaMDT*> HijosConImagen() const;
     void EntregaTexturas(CGL* hijo);
 
     // CEscenaMDTTeselas.cpp
-    class Reteselado;
+    bool CambiaSizeTextura(unsigned index, int alto, int ancho, const CString& carpeta, int borrarFichero);
 
     void CopiaCapas(const CEscenaMDT& otra);
     void CompilaCaja(const Vertiz::CMaximas<double>& maximas) const;
     void CompilaLinea(const Vertiz::CLinea<double>& linea, const Vertiz::CMaximas<double>& maximas) const;
+    int CompilaEdificio(const CDataEdificio& edificio, double escala) const;
     static Vertiz::CLinea<double> LineaLocal(const Vertiz::CEntidadDigi<int>& entidad, double precision,
                                              const Vertiz::CMaximas<double>& maximas);
 };

@@ -44,6 +44,8 @@ bool CEscenaMDT::SetNumFilasCols(int& filasTextura, int& colsTextura, int filas,
             if (std::int64_t{teselasFila} * teselasCol > std::numeric_limits<std::int32_t>::max()) return cambiado;
             registro.m_nNumFilas = teselasFila;
             registro.m_nNumCols = teselasCol;
+            registro.m_nAltoUtil = filasTextura;
+            registro.m_nAnchoUtil = colsTextura;
             return cambiado;
         }
         filasTextura = std::max(filasTextura / 2, 1);  // tiles needn't be square: the shorter side stays a pixel
@@ -77,9 +79,12 @@ bool PreparaTextura(GLuint nombre, bool bPiramide) {
 
 bool CEscenaMDT::Textura(unsigned index, unsigned fila, unsigned col) {
     if (index >= m_Texturas.size()) return false;
-    const CDataTexturas& registro = m_Texturas[index];
+    CDataTexturas& registro = m_Texturas[index];
+    if (!registro.TieneFichero()) return false;
+    // The objects may have gone with a former context of the scene.
+    if (!registro.m_pTexturas && registro.m_bPrestada == 0 && !CreaTexturasGL(registro)) return false;
     const GLuint nombre = registro.IdTextura(fila, col);
-    if (nombre == 0 || !registro.TieneFichero()) return false;
+    if (nombre == 0) return false;
     const std::size_t tesela = registro.Tesela(fila, col);
     registro.m_pTexturas->llenas[tesela] = 0;
     if (!PreparaTextura(nombre, registro.m_bPiramidales != 0)) return false;
@@ -130,4 +135,172 @@ void CEscenaMDT::GetImagen(IRaster* destino, unsigned index) {
 
 // ---- Cutting anew --------------------------------------------------------------------------------------------------
 
-void CEscenaMDT::CambiaSizeTexturas(int /*alto*/, int /*ancho*/, const CString& /*carpeta*/, int /*borrarFichero*/) {}
+namespace {
+
+constexpr Vertiz::CNivelMensajes kNivel = 2;
+constexpr Vertiz::CNivelMensajes kNivelFallo = 3;
+
+// Bytes of so many pixels.
+constexpr std::size_t Bytes(std::int64_t pixeles) {
+    return static_cast<std::size_t>(std::max<std::int64_t>(pixeles, 0)) * 3;
+}
+
+// What the tiles of a layout hold together, in pixels.
+struct Extension {
+    std::int64_t ancho, alto;
+    std::int64_t bytesFila;  // of the picture of them all
+    explicit Extension(const CDataTexturas& r)
+        : ancho(std::int64_t{r.m_nNumCols} * r.m_nAnchoUtil),
+          alto(std::int64_t{r.m_nNumFilas} * r.m_nAltoUtil),
+          bytesFila(BytesFilaTextura(std::int64_t{r.m_nNumCols} * r.m_nAnchoTextura)) {}
+};
+
+bool EscribeEn(CFile& fichero, std::int64_t posicion, std::span<const BYTE> datos) {
+    return fichero.Seek(posicion, CFile::begin) != CFile::posicionMala && fichero.Write(datos.data(), datos.size());
+}
+
+// A layout that can be written and read: tiles above the limit would never show.
+bool EsUsable(const CDataTexturas& r, int maximo) {
+    return r.NumTeselas() > 0 && r.m_nAnchoTextura <= maximo && r.m_nAltoTextura <= maximo && r.m_nAnchoUtil > 0 &&
+           r.m_nAltoUtil > 0 && r.m_nAnchoUtil <= r.m_nAnchoTextura && r.m_nAltoUtil <= r.m_nAltoTextura;
+}
+
+// Writes what all tiles hold of the image, at level 0, as one picture from the north.
+bool Aplana(const CDataTexturas& registro, CFile& plano) {
+    const Extension total(registro);
+    const CNivelTexturas nivel = NivelesTexturas(registro).front();
+    std::vector<BYTE> pixeles(static_cast<std::size_t>(nivel.bytes));
+    for (int t = 0; t < registro.m_nNumFilas; ++t)
+        for (int u = 0; u < registro.m_nNumCols; ++u) {
+            const auto tesela = registro.Tesela(static_cast<unsigned>(t), static_cast<unsigned>(u));
+            if (!LeeTesela(*registro.m_pFichero, nivel.Posicion(tesela), pixeles)) return false;
+            for (int i = 0; i < registro.m_nAltoUtil; ++i) {
+                const std::int64_t fila = std::int64_t{t} * registro.m_nAltoUtil + i;
+                const auto inicio = static_cast<std::int64_t>(Bytes(std::int64_t{u} * registro.m_nAnchoUtil));
+                const std::span origen = std::span(pixeles).subspan(nivel.BytesFila() * static_cast<std::size_t>(i));
+                if (!EscribeEn(plano, fila * total.bytesFila + inicio, origen.first(Bytes(registro.m_nAnchoUtil))))
+                    return false;
+            }
+        }
+    return true;
+}
+
+// Cuts that picture into the tiles of another layout. South edges meet: what the new rows have more lies in the north.
+class Cortador {
+  public:
+    Cortador(const CDataTexturas& viejo, const CDataTexturas& nuevo, const CFile& plano)
+        : m_Viejo(viejo),
+          m_Nuevo(nuevo),
+          m_Plano(plano),
+          m_Nivel(NivelesTexturas(nuevo).front()),
+          m_Pixeles(static_cast<std::size_t>(m_Nivel.bytes)) {}
+
+    bool Corta(CFile& fichero) {
+        for (int t = 0; t < m_Nuevo.m_nNumFilas; ++t)
+            for (int u = 0; u < m_Nuevo.m_nNumCols; ++u) {
+                std::ranges::fill(m_Pixeles, BYTE{255});
+                bool bLeida = false;
+                if (!LlenaTesela(t, u, bLeida)) return false;
+                const auto tesela = m_Nuevo.Tesela(static_cast<unsigned>(t), static_cast<unsigned>(u));
+                if (bLeida && !EscribeEn(fichero, m_Nivel.Posicion(tesela), m_Pixeles)) return false;
+            }
+        return true;
+    }
+
+  private:
+    // Pixels of a row that tile column u takes. A last one that reaches beyond the old tiles loses what it reaches
+    // beyond the first of them.
+    std::int64_t PixelesFila(int u) const {
+        const std::int64_t fin = (std::int64_t{u} + 1) * m_Nuevo.m_nAnchoUtil;
+        if (u + 1 < m_Nuevo.m_nNumCols || fin <= Extension(m_Viejo).ancho) return m_Nuevo.m_nAnchoUtil;
+        return std::max<std::int64_t>(m_Nuevo.m_nAnchoUtil - (fin - m_Viejo.m_nAnchoUtil), 0);
+    }
+
+    // @return false when reading failed
+    bool LlenaTesela(int t, int u, bool& bLeida) {
+        const Extension viejo(m_Viejo), nuevo(m_Nuevo);
+        const std::int64_t pixeles = PixelesFila(u);
+        if (pixeles == 0) return true;
+        const std::size_t bytesFila = m_Nivel.BytesFila();
+        int i = 0;
+        for (; i < m_Nuevo.m_nAltoUtil; ++i) {
+            const std::int64_t fila = std::int64_t{t} * m_Nuevo.m_nAltoUtil - (nuevo.alto - viejo.alto) + i;
+            if (fila < 0) continue;
+            if (fila >= viejo.alto) break;
+            const std::span destino = std::span(m_Pixeles).subspan(bytesFila * static_cast<std::size_t>(i), bytesFila);
+            const auto inicio = static_cast<std::int64_t>(Bytes(std::int64_t{u} * m_Nuevo.m_nAnchoUtil));
+            if (!LeeTesela(m_Plano, fila * viejo.bytesFila + inicio, destino.first(Bytes(pixeles)))) return false;
+            Repite(destino, 3, Bytes(pixeles));
+            bLeida = true;
+        }
+        if (bLeida) Repite(m_Pixeles, bytesFila, bytesFila * static_cast<std::size_t>(i));
+        return true;
+    }
+
+    // From `desde` on, repeats the element of `n` bytes before it.
+    static void Repite(std::span<BYTE> datos, std::size_t n, std::size_t desde) {
+        for (; desde + n <= datos.size(); desde += n)
+            std::copy_n(&datos[desde - n], n, &datos[desde]);
+    }
+
+    const CDataTexturas& m_Viejo;
+    const CDataTexturas& m_Nuevo;
+    const CFile& m_Plano;
+    CNivelTexturas m_Nivel;
+    std::vector<BYTE> m_Pixeles;  // of one tile
+};
+
+void Avisa(const CString& plano, const CString& nuevo) {
+    CString texto;
+    texto.Format(L"error\n%s\n%s", plano, nuevo);
+    if (Vertiz::IPorcentaje* porcentaje = Vertiz::PorcentajeActual()) porcentaje->Mensaje(kNivelFallo, texto, 1);
+}
+
+}  // namespace
+
+void CEscenaMDT::CambiaSizeTexturas(int alto, int ancho, const CString& carpeta, int borrarFichero) {
+    for (unsigned i = 0; i < m_Texturas.size(); ++i)
+        if (!CambiaSizeTextura(i, alto, ancho, carpeta, borrarFichero)) break;
+    for (CEscenaMDT* hijo : HijosConImagen())
+        hijo->CargarFicheroTexturasTemp(m_Texturas);
+}
+
+// One record. It is unloaded only when its new file is complete.
+// @return false when no more of them can be tried
+bool CEscenaMDT::CambiaSizeTextura(unsigned index, int alto, int ancho, const CString& carpeta, int borrarFichero) {
+    const CDataTexturas viejo = m_Texturas[index];
+    alto = std::min(alto, m_nMaxTexDim);
+    ancho = std::min(ancho, m_nMaxTexDim);
+    if (!viejo.TieneFichero() || !EsUsable(viejo, std::numeric_limits<int>::max())) return true;
+    const Extension total(viejo);
+    constexpr std::int64_t kMaximo = std::numeric_limits<std::int32_t>::max();
+    if (total.ancho > kMaximo || total.alto > kMaximo) return true;
+
+    CDataTexturas nuevo = viejo;
+    nuevo.m_bPiramidales = 0;
+    SetNumFilasCols(alto, ancho, static_cast<int>(total.alto), static_cast<int>(total.ancho), nuevo);
+    nuevo.m_nAnchoTextura = ancho;
+    nuevo.m_nAltoTextura = alto;
+    if (!EsUsable(nuevo, m_nMaxTexDim) || !FijaTamanosTextura(nuevo)) return true;
+
+    FicheroPasajero plano = CreaFicheroTexturas(carpeta);
+    if (!plano || !Aplana(viejo, *plano)) return false;
+    CString ruta;
+    FicheroPasajero fichero = CreaFicheroTexturas(carpeta, &ruta);
+    if (!fichero) {
+        Avisa(plano->GetFilePath(), ruta);
+        return false;
+    }
+    if (!Cortador(viejo, nuevo, *plano).Corta(*fichero)) return false;
+    plano.reset();
+
+    DescargarImagen(index, borrarFichero, 0, 1);
+    if (index >= m_Texturas.size()) return false;
+    nuevo.m_pFichero = nullptr;
+    nuevo.m_pTexturas = nullptr;
+    nuevo.m_bPrestada = nuevo.m_bCompartida = nuevo.m_bCargada = 0;
+    nuevo.m_sNombreFichero.Empty();
+    AjustaTeselas(nuevo);
+    m_Texturas[index] = std::move(nuevo);
+    return CargarImagen(fichero.release(), index, kNivel) != 0;
+}

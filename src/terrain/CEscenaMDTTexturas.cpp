@@ -7,8 +7,8 @@
 #include "platform/Ficheros.h"
 
 #include <algorithm>
-#include <limits>
 #include <memory>
+#include <utility>
 
 using Vertiz::CDibujo;
 using Vertiz::CNivelMensajes;
@@ -18,14 +18,6 @@ namespace {
 
 constexpr CNivelMensajes kNivel = 2;
 constexpr UINT kModo = CFile::modeReadWrite | CFile::typeBinary;
-
-// Closes a file that was to belong to a record, and deletes it.
-void Desecha(std::unique_ptr<CFile> fichero) {
-    if (!fichero) return;
-    const CString ruta = fichero->GetFilePath();
-    fichero->Close();
-    if (!ruta.IsEmpty()) DeleteFileW(ruta);
-}
 
 }  // namespace
 
@@ -48,11 +40,9 @@ int CEscenaMDT::CargarImagen(const CString& nombre, IRaster* raster, Vertiz::CDa
 }
 
 int CEscenaMDT::CargarImagen(CFile* fichero, unsigned index, CNivelMensajes nivel) {
-    std::unique_ptr<CFile> nuevo(fichero);
-    if (nuevo && index < m_Texturas.size() && AsignaTexturas(index, nivel) && index < m_Texturas.size())
-        return GrabaFicheroTexturas(nuevo.release(), index);
-    Desecha(std::move(nuevo));
-    return 0;
+    FicheroPasajero nuevo(fichero);
+    if (!nuevo || index >= m_Texturas.size() || !AsignaTexturas(index, nivel)) return 0;
+    return GrabaFicheroTexturas(nuevo.release(), index);
 }
 
 int CEscenaMDT::RecargarTexturas(CNivelMensajes nivel) {
@@ -76,8 +66,11 @@ int CEscenaMDT::CargarTexturaSimple(CDibujo<int>* dibujo, unsigned long color) {
 
 int CEscenaMDT::CargarFicheroTexturasTemp(const std::vector<CDataTexturas>& registros) {
     std::vector<CDataTexturas> nuevos = registros;  // it may be this scene's own
+    const auto sigue = [&](const CDataTexturas& viejo) {
+        return std::ranges::find(nuevos, viejo.m_sNombreFichero, &CDataTexturas::m_sNombreFichero) != nuevos.end();
+    };
     while (!m_Texturas.empty())
-        DescargarImagen(0, m_Texturas.front().TieneFichero(), 1, 1);
+        DescargarImagen(0, m_Texturas.front().TieneFichero() && !sigue(m_Texturas.front()), 1, 1);
     if (m_bEsReferencia != 0) {
         for (CDataTexturas& registro : nuevos)
             registro.m_bPrestada = 1;
@@ -109,21 +102,25 @@ int CEscenaMDT::CargarFicheroTexturasTemp(const std::vector<CDataTexturas>& regi
 int CEscenaMDT::GrabaFicheroTexturas(CFile* fichero, unsigned index) {
     if (!fichero || index >= m_Texturas.size()) return 0;
     CDataTexturas& registro = m_Texturas[index];
-    registro.m_pFichero.reset(fichero);
+    if (registro.m_bPrestada != 0) registro.m_pTexturas = nullptr;
+    if (registro.m_pFichero.get() != fichero) {
+        SueltaFichero(registro, registro.TieneFichero());
+        registro.m_pFichero.reset(fichero);
+    }
     registro.m_sNombreFichero = fichero->GetFilePath();
     registro.m_bPrestada = 0;
-    registro.m_bCargada = 0;
+    // Tiles without image weren't written; at the end of the file that must not look like a file cut short.
+    const std::vector<CNivelTexturas> niveles = NivelesTexturas(registro);
+    const auto bytes = niveles.empty() ? 0 : static_cast<ULONGLONG>(niveles.back().Fin(registro.NumTeselas()));
+    if (fichero->GetLength() < bytes) fichero->SetLength(bytes);
     return GrabaFicheroTexturas(index);
 }
 
 int CEscenaMDT::GrabaFicheroTexturas(const char* datos, int size, unsigned index, const CString& carpeta) {
     if (!datos || size < 0 || index >= m_Texturas.size()) return 0;
-    CString ruta;
-    std::unique_ptr<CFile> fichero = CreaFicheroTexturas(carpeta, ruta);
-    if (!fichero) return 0;
-    if (fichero->Write(datos, static_cast<std::size_t>(size))) return GrabaFicheroTexturas(fichero.release(), index);
-    Desecha(std::move(fichero));
-    return 0;
+    FicheroPasajero fichero = CreaFicheroTexturas(carpeta);
+    if (!fichero || !fichero->Write(datos, static_cast<std::size_t>(size))) return 0;
+    return GrabaFicheroTexturas(fichero.release(), index);
 }
 
 int CEscenaMDT::GrabaFicheroTexturas(unsigned index) {
@@ -152,9 +149,8 @@ int CEscenaMDT::CreaTexturasGL(CDataTexturas& registro) {
 
 // Lets the texture objects go; the last record that they belong to deletes them, if bBorrar, in the current context.
 // Emptying the set tells those who only look at it.
-void CEscenaMDT::BorraTexturasGL(CDataTexturas& registro, bool bBorrar) const {
-    const std::shared_ptr<CTexturasGL> texturas = std::move(registro.m_pTexturas);
-    registro.m_pTexturas = nullptr;
+void CEscenaMDT::BorraTexturasGL(CDataTexturas& registro, bool bBorrar) {
+    const std::shared_ptr<CTexturasGL> texturas = std::exchange(registro.m_pTexturas, nullptr);
     registro.m_bCargada = 0;
     if (!texturas || registro.m_bPrestada != 0 || --texturas->duenos > 0) return;
     if (bBorrar && !texturas->nombres.empty())
@@ -169,14 +165,20 @@ void CEscenaMDT::DescargarImagen(unsigned index, int borrarFichero, int borrarRe
     if (index >= m_Texturas.size()) return;
     CDataTexturas& registro = m_Texturas[index];
     if (registro.m_bPrestada == 0) {
-        if (registro.m_pFichero) registro.m_pFichero->Close();  // also for those who look at it
-        registro.m_pFichero = nullptr;
-        if (borrarFichero != 0 && !registro.m_sNombreFichero.IsEmpty()) DeleteFileW(registro.m_sNombreFichero);
+        SueltaFichero(registro, borrarFichero != 0);
         SueltaTexturas(registro);
     }
     if (borrarRegistro != 0) m_Texturas.erase(m_Texturas.begin() + index);
     for (CEscenaMDT* hijo : HijosConImagen())
         hijo->DescargarImagen(index, 1, borrarRegistro, 1);
+}
+
+// Closes a record's file, and deletes it if bBorrar, unless both are another's.
+void CEscenaMDT::SueltaFichero(CDataTexturas& registro, bool bBorrar) {
+    const std::shared_ptr<CFile> fichero = std::exchange(registro.m_pFichero, nullptr);
+    if (registro.m_bPrestada != 0) return;
+    if (fichero) fichero->Close();  // also for those who look at it
+    if (bBorrar && !registro.m_sNombreFichero.IsEmpty()) DeleteFileW(registro.m_sNombreFichero);
 }
 
 // Takes the context, where there is one, for deleting a record's texture objects.

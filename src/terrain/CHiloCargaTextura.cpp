@@ -41,7 +41,6 @@ void CHiloCargaTextura::Stop() {
 }
 
 void CHiloCargaTextura::Run() {
-    m_bOmitidas = false;
     const std::size_t registros = m_pRegistros->size();
     const unsigned filas =
         m_nRegistro < registros ? static_cast<unsigned>(std::max((*m_pRegistros)[m_nRegistro].m_nNumFilas, 0)) : 0;
@@ -67,12 +66,10 @@ void CHiloCargaTextura::Run() {
 
 // A row of tiles. A tile whose context can't be had is passed over.
 void CHiloCargaTextura::Calculo(unsigned fila) {
-    const auto columnas = static_cast<unsigned>(std::max((*m_pRegistros)[m_nRegistro].m_nNumCols, 0));
-    for (unsigned col = 0; col < columnas; ++col) {
-        if (m_nTipo != 3 && !HayTriangulos(fila, col)) {
-            m_bOmitidas = true;
-            continue;
-        }
+    const CDataTexturas& registro = (*m_pRegistros)[m_nRegistro];
+    const auto columnas = static_cast<unsigned>(std::max(registro.m_nNumCols, 0));
+    for (unsigned col = 0; col < columnas && !HayQueParar(); ++col) {
+        if (registro.EstaLlena(fila, col) || (m_nTipo != 3 && !HayTriangulos(fila, col))) continue;
         bool actual = false;
         {
             const CSingleLock cierre(m_pSeccion, TRUE);

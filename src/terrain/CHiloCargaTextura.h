@@ -17,7 +17,8 @@ namespace Vertiz {
 /// Fills the tiles of one image, row by row, from a context of its own that shares objects with the scene's. Any number
 /// of workers share the rows of an image; a host starts them, waits, and draws with the names, which don't change.
 ///
-/// On a triangulated scene only those tiles are filled that a triangle uses, here or in a reference or link.
+/// Tiles that are full already stay as they are. Where the surface is made of triangles, only those tiles are filled
+/// that one uses, here or in a reference or link; a grid has none, and fills its tiles itself.
 class LUMBRA_API CHiloCargaTextura : public CHilo {
   public:
     CHiloCargaTextura() = default;
@@ -35,8 +36,8 @@ class LUMBRA_API CHiloCargaTextura : public CHilo {
     /// @param contexto    the worker's own, joined to the scene's
     /// @param seccion     shared: guards `fila`, `contador` and the taking of contexts
     /// @param fila        shared: the next row to fill
-    /// @param parar       shared: ends the workers after their tile; set to false here, to true by a host that cancels
-    ///                    and by a worker that failed
+    /// @param parar       shared: ends the workers after their tile. Every Start sets it to false; a worker that failed
+    ///                    and a host that cancels, to true
     void Start(unsigned id, CEvent* fin, long* contador, std::vector<CDataTexturas>* registros, unsigned index,
                int tipo, std::vector<CGL*>* referencias, std::vector<CGL*>* vinculos, CEscenaMDT* escena,
                HGLRC contexto, CCriticalSection* seccion, unsigned* fila, bool* parar);
@@ -64,7 +65,6 @@ class LUMBRA_API CHiloCargaTextura : public CHilo {
     CCriticalSection* m_pSeccion = nullptr;
     unsigned* m_pFila = nullptr;
     bool* m_pParar = nullptr;
-    bool m_bOmitidas = false;  // a tile was left out, since no triangle uses it
 };
 
 }  // namespace Vertiz

@@ -4,6 +4,7 @@
 
 #include "terrain/CDataTexturas.h"
 #include "raster/FicheroTemporal.h"
+#include "platform/Ficheros.h"
 
 #include <algorithm>
 #include <limits>
@@ -36,8 +37,18 @@ bool FijaTamanosTextura(CDataTexturas& registro) {
     return true;
 }
 
-std::unique_ptr<CFile> CreaFicheroTexturas(const CString& carpeta, CString& ruta) {
-    return Vertiz::CreaFicheroNuevo(carpeta, L"Texturas", ruta);
+void BorraFichero::operator()(CFile* fichero) const {
+    const CString ruta = fichero->GetFilePath();
+    fichero->Close();
+    delete fichero;
+    if (!ruta.IsEmpty()) DeleteFileW(ruta);
+}
+
+FicheroPasajero CreaFicheroTexturas(const CString& carpeta, CString* ruta) {
+    CString nombre;
+    FicheroPasajero fichero(Vertiz::CreaFicheroNuevo(carpeta, L"Texturas", nombre).release());
+    if (ruta) *ruta = nombre;
+    return fichero;
 }
 
 bool LeeTesela(const CFile& fichero, std::int64_t posicion, std::span<BYTE> pixeles) {

@@ -45,11 +45,18 @@ std::vector<CNivelTexturas> NivelesTexturas(const CDataTexturas& registro);
 /// @return false when a slot, or the number of slots, is not above 0 or above 2^31 - 1
 bool FijaTamanosTextura(CDataTexturas& registro);
 
+/// Closes a file, deletes it from its folder, and frees the object.
+struct BorraFichero {
+    void operator()(CFile* fichero) const;
+};
+/// A file that goes with this pointer, unless it is handed over by release().
+using FicheroPasajero = std::unique_ptr<CFile, BorraFichero>;
+
 /// Creates an empty file for reading and writing, "Texturas<seconds><milliseconds><counter>.tmp".
 /// @param carpeta  where; empty for the bare name
-/// @param ruta     out: path of the new file
+/// @param ruta     out, if given: path of the new file, or the one that couldn't be made
 /// @return null when it can't be made
-std::unique_ptr<CFile> CreaFicheroTexturas(const CString& carpeta, CString& ruta);
+FicheroPasajero CreaFicheroTexturas(const CString& carpeta, CString* ruta = nullptr);
 
 /// Reads a slot, or the part of it that the span has room for. What the file doesn't have is white.
 /// @return false when reading failed

@@ -158,8 +158,8 @@ TEST_F(Esferica, AsAReferenceItDrawsInItsParentsFrame) {
     padre.SetEjes(0);
     ASSERT_EQ(padre.CreaEn(m_Tela), 1);
     auto* hija = new EscenaPanorama(new ImagenContada(new Foto(4, 2)), 1);
-    hija->m_Data.m_bMaximasObjeto = 0;
     padre.ReferenciaNuevo(hija);
+    padre.m_Data.m_bMaximasObjeto = 0;  // a child is built all the same
     padre.OnZoomExtension();
     ASSERT_EQ(padre.Iniciar(), 1);
     ASSERT_EQ(padre.Resize(64, 48), 1);
