@@ -8,13 +8,11 @@
 #include "terrain/FicheroTexturas.h"
 #include "raster/IRaster.h"
 #include "model/CDataImagen.h"
-#include "platform/Ficheros.h"
 
 #include <algorithm>
 #include <bit>
 #include <cmath>
 #include <limits>
-#include <memory>
 
 using Vertiz::CDataImagen;
 using Vertiz::CNivelMensajes;
@@ -131,15 +129,10 @@ int CEscenaDEM::CargarImagen(IRaster* raster, CDataImagen& imagen, const CDataCa
     if (!DisponeTeselas(*raster, imagen, registro)) return 0;
     const EncajeTeselas encaje = ColocaTeselas(*raster, imagen, registro);
 
-    CString ruta;
-    std::unique_ptr<CFile> fichero = CreaFicheroTexturas(carpeta, ruta);
+    FicheroPasajero fichero = CreaFicheroTexturas(carpeta);
     if (!fichero) return 0;
-    if (const int corte = CortaTeselas(*raster, registro, encaje, opciones.m_nInterpolacion, *fichero, nivel);
-        corte != 1) {
-        fichero.reset();
-        DeleteFileW(ruta);
-        return corte == 2 ? 1 : 0;
-    }
+    const int corte = CortaTeselas(*raster, registro, encaje, opciones.m_nInterpolacion, *fichero, nivel);
+    if (corte != 1) return corte == 2 ? 1 : 0;
     m_Texturas.push_back(registro);
     const auto index = static_cast<unsigned>(m_Texturas.size() - 1);
     if (CargarImagen(fichero.release(), index, nivel)) return 1;
@@ -201,10 +194,8 @@ void CEscenaDEM::SetTexturas(const char* datos, int anchoTextura, int altoTextur
     registro.m_nDespCol = despCol;
     registro.m_nDespFila = despFila;
     registro.m_bCargada = 0;
-    registro.m_pFichero = CreaFicheroTexturas(carpeta, registro.m_sNombreFichero);
-    if (registro.m_pFichero && sizeNivel0 > 0 &&
-        !registro.m_pFichero->Write(datos, static_cast<std::size_t>(sizeNivel0))) {
-        registro.m_pFichero = nullptr;
-        DeleteFileW(registro.m_sNombreFichero);
-    }
+    registro.m_pFichero = nullptr;
+    FicheroPasajero fichero = CreaFicheroTexturas(carpeta, &registro.m_sNombreFichero);
+    if (fichero && (sizeNivel0 <= 0 || fichero->Write(datos, static_cast<std::size_t>(sizeNivel0))))
+        registro.m_pFichero.reset(fichero.release());
 }
