@@ -109,7 +109,7 @@ std::vector<CTriangulo> Triangulos(const CDelaunay& delaunay, const std::vector<
     triangulos.reserve(static_cast<std::size_t>(cuantos));
     for (std::size_t i = 0; i < todos.size(); ++i) {
         if (lugares[i] < 0) continue;
-        const auto& [v, n] = todos[i];
+        const std::array<int, 3>&v = todos[i].v, &n = todos[i].n;
         const auto punto = [&](int k) { return &puntos[static_cast<std::size_t>(v[k])]; };
         const auto vecino = [&](int k) { return lugares[static_cast<std::size_t>(n[k])]; };
         // Side i of the result begins at vertex i: it lies opposite to the vertex before.

@@ -155,6 +155,7 @@ class LUMBRA_API CEscenaMDT : public CGL {
     void RecargarEdificios(const CEdificios* pEdificios);
     /// A copy of the buildings shown; empty without a set.
     void GetEdificios(CEdificios& edificios) const;
+    using CGL::GetEdificios;  // the setting
     /// Compiles walls and roofs, on the precision of the first building's `m_Superior`; nothing to do when they have
     /// been built already. @return 1, also without buildings; 0 no context, or a GL error
     int DibujarEdificios();
