@@ -13,7 +13,7 @@ namespace {
 using modelos::Rejilla;
 
 /// A grid of 40 x 40 cells of 10, its south-west corner at (1000, 2000), north-west at (1000, 2400).
-class Texturas : public Drapeado {
+class TexturasRejilla : public Drapeado {
   protected:
     void SetUp() override {
         m_dem = Rejilla(41, 41, [](int r, int c) { return float(r + c); }, {.oeste = 1000, .sur = 2000});
@@ -41,7 +41,7 @@ class Texturas : public Drapeado {
 
 // ---- Layout --------------------------------------------------------------------------------------------------------
 
-TEST_F(Texturas, TilesHoldWholeCells) {
+TEST_F(TexturasRejilla, TilesHoldWholeCells) {
     const CDataTexturas r = Dispone(1100, 2000, 0.7, 1024);
     // 14.29 pixels a cell. Tiles of 1024 and 512 would waste too much of 1100; 256 hold 17 cells: 242.9 pixels.
     EXPECT_EQ(r.m_nAltoTextura, 256);
@@ -53,7 +53,7 @@ TEST_F(Texturas, TilesHoldWholeCells) {
     EXPECT_EQ(r.m_nNumCols, 9);
 }
 
-TEST_F(Texturas, UsefulPixelsAreCutOff) {
+TEST_F(TexturasRejilla, UsefulPixelsAreCutOff) {
     // 3.33 pixels a cell: 64 hold 19 cells, 63.33 pixels.
     const CDataTexturas r = Dispone(64, 64, 3, 64);
     EXPECT_EQ(r.m_nCeldasCol, 19);
@@ -61,7 +61,7 @@ TEST_F(Texturas, UsefulPixelsAreCutOff) {
     EXPECT_EQ(r.m_nNumCols, 2) << "63 pixels don't hold 64";
 }
 
-TEST_F(Texturas, CellsThatAreNotSquareHaveTheirOwnCounts) {
+TEST_F(TexturasRejilla, CellsThatAreNotSquareHaveTheirOwnCounts) {
     ASSERT_TRUE(m_dem.SetCelda(10, 5));
     const CDataTexturas r = Dispone(64, 64, 1, 64);
     EXPECT_EQ(r.m_nCeldasCol, 6);
@@ -70,7 +70,7 @@ TEST_F(Texturas, CellsThatAreNotSquareHaveTheirOwnCounts) {
     EXPECT_EQ(r.m_nAltoUtil, 60);
 }
 
-TEST_F(Texturas, ASmallImageTakesSmallTilesAndACellLargerThanATileMakesThemGrow) {
+TEST_F(TexturasRejilla, ASmallImageTakesSmallTilesAndACellLargerThanATileMakesThemGrow) {
     m_escena.SetMaxTexDim(1024);
     bool cambiado = false;
     CDataTexturas r = Dispone(100, 100, 1, 1024, &cambiado);
@@ -87,7 +87,7 @@ TEST_F(Texturas, ASmallImageTakesSmallTilesAndACellLargerThanATileMakesThemGrow)
     EXPECT_FALSE(cambiado);
 }
 
-TEST_F(Texturas, RowsAndColumnsGrowUntilTheImageIsCovered) {
+TEST_F(TexturasRejilla, RowsAndColumnsGrowUntilTheImageIsCovered) {
     // 26 pixels of 32 are used: what three tiles of 32 hold takes four.
     const CDataTexturas r = Dispone(94, 94, 10.0 / 26, 32);
     EXPECT_EQ(r.m_nAltoUtil, 26);
@@ -99,7 +99,7 @@ TEST_F(Texturas, RowsAndColumnsGrowUntilTheImageIsCovered) {
     EXPECT_GE(larga.m_nNumCols * larga.m_nAnchoUtil, 160);
 }
 
-TEST_F(Texturas, DecimalsThatBinaryNumbersDoNotHoldAreTheNumbersThatTheyMean) {
+TEST_F(TexturasRejilla, DecimalsThatBinaryNumbersDoNotHoldAreTheNumbersThatTheyMean) {
     ASSERT_TRUE(m_dem.SetCelda(0.3, 0.3));
     ASSERT_LT(0.3 / 0.1, 3.0);
     const CDataTexturas r = Dispone(60, 60, 0.1, 64);
@@ -114,7 +114,7 @@ TEST_F(Texturas, DecimalsThatBinaryNumbersDoNotHoldAreTheNumbersThatTheyMean) {
     EXPECT_EQ(Registro().m_nDespCol, -3);
 }
 
-TEST_F(Texturas, WithoutGridOrSizesThereIsNoLayoutAndNoEnd) {
+TEST_F(TexturasRejilla, WithoutGridOrSizesThereIsNoLayoutAndNoEnd) {
     const double nan = std::numeric_limits<double>::quiet_NaN(), inf = std::numeric_limits<double>::infinity();
     for (const double resolucion : {0.0, -1.0, nan, inf, -inf}) {
         EXPECT_EQ(Dispone(100, 100, resolucion, 64).NumTeselas(), 0u) << resolucion;
@@ -145,7 +145,7 @@ TEST_F(Texturas, WithoutGridOrSizesThereIsNoLayoutAndNoEnd) {
     CompruebaQueDibuja();
 }
 
-TEST_F(Texturas, APixelAsLargeAsTheGridAndLargerIsDraped) {
+TEST_F(TexturasRejilla, APixelAsLargeAsTheGridAndLargerIsDraped) {
     for (const double pixel : {33.0, 400.0, 1e6}) {
         ASSERT_EQ(Drapea(*Pinta(1, 1, Abigarrado), {.oeste = 1000, .norte = 2400, .pixel = pixel, .resolucion = pixel}),
                   1)
@@ -159,13 +159,13 @@ TEST_F(Texturas, APixelAsLargeAsTheGridAndLargerIsDraped) {
     }
 }
 
-TEST_F(Texturas, TilesAreNeverLargerThanOpenGLTakes) {
+TEST_F(TexturasRejilla, TilesAreNeverLargerThanOpenGLTakes) {
     m_escena.SetMaxTexDim(100);
     ASSERT_EQ(Drapea(*Pinta(300, 300, Abigarrado), Normal()), 1);
     EXPECT_EQ(Registro().m_nAnchoTextura, 64);
 }
 
-TEST_F(Texturas, ACellListTakesNoImage) {
+TEST_F(TexturasRejilla, ACellListTakesNoImage) {
     Vertiz::CDEM lista = modelos::ListaCeldas({{1, 2}, {3, 4}});
     m_escena.SetDEM(&lista);
     EXPECT_EQ(Drapea(*Pinta(9, 9, Abigarrado), Normal()), 0);
@@ -175,7 +175,7 @@ TEST_F(Texturas, ACellListTakesNoImage) {
 
 // ---- Records -------------------------------------------------------------------------------------------------------
 
-TEST_F(Texturas, ARecordCountsPixelsOfTheTexture) {
+TEST_F(TexturasRejilla, ARecordCountsPixelsOfTheTexture) {
     Tesela(64);
     ASSERT_EQ(Drapea(*Pinta(101, 63, Abigarrado), {.oeste = 1000, .norte = 2400, .resolucion = 2, .piramide = 1}), 1);
     const CDataTexturas r = Registro();
@@ -189,7 +189,7 @@ TEST_F(Texturas, ARecordCountsPixelsOfTheTexture) {
     EXPECT_TRUE(r.m_sNombreFichero.Utf8().find("Texturas") != std::string::npos);
 }
 
-TEST_F(Texturas, LocalCoordinatesAreThoseWithoutTheSeed) {
+TEST_F(TexturasRejilla, LocalCoordinatesAreThoseWithoutTheSeed) {
     m_dem.Semilla() = Vertiz::CDataSemilla(2, 900, 1800);
     Tesela(64);
     ASSERT_EQ(
@@ -200,7 +200,7 @@ TEST_F(Texturas, LocalCoordinatesAreThoseWithoutTheSeed) {
     EXPECT_EQ(Registro().m_dOrigenY, 2400 - 20 - 60);
 }
 
-TEST_F(Texturas, TheImagesNameIsKept) {
+TEST_F(TexturasRejilla, TheImagesNameIsKept) {
     Vertiz::CDataImagen imagen(1000, 2400, 1, 1, Vertiz::CDataImagen::ABSOLUTA);
     CDataCargarImagen opciones;
     opciones.m_dResolucion = 1;
@@ -209,7 +209,7 @@ TEST_F(Texturas, TheImagesNameIsKept) {
     EXPECT_EQ(Registro().m_sNombreImagen, CString(L"vuelo de 1956"));
 }
 
-TEST_F(Texturas, FilesLoadedAgainLieWhereTheyWereCutFor) {
+TEST_F(TexturasRejilla, FilesLoadedAgainLieWhereTheyWereCutFor) {
     // Places, sizes and resolutions: what the file's place alone tells is what cutting it had settled.
     std::mt19937 azar(7);
     const auto entre = [&](int a, int b) { return std::uniform_int_distribution(a, b)(azar); };
@@ -235,7 +235,7 @@ TEST_F(Texturas, FilesLoadedAgainLieWhereTheyWereCutFor) {
     }
 }
 
-TEST_F(Texturas, FilesFindTheirPlaceOnAnotherGrid) {
+TEST_F(TexturasRejilla, FilesFindTheirPlaceOnAnotherGrid) {
     Tesela(64);
     ASSERT_EQ(Drapea(*Pinta(120, 120, Abigarrado), {.oeste = 1100, .norte = 2300}), 1);
     std::vector<CDataTexturas> registros;
@@ -256,7 +256,7 @@ TEST_F(Texturas, FilesFindTheirPlaceOnAnotherGrid) {
     m_escena.SetDEM(&m_dem);
 }
 
-TEST_F(Texturas, AFileThatIsGoneCanNotBeLoaded) {
+TEST_F(TexturasRejilla, AFileThatIsGoneCanNotBeLoaded) {
     Tesela(64);
     ASSERT_EQ(Drapea(*Pinta(60, 60, Abigarrado), Normal()), 1);
     std::vector<CDataTexturas> registros;
@@ -269,7 +269,7 @@ TEST_F(Texturas, AFileThatIsGoneCanNotBeLoaded) {
 
 // ---- What goes wrong -----------------------------------------------------------------------------------------------
 
-TEST_F(Texturas, CancellingAtAnyStepLeavesNothing) {
+TEST_F(TexturasRejilla, CancellingAtAnyStepLeavesNothing) {
     const Carga carga{.oeste = 1000, .norte = 2400, .piramide = 1};
     Tesela(16);
     int pasos = 0;
@@ -291,7 +291,7 @@ TEST_F(Texturas, CancellingAtAnyStepLeavesNothing) {
     CompruebaQueDibuja();
 }
 
-TEST_F(Texturas, WithoutAFolderThereIsNoImage) {
+TEST_F(TexturasRejilla, WithoutAFolderThereIsNoImage) {
     const std::size_t descriptores = CuentaDescriptores();
     Vertiz::CDataImagen imagen(1000, 2400, 1, 1, Vertiz::CDataImagen::ABSOLUTA);
     CDataCargarImagen opciones;
@@ -305,7 +305,7 @@ TEST_F(Texturas, WithoutAFolderThereIsNoImage) {
     CompruebaQueDibuja();
 }
 
-TEST_F(Texturas, WithoutRoomOnTheDiskThereIsNoImageAndNoFile) {
+TEST_F(TexturasRejilla, WithoutRoomOnTheDiskThereIsNoImageAndNoFile) {
     const auto raster = Pinta(200, 200, Abigarrado);
     Tesela(64);
     for (const rlim_t bytes : {rlim_t(0), rlim_t(64 * 64 * 3), rlim_t(15 * 64 * 64 * 3 + 7)}) {
@@ -317,7 +317,7 @@ TEST_F(Texturas, WithoutRoomOnTheDiskThereIsNoImageAndNoFile) {
     CompruebaQueDibuja();
 }
 
-TEST_F(Texturas, TheEndOfTheFileNeedsRoomAlsoWhereItIsAHole) {
+TEST_F(TexturasRejilla, TheEndOfTheFileNeedsRoomAlsoWhereItIsAHole) {
     // The second tile gets nothing of the image; the first fits.
     Tesela(16);
     const DiscoLleno lleno(16 * 16 * 3);
@@ -325,7 +325,7 @@ TEST_F(Texturas, TheEndOfTheFileNeedsRoomAlsoWhereItIsAHole) {
     EXPECT_EQ(m_carpeta.CuentaFicheros(), 0u);
 }
 
-TEST_F(Texturas, WithoutAContextThereIsNoImageAndOtherBandsAreWhole) {
+TEST_F(TexturasRejilla, WithoutAContextThereIsNoImageAndOtherBandsAreWhole) {
     Tesela(64);
     ASSERT_EQ(Drapea(*Pinta(60, 60, Abigarrado), {.oeste = 1000, .norte = 2400}), 1);
     const auto zonas = Registro().m_ZonasLibres;
@@ -338,7 +338,7 @@ TEST_F(Texturas, WithoutAContextThereIsNoImageAndOtherBandsAreWhole) {
     CompruebaQueDibuja();
 }
 
-TEST_F(Texturas, AnImageBesideTheTerrainIsKeptAndTheTerrainStays) {
+TEST_F(TexturasRejilla, AnImageBesideTheTerrainIsKeptAndTheTerrainStays) {
     Tesela(64);
     for (const auto& [oeste, norte] : {std::pair{5000.0, 2400.0},
                                        {-5000.0, 2400.0},
@@ -357,7 +357,7 @@ TEST_F(Texturas, AnImageBesideTheTerrainIsKeptAndTheTerrainStays) {
 
 // ---- Ready tiles ---------------------------------------------------------------------------------------------------
 
-TEST_F(Texturas, ReadyTilesGoToTheRecordBehindTheOneThatIsRemoved) {
+TEST_F(TexturasRejilla, ReadyTilesGoToTheRecordBehindTheOneThatIsRemoved) {
     Tesela(64);
     ASSERT_EQ(Drapea(*Pinta(60, 60, Abigarrado), Normal()), 1);
     ASSERT_EQ(Drapea(*Pinta(60, 60, Abigarrado), {.oeste = 1100, .norte = 2300}), 1);
@@ -382,7 +382,7 @@ TEST_F(Texturas, ReadyTilesGoToTheRecordBehindTheOneThatIsRemoved) {
     CompruebaQueDibuja();
 }
 
-TEST_F(Texturas, ReadyTilesWithoutARecordBehindOrWithoutDataAreNotTaken) {
+TEST_F(TexturasRejilla, ReadyTilesWithoutARecordBehindOrWithoutDataAreNotTaken) {
     Tesela(64);
     ASSERT_EQ(Drapea(*Pinta(60, 60, Abigarrado), Normal()), 1);
     m_escena.SetTexturas(nullptr, 4, 4, 48, 96, 2, 1, 3, 5, 0, 0, 0, Carpeta());
@@ -396,7 +396,7 @@ TEST_F(Texturas, ReadyTilesWithoutARecordBehindOrWithoutDataAreNotTaken) {
     CompruebaQueDibuja();
 }
 
-TEST_F(Texturas, ReadyTilesWithoutRoomLeaveARecordWithoutAFile) {
+TEST_F(TexturasRejilla, ReadyTilesWithoutRoomLeaveARecordWithoutAFile) {
     Tesela(64);
     const std::string datos(96, 'x');
     for (const bool carpeta : {false, true}) {
