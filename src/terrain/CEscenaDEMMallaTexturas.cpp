@@ -72,7 +72,8 @@ bool CEscenaDEM::ColocaTesela(const CDataTexturas& registro, int fila, int colum
     const int abajo = CeldasHasta(registro.m_nCeldasFila, registro.m_nNumFilas, registro.m_nDespFila);
     const int inicio = fila == 0 ? abajo - FilasImagen(registro) : r0;
     const bool ultima = columna == registro.m_nNumCols - 1;
-    const int fin = ultima ? ColumnasImagen(registro) - registro.m_nDespCol + cierre : c1;
+    const int fin =
+        ultima ? CeldasHasta(registro.m_nCeldasCol, 0, registro.m_nDespCol) + ColumnasImagen(registro) + cierre : c1;
 
     tesela.fila0 = r0, tesela.col0 = c0;
     tesela.filaInicio = EnPaso(std::max(inicio, 0), x);

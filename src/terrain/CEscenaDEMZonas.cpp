@@ -69,8 +69,8 @@ CMaximas<int> CEscenaDEM::ZonaImagen(const CDataTexturas& registro) const {
     const int filas = static_cast<int>(m_pDEM->GetFilas()), columnas = static_cast<int>(m_pDEM->GetColumnas()) - 1;
     const int fin = CeldasHasta(registro.m_nCeldasFila, registro.m_nNumFilas, registro.m_nDespFila);
     const int filaMin = std::max(fin - FilasImagen(registro), 0), filaMax = std::min(filas, fin);
-    const int colMin = std::max(-registro.m_nDespCol, 0);
-    const int colMax = std::min(ColumnasImagen(registro) - registro.m_nDespCol, columnas);
+    const int oeste = CeldasHasta(registro.m_nCeldasCol, 0, registro.m_nDespCol);
+    const int colMin = std::max(oeste, 0), colMax = std::min(oeste + ColumnasImagen(registro), columnas);
     if (filaMin >= std::min(filaMax, filas - 1) || colMin >= colMax) return {};
     return Zona(filaMin, filaMax, colMin, colMax);
 }
