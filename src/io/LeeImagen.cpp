@@ -135,7 +135,7 @@ Malla DisponMalla(GDALDatasetH datos, const std::string& wktTerreno, bool otroSi
     int columnas = GDALGetRasterXSize(datos), filas = GDALGetRasterYSize(datos);
     Malla malla;
     CMaximas<double> imagen;
-    malla.tal_cual =
+    malla.recta =
         !otroSistema && t[2] == 0.0 && t[4] == 0.0 && t[1] > 0.0 && t[5] < 0.0 && std::abs(t[1] + t[5]) < 1e-6 * t[1];
     if (!malla.recta) {
         const CMensajesGdal mensajes;
