@@ -56,7 +56,7 @@ bool LectorTrozo::Llena() {
 bool LectorTrozo::Salta(std::uint64_t filas) {
     if (m_bPackBits) {
         for (; filas > 0; --filas)
-            if (FilaPackBits() == nullptr) return false;
+            if (Fila() == nullptr) return false;
         return true;
     }
     const std::uint64_t bytes = filas * m_nFila, enBuffer = std::min<std::uint64_t>(bytes, m_nFin - m_nInicio);
@@ -77,8 +77,8 @@ const BYTE* LectorTrozo::FilaSimple() {
 
 // A packet begins with n: up to 127, n + 1 bytes follow; from 129 on, the next byte counts 257 - n times; 128 is
 // nothing.
-const BYTE* LectorTrozo::FilaPackBits() {
-    BYTE* destino = m_Fila.data();
+const BYTE* LectorTrozo::FilaPackBits(BYTE* lugar) {
+    BYTE* destino = lugar;
     BYTE* const fin = destino + m_nFila;
     while (destino != fin) {
         if (m_nPendientes == 0) {
@@ -105,7 +105,7 @@ const BYTE* LectorTrozo::FilaPackBits() {
         destino += tramo;
         m_nPendientes -= tramo;
     }
-    return m_Fila.data();
+    return lugar;
 }
 
 }  // namespace Vertiz
