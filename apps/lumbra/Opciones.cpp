@@ -22,7 +22,7 @@ namespace {
 
 // Options that are texts until all of them are known.
 struct Textos {
-    std::string tamano = "1200x900", luz, fondo, superficie;
+    std::string tamano = "1200x900", luz, fondo, superficie, mirada;
     bool cenital = false, ortografica = false, sinBase = false, sinLuz = false;
 };
 
@@ -130,6 +130,13 @@ std::pair<double, double> Direccion(std::string_view texto) {
     return {Real(azimut), Real(elevacion)};
 }
 
+std::pair<double, double> Mirada(std::string_view texto) {
+    const std::pair<double, double> mirada = Direccion(texto);
+    if (std::abs(mirada.second) > 90.0)
+        throw std::invalid_argument("an elevation lies between -90, straight down, and 90, straight up");
+    return mirada;
+}
+
 // #rrggbb as the library keeps colours, with red in the low byte.
 int Color(std::string_view texto) {
     unsigned rgb = 0;
@@ -149,7 +156,11 @@ std::string SalidaPorDefecto(const std::string& fichero) {
 
 void Completa(Orden& orden, const Textos& textos) {
     OpcionesVista& v = orden.vista;
-    std::tie(v.ancho, v.alto) = Tamano(textos.tamano);
+    std::tie(v.lienzo.ancho, v.lienzo.alto) = Tamano(textos.tamano);
+    if (!textos.mirada.empty()) {
+        const auto [azimut, elevacion] = Mirada(textos.mirada);
+        orden.panorama.mirada = {azimut, elevacion};
+    }
     if (!textos.luz.empty()) std::tie(v.luzAzimut, v.luzElevacion) = Direccion(textos.luz);
     if (!textos.fondo.empty()) v.colorFondo = Color(textos.fondo);
     if (!textos.superficie.empty()) v.colorDEM = Color(textos.superficie);
@@ -238,6 +249,27 @@ void DeclaraAspecto(CLI::App& orden, Orden& o, Textos& t) {
         ->group("Look");
 }
 
+void DeclaraPanorama(CLI::App& orden, Orden& o, Textos& t) {
+    CLI::Option* esfera =
+        orden.add_flag("--sphere", o.esfera, "The picture is a panorama (equirectangular): look at it from inside")
+            ->group("Panorama");
+    orden
+        .add_option(
+            "--look", t.mirada,
+            "Where to look, in degrees: clockwise from north, or from the picture's middle where it doesn't tell "
+            "its heading; and over the horizon")
+        ->check(Regla("", [](const std::string& texto) { Mirada(texto); }))
+        ->needs(esfera)
+        ->type_name("AZIMUTH,ELEVATION")
+        ->group("Panorama");
+    orden.add_option("--fov", o.panorama.campo, "Height of the view")
+        ->check(EsReal(1.0, 170.0))
+        ->needs(esfera)
+        ->type_name("DEGREES")
+        ->capture_default_str()
+        ->group("Panorama");
+}
+
 void DeclaraDibujo(CLI::App& orden, Orden& o, Textos& t) {
     orden
         .add_option(
@@ -253,18 +285,20 @@ void DeclaraDibujo(CLI::App& orden, Orden& o, Textos& t) {
         ->type_name("WxH")
         ->capture_default_str();
     orden
-        .add_option("--smooth", o.vista.muestreo,
+        .add_option("--smooth", o.vista.lienzo.muestreo,
                     "Draw 1 to 4 times as large and average, for smooth edges; by default 2 where that fits")
         ->check(EsEntero(1, 4))
         ->type_name("N");
     DeclaraLectura(orden, o);
     DeclaraVista(orden, o, t);
     DeclaraAspecto(orden, o, t);
+    DeclaraPanorama(orden, o, t);
     orden.footer(
         "Examples:\n"
         "  lumbra render dem.tif\n"
         "  lumbra render dem.tif -o north.png --azimuth 0 --elevation 25\n"
-        "  lumbra render dem.tif -o plan.png --top --orthographic --size 3000x3000");
+        "  lumbra render dem.tif -o plan.png --top --orthographic --size 3000x3000\n"
+        "  lumbra render panorama.jpg --sphere --look 90,10 --fov 75");
 }
 
 void DeclaraConversion(CLI::App& orden, Orden& o) {

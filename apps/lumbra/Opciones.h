@@ -1,6 +1,7 @@
 #pragma once
 // What the user asks for on the command line.
 
+#include "Panorama.h"
 #include "Vista.h"
 
 #include <optional>
@@ -16,7 +17,9 @@ struct Orden {
     bool gl = false;             ///< tell about OpenGL
     bool tamanoPedido = false;   ///< the picture's size is the user's, not the usual one
     std::optional<bool> foto;    ///< the file is a picture, or isn't; empty: as it looks
+    bool esfera = false;         ///< a picture is a panorama, seen from inside
     OpcionesVista vista;
+    OpcionesPanorama panorama;
 };
 
 /// Reads the command line.

@@ -96,8 +96,7 @@ void Provisional::Nombra() {
 void CompruebaSalida(const std::string& ruta, const std::string& entrada) {
     const fs::path destino = Destino(ruta);
     std::error_code error;
-    if (fs::equivalent(destino, entrada, error))
-        FallaSalida(ruta, "it is the file that is read; name another");
+    if (fs::equivalent(destino, entrada, error)) FallaSalida(ruta, "it is the file that is read; name another");
     fs::path carpeta = destino.parent_path();
     if (carpeta.empty()) carpeta = ".";
     if (!fs::is_directory(carpeta, error)) FallaSalida(ruta, "there is no folder " + carpeta.string());

@@ -1,7 +1,7 @@
 #pragma once
 // A picture of an elevation grid, taken without a window.
 
-#include "Png.h"
+#include "Cuadro.h"
 #include "model/CDEM.h"
 
 #include <optional>
@@ -9,22 +9,21 @@
 
 /// What a user can ask of a picture. Angles are in degrees, colours RGB with red in the low byte.
 struct OpcionesVista {
-    int ancho = 1200, alto = 900;  ///< pixels
-    int muestreo = 0;              ///< the picture is drawn this many times as large each way, and averaged; 0 chooses
-    double azimut = 215.0;         ///< where the viewer stands, clockwise from north
-    double elevacion = 35.0;       ///< how high he stands over the horizon; 90 looks straight down
-    bool perspectiva = true;       ///< otherwise orthographic
-    double exageracion = 0.0;      ///< factor of heights; 0 chooses one that shows the relief
-    unsigned color = 2;            ///< as in the scene: 0 wire, 1 plain, 2 tint by height, 6 cut and fill
-    bool sombraCeldas = false;     ///< four tints a cell instead of one colour
-    std::string rampa;             ///< stops "height r g b;..." of the tint; empty for the natural one
-    int colorFondo = 0xFEF1E0;     ///< background
-    int colorDEM = 0x62C5DD;       ///< plain surface
-    bool base = true;              ///< walls and floor
-    bool limites = false;          ///< the box and outline of the grid
-    bool ejes = false;             ///< axes in the corner
-    bool luz = true;               ///< shaded by a light
-    double luzAzimut = 315.0;      ///< where the light comes from
+    Lienzo lienzo;
+    double azimut = 215.0;      ///< where the viewer stands, clockwise from north
+    double elevacion = 35.0;    ///< how high he stands over the horizon; 90 looks straight down
+    bool perspectiva = true;    ///< otherwise orthographic
+    double exageracion = 0.0;   ///< factor of heights; 0 chooses one that shows the relief
+    unsigned color = 2;         ///< as in the scene: 0 wire, 1 plain, 2 tint by height, 6 cut and fill
+    bool sombraCeldas = false;  ///< four tints a cell instead of one colour
+    std::string rampa;          ///< stops "height r g b;..." of the tint; empty for the natural one
+    int colorFondo = 0xFEF1E0;  ///< background
+    int colorDEM = 0x62C5DD;    ///< plain surface
+    bool base = true;           ///< walls and floor
+    bool limites = false;       ///< the box and outline of the grid
+    bool ejes = false;          ///< axes in the corner
+    bool luz = true;            ///< shaded by a light
+    double luzAzimut = 315.0;   ///< where the light comes from
     double luzElevacion = 45.0;
     unsigned malla = 1;  ///< 0 strips, 1 quads, 2 points
     int paso = 1;        ///< every how many samples of rows and columns one is taken
@@ -36,10 +35,6 @@ struct ResultadoVista {
     double exageracion = 1.0;
     int pasoMalla = 1;
 };
-
-/// Refuses a size of picture that can't be drawn, before anything is read.
-/// @throw std::runtime_error with a sentence for the user
-void CompruebaTamano(const OpcionesVista& opciones);
 
 /// Draws a grid.
 /// @throw std::runtime_error with a sentence for the user

@@ -53,14 +53,29 @@ bool HayFoto(const Orden& orden, Progreso& progreso) {
 
 void DibujaFoto(const Orden& orden, Progreso& progreso) {
     const Foto foto(orden.fichero, progreso);
-    const Imagen imagen =
-        ImagenDeFoto(foto, orden.tamanoPedido ? orden.vista.ancho : 0, orden.tamanoPedido ? orden.vista.alto : 0);
+    const Imagen imagen = ImagenDeFoto(foto, orden.tamanoPedido ? orden.vista.lienzo.ancho : 0,
+                                       orden.tamanoPedido ? orden.vista.lienzo.alto : 0);
     EscribePng(orden.salida, imagen);
     std::printf("%s -> %s: %d x %d pixels\n", orden.fichero.c_str(), orden.salida.c_str(), imagen.ancho, imagen.alto);
 }
 
+void DibujaEsfera(const Orden& orden, Progreso& progreso) {
+    CompruebaTamano(orden.vista.lienzo);
+    const Foto foto(orden.fichero, progreso);
+    const ResultadoPanorama vista =
+        DibujaPanorama(foto, orden.fichero, orden.panorama, orden.vista.lienzo, orden.vista.colorFondo);
+    if (vista.ancho < foto.Ancho())
+        std::fprintf(stderr, "%s: larger than OpenGL takes here; shown as %d x %d pixels\n", orden.fichero.c_str(),
+                     vista.ancho, vista.alto);
+    EscribePng(orden.salida, vista.imagen);
+    std::printf("%s -> %s: %d x %d pixels, to azimuth %s from %s, elevation %s\n", orden.fichero.c_str(),
+                orden.salida.c_str(), vista.imagen.ancho, vista.imagen.alto,
+                TextoGeneral(vista.mirada.azimut, 6).c_str(), vista.bNorte ? "north" : "the panorama's middle",
+                TextoGeneral(vista.mirada.elevacion, 6).c_str());
+}
+
 void DibujaTerreno(const Orden& orden, Progreso& progreso) {
-    CompruebaTamano(orden.vista);  // before the reading, not after it
+    CompruebaTamano(orden.vista.lienzo);  // before the reading, not after it
     Vertiz::CResultadoDEM leido = Lee(orden, progreso);
     if (leido.m_pDEM->DameCeldas() == 0)
         throw std::runtime_error(orden.fichero + ": no cell has heights at its four corners, so there is no surface");
@@ -75,7 +90,9 @@ void DibujaTerreno(const Orden& orden, Progreso& progreso) {
 
 void Dibuja(const Orden& orden, Progreso& progreso) {
     CompruebaSalida(orden.salida, orden.fichero);  // before the work, not after it
-    if (HayFoto(orden, progreso))
+    if (orden.esfera)
+        DibujaEsfera(orden, progreso);
+    else if (HayFoto(orden, progreso))
         DibujaFoto(orden, progreso);
     else
         DibujaTerreno(orden, progreso);

@@ -5,6 +5,7 @@
 #include "frame/Cuadrica.h"
 #include "frame/ListaGL.h"
 #include "frame/MaterialGL.h"
+#include "frame/TexturaGL.h"
 #include "raster/CTiff.h"
 #include "platform/CFile.h"
 #include "platform/CStdioFile.h"
@@ -61,19 +62,7 @@ int CGL::CargarImagenFondo(Vertiz::IRaster** pImagen) {
 // Fills m_nTexturaFondo from the sky image. False on a GL error; bBuena tells whether there is a texture to show.
 bool CGL::CargaTexturaCielo(bool& bBuena) {
     bBuena = false;
-    glGenTextures(1, &m_nTexturaFondo);
-    glBindTexture(GL_TEXTURE_2D, m_nTexturaFondo);
-    if (HayErrorGL()) return false;
-    glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_REPEAT);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_REPEAT);
-    if (HayErrorGL()) return false;
-    glTexEnvf(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE);
-    if (HayErrorGL()) return false;
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
-    if (HayErrorGL()) return false;
-
+    if (!NuevaTextura(m_nTexturaFondo)) return false;
     Vertiz::IRaster* imagen = Vertiz::CreaRaster(m_Data.m_SzImagenFondo);
     if (imagen != nullptr && CargarImagenFondo(&imagen) != 0) {
         const int ancho = imagen->Ancho(), alto = std::abs(imagen->Alto());
@@ -94,8 +83,7 @@ int CGL::OnIniciarCielo() {
     if (!MakeCurrent(nullptr)) return 0;
     BorraLista(m_nListaCielo);
     if (HayErrorGL()) return 0;
-    if (m_nTexturaFondo != 0) glDeleteTextures(1, &m_nTexturaFondo);
-    m_nTexturaFondo = 0;
+    BorraTextura(m_nTexturaFondo);
     bool conImagen = false;
     if (m_Data.m_bImagenFondo != 0 && !CargaTexturaCielo(conImagen)) return 0;
 

@@ -19,10 +19,6 @@ using namespace io;
 
 constexpr double kNuloHabitual = CDEM::kNuloHabitual;
 
-CString Texto(const std::string& utf8) {
-    return CString(utf8.c_str());
-}
-
 std::string Muestras(std::size_t n) {
     return std::to_string(n) + (n == 1 ? " sample" : " samples");
 }
@@ -218,34 +214,19 @@ void Lee(const std::string& ruta, const CDataLeeDEM& opciones, const CAvance& av
     Endereza(r, resumen, opciones, avance, resultado);
 
     resultado.m_Sistema = NombreSistema(r);
+    resultado.m_WKT = Texto(WKT(r.m_Sistema.get()));
     resultado.m_Unidad = Unidad(r);
     resultado.m_nVacios = MarcaVacios(r.m_Alturas, nulo);
     if (resultado.m_nVacios == std::size_t(r.Filas()) * r.Columnas()) throw CFallo("no sample holds a height");
     resultado.m_pDEM = HazModelo(r, resumen, nulo);
-    resultado.m_nResultado = 1;
 }
 
 }  // namespace
 
 CResultadoDEM LeeDEM(const CString& fichero, const CDataLeeDEM& opciones, IPorcentaje* porcentaje) {
-    CResultadoDEM resultado;
-    const std::string ruta = fichero.Utf8();
-    const auto falla = [&](const std::string& causa) {
-        resultado.m_pDEM.reset();
-        resultado.m_nResultado = 0;
-        resultado.m_Error = Texto(ruta + ": " + causa);
-    };
-    try {
+    return Protege<CResultadoDEM>(fichero, "grid", [&](const std::string& ruta, CResultadoDEM& resultado) {
         Lee(ruta, opciones, CAvance(porcentaje), resultado);
-    } catch (const CCancelado&) {
-        resultado.m_pDEM.reset();
-        resultado.m_nResultado = 2;
-    } catch (const CFallo& fallo) {
-        falla(fallo.what());
-    } catch (const std::bad_alloc&) {
-        falla("there isn't enough memory for the grid");
-    }
-    return resultado;
+    });
 }
 
 }  // namespace Vertiz

@@ -44,7 +44,8 @@ struct CResultadoDEM {
     std::vector<CMarcaDEM> m_Marcas;  ///< values that may stand for "no height": CDataLeeDEM::m_Nulo settles them
 
     CString m_Formato;  ///< GDAL's name of the format
-    CString m_Sistema;  ///< the grid's coordinate system; empty when the file has none
+    CString m_Sistema;  ///< name of the grid's coordinate system; empty when the file has none
+    CString m_WKT;      ///< the same system as WKT: what else belongs on the grid is brought to it
     CString m_Unidad;   ///< of the horizontal coordinates: "metre", "degree", ...; empty when not known
     unsigned m_nColumnasFichero = 0, m_nFilasFichero = 0;
     unsigned m_nPaso = 1;          ///< every how many samples one was taken

@@ -47,24 +47,6 @@ struct Banda {
     }
 };
 
-Datos Abre(const std::string& ruta) {
-    std::error_code error;
-    const std::filesystem::path camino(ruta);
-    const auto estado = std::filesystem::status(camino, error);
-    if (!std::filesystem::exists(estado)) throw CFallo("no such file");
-    if (std::filesystem::is_regular_file(estado) && std::filesystem::file_size(camino, error) == 0 && !error)
-        throw CFallo("the file is empty");
-
-    GDALAllRegister();
-    const CMensajesGdal mensajes;
-    Datos datos(
-        GDALOpenEx(ruta.c_str(), GDAL_OF_RASTER | GDAL_OF_READONLY | GDAL_OF_VERBOSE_ERROR, nullptr, nullptr, nullptr));
-    // Some formats are folders, so the driver is asked first.
-    if (!datos && std::filesystem::is_directory(estado)) throw CFallo("a folder, and not one that holds a grid");
-    if (!datos) throw CFallo("not a raster that can be read (" + mensajes.Error("format not recognised") + ")");
-    return datos;
-}
-
 void CompruebaForma(GDALDatasetH datos) {
     const int columnas = GDALGetRasterXSize(datos), filas = GDALGetRasterYSize(datos);
     const std::string tamano = std::to_string(columnas) + " x " + std::to_string(filas);
@@ -202,7 +184,7 @@ void Resumen::Nueva(double altura) {
 
 Rejilla LeeRejilla(const std::string& ruta, const CDataLeeDEM& opciones, const CAvance& avance,
                    CResultadoDEM& resultado, Resumen& resumen) {
-    const Datos datos = Abre(ruta);
+    const Datos datos = Abre(ruta, GDAL_OF_RASTER);
     CompruebaForma(datos.get());
     CompruebaLargo(datos.get(), ruta);
     const int columnas = GDALGetRasterXSize(datos.get()), filas = GDALGetRasterYSize(datos.get());
@@ -218,10 +200,7 @@ Rejilla LeeRejilla(const std::string& ruta, const CDataLeeDEM& opciones, const C
 
     Rejilla r;
     r.m_Colocacion = Coloca(datos.get(), paso, r.m_bGeorreferida);
-    if (const OGRSpatialReferenceH sistema = GDALGetSpatialRef(datos.get())) {
-        r.m_Sistema.reset(OSRClone(sistema));
-        OSRSetAxisMappingStrategy(r.m_Sistema.get(), OAMS_TRADITIONAL_GIS_ORDER);
-    }
+    r.m_Sistema = Copia(GDALGetSpatialRef(datos.get()));
     r.m_Alturas = CMatriz<float>(static_cast<unsigned>(filas) / paso, static_cast<unsigned>(columnas) / paso, 1);
     const Banda banda(GDALGetRasterBand(datos.get(), 1), opciones.m_Nulo);
     resultado.m_Nulo = banda.m_Nulo;

@@ -1,38 +1,16 @@
 #pragma once
 // A grid of heights as a file holds it, before it becomes a model: samples, their place, their system. Internal.
 
-#include "io/Gdal.h"
+#include "io/Lectura.h"
 #include "io/LeeDEM.h"
 #include "model/CMatriz.h"
 
 #include <array>
 #include <cstddef>
 #include <optional>
-#include <stdexcept>
 #include <string>
 
 namespace Vertiz::io {
-
-/// Why a file can't be read, in words for its user.
-class CFallo : public std::runtime_error {
-  public:
-    using std::runtime_error::runtime_error;
-};
-
-/// The user cancelled.
-class CCancelado {};
-
-/// Progress over a known number of steps, in parts of the whole operation; throws CCancelado.
-class CAvance {
-  public:
-    explicit CAvance(IPorcentaje* porcentaje) : m_pPorcentaje(porcentaje) {}
-    void Paso(int actual, int total) const {
-        if (m_pPorcentaje && m_pPorcentaje->Paso(1, actual, total, 0) == 0) throw CCancelado();
-    }
-
-  private:
-    IPorcentaje* m_pPorcentaje;
-};
 
 /// From the place in the matrix (column, row; the middle of sample (0, 0) is (0, 0)) to coordinates:
 /// x = t[0] + column t[1] + row t[2], y = t[3] + column t[4] + row t[5].

@@ -23,22 +23,6 @@ struct CierraTransformador {
 };
 using Transformador = std::unique_ptr<void, CierraTransformador>;
 
-struct AvanceGdal {
-    const CAvance& m_Avance;
-    bool m_bCancelado = false;
-
-    // GDAL calls it from C: no exception may cross.
-    static int CPL_STDCALL Paso(double parte, const char*, void* este) {
-        auto& avance = *static_cast<AvanceGdal*>(este);
-        try {
-            avance.m_Avance.Paso(static_cast<int>(parte * 1000.0), 1000);
-        } catch (const CCancelado&) {
-            avance.m_bCancelado = true;
-        }
-        return avance.m_bCancelado ? FALSE : TRUE;
-    }
-};
-
 // A dataset over the matrix itself, nothing copied. GDAL's places start at the corner of a cell, not in its middle.
 Datos SobreMatriz(CMatriz<float>& m, const Colocacion& t, OGRSpatialReferenceH sistema) {
     const GDALDriverH memoria = GDALGetDriverByName("MEM");
@@ -68,14 +52,6 @@ void Sustituye(CMatriz<float>& m, bool deNaN) {
             if (deNaN && std::isnan(v)) v = marca;
             if (!deNaN && v <= marca) v = nan;
         }
-}
-
-std::string WKT(OGRSpatialReferenceH sistema) {
-    char* texto = nullptr;
-    if (!sistema || OSRExportToWkt(sistema, &texto) != OGRERR_NONE || !texto) return {};
-    std::string copia = texto;
-    CPLFree(texto);
-    return copia;
 }
 
 }  // namespace

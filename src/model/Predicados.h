@@ -16,6 +16,9 @@ using CPlano = CCoor2D<double>;
 /// Side of c seen along a to b: 1 left, -1 right, 0 in line. 0 as well for what isn't finite.
 [[nodiscard]] int Orientacion(const CPlano& a, const CPlano& b, const CPlano& c);
 
+/// Side of the circle through a, b and c, which turn left, that d lies on: 1 inside, -1 outside, 0 on it. Exact.
+[[nodiscard]] int EnCirculo(const CCoor2D<int>& a, const CCoor2D<int>& b, const CCoor2D<int>& c, const CCoor2D<int>& d);
+
 /// p lies on the segment a b, ends included.
 [[nodiscard]] bool EnSegmento(const CPlano& p, const CPlano& a, const CPlano& b);
 

@@ -126,6 +126,13 @@ size_t CFile::Read(void* datos, size_t n) {
     return leidos;
 }
 
+bool CFile::ReadAt(ULONGLONG posicion, void* datos, size_t n, size_t& leidos) const {
+    bool bien = false;
+    leidos = Prestado(m_nDescriptor).LeeEn(posicion, datos, n, bien);
+    if (!bien) SetLastError(ErrorDeErrno(errno));
+    return bien;
+}
+
 bool CFile::Write(const void* datos, size_t n) {
     return Prestado(m_nDescriptor).Escribe(datos, n) || Falla(errno);
 }

@@ -69,6 +69,11 @@ class LUMBRA_API CFile {
 
     /// Reads up to `n` bytes; gives how many were read, less than asked for only at the end of the file or on failure.
     virtual size_t Read(void* datos, size_t n);
+    /// Reads up to `n` bytes from a place on, without using or moving the position. GetError takes no note of it.
+    /// @param leidos out: how many were read, less than `n` where the file ends
+    /// @return false on failure, and where this object buffers (CStdioFile)
+    /// @thread any, also several on one object that none of them closes
+    bool ReadAt(ULONGLONG posicion, void* datos, size_t n, size_t& leidos) const;
     /// Writes `n` bytes; false when not all of them could be written.
     virtual bool Write(const void* datos, size_t n);
     /// Makes sure that what was written is with the system. It doesn't wait for the disk.

@@ -13,17 +13,33 @@ bool Descriptor::Cierra() {
     return m_fd < 0 || close(Suelta()) == 0 || errno == EINTR;
 }
 
-size_t Descriptor::Lee(void* datos, size_t n, bool& bien) const {
+namespace {
+
+// Calls `lee` with what is still missing and how much is there, until all is there or the file ends.
+template <class Lectura>
+size_t LeeTodo(void* datos, size_t n, bool& bien, Lectura lee) {
     size_t hechos = 0;
     bien = true;
     while (hechos < n) {
-        const ssize_t r = read(m_fd, static_cast<char*>(datos) + hechos, n - hechos);
+        const ssize_t r = lee(static_cast<char*>(datos) + hechos, n - hechos, hechos);
         if (r < 0 && errno == EINTR) continue;
         bien = r >= 0;
         if (r <= 0) break;
         hechos += static_cast<size_t>(r);
     }
     return hechos;
+}
+
+}  // namespace
+
+size_t Descriptor::Lee(void* datos, size_t n, bool& bien) const {
+    return LeeTodo(datos, n, bien, [fd = m_fd](void* p, size_t m, size_t) { return read(fd, p, m); });
+}
+
+size_t Descriptor::LeeEn(unsigned long long posicion, void* datos, size_t n, bool& bien) const {
+    return LeeTodo(datos, n, bien, [=, fd = m_fd](void* p, size_t m, size_t hechos) {
+        return pread(fd, p, m, static_cast<off_t>(posicion + hechos));
+    });
 }
 
 bool Descriptor::Escribe(const void* datos, size_t n) const {

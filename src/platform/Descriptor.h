@@ -25,6 +25,8 @@ class Descriptor {
 
     /// Reads until `n` bytes are there or the file ends; `bien` tells the end from a failure.
     size_t Lee(void* datos, size_t n, bool& bien) const;
+    /// The same from a place on, with the position left alone.
+    size_t LeeEn(unsigned long long posicion, void* datos, size_t n, bool& bien) const;
     bool Escribe(const void* datos, size_t n) const;
 
   private:

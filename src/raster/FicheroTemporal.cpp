@@ -35,19 +35,19 @@ CString CarpetaTemporales(const CString& fuente) {
 }  // namespace
 
 std::unique_ptr<CFile> CreaFicheroTemporal(const CString& fuente, CString& ruta) {
+    return CreaFicheroNuevo(CarpetaTemporales(fuente), L"Imagen", ruta);
+}
+
+std::unique_ptr<CFile> CreaFicheroNuevo(const CString& carpeta, const wchar_t* prefijo, CString& ruta) {
     constexpr UINT kModo = CFile::modeCreate | CFile::modeExclusive | CFile::modeReadWrite;
-    const CString carpeta = CarpetaTemporales(fuente);
     __timeb64 ahora{};
     _ftime64(&ahora);
     for (int contador = 0;; ++contador) {
         CString nombre;
-        nombre.Format(L"Imagen%I64d%d%d.tmp", ahora.time, ahora.millitm, contador);
-        nombre = JuntaRuta(carpeta, nombre);
-        auto fichero = std::make_unique<CFile>(nombre, kModo);
-        if (fichero->IsOpen()) {
-            ruta = nombre;
-            return fichero;
-        }
+        nombre.Format(L"%s%I64d%d%d.tmp", prefijo, ahora.time, ahora.millitm, contador);
+        ruta = JuntaRuta(carpeta, nombre);
+        auto fichero = std::make_unique<CFile>(ruta, kModo);
+        if (fichero->IsOpen()) return fichero;
         if (GetLastError() != ERROR_ALREADY_EXISTS && GetLastError() != ERROR_FILE_EXISTS) return nullptr;
     }
 }

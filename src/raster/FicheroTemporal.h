@@ -1,5 +1,5 @@
 #pragma once
-// Internal. The temporary file that holds the pixels of a picture.
+// Internal. Temporary files that hold the pixels of a picture.
 
 #include "platform/CFile.h"
 #include "platform/CString.h"
@@ -14,5 +14,11 @@ namespace Vertiz {
 /// @param ruta    out: path of the new file
 /// @return null when none can be made
 std::unique_ptr<CFile> CreaFicheroTemporal(const CString& fuente, CString& ruta);
+
+/// Creates an empty file for reading and writing, "<prefijo><seconds><milliseconds><counter>.tmp".
+/// @param carpeta  where; empty for the bare name
+/// @param ruta     out: path of the new file, or the one that couldn't be made
+/// @return null when it can't be made
+std::unique_ptr<CFile> CreaFicheroNuevo(const CString& carpeta, const wchar_t* prefijo, CString& ruta);
 
 }  // namespace Vertiz

@@ -7,6 +7,7 @@
 #include "frame/CTintaAlturas.h"
 #include "frame/ColorGL.h"
 #include "frame/ListaGL.h"
+#include "frame/PasadaGL.h"
 #include "model/IPorcentaje.h"
 
 #include <algorithm>
@@ -76,6 +77,17 @@ void CEscenaDEM::Destruir() {
     CEscenaMDT::Destruir();
     LiberaMalla();
     m_pDEM = nullptr;
+}
+
+// ---- Images --------------------------------------------------------------------------------------------------------
+
+int CEscenaDEM::CargarImagen(Vertiz::IRaster*, Vertiz::CDataImagen&, const CDataCargarImagen&, const CString&,
+                             Vertiz::CNivelMensajes) {
+    return 0;
+}
+
+int CEscenaDEM::AsignaTexturas(unsigned index, Vertiz::CNivelMensajes) {
+    return m_pDEM != nullptr && index < m_Texturas.size() ? 1 : 0;
 }
 
 // ---- Building ------------------------------------------------------------------------------------------------------
@@ -259,17 +271,7 @@ int CEscenaDEM::OnIniciarSeleccion() {
 // ---- Drawing -------------------------------------------------------------------------------------------------------
 
 int CEscenaDEM::OnRender() {
-    if (m_bEsReferencia == 0) {
-        glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-        if (HayErrorGL()) return 0;
-        glMatrixMode(GL_MODELVIEW);
-        if (HayErrorGL()) return 0;
-        glLoadIdentity();
-        if (HayErrorGL()) return 0;
-        m_Camara.Look();
-        // A tall view shows the whole model. A child draws in its parent's frame, which is scaled already.
-        if (m_dAspecto < 1.0) glScaled(m_dAspecto, m_dAspecto, m_dAspecto);
-    }
+    if (m_bEsReferencia == 0 && !EmpiezaCuadro(m_Camara, m_dAspecto)) return 0;
     const auto grosor = static_cast<GLfloat>(m_Data.m_nGrosorPuntos);
     if (m_nListaSeleccion > 0) {
         glDisable(GL_LINE_SMOOTH);

@@ -41,6 +41,15 @@ class LUMBRA_API CEscenaDEM : public CEscenaMDT {
     /// As CGL::Destruir; also lets the grid go.
     void Destruir();
 
+    using CEscenaMDT::CargarImagen;
+    /// Nothing can be cut yet: 0.
+    int CargarImagen(Vertiz::IRaster* raster, Vertiz::CDataImagen& imagen, const CDataCargarImagen& opciones,
+                     const CString& carpeta, Vertiz::CNivelMensajes nivel) override;
+    int AsignaTexturas(unsigned index, Vertiz::CNivelMensajes nivel) override;
+    /// A grid has no areas of one colour: always 1.
+    int AsignaTexturaSimple(unsigned, Vertiz::CNivelMensajes) override { return 1; }
+    void IniciarTexturas(Vertiz::CNivelMensajes) override {}
+
     int Iniciar() override;
     int OnIniciar() override;
     int OnRender() override;
@@ -70,6 +79,17 @@ class LUMBRA_API CEscenaDEM : public CEscenaMDT {
     int InsertaRupturas(const CString& fichero);
     /// Takes all breaklines out of the grid.
     void BorraRupturas();
+
+    /// Plants a tree on the terrain for each entity of fewer than two points that isn't erased; texts and clouds are
+    /// passed over. A tree off the grid keeps the height of its point. They show when their layer is built again.
+    /// Without a grid nothing happens.
+    /// @param puntos    integers on a seed of its own, which the trees take over
+    /// @param altura    height of the trees, terrain units, cut off to whole stored units; a negative one shows nothing
+    /// @param tipo      0 conifers, else round trees
+    /// @param agregar   0 takes the place of the trees before, else adds to them
+    /// @param progreso  progress (level 3) and cancel, or null; after a cancel there are no trees at all
+    void CargarArboles(const Vertiz::CDibujo<int>& puntos, double altura, int tipo, int agregar,
+                       Vertiz::IPorcentaje* progreso);
 
     /// Sends a rectangle of the grid into the open list, by rows from the north and columns from the west. Only while
     /// the scene is compiling its mesh.

@@ -5,6 +5,7 @@
 
 #include "frame/ListaGL.h"
 #include "frame/MaterialGL.h"
+#include "frame/PasadaGL.h"
 #include "frame/TrazoGL.h"
 #include "model/CElementoDigiTab.h"
 
@@ -29,12 +30,15 @@ void FijaTrazo(const CElementoDigiTab& elemento, int nColorFondo) {
 
 CEscenaMDT::CEscenaMDT(const CEscenaMDT& otra) : CGL(otra) {
     CopiaCapas(otra);
+    CopiaTexturas(otra);
 }
 
 CEscenaMDT& CEscenaMDT::operator=(const CEscenaMDT& otra) {
     if (EsDeLaFamilia(otra)) return *this;
+    DescargaTodo();
     CGL::operator=(otra);
     CopiaCapas(otra);
+    CopiaTexturas(otra);
     return *this;
 }
 
@@ -44,10 +48,16 @@ CGL& CEscenaMDT::operator=(const CGL& otra) {
 }
 
 CEscenaMDT::~CEscenaMDT() {
+    DescargaTodo();
     Destruir();
 }
 
 void CEscenaMDT::CopiaCapas(const CEscenaMDT& otra) {
+    m_Arboles = otra.m_Arboles;
+    m_pEdificios = otra.m_pEdificios;
+    m_nEjeX = otra.m_nEjeX;
+    m_nEjeY = otra.m_nEjeY;
+    m_nEjeZ = otra.m_nEjeZ;
     m_bLimitesIniciados = otra.m_bLimitesIniciados;
     m_bEdificiosIniciados = otra.m_bEdificiosIniciados;
     m_bRupturasIniciadas = otra.m_bRupturasIniciadas;
@@ -69,6 +79,9 @@ void CEscenaMDT::OnLiberarContexto(bool bBorrar) {
         if (bBorrar) BorraLista(*lista);
         *lista = 0;
     }
+    // Texture objects have owners of their own: what is only this scene's goes also while copies use the context.
+    for (CDataTexturas& registro : m_Texturas)
+        BorraTexturasGL(registro, m_hRC != nullptr && wglGetCurrentContext() == m_hRC);
     CGL::OnLiberarContexto(bBorrar);
 }
 
@@ -193,29 +206,5 @@ int CEscenaMDT::SetVariablesVisualizacion() {
 }
 
 int CEscenaMDT::RenderCielo() {
-    for (const GLenum modo : {GL_MODELVIEW, GL_PROJECTION}) {
-        glMatrixMode(modo);
-        glPushMatrix();
-        glLoadIdentity();
-    }
-    if (GetOrtogonal() != 0) {
-        GLint viewport[4] = {};
-        glGetIntegerv(GL_VIEWPORT, viewport);
-        const double w = viewport[2], h = viewport[3];
-        const double horizontal = w <= h ? w * 0.5 / h : 0.5, vertical = w <= h ? 0.5 : h * 0.5 / w;
-        glOrtho(-horizontal, horizontal, -vertical, vertical, 0.0, 1.0);
-    } else {
-        gluPerspective(m_fAnguloVista, m_dAspecto, m_fPlanoCerca, m_fPlanoFondo * 1000.0);
-        glScaled(10.0 / m_dAspecto, 10.0, 10.0 / m_dAspecto);
-    }
-    glRotated(GetAnguloY(), 0.0, 1.0, 0.0);
-    glRotated(-GetAnguloZ(), 0.0, 0.0, 1.0);
-    glRotated(-GetAnguloX(), 1.0, 0.0, 0.0);
-    glMatrixMode(GL_MODELVIEW);
-    if (m_nListaCielo != 0) glCallList(m_nListaCielo);
-    for (const GLenum modo : {GL_PROJECTION, GL_MODELVIEW}) {
-        glMatrixMode(modo);
-        glPopMatrix();
-    }
-    return HayErrorGL() ? 0 : 1;
+    return RenderFondo(*this, m_dAspecto, m_nListaCielo);
 }

@@ -3,56 +3,12 @@
 import struct
 import unittest
 
+from files import bmp, tiff
 from host import HostTest, Picture, hill
 
 RED, GREEN, BLUE, WHITE, BLACK, GREY = ((255, 0, 0), (0, 255, 0), (0, 0, 255), (255, 255, 255), (0, 0, 0),
                                         (123, 123, 123))
 ROWS = [[RED, GREEN, BLUE, WHITE, BLACK], [WHITE, BLACK, RED, RED, GREEN], [BLUE, BLUE, GREEN, WHITE, RED]]
-
-
-def bmp(rows, bits):
-    """A bitmap of rows from the top; below 16 bits with a palette."""
-    colours = sorted({c for row in rows for c in row}) if bits < 16 else []
-    palette = b"".join(bytes((b, g, r, 0)) for r, g, b in colours).ljust(4 * 2 ** bits, b"\0") if colours else b""
-    pixels = b""
-    for row in reversed(rows):
-        if bits < 8:
-            text = "".join(format(colours.index(c), f"0{bits}b") for c in row)
-            line = bytes(int(text[i:i + 8].ljust(8, "0"), 2) for i in range(0, len(text), 8))
-        elif bits == 8:
-            line = bytes(colours.index(c) for c in row)
-        elif bits == 16:
-            line = b"".join(struct.pack("<H", r >> 3 << 10 | g >> 3 << 5 | b >> 3) for r, g, b in row)
-        else:
-            line = b"".join(bytes((b, g, r, 0)[:bits // 8]) for r, g, b in row)
-        pixels += line.ljust((len(line) + 3) // 4 * 4, b"\0")
-    start = 54 + len(palette)
-    return (b"BM" + struct.pack("<IHHI", start + len(pixels), 0, 0, start) +
-            struct.pack("<IiiHHIIiiII", 40, len(rows[0]), len(rows), 1, bits, 0, 0, 2835, 2835, 0, 0) + palette + pixels)
-
-
-def tiff(rows, bands, geo=False):
-    """An uncompressed TIFF of 8-bit samples; with geo pixels of 2 x 3 whose corner is at 500000, 4600000."""
-    data = b"".join(bytes(c[:bands]) for row in rows for c in row)
-    entries = [(256, 3, 1, len(rows[0])), (257, 3, 1, len(rows)), (258, 3, 1, 8), (259, 3, 1, 1),
-               (262, 3, 1, 2 if bands == 3 else 1), (273, 4, 1, None), (277, 3, 1, bands), (278, 3, 1, len(rows)),
-               (279, 4, 1, len(data))]
-    extra = []
-    if geo:
-        extra = [(33550, 12, 3, struct.pack("<3d", 2, 3, 0)),
-                 (33922, 12, 6, struct.pack("<6d", 0, 0, 0, 500000, 4600000, 0)),
-                 (34735, 3, 12, struct.pack("<12H", 1, 1, 0, 2, 1024, 0, 1, 1, 1025, 0, 1, 1))]
-    if bands == 3:
-        entries[2] = (258, 3, 3, None)
-        extra.append((258, 3, 3, struct.pack("<3H", 8, 8, 8)))
-    offset = 8 + 2 + 12 * (len(entries) + len([e for e in extra if e[0] != 258])) + 4
-    blobs, table = b"", {e[0]: e for e in entries}
-    for tag, kind, count, blob in extra:
-        table[tag] = (tag, kind, count, offset + len(blobs))
-        blobs += blob
-    table[273] = (273, 4, 1, offset + len(blobs))
-    directory = b"".join(struct.pack("<HHII", *table[tag]) for tag in sorted(table))
-    return struct.pack("<2sHIH", b"II", 42, 8, len(table)) + directory + struct.pack("<I", 0) + blobs + data
 
 
 class Pictures(HostTest):

@@ -47,6 +47,28 @@ TEST_F(CFileTest, WritesAndReadsBackUnderANameWithLettersBeyondAsciiAndSpaces) {
     EXPECT_TRUE(f.Close());
 }
 
+TEST_F(CFileTest, ReadsFromAPlaceWithoutUsingThePosition) {
+    CFile f;
+    ASSERT_TRUE(f.Open(m_nombre, kCrear));
+    ASSERT_TRUE(f.Write("0123456789", 10));
+    f.Seek(3, CFile::begin);
+    std::array<char, 16> datos{};
+    size_t leidos = 99;
+    EXPECT_TRUE(f.ReadAt(6, datos.data(), 2, leidos));
+    EXPECT_EQ(leidos, 2u);
+    EXPECT_STREQ(datos.data(), "67");
+    EXPECT_TRUE(f.ReadAt(8, datos.data(), 5, leidos));
+    EXPECT_EQ(leidos, 2u) << "the file ends";
+    EXPECT_TRUE(f.ReadAt(100, datos.data(), 5, leidos));
+    EXPECT_EQ(leidos, 0u);
+    EXPECT_EQ(f.GetPosition(), 3u);
+    f.Close();
+    EXPECT_FALSE(f.ReadAt(0, datos.data(), 1, leidos));
+    EXPECT_EQ(leidos, 0u);
+    EXPECT_NE(GetLastError(), DWORD(ERROR_SUCCESS));
+    EXPECT_EQ(f.GetError(), ERROR_SUCCESS);
+}
+
 TEST_F(CFileTest, ReachesBeyondFourGigabytes) {
     const ULONGLONG lejos = (ULONGLONG{5} << 30) + 3;
     CFile f;

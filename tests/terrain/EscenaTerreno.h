@@ -21,6 +21,7 @@ class EscenaTerreno : public CEscenaDEM {
   public:
     using CEscenaDEM::CEscenaDEM;
     using CEscenaDEM::operator=;
+    using CEscenaDEM::m_Arboles;
     using CEscenaDEM::m_bArbolesIniciados;
     using CEscenaDEM::m_bBaseIniciada;
     using CEscenaDEM::m_bEdificiosIniciados;
@@ -31,6 +32,9 @@ class EscenaTerreno : public CEscenaDEM {
     using CEscenaDEM::m_dRangoY;
     using CEscenaDEM::m_dRangoZ;
     using CEscenaDEM::m_Maximas;
+    using CEscenaDEM::m_nEjeX;
+    using CEscenaDEM::m_nEjeY;
+    using CEscenaDEM::m_nEjeZ;
     using CEscenaDEM::m_nListaArboles;
     using CEscenaDEM::m_nListaBase;
     using CEscenaDEM::m_nListaCamara;
@@ -43,6 +47,7 @@ class EscenaTerreno : public CEscenaDEM {
     using CEscenaDEM::m_nListaSeleccion;
     using CEscenaDEM::m_nListaSuperficie;
     using CEscenaDEM::m_nTipoSeleccion;
+    using CEscenaDEM::m_pEdificios;
 
     CDataGL& Data() { return m_Data; }
 };

@@ -1,0 +1,116 @@
+// Directions, and the camera that frames a model.
+
+#include "Camara.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <numbers>
+#include <vector>
+
+namespace {
+
+using Punto = Vertiz::CCoor3D<double>;
+using Caja = Vertiz::CMaximas<double>;
+
+double Producto(const Punto& a, const Punto& b) {
+    return a.x * b.x + a.y * b.y + a.z * b.z;
+}
+
+// The model's corners as the viewer has them: x to his right, y upwards, z away from him.
+std::vector<Punto> EsquinasVistas(const CEscenaDEM& escena, const Caja& extension, const Punto& derecha,
+                                  const Punto& arriba, const Punto& frente) {
+    std::vector<Punto> vistas;
+    const Punto &a = extension.Minima(), &b = extension.Maxima();
+    for (int i = 0; i < 8; ++i) {
+        Punto gl;
+        if (escena.TerrenoAGL({i & 1 ? b.x : a.x, i & 2 ? b.y : a.y, i & 4 ? b.z : a.z, 0}, gl.x, gl.y, gl.z, 1.0,
+                              true))
+            vistas.emplace_back(Producto(gl, derecha), Producto(gl, arriba), Producto(gl, frente), 0);
+    }
+    return vistas;
+}
+
+// A corner as a picture has it in one of its directions: how far beside the model's middle, and how far behind.
+struct Esquina {
+    double lado, fondo;
+};
+
+// The least distance from which the corners fit into a view whose half is `media` wide at distance 1. The eye may move
+// sideways: its place has to be at least `lado` - `media` (distance + `fondo`) for each corner, and at most
+// `lado` + `media` (distance + `fondo`).
+double DistanciaQueCabe(const std::vector<Esquina>& esquinas, double media) {
+    double desde = -std::numeric_limits<double>::max(), hasta = -desde;
+    for (const Esquina& e : esquinas) {
+        desde = std::max(desde, e.lado - media * e.fondo);
+        hasta = std::min(hasta, e.lado + media * e.fondo);
+    }
+    return (desde - hasta) / (2.0 * media);
+}
+
+// The eye's place sideways that leaves as much free on one side of the picture as on the other.
+double Centro(const std::vector<Esquina>& esquinas, double distancia) {
+    constexpr int kVueltas = 50;
+    double desde = -2.0, hasta = 2.0;  // a model is about 1 across
+    for (int vuelta = 0; vuelta < kVueltas; ++vuelta) {
+        const double ojo = (desde + hasta) / 2.0;
+        double menor = std::numeric_limits<double>::max(), mayor = -menor;
+        for (const Esquina& e : esquinas) {
+            menor = std::min(menor, (e.lado - ojo) / (distancia + e.fondo));
+            mayor = std::max(mayor, (e.lado - ojo) / (distancia + e.fondo));
+        }
+        (menor + mayor > 0.0 ? desde : hasta) = ojo;
+    }
+    return (desde + hasta) / 2.0;
+}
+
+// Moves a camera in perspective to where the model just fills the picture, in its middle but for some margin. The
+// scene's own fit is the distance of a sphere, and lets near corners leave the picture.
+void EncuadraPerspectiva(CEscenaDEM& escena, const Caja& extension, double aspecto) {
+    constexpr double kMargen = 0.94, kAntesDelOjo = 0.05;
+    CCamera& camara = escena.GetCamara();
+    Punto frente = camara.View() - camara.Position();
+    frente.Normaliza();
+    Punto derecha = frente * camara.UpVector();
+    derecha.Normaliza();
+    const Punto arriba = derecha * frente;
+    const double alto = std::tan(ARadianes(escena.GetAnguloVista() / 2.0)) * kMargen, ancho = alto * aspecto;
+    std::vector<Esquina> horizontal, vertical;
+    double distancia = 0.0;
+    for (const Punto& p : EsquinasVistas(escena, extension, derecha, arriba, frente)) {
+        horizontal.push_back({p.x, p.z});
+        vertical.push_back({p.y, p.z});
+        distancia = std::max(distancia, kAntesDelOjo - p.z);
+    }
+    distancia = std::max({distancia, DistanciaQueCabe(horizontal, ancho), DistanciaQueCabe(vertical, alto)});
+    const Punto vista = derecha * Centro(horizontal, distancia) + arriba * Centro(vertical, distancia);
+    camara.PositionCamera(vista - frente * distancia, vista, camara.UpVector());
+}
+
+}  // namespace
+
+double ARadianes(double grados) {
+    return grados * std::numbers::pi / 180.0;
+}
+
+Punto Direccion(double azimut, double elevacion) {
+    const double a = ARadianes(azimut), e = ARadianes(elevacion);
+    return {std::sin(a) * std::cos(e), std::sin(e), -std::cos(a) * std::cos(e), 0};
+}
+
+Punto Arriba(double azimut, double elevacion) {
+    const double a = ARadianes(azimut), e = ARadianes(elevacion);
+    return {-std::sin(a) * std::sin(e), std::cos(e), std::cos(a) * std::sin(e), 0};
+}
+
+void PonCamara(CGL& escena, double azimut, double elevacion) {
+    escena.GetCamara().PositionCamera(Direccion(azimut, elevacion), {0, 0, 0, 0}, Arriba(azimut, elevacion));
+}
+
+void Encuadra(CEscenaDEM& escena, const Caja& extension, double aspecto) {
+    constexpr double kMargen = 0.94;
+    if (escena.GetOrtogonal() != 0)
+        escena.SetZoom(escena.GetZoom() * kMargen);
+    else
+        EncuadraPerspectiva(escena, extension, aspecto);
+}

@@ -1,0 +1,23 @@
+#pragma once
+// Where a scene's viewer stands and looks.
+
+#include "terrain/CEscenaDEM.h"
+
+double ARadianes(double grados);
+
+/// A direction in GL space: x east, y up, z south.
+/// @param azimut     degrees clockwise from north
+/// @param elevacion  degrees over the horizon
+Vertiz::CCoor3D<double> Direccion(double azimut, double elevacion);
+
+/// What is up for one who looks in that direction, and also for one who stands there and looks at the middle; straight
+/// down, what he would have before him.
+Vertiz::CCoor3D<double> Arriba(double azimut, double elevacion);
+
+/// The viewer stands in a direction from the model's middle, and looks at it.
+void PonCamara(CGL& escena, double azimut, double elevacion);
+
+/// Brings a model to fill the picture but for some margin, after the scene's own fit.
+/// @param extension  of the model, local terrain units
+/// @param aspecto    the picture's width over its height
+void Encuadra(CEscenaDEM& escena, const Vertiz::CMaximas<double>& extension, double aspecto);

@@ -1,0 +1,92 @@
+// From a picture of a sphere to a view: its pixels as OpenGL takes them, its place in the sphere, and the drawing.
+
+#include "Panorama.h"
+
+#include "Camara.h"
+#include "Cobertura.h"
+#include "Convierte.h"
+#include "raster/CTiff.h"
+#include "platform/DiagnosticoGL.h"
+#include "platform/Tipos.h"
+#include "sphere/CEscenaImagen360.h"
+
+#include <algorithm>
+#include <memory>
+#include <stdexcept>
+#include <vector>
+
+namespace {
+
+// The picture in a full turn, the rest of it in the background's colour, and no larger than OpenGL takes.
+std::unique_ptr<Vertiz::CTiff> EnUnaVuelta(const Foto& foto, const Cobertura& cobertura, int ladoMaximo,
+                                           int colorFondo) {
+    const double ancho = foto.Ancho() / cobertura.ancho;
+    const double factor = std::min({1.0, ladoMaximo / ancho, static_cast<double>(ladoMaximo) / foto.Alto()});
+    const int columnas = std::max(1, static_cast<int>(ancho * factor));
+    const int primera = std::min(columnas - 1, static_cast<int>(cobertura.izquierda * columnas + 0.5));
+    const Imagen imagen =
+        ImagenDeFoto(foto, std::max(1, static_cast<int>(foto.Ancho() * factor)), foto.Alto());  // by its width
+    auto entera = std::make_unique<Vertiz::CTiff>();
+    if (!entera->Crear(columnas, imagen.alto, 24, 72.0F, false, nullptr, nullptr, false))
+        throw std::runtime_error("there is no room for the panorama's pixels");
+    const auto fondo = static_cast<COLORREF>(colorFondo);
+    std::vector<BYTE> fila(3 * static_cast<std::size_t>(columnas));
+    for (int i = 0; i < imagen.alto; ++i) {
+        for (std::size_t c = 0; c < fila.size(); c += 3) {
+            fila[c] = GetBValue(fondo);
+            fila[c + 1] = GetGValue(fondo);
+            fila[c + 2] = GetRValue(fondo);
+        }
+        const std::uint8_t* rgb = imagen.rgb.data() + 3 * static_cast<std::size_t>(i) * imagen.ancho;
+        for (int c = 0; c < std::min(imagen.ancho, columnas - primera); ++c)
+            std::reverse_copy(rgb + 3 * c, rgb + 3 * c + 3, fila.begin() + 3 * (primera + c));
+        entera->SetFila(fila.data(), imagen.alto - 1 - i, 0, columnas);
+    }
+    return entera;
+}
+
+}  // namespace
+
+ResultadoPanorama DibujaPanorama(const Foto& foto, const std::string& ruta, const OpcionesPanorama& opciones,
+                                 const Lienzo& lienzo, int colorFondo) {
+    const Cobertura cobertura = LeeCobertura(ruta, foto.Ancho(), foto.Alto());
+    const CDiagnosticoGL gl = DiagnosticoGL();
+    Vertiz::IRaster* raster = &foto.Raster();
+    std::unique_ptr<Vertiz::CTiff> entera;
+    if (cobertura.ancho < 1.0 || (gl.m_bHay && std::max(foto.Ancho(), foto.Alto()) > gl.m_nMaxTextura)) {
+        entera = EnUnaVuelta(foto, cobertura, gl.m_nMaxTextura, colorFondo);
+        raster = entera.get();
+    }
+
+    ResultadoPanorama resultado;
+    resultado.bNorte = cobertura.rumbo.has_value();
+    resultado.ancho = static_cast<int>(raster->Ancho() * cobertura.ancho + 0.5);
+    resultado.alto = raster->Alto100() / raster->Factor100();
+    const double rumbo = cobertura.rumbo.value_or(0.0);
+    const double medio = rumbo + 360.0 * (cobertura.izquierda + cobertura.ancho / 2.0 - 0.5);
+    resultado.mirada = opciones.mirada.value_or(OpcionesPanorama::Mirada{medio, 0.0});
+
+    Cuadro cuadro(lienzo);
+    CEscenaImagen360 escena(CEscenaImagen360(), raster, Vertiz::CDataImagen(), 0);
+    Vertiz::CGeoImagen& imagen = *escena.GetImagen();
+    imagen.m_bDirecta = true;
+    imagen.m_Correcciones[2] = 180.0 - rumbo;
+    imagen.m_dPolarInicio = 180.0 * cobertura.abajo;
+    imagen.m_dPolarFin = 180.0 * (cobertura.abajo + cobertura.alto);
+    CDataGL data = escena.GetData();
+    data.m_nColorFondo = colorFondo;
+    data.m_nEjes = 0;
+    escena.SetData(data);
+    escena.SetAnguloVista(static_cast<float>(opciones.campo));
+
+    cuadro.Crea(escena);
+    const auto& [azimut, elevacion] = resultado.mirada;
+    escena.GetCamara().PositionCamera({0, 0, 0, 0}, Direccion(azimut, elevacion), Arriba(azimut, elevacion));
+    escena.OnZoomExtension();
+    if (!escena.Iniciar()) FallaGL("can't build the panorama");
+    cuadro.Ajusta(escena);
+    escena.OnZoomExtension();
+    resultado.imagen = cuadro.Dibuja(escena);
+    escena.Destruir();
+    return resultado;
+}

@@ -1,0 +1,43 @@
+#pragma once
+// Internal. Rows of any picture as blue, green and red: textures are made of them.
+
+#include "raster/IRaster.h"
+
+#include <algorithm>
+#include <span>
+#include <vector>
+
+namespace Vertiz {
+
+/// Reads a picture row by row, whatever a pixel of it holds. What the picture doesn't have is white.
+class FilaBGR {
+  public:
+    /// @param raster   borrowed
+    /// @param columnas  pixels of a row, from the first column on
+    FilaBGR(const IRaster& raster, int columnas)
+        : m_Raster(raster),
+          m_nColumnas(columnas),
+          m_nBytes(raster.TienePaleta() ? 3 : raster.BytesPixel()),
+          m_Fila(static_cast<std::size_t>(columnas) * static_cast<std::size_t>(std::max(m_nBytes, 3))) {}
+
+    /// Row `fila`, counted as the raster does; three bytes a pixel, valid until the next call.
+    std::span<const BYTE> Lee(int fila) {
+        std::ranges::fill(m_Fila, BYTE{255});
+        m_Raster.GetFila(m_Fila.data(), fila, 0, m_nColumnas);
+        const auto n = static_cast<std::size_t>(m_nColumnas);
+        if (m_nBytes == 1)  // greys
+            for (std::size_t c = n; c-- > 0;)
+                m_Fila[3 * c] = m_Fila[3 * c + 1] = m_Fila[3 * c + 2] = m_Fila[c];
+        if (m_nBytes > 3)
+            for (std::size_t c = 1; c < n; ++c)
+                std::copy_n(m_Fila.data() + c * static_cast<std::size_t>(m_nBytes), 3, m_Fila.data() + 3 * c);
+        return {m_Fila.data(), 3 * n};
+    }
+
+  private:
+    const IRaster& m_Raster;
+    int m_nColumnas, m_nBytes;
+    std::vector<BYTE> m_Fila;
+};
+
+}  // namespace Vertiz
