@@ -93,13 +93,24 @@ const BYTE* LectorTrozo::FilaPackBits(BYTE* lugar) {
             m_nPendientes = m_bRepite ? 257 - n : n + 1;
             if (m_bRepite) m_Repetido = m_Buffer[m_nInicio++];
         }
-        std::size_t tramo = std::min<std::size_t>(m_nPendientes, static_cast<std::size_t>(fin - destino));
+        // Most packets are short. So many bytes are written without a call; those too many the next packet overwrites.
+        constexpr std::size_t kCorto = 64;
+        const auto queda = static_cast<std::size_t>(fin - destino);
+        std::size_t tramo = std::min(m_nPendientes, queda);
         if (m_bRepite) {
-            std::memset(destino, m_Repetido, tramo);
+            if (tramo <= kCorto && queda >= kCorto)
+                std::memset(destino, m_Repetido, kCorto);
+            else
+                std::memset(destino, m_Repetido, tramo);
         } else {
             if (m_nInicio == m_nFin && !Llena()) return nullptr;
-            tramo = std::min(tramo, m_nFin - m_nInicio);
-            std::memcpy(destino, m_Buffer.data() + m_nInicio, tramo);
+            const BYTE* const origen = m_Buffer.data() + m_nInicio;
+            const std::size_t hay = m_nFin - m_nInicio;
+            tramo = std::min(tramo, hay);
+            if (tramo <= kCorto && queda >= kCorto && hay >= kCorto)
+                std::memcpy(destino, origen, kCorto);
+            else
+                std::memcpy(destino, origen, tramo);
             m_nInicio += tramo;
         }
         destino += tramo;
