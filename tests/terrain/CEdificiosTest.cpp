@@ -355,6 +355,7 @@ TEST_F(Pueblo, TheyAreBuiltAndDrawnWhenAskedFor) {
     Agrega(CasaPequena());
     m_escena.RecargarEdificios(&m_edificios);
     Monta(m_dem, [](EscenaTerreno& e) { e.SetEdificios(0); });
+    EXPECT_EQ(m_escena.GetEdificios(), 0);
     EXPECT_EQ(m_escena.m_nListaEdificios, 0u);
     m_escena.SetEdificios(1);
     ASSERT_EQ(m_escena.Iniciar(), 1);

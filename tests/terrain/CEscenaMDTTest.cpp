@@ -484,4 +484,83 @@ TEST_F(Capas, InPerspectiveTheSkyStandsFarBeyondTheModel) {
     EXPECT_EQ(escala[1], 10);
 }
 
+TEST_F(Capas, WithoutASkyTheMatricesAreStillPutBack) {
+    Monta(m_dem);
+    ASSERT_TRUE(m_escena.MakeCurrent(nullptr));
+    glDeleteLists(m_escena.m_nListaCielo, 1);
+    m_escena.m_nListaCielo = 0;
+    const RegistroGL registro;
+    ASSERT_EQ(m_escena.OnRender(), 1);
+    EXPECT_EQ(Solo(registro.Ejecutadas(), {"glCallList"}),
+              LlamadasGL{"glCallList(" + std::to_string(m_escena.m_nListaSuperficie) + ")"});
+    EXPECT_EQ(registro.Cuenta("glPushMatrix"), 2u);
+    EXPECT_EQ(registro.Cuenta("glPopMatrix"), 2u);
+}
+
+TEST_F(Capas, InPerspectiveTheSkyIsSetUpInItsOrder) {
+    Monta(m_dem, [](EscenaTerreno& e) { e.SetOrtogonal(0); });
+    m_escena.SetAngulos(20, 30, 40);
+    ASSERT_TRUE(m_escena.MakeCurrent(nullptr));
+    const RegistroGL registro;
+    ASSERT_EQ(m_escena.OnRender(), 1);
+    LlamadasGL orden = Solo(registro.Ejecutadas(), {"gluPerspective", "glScaled", "glRotated", "glOrtho"});
+    for (std::string& l : orden)
+        l.erase(l.find('('));
+    EXPECT_LLAMADAS(orden, {"gluPerspective", "glScaled", "glRotated", "glRotated", "glRotated"});
+    const auto p = registro.Numeros("gluPerspective").at(0);
+    EXPECT_NEAR(p[0], 45, 1e-6);
+    EXPECT_NEAR(p[1], 120.0 / 90, 1e-9);
+    EXPECT_NEAR(p[2], m_escena.GetPlanoCerca(), 1e-9);
+    const auto escala = registro.Numeros("glScaled").at(0);
+    EXPECT_EQ(escala, (std::vector<double>{10 / (120.0 / 90), 10, 10 / (120.0 / 90)}));
+    const auto giros = registro.Numeros("glRotated");
+    ASSERT_EQ(giros.size(), 3u);
+    EXPECT_NEAR(giros[0][0], m_escena.GetAnguloY(), 1e-9);
+    EXPECT_NEAR(giros[1][0], -m_escena.GetAnguloZ(), 1e-9);
+    EXPECT_NEAR(giros[2][0], -m_escena.GetAnguloX(), 1e-9);
+}
+
+TEST_F(Capas, TheBackgroundIsClearedWithItsColourAndNoOpacity) {
+    Monta(m_dem, [](EscenaTerreno& e) { e.SetColorFondo(RGB(51, 102, 255)); });
+    ASSERT_TRUE(m_escena.MakeCurrent(nullptr));
+    const RegistroGL registro;
+    ASSERT_EQ(m_escena.OnRender(), 1);
+    EXPECT_EQ(Solo(registro.Ejecutadas(), {"glClearColor"}).back(), "glClearColor(0.2, 0.4, 1, 0)");
+}
+
+TEST_F(Capas, LimitsOfTheBackgroundsColourAreMovedAwayFromIt) {
+    Toma(m_dem, [](EscenaTerreno& e) { e.SetColorFondo(RGB(70, 75, 61)); });
+    const RegistroGL registro;
+    ASSERT_EQ(m_escena.OnIniciarLimites(), 1);
+    EXPECT_NEAR(registro.Numeros("glColor3f").at(0).at(1), 198 / 255.0, 1e-6) << "the default element is near it";
+    m_escena.SetColorFondo(RGB(70, 70, 60));
+    ASSERT_EQ(m_escena.OnIniciarLimites(), 1);
+    EXPECT_NEAR(registro.Numeros("glColor3f").at(1).at(1), 70 / 255.0, 1e-6) << "10 apart in one channel is enough";
+}
+
+TEST_F(CapasLejos, BreaklinesKeepTheirPlaceWhateverTheExtentsGiven) {
+    PonRuptura(L"R", 11000, 22500, 1200, 13050, 23010, 3000);
+    PonElemento(L"R", 0, 255, 0, 0, 0);
+    Vertiz::CMaximas<double> otras;
+    otras.Nuevo(Vertiz::CCoor3D<double>(105, 231, 3, 0));
+    otras.Nuevo(Vertiz::CCoor3D<double>(300, 400, 90, 0));
+    const RegistroGL registro;
+    ASSERT_EQ(m_escena.DibujarRupturas(m_dem.Rupturas(), otras), 1);
+    const auto v = registro.Numeros("glVertex3f");
+    ASSERT_EQ(v.size(), 2u);
+    EsperaEn(v[0], 110, 225, 12);
+    EsperaEn(v[1], 130.5, 230.1, 30);
+}
+
+TEST_F(CapasLejos, ShiftsMoveADrawingByAxis) {
+    m_escena.SetExageracionVertical(3);
+    m_escena.EstableceMaxMin(m_escena.m_Maximas);
+    const double f = m_escena.m_dFactor;
+    double x = 7 * f, y = 11 * f, z = 100;
+    m_escena.TerrenoAPantallaGL(x, y, z, m_escena.m_Maximas, 0.5, 0.25, 30, 20);
+    EXPECT_EQ(x, double(float(7 * f + 0.5 - m_escena.m_dRangoX * f * 0.5)));
+    EXPECT_EQ(z, double(float(11 * f + 0.25 - m_escena.m_dRangoY * f * 0.5))) << "depth, from Y";
+    EXPECT_EQ(y, double(float((100 - 50 - m_escena.m_dRangoZ * 0.5) * f * 3))) << "height, from Z";
+}
+
 }  // namespace
