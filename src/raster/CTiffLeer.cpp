@@ -76,7 +76,7 @@ struct Medida {
         }
     }
     EscalaTiff Escala() const {
-        const double factor = maximo > minimo ? 255.0 / (maximo - minimo) : 0.0;
+        const double factor = maximo != minimo ? 255.0 / (maximo - minimo) : 0.0;
         return {minimo, std::isfinite(factor) ? factor : 0.0};
     }
 };

@@ -83,10 +83,7 @@ const BYTE* LectorTrozo::FilaPackBits(BYTE* lugar) {
     while (destino != fin) {
         if (m_nPendientes == 0) {
             while (m_nFin - m_nInicio < 2)
-                if (!Llena()) {
-                    if (m_nFin == m_nInicio || m_Buffer[m_nInicio] != 128) return nullptr;
-                    break;
-                }
+                if (!Llena()) return nullptr;
             const unsigned n = m_Buffer[m_nInicio++];
             if (n == 128) continue;
             m_bRepite = n > 128;
