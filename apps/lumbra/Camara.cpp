@@ -104,7 +104,10 @@ Punto Arriba(double azimut, double elevacion) {
 }
 
 void PonCamara(CGL& escena, double azimut, double elevacion) {
-    escena.GetCamara().PositionCamera(Direccion(azimut, elevacion), {0, 0, 0, 0}, Arriba(azimut, elevacion));
+    // The camera's angles, which skies turn by, are worked out from those before, and a half turn has no way.
+    constexpr double kRodeo = 60.0;
+    for (const double a : {azimut + kRodeo, azimut})
+        escena.GetCamara().PositionCamera(Direccion(a, elevacion), {0, 0, 0, 0}, Arriba(a, elevacion));
 }
 
 void Encuadra(CEscenaDEM& escena, const Caja& extension, double aspecto) {

@@ -34,7 +34,7 @@ bool EsGris(const Foto& foto) {
     return true;
 }
 
-void CopiaPixeles(const Foto& foto, Vertiz::IRaster& destino) {
+bool CopiaPixeles(const Foto& foto, Vertiz::IRaster& destino) {
     const int ancho = foto.Ancho(), alto = foto.Alto();
     std::vector<BYTE> bgr(3 * std::size_t(ancho));
     for (int f = 0; f < alto; ++f) {
@@ -42,8 +42,9 @@ void CopiaPixeles(const Foto& foto, Vertiz::IRaster& destino) {
         if (destino.BytesPixel() == 1)
             for (std::size_t c = 0; c < std::size_t(ancho); ++c)
                 bgr[c] = bgr[3 * c];
-        destino.SetFila(bgr.data(), alto - 1 - f, 0, ancho);
+        if (!destino.SetFila(bgr.data(), alto - 1 - f, 0, ancho)) return false;
     }
+    return true;
 }
 
 int Graba(const Foto& foto, Vertiz::IRaster& destino, CFile& fichero) {
@@ -59,7 +60,7 @@ bool EsSalidaFoto(const std::string& ruta) {
     return TerminaEn(ruta, ".bmp") || TerminaEn(ruta, ".png") || EsTiff(ruta) || EsJpeg(ruta);
 }
 
-void ConvierteFoto(const Foto& foto, const std::string& ruta) {
+void ConvierteFoto(const Foto& foto, const std::string& ruta, Progreso& progreso) {
     if (TerminaEn(ruta, ".png")) return EscribePng(ruta, ImagenDeFoto(foto));
     std::unique_ptr<Vertiz::IRaster> destino;
     if (EsJpeg(ruta))
@@ -69,15 +70,19 @@ void ConvierteFoto(const Foto& foto, const std::string& ruta) {
     else
         destino = std::make_unique<Vertiz::CBmp>();
     const int bits = !EsJpeg(ruta) && EsGris(foto) ? 8 : 24;
-    if (!destino->Crear(foto.Ancho(), foto.Alto(), bits, foto.Raster().Resolucion(), false, nullptr, nullptr, false))
+    if (!destino->Crear(foto.Ancho(), foto.Alto(), bits, foto.Raster().Resolucion(), false, nullptr, nullptr, false) ||
+        !CopiaPixeles(foto, *destino))
         FallaSalida(ruta, "there is no room for its pixels");
-    CopiaPixeles(foto, *destino);
     Provisional provisional(ruta);
     CFile fichero;
     if (!fichero.Open(CString(DeUtf8(provisional.Nombre())), CFile::modeReadWrite | CFile::typeBinary))
-        FallaSalida(ruta, AUtf8(TextoError(fichero.GetError()).Texto()));
-    if (Graba(foto, *destino, fichero) != 1 || !fichero.Close())
-        FallaSalida(ruta, AUtf8(TextoError(fichero.GetError()).Texto()));
+        FallaSalida(ruta, AUtf8(TextoError(GetLastError()).Texto()));
+    progreso.Calla();
+    const bool grabada = Graba(foto, *destino, fichero) == 1 && fichero.Close();
+    progreso.Habla();
+    if (!grabada && fichero.GetError() == ERROR_SUCCESS)
+        FallaSalida(ruta, "a picture of this size doesn't fit its format");
+    if (!grabada) FallaSalida(ruta, AUtf8(TextoError(fichero.GetError()).Texto()));
     provisional.Nombra();
 }
 

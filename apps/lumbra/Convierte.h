@@ -11,7 +11,7 @@ bool EsSalidaFoto(const std::string& ruta);
 
 /// Writes a picture in the format of the name. Greys stay greys in BMP and TIFF, and TIFF keeps the georeference.
 /// @throw std::runtime_error with a sentence for the user
-void ConvierteFoto(const Foto& foto, const std::string& ruta);
+void ConvierteFoto(const Foto& foto, const std::string& ruta, Progreso& progreso);
 
 /// The picture in red, green and blue, brought to a size that it fits into; each pixel is the mean of those that it
 /// stands for.

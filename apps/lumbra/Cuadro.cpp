@@ -32,7 +32,8 @@ Imagen Promedia(const BITMAP& mapa, int ancho, int alto, int n) {
     return imagen;
 }
 
-// How many times as large the picture is drawn: by default twice, and as it is where twice doesn't fit.
+}  // namespace
+
 int Muestreo(const Lienzo& lienzo) {
     constexpr int kLadoMaximo = 16384;  // drivers draw no larger
     const int lado = std::max(lienzo.ancho, lienzo.alto);
@@ -42,12 +43,6 @@ int Muestreo(const Lienzo& lienzo) {
     throw std::runtime_error("a picture of " + std::to_string(lienzo.ancho) + " x " + std::to_string(lienzo.alto) +
                              " pixels" + suave + " is too large: at most " + std::to_string(kLadoMaximo / muestreo) +
                              " a side; ask for a smaller --size" + (muestreo > 1 ? " or --smooth" : ""));
-}
-
-}  // namespace
-
-void CompruebaTamano(const Lienzo& lienzo) {
-    Muestreo(lienzo);
 }
 
 void FallaGL(const std::string& que) {

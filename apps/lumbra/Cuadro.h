@@ -12,9 +12,9 @@ struct Lienzo {
     int muestreo = 0;              ///< it is drawn this many times as large each way, and averaged; 0 chooses
 };
 
-/// Refuses a size of picture that can't be drawn, before anything is read.
-/// @throw std::runtime_error with a sentence for the user
-void CompruebaTamano(const Lienzo& lienzo);
+/// How many times as large a picture is drawn, when nobody asks: twice, and as it is where twice doesn't fit.
+/// @throw std::runtime_error with a sentence for the user, for a size that can't be drawn
+int Muestreo(const Lienzo& lienzo);
 
 /// Ends a drawing that failed, with what OpenGL tells of it.
 /// @throw std::runtime_error with a sentence for the user

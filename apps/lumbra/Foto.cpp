@@ -8,6 +8,7 @@
 #include "platform/Conversiones.h"
 
 #include <algorithm>
+#include <cstdio>
 #include <stdexcept>
 #include <vector>
 
@@ -36,7 +37,7 @@ Foto::Foto(const std::string& ruta, Progreso& progreso, Que que) : m_pRaster(Nue
     if (m_pRaster == nullptr) Falla(ruta, "not a picture: the names of pictures end in bmp, tif, jpg, jp2 or ecw");
     const CString nombre(DeUtf8(ruta));
     if (!m_Fichero.Open(nombre, CFile::modeRead | CFile::typeBinary))
-        Falla(ruta, AUtf8(TextoError(m_Fichero.GetError()).Texto()));
+        Falla(ruta, AUtf8(TextoError(GetLastError()).Texto()));
     m_pRaster->SetNombre(nombre);
     progreso.Calla();
     const int resultado =
@@ -44,6 +45,9 @@ Foto::Foto(const std::string& ruta, Progreso& progreso, Que que) : m_pRaster(Nue
     m_pRaster->CierraFichero();
     const std::vector<std::string> mensajes = progreso.Habla();
     if (resultado != 1) Falla(ruta, Motivo(resultado, mensajes));
+    if (que == Que::kTodo)  // damage that it was read in spite of
+        for (const std::string& mensaje : mensajes)
+            std::fprintf(stderr, "%s: warning: %s\n", ruta.c_str(), mensaje.c_str());
     // Depths of bitmaps that have no access to pixels as they are.
     auto* bmp = dynamic_cast<Vertiz::CBmp*>(m_pRaster.get());
     const bool bAjena = bmp != nullptr && bmp->BytesPixel() != 1 && bmp->BytesPixel() != 3;
@@ -51,7 +55,8 @@ Foto::Foto(const std::string& ruta, Progreso& progreso, Que que) : m_pRaster(Nue
 }
 
 void Foto::Fila(int fila, BYTE* bgr) const {
-    m_pRaster->GetFila(bgr, Alto() - 1 - fila, 0, Ancho());
+    if (!m_pRaster->GetFila(bgr, Alto() - 1 - fila, 0, Ancho()))
+        throw std::runtime_error("the temporary file that holds the pixels can't be read");
 }
 
 bool TerminaEn(std::string_view nombre, std::string_view fin) {

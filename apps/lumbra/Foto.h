@@ -24,6 +24,7 @@ class Foto {
 
     /// Writes a row, counted from the top, as blue, green, red.
     /// @param bgr  three bytes a pixel
+    /// @throw std::runtime_error when the pixels lie in a temporary file that fails
     void Fila(int fila, BYTE* bgr) const;
 
     Vertiz::IRaster& Raster() const { return *m_pRaster; }

@@ -202,7 +202,9 @@ void DeclaraVista(CLI::App& orden, Orden& o, Textos& t) {
         ->group("View");
     orden.add_flag("--top", t.cenital, "Look straight down, north up")->group("View");
     orden.add_flag("--orthographic", t.ortografica, "Without perspective: lengths can be measured")->group("View");
-    orden.add_option("--exaggeration", v.exageracion, "Heights times this; by default what shows the relief")
+    orden
+        .add_option("--exaggeration", v.exageracion,
+                    "Heights times this; by default what shows the relief, 1 with buildings and trees")
         ->check(EsReal(0.001, 1000.0))
         ->type_name("FACTOR")
         ->group("View");
@@ -249,6 +251,39 @@ void DeclaraAspecto(CLI::App& orden, Orden& o, Textos& t) {
         ->group("Look");
 }
 
+void DeclaraEscenario(CLI::App& orden, Orden& o) {
+    OpcionesEscenario& e = o.escenario;
+    constexpr const char* kGrupo = "On the terrain";
+    const auto fichero = [&](const char* nombre, std::string& ruta, const char* que, const char* ayuda) {
+        return orden.add_option(nombre, ruta, ayuda)->check(NoVacio(que))->type_name("FILE")->group(kGrupo);
+    };
+    fichero("--drape", e.imagen, "name a picture",
+            "Picture of the terrain from above, of any system of coordinates: GeoTIFF, JPEG with a world file ...");
+    CLI::Option* edificios = fichero(
+        "--buildings", e.edificios, "name a file of outlines",
+        "Outlines of buildings with heights, as z of the eaves or as an attribute, over the ground: GeoPackage, "
+        "Shapefile, GeoJSON, DXF ...");
+    orden
+        .add_option("--height-field", e.campoAltura, "Attribute that holds the buildings' heights; by default 'height'")
+        ->check(NoVacio("name the attribute"))
+        ->needs(edificios)
+        ->type_name("NAME")
+        ->group(kGrupo);
+    CLI::Option* arboles = fichero("--trees", e.arboles, "name a file of points",
+                                   "Points where trees stand, with an attribute 'height' or without");
+    orden.add_option("--tree-height", e.alturaArboles, "Height of trees that have none")
+        ->check(EsReal(0.001, 1e6))
+        ->needs(arboles)
+        ->type_name("HEIGHT")
+        ->capture_default_str()
+        ->group(kGrupo);
+    orden.add_flag("--conifers", e.coniferas, "The trees are conifers")->needs(arboles)->group(kGrupo);
+    fichero("--breaklines", e.rupturas, "name a file of lines",
+            "Lines to draw on the terrain: as text (.txt, see docs/breaklines.md), or GeoPackage, Shapefile, DXF ...");
+    fichero("--sky", e.cielo, "name a picture",
+            "Picture of a sky all round (equirectangular), its middle in the north");
+}
+
 void DeclaraPanorama(CLI::App& orden, Orden& o, Textos& t) {
     CLI::Option* esfera =
         orden.add_flag("--sphere", o.esfera, "The picture is a panorama (equirectangular): look at it from inside")
@@ -292,12 +327,14 @@ void DeclaraDibujo(CLI::App& orden, Orden& o, Textos& t) {
     DeclaraLectura(orden, o);
     DeclaraVista(orden, o, t);
     DeclaraAspecto(orden, o, t);
+    DeclaraEscenario(orden, o);
     DeclaraPanorama(orden, o, t);
     orden.footer(
         "Examples:\n"
         "  lumbra render dem.tif\n"
         "  lumbra render dem.tif -o north.png --azimuth 0 --elevation 25\n"
         "  lumbra render dem.tif -o plan.png --top --orthographic --size 3000x3000\n"
+        "  lumbra render dem.tif --drape ortho.tif --buildings houses.gpkg --trees trees.gpkg --sky sky.jpg\n"
         "  lumbra render panorama.jpg --sphere --look 90,10 --fov 75");
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 // What the user asks for on the command line.
 
+#include "Escenario.h"
 #include "Panorama.h"
 #include "Vista.h"
 
@@ -19,6 +20,7 @@ struct Orden {
     std::optional<bool> foto;    ///< the file is a picture, or isn't; empty: as it looks
     bool esfera = false;         ///< a picture is a panorama, seen from inside
     OpcionesVista vista;
+    OpcionesEscenario escenario;
     OpcionesPanorama panorama;
 };
 

@@ -4,10 +4,12 @@
 
 #include "Camara.h"
 #include "terrain/CEscenaDEM.h"
+#include "model/CDigiTab.h"
 #include "platform/Conversiones.h"
 
 #include <algorithm>
 #include <cmath>
+#include <filesystem>
 #include <stdexcept>
 #include <vector>
 
@@ -128,24 +130,71 @@ void CompruebaPaso(const Vertiz::CDEM& dem, int paso) {
                              " samples; ask for a smaller --step");
 }
 
+// Hands what stands on the terrain over to its scene. Buildings are borrowed.
+void Puebla(CEscenaDEM& escena, const Escenario& escenario) {
+    CDataGL data = escena.GetData();
+    data.m_bImagenFondo = escenario.cielo != nullptr ? 1 : 0;
+    if (escenario.cielo != nullptr) data.m_SzImagenFondo = CString(DeUtf8(escenario.cielo->Ruta()));
+    escena.SetData(data);
+    escena.RecargarEdificios(&escenario.edificios);
+    for (const auto& [altura, pies] : escenario.arboles)
+        escena.CargarArboles(pies, altura, escenario.coniferas ? 0 : 1, 1, nullptr);
+}
+
+// Lies the image over the terrain. Its tiles go to a file that goes with the scene.
+void Cubre(CEscenaDEM& escena, Vertiz::CResultadoImagen& imagen) {
+    if (imagen.m_pRaster == nullptr) return;
+    CDataCargarImagen opciones;
+    opciones.m_dResolucion = imagen.m_Imagen.SizePixel();
+    opciones.m_bPiramidales = 1;
+    opciones.m_nInterpolacion = 1;
+    const std::string carpeta = std::filesystem::temp_directory_path().string();
+    if (!escena.CargarImagen(L"drape", imagen.m_pRaster.release(), imagen.m_Imagen, opciones, CString(DeUtf8(carpeta))))
+        FallaGL("can't drape the image: no room for its tiles in " + carpeta);
+}
+
+// Styles of the lines on a terrain.
+Vertiz::CDigiTab Estilos(int muestreo) {
+    Vertiz::CDigiTab tabla;
+    tabla.Inserta(Vertiz::CElementoDigiTab(Vertiz::CTipoEntidad::Linea, L"*", 176, 32, 24,
+                                           1.5F * static_cast<float>(muestreo), 0, CString(), 1),
+                  true);
+    return tabla;
+}
+
 }  // namespace
 
-ResultadoVista DibujaDEM(Vertiz::CDEM& dem, const OpcionesVista& opciones) {
+double PixelMinimo(const Vertiz::CDEM& dem, const Lienzo& lienzo) {
+    const Caja m = dem.GetMaximasDouble();
+    const double terreno = std::max(m.Maxima().x - m.Minima().x, m.Maxima().y - m.Minima().y);
+    return terreno / (2.0 * Muestreo(lienzo) * std::max(lienzo.ancho, lienzo.alto));
+}
+
+ResultadoVista DibujaDEM(Vertiz::CDEM& dem, const OpcionesVista& opciones, Escenario& escenario) {
     Caja extension = opciones.limites ? dem.GetMaximasDouble() : ExtensionConDatos(dem);
     ResultadoVista resultado;
     CompruebaPaso(dem, opciones.paso);
-    resultado.exageracion = opciones.exageracion != 0.0 ? opciones.exageracion : ExageracionNatural(extension);
+    resultado.exageracion = opciones.exageracion;
+    // Houses and trees keep their proportions.
+    if (resultado.exageracion == 0.0)
+        resultado.exageracion = escenario.maximas.EstanVacias(true) ? ExageracionNatural(extension) : 1.0;
 
     Cuadro cuadro(opciones.lienzo);
+    Vertiz::CDigiTab estilos = Estilos(Muestreo(opciones.lienzo));
     CEscenaDEM escena(&dem);
     Ajusta(escena, opciones, extension);
+    Puebla(escena, escenario);
+    escena.SetDigiTab(&estilos);
+    extension.Nuevo(escenario.maximas);
     if (opciones.base) extension = ConPeana(extension, resultado.exageracion);
     escena.SetExageracionVertical(static_cast<float>(resultado.exageracion));
     cuadro.Crea(escena);
     PonCamara(escena, opciones.azimut, opciones.elevacion);
     // The first fit fixes the space of the model, the second the view, once there is a projection.
     escena.ZoomExtension(extension);
+    Cubre(escena, escenario.imagen);
     if (!escena.Iniciar()) FallaGL("can't build the picture");
+    escenario.cielo.reset();
     resultado.pasoMalla = escena.GetPasoMalla();
     cuadro.Ajusta(escena);
     escena.ZoomExtension(extension);

@@ -2,6 +2,7 @@
 // A picture of an elevation grid, taken without a window.
 
 #include "Cuadro.h"
+#include "Escenario.h"
 #include "model/CDEM.h"
 
 #include <optional>
@@ -36,6 +37,11 @@ struct ResultadoVista {
     int pasoMalla = 1;
 };
 
-/// Draws a grid.
+/// The smallest pixel of an image over a grid that a picture can show, terrain units: half of one that is drawn, when
+/// the grid fills the picture.
+double PixelMinimo(const Vertiz::CDEM& dem, const Lienzo& lienzo);
+
+/// Draws a grid and what stands on it.
+/// @param escenario  its image goes to the scene
 /// @throw std::runtime_error with a sentence for the user
-ResultadoVista DibujaDEM(Vertiz::CDEM& dem, const OpcionesVista& opciones);
+ResultadoVista DibujaDEM(Vertiz::CDEM& dem, const OpcionesVista& opciones, Escenario& escenario);

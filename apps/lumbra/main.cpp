@@ -60,7 +60,7 @@ void DibujaFoto(const Orden& orden, Progreso& progreso) {
 }
 
 void DibujaEsfera(const Orden& orden, Progreso& progreso) {
-    CompruebaTamano(orden.vista.lienzo);
+    Muestreo(orden.vista.lienzo);  // a size that can't be drawn is told before the reading
     const Foto foto(orden.fichero, progreso);
     const ResultadoPanorama vista =
         DibujaPanorama(foto, orden.fichero, orden.panorama, orden.vista.lienzo, orden.vista.colorFondo);
@@ -75,11 +75,14 @@ void DibujaEsfera(const Orden& orden, Progreso& progreso) {
 }
 
 void DibujaTerreno(const Orden& orden, Progreso& progreso) {
-    CompruebaTamano(orden.vista.lienzo);  // before the reading, not after it
+    Muestreo(orden.vista.lienzo);
     Vertiz::CResultadoDEM leido = Lee(orden, progreso);
     if (leido.m_pDEM->DameCeldas() == 0)
         throw std::runtime_error(orden.fichero + ": no cell has heights at its four corners, so there is no surface");
-    const ResultadoVista vista = DibujaDEM(*leido.m_pDEM, orden.vista);
+    Escenario escenario = LeeEscenario(orden.escenario, leido, PixelMinimo(*leido.m_pDEM, orden.vista.lienzo), progreso,
+                                       [](const std::string& texto) { std::fprintf(stderr, "%s\n", texto.c_str()); });
+    progreso.Termina(1, 0);
+    const ResultadoVista vista = DibujaDEM(*leido.m_pDEM, orden.vista, escenario);
     EscribePng(orden.salida, vista.imagen);
     progreso.Termina(1, 0);
     std::printf("%s -> %s: %d x %d pixels, heights x %g", orden.fichero.c_str(), orden.salida.c_str(),
@@ -90,18 +93,22 @@ void DibujaTerreno(const Orden& orden, Progreso& progreso) {
 
 void Dibuja(const Orden& orden, Progreso& progreso) {
     CompruebaSalida(orden.salida, orden.fichero);  // before the work, not after it
-    if (orden.esfera)
-        DibujaEsfera(orden, progreso);
-    else if (HayFoto(orden, progreso))
-        DibujaFoto(orden, progreso);
-    else
+    const char* const opcion = orden.escenario.Primera();
+    if (!orden.esfera && !HayFoto(orden, progreso))
         DibujaTerreno(orden, progreso);
+    else if (opcion != nullptr)
+        throw std::invalid_argument(std::string(opcion) + " goes with an elevation grid; " + orden.fichero +
+                                    " is a picture");
+    else if (orden.esfera)
+        DibujaEsfera(orden, progreso);
+    else
+        DibujaFoto(orden, progreso);
 }
 
 void Convierte(const Orden& orden, Progreso& progreso) {
     CompruebaSalida(orden.salida, orden.fichero);
     const Foto foto(orden.fichero, progreso);
-    ConvierteFoto(foto, orden.salida);
+    ConvierteFoto(foto, orden.salida, progreso);
     std::printf("%s -> %s: %d x %d pixels\n", orden.fichero.c_str(), orden.salida.c_str(), foto.Ancho(), foto.Alto());
 }
 

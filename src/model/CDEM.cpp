@@ -170,6 +170,7 @@ bool CDEM::DameRectangulo(unsigned celda, RectanguloCelda& rectangulo) const {
 
 bool CDEM::InsertaRuptura(const CLinea<int>& linea) {
     if (linea.NPuntos() < 2) return false;
+    m_Rupturas.Semilla() = m_Semilla;  // which may have been set since the grid was made
     m_Rupturas.Inserta(linea);
     return true;
 }

@@ -2,10 +2,13 @@
 
 #include "model/Segmentacion.h"
 
+#include "platform/Memoria.h"
+
 #include <algorithm>
 #include <array>
 #include <bit>
 #include <cmath>
+#include <new>
 #include <numeric>
 #include <utility>
 
@@ -13,7 +16,10 @@ namespace Vertiz {
 
 std::vector<float> MascaraGauss(float sigma) {
     if (!(sigma > 0.01f) || std::isinf(sigma)) sigma = 0.01f;
-    std::vector<float> mascara(static_cast<std::size_t>(std::ceil(sigma * 4.0f)) + 1);
+    constexpr float kImposible = 1e15f;
+    const auto elementos = static_cast<std::size_t>(std::ceil(std::min(sigma * 4.0f, kImposible))) + 1;
+    if (!HayMemoria(elementos * sizeof(float))) throw std::bad_alloc();
+    std::vector<float> mascara(elementos);
     for (std::size_t i = 0; i < mascara.size(); ++i)
         mascara[i] = float(std::exp(-0.5 * std::pow(double(i) / double(sigma), 2.0)));
     return mascara;

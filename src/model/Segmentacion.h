@@ -15,6 +15,7 @@ namespace Vertiz {
 
 /// The right half of a Gaussian, its centre first: ceil(4 sigma) + 1 elements, not normalised.
 /// @param sigma  in elements; lower than 0.01 or not finite becomes 0.01
+/// @throw std::bad_alloc for one that memory can't hold
 LUMBRA_API std::vector<float> MascaraGauss(float sigma);
 
 /// Scales half a symmetric mask so that the whole one's absolute values add up to 1. A mask of zeros stays as it is.

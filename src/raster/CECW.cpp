@@ -119,6 +119,7 @@ CString CECW::RutaFichero() const {
 }
 
 int CECW::LeeCabecera(const CString& ruta) {
+    Limpiar();
     NCS::CView vista;
     if (const auto error = vista.Open(RutaSistema(ruta)); error.GetErrorNumber() != 0) {
         Avisa(NivelMensajes(), ruta, NCSGetLastErrorText(error));

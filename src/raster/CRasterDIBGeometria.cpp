@@ -4,6 +4,7 @@
 #include "raster/Resultados.h"
 #include "raster/TextosProgreso.h"
 #include "model/Etapa.h"
+#include "platform/Memoria.h"
 
 #include <algorithm>
 #include <cmath>
@@ -88,13 +89,15 @@ int CRasterDIB::CambiaTamano(int filas, int columnas, IRaster* destino) {
 int CRasterDIB::Escala(double factor, IRaster* destino) {
     constexpr double kMaximo = std::numeric_limits<int>::max();
     const double filas = AltoPixeles() * factor + 0.5, columnas = m_nAncho * factor + 0.5;
-    if (!(factor > 0.0) || filas > kMaximo || columnas > kMaximo) return kTamanoMalo;
+    if (!(factor > 0.0) || !(filas <= kMaximo) || !(columnas <= kMaximo)) return kTamanoMalo;
     if (TienePixeles() && (filas < 1.0 || columnas < 1.0)) return kTamanoMalo;
     return Remuestrea(static_cast<int>(filas), static_cast<int>(columnas), factor, factor, destino);
 }
 
 int CRasterDIB::Remuestrea(int filas, int columnas, double factorFilas, double factorColumnas, IRaster* destino) {
     if (!TienePixeles() || AltoPixeles() == 0 || m_nAncho == 0) return 2;
+    const ULONGLONG bytesIndices = (ULONGLONG(filas) + ULONGLONG(columnas)) * sizeof(int);
+    if (!HayMemoria(bytesIndices)) return FalloAlmacen();
     std::unique_ptr<CRasterDIB> propia;
     IRaster* const nueva = CreaDestino(columnas, filas, 0, destino, propia);
     if (nueva == nullptr) return FalloAlmacen();

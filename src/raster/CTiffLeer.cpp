@@ -90,6 +90,12 @@ std::vector<CString> Informe(const Medida& medida) {
     return {L"Convirtiendo a valores de gris", maximo, media, minimo};
 }
 
+// What a row needs on its way into the picture: the bytes of its pieces, as many read ahead, and its values.
+std::uint64_t BytesDePaso(const PaginaTiff& p) {
+    const std::uint64_t planos = p.planos ? std::min(p.muestras, 4U) : 1;
+    return 2 * p.BytesFila() * p.TrozosAncho() * planos + 4 * sizeof(double) * std::uint64_t(p.ancho);
+}
+
 // One walk over the rows of the window, with its stage of progress. `fila` gets the number of each row and where the
 // rows come from, and has to take one of them.
 template <class F>
@@ -144,6 +150,8 @@ int CTiff::LeePagina(bool soloCabecera, const Peticion& peticion) {
     }
     if (soloCabecera) return 1;
 
+    constexpr std::uint64_t kPocos = 1U << 20;  // as much is always read ahead
+    if (const std::uint64_t bytes = BytesDePaso(pagina); bytes > kPocos && !HayMemoria(bytes)) throw std::bad_alloc();
     const int resultado = peticion.tabla != nullptr && pagina.EsNumerica() ? LeeTabla(pagina, ventana, peticion)
                                                                            : LeeImagen(pagina, ventana, peticion);
     if (resultado == kNoSoportado) Comunica(L"No se puede leer la imagen");

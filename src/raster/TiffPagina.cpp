@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <limits>
+#include <set>
 
 namespace Vertiz {
 
@@ -15,7 +16,8 @@ namespace {
 
 constexpr std::uint64_t kSinLimite = std::numeric_limits<std::uint64_t>::max();
 constexpr std::uint64_t kSinComprimir = 1, kPackBits = 32773;
-constexpr std::uint64_t kTopePackBits = 64;  // bytes that one of PackBits can become: 2 give 128
+constexpr std::uint64_t kTopePackBits = 64;   // bytes that one of PackBits can become: 2 give 128
+constexpr std::uint64_t kTopeFichero = 1024;  // of the picture to one of the file; equal pieces may share their bytes
 
 // What is gathered from the entries before it can be judged.
 struct Entradas {
@@ -211,6 +213,7 @@ CString JuzgaTrozos(PaginaTiff& p, const Entradas& s, std::uint64_t tamano) {
     if (p.packBits && porPlano > s.bytes.size() / planos) return L"Faltan tamaños de trozos";
     const std::uint64_t fila = p.BytesFila();
     p.trozos.reserve(porPlano * planos);
+    std::uint64_t total = 0;
     for (std::uint64_t i = 0; i < porPlano * planos; ++i) {
         // Uncompressed pieces are as large as their pixels, whatever their count says: files with wrong counts are
         // many.
@@ -221,6 +224,7 @@ CString JuzgaTrozos(PaginaTiff& p, const Entradas& s, std::uint64_t tamano) {
         if (bytes > tamano - offset || fila > bytes * (p.packBits ? kTopePackBits : 1) ||
             filas > bytes * (p.packBits ? kTopePackBits : 1) / fila)
             return L"Hay trozos fuera del archivo";
+        if ((total += filas * fila) / kTopeFichero > tamano) return L"El archivo no contiene la imagen que declara";
         p.trozos.push_back({offset, p.packBits ? bytes : filas * fila});
     }
     if (!p.packBits && !s.enTeselas) JuntaTiras(p);
@@ -260,8 +264,11 @@ CString LeePaginaTiff(CFile& fichero, const CabeceraTiff& cabecera, std::uint64_
     const std::optional<std::vector<EntradaTiff>> entradas = numeros.Directorio(offset, p.siguiente);
     if (!entradas) return L"El directorio está fuera del archivo o dañado";
     Entradas s;
+    std::set<unsigned>
+        vistas;  // the first of a tag counts; reading thousands of them, long as the file, would take hours
     for (const EntradaTiff& e : *entradas)
-        if (!Anota(numeros, e, p, s)) return L"Hay datos del directorio fuera del archivo";
+        if (vistas.insert(e.tag).second && !Anota(numeros, e, p, s))
+            return L"Hay datos del directorio fuera del archivo";
 
     // The place first: it holds also where the pixels can't be taken.
     if (s.geo.HayAlguna()) {

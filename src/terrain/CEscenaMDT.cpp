@@ -35,6 +35,7 @@ CEscenaMDT::CEscenaMDT(const CEscenaMDT& otra) : CGL(otra) {
 
 CEscenaMDT& CEscenaMDT::operator=(const CEscenaMDT& otra) {
     if (EsDeLaFamilia(otra)) return *this;
+    Destruir();
     DescargaTodo();
     CGL::operator=(otra);
     CopiaCapas(otra);
@@ -48,8 +49,8 @@ CGL& CEscenaMDT::operator=(const CGL& otra) {
 }
 
 CEscenaMDT::~CEscenaMDT() {
-    DescargaTodo();
     Destruir();
+    DescargaTodo();
 }
 
 void CEscenaMDT::CopiaCapas(const CEscenaMDT& otra) {

@@ -93,7 +93,7 @@ class LUMBRA_API CEscenaMDT : public CGL {
     int RecargarImagen(unsigned index, Vertiz::CNivelMensajes nivel) { return AsignaTexturas(index, nivel) != 0; }
     int RecargarTexturas(Vertiz::CNivelMensajes nivel);
     /// Fills the areas of a drawing with a colour, on this scene and on its references and links as CargarImagen.
-    /// @param dibujo  outlines, made with new; the scene's from now on
+    /// @param dibujo  outlines, made with new; the scene's from now on. Null is refused
     /// @param color   red in the low byte
     /// @return 0 when they can't be tied to this scene's surface
     int CargarTexturaSimple(Vertiz::CDibujo<int>* dibujo, unsigned long color);
@@ -102,7 +102,8 @@ class LUMBRA_API CEscenaMDT : public CGL {
     /// @thread any, with a context that shares objects with the scene's; different tiles at the same time
     bool Textura(unsigned index, unsigned fila, unsigned col);
     /// Builds a picture of 24 bits of a record's tiles as they are, side by side.
-    /// @param destino  made anew; untouched when there is nothing to read, or no memory
+    /// @param destino  made anew from blocks (IRaster::Crear): a CTiff shows the picture, a CBmp every sixteenth row of
+    ///                 it. Untouched when there is nothing to read, or no memory
     void GetImagen(Vertiz::IRaster* destino, unsigned index);
     /// Takes over a record's file, open and made with new, and makes texture objects anew. @return 0 without a context:
     /// the file is the record's all the same. Out of range it stays the caller's

@@ -92,9 +92,9 @@ bool CEscenaMDT::Textura(unsigned index, unsigned fila, unsigned col) {
     const std::vector<CNivelTexturas> niveles = NivelesTexturas(registro);
     for (std::size_t l = 0; l < niveles.size(); ++l) {
         const CNivelTexturas& nivel = niveles[l];
+        if (nivel.ancho > m_nMaxTexDim || nivel.alto > m_nMaxTexDim) continue;
         pixeles.resize(static_cast<std::size_t>(nivel.bytes));
         if (!LeeTesela(*registro.m_pFichero, nivel.Posicion(tesela), pixeles)) return false;
-        if (nivel.ancho > m_nMaxTexDim || nivel.alto > m_nMaxTexDim) continue;
         // The driver compresses; the file stays plain.
         glTexImage2D(GL_TEXTURE_2D, static_cast<GLint>(l), GL_COMPRESSED_RGB, nivel.ancho, nivel.alto, 0, GL_RGB,
                      GL_UNSIGNED_BYTE, pixeles.data());

@@ -53,6 +53,7 @@ int CEscenaMDT::RecargarTexturas(CNivelMensajes nivel) {
 }
 
 int CEscenaMDT::CargarTexturaSimple(CDibujo<int>* dibujo, unsigned long color) {
+    if (!dibujo) return 0;
     const CDataTexturaSimple textura{static_cast<std::uint32_t>(color), std::shared_ptr<CDibujo<int>>(dibujo)};
     m_TexturasSimples.push_back(textura);
     const auto ultima = static_cast<unsigned>(m_TexturasSimples.size() - 1);
@@ -167,18 +168,22 @@ void CEscenaMDT::DescargarImagen(unsigned index, int borrarFichero, int borrarRe
     if (registro.m_bPrestada == 0) {
         SueltaFichero(registro, borrarFichero != 0);
         SueltaTexturas(registro);
+    } else if (!registro.EstaCargada()) {  // the parent has unloaded it
+        registro.m_pFichero = nullptr;
+        registro.m_pTexturas = nullptr;
+        registro.m_bCargada = 0;
     }
     if (borrarRegistro != 0) m_Texturas.erase(m_Texturas.begin() + index);
     for (CEscenaMDT* hijo : HijosConImagen())
         hijo->DescargarImagen(index, 1, borrarRegistro, 1);
 }
 
-// Closes a record's file, and deletes it if bBorrar, unless both are another's.
+// Lets a record's file go, and deletes it if bBorrar, unless it is another's. It closes with whoever looks at it last:
+// a child may be shared with a copy of this scene, which goes on.
 void CEscenaMDT::SueltaFichero(CDataTexturas& registro, bool bBorrar) {
-    const std::shared_ptr<CFile> fichero = std::exchange(registro.m_pFichero, nullptr);
-    if (registro.m_bPrestada != 0) return;
-    if (fichero) fichero->Close();  // also for those who look at it
-    if (bBorrar && !registro.m_sNombreFichero.IsEmpty()) DeleteFileW(registro.m_sNombreFichero);
+    registro.m_pFichero = nullptr;
+    if (bBorrar && registro.m_bPrestada == 0 && !registro.m_sNombreFichero.IsEmpty())
+        DeleteFileW(registro.m_sNombreFichero);
 }
 
 // Takes the context, where there is one, for deleting a record's texture objects.
@@ -197,7 +202,8 @@ void CEscenaMDT::DescargarTexturaSimple(unsigned index) {
         hijo->DescargarTexturaSimple(index);
 }
 
-// At the end of the scene: its images and areas go, and the files with them. Not virtual: a deriving scene is gone.
+// At the end of the scene, which has no context and no children any more: its images and areas go, and the files with
+// them. Not virtual: a deriving scene is gone.
 void CEscenaMDT::DescargaTodo() {
     while (!m_Texturas.empty())
         CEscenaMDT::DescargarImagen(0, 1, 1, 1);

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <new>
 
 namespace Vertiz {
 
@@ -52,7 +53,11 @@ void CHiloCargaTextura::Run() {
             r = (*m_pFila)++;
             std::atomic_ref(*m_pContador).store(static_cast<long>(r) + 1);
         }
-        Calculo(r);
+        try {
+            Calculo(r);
+        } catch (const std::bad_alloc&) {
+            Para();  // out of a thread it would end the process
+        }
         const CSingleLock cierre(m_pSeccion, TRUE);
         std::atomic_ref(*m_pContador).fetch_add(1);
     }

@@ -101,6 +101,10 @@ class Pictures(HostTest):
         self.write("text.jpg", b"hello")
         self.write("rle.bmp", bmp(ROWS, 8)[:30] + b"\1\0\0\0" + bmp(ROWS, 8)[34:])
         self.write("huge.bmp", bmp(ROWS, 24)[:18] + struct.pack("<ii", 2 ** 30, 2 ** 30) + bmp(ROWS, 24)[26:])
+        for name in ("none.bmp", "none.jp2"):
+            self.fails("info", name, says=[name, "does not exist"])
+        (self.folder / "folder.bmp").mkdir()
+        self.fails("info", "folder.bmp", says="folder.bmp")
         for name in ("cut.bmp", "text.jpg", "rle.bmp", "huge.bmp", "none.bmp", "none.jp2"):
             for task in (("convert", name, "x.bmp"), ("render", name, "-o", "x.png")):
                 self.fails(*task, says=name)
@@ -108,6 +112,15 @@ class Pictures(HostTest):
         self.fails("convert", good, good, says="it is the file that is read")
         self.fails("convert", good, "nowhere/x.bmp", says="no folder")
         self.fails("convert", good, says="output")
+        self.fails("convert", self.write("wide.bmp", bmp([[RED] * 70000], 24)), "x.jpg", says="size")
+
+    def test_damage_that_a_picture_is_shown_in_spite_of_is_told(self):
+        self.write("a.bmp", bmp([[(x, 7 * y % 256, 99) for x in range(200)] for y in range(100)], 24))
+        self.done("convert", "a.bmp", "a.jpg")
+        data = (self.folder / "a.jpg").read_bytes()
+        run = self.host("convert", self.write("cut.jpg", data[:len(data) // 2]), "b.bmp")
+        self.assertEqual(run.returncode, 0, run.stderr)
+        self.assertRegex(run.stderr, r"^cut\.jpg: warning: .+\n$")
 
 
 if __name__ == "__main__":

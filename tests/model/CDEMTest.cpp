@@ -326,6 +326,16 @@ TEST(CDEM, ProyectaALineKeepsOrDropsWhatHasNoTerrain) {
     EXPECT_GE(corta.NPuntos(), 2u);
 }
 
+TEST(CDEM, BreaklinesStandOnTheSeedThatTheGridHasNow) {
+    CDEM dem;
+    dem.Semilla() = CDataSemilla(3, 400000, 4000000);
+    CLinea<int> linea;
+    linea << CCoor3D<int>(0, 0, 0) << CCoor3D<int>(1000, 0, 0);
+    ASSERT_TRUE(dem.InsertaRuptura(linea));
+    EXPECT_EQ(dem.Rupturas().Semilla(), dem.GetSemilla());
+    EXPECT_EQ(dem.Rupturas().Precision(), 1000.0);
+}
+
 TEST(CDEM, BreaklinesAreCopiedIn) {
     CDEM dem = Ondulado(3, 3);
     CLinea<int> linea(CString(L"rotura"));

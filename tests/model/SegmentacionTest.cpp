@@ -37,6 +37,11 @@ TEST(Segmentacion, MascaraGaussIsTheRightHalfOfAGaussian) {
     EXPECT_EQ(MascaraGauss(0.6f).size(), 4u);
 }
 
+TEST(Segmentacion, AMaskThatMemoryDoesNotHoldIsABadAllocation) {
+    for (const float sigma : {1e30f, std::numeric_limits<float>::max()})
+        EXPECT_THROW(MascaraGauss(sigma), std::bad_alloc);
+}
+
 TEST(Segmentacion, NormalizaMascaraMakesTheWholeMaskOne) {
     std::vector<float> mascara = {2.0f, -1.0f, 0.5f};
     NormalizaMascara(mascara);

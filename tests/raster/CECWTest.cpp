@@ -222,6 +222,16 @@ TEST_F(EcwTest, RefusesBadArguments) {
     EXPECT_EQ(imagen.LeerHilos(Ancha(ruta), 2, 0, 0, 0, -9, 0), Vertiz::kTamanoMalo);
 }
 
+TEST_F(EcwTest, AHeaderThatCannotBeReadLeavesNothingOfTheFormerPicture) {
+    CECW imagen;
+    imagen.SetNombre(Ancha(Fichero({})));
+    ASSERT_EQ(imagen.Leer(false), 1);
+    imagen.SetNombre(Ancha(m_Carpeta / "nada.jp2"));
+    EXPECT_EQ(imagen.Leer(true), 0);
+    EXPECT_EQ(imagen.Ancho(), 0);
+    EXPECT_EQ(imagen.Alto(), 0);
+}
+
 TEST_F(EcwTest, ShowsItsProgressAndGoesOnAfterACancel) {
     const auto ruta = Fichero({.ancho = 300, .alto = 300});
     for (const int cancelaEn : {0, 1}) {

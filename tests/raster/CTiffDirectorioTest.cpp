@@ -1,6 +1,7 @@
 // Headers and directories: byte orders, big files, values in and out of the entry, pages, keys, and what is damaged.
 
 #include "raster/Tiffs.h"
+#include "platform/Memoria.h"
 #include "support/Progreso.h"
 
 #include <gmock/gmock.h>
@@ -268,6 +269,65 @@ TEST_F(CTiffDirectorio, RefusesCountsThatTheFileDoesNotHold) {
         Rechaza(f.PonCrudo(tag, tipo, 1ULL << 62, 16).Bytes());
         Rechaza(f.PonCrudo(tag, tipo, 64, ~0ULL - 8).Bytes());
     }
+}
+
+TEST_F(CTiffDirectorio, RefusesMoreEntriesThanASignedCountHolds) {
+    const std::string entrada("\xFF\xFE\1\0\1\0\0\0\0\0\0\0", 12);
+    for (const unsigned sobran : {0U, 1U}) {
+        Fabrica f = Gris().Pon(65533, Fabrica::Byte, {1});
+        std::string bytes = f.Bytes();
+        const std::size_t cuantas = 0x7FFF + sobran - f.m_Entradas.size() - 2;  // strips come with two of their own
+        const std::size_t directorio = 8 + f.BytesTrozos();
+        bytes.replace(directorio, 2, f.Numero(0x7FFF + sobran, 2));
+        std::string muchas;
+        for (std::size_t i = 0; i < cuantas; ++i)
+            muchas += entrada;
+        bytes.insert(directorio + 2 + (f.m_Entradas.size() + 2) * 12, muchas);
+        EXPECT_EQ(Lee(bytes), sobran != 0 ? kNo : 1);
+    }
+}
+
+TEST_F(CTiffDirectorio, OnlyTheFirstEntryOfATagCounts) {
+    std::string bytes = Gris().Pon(260, Fabrica::Short, {1}).Bytes();
+    const std::size_t otra = bytes.find(std::string("\4\1\3\0", 4));
+    ASSERT_NE(otra, std::string::npos);
+    bytes.replace(otra, 2, "\1\1");  // a second height
+    Abierto a(Fichero(bytes));
+    ASSERT_EQ(a.raster.Leer(false), 1);
+    EXPECT_EQ(a.raster.Alto(), -2);
+}
+
+TEST_F(CTiffDirectorio, RefusesPlanesWithoutStrips) {
+    Fabrica f;
+    f.Imagen(2, 2, 3, 8, 2).Pon(284, Fabrica::Short, {2}).Trozos({"abcd", "efgh"});
+    Rechaza(f.Bytes());
+    EXPECT_EQ(Lee(f.Trozos({"abcd", "efgh", "ijkl"}).Bytes()), 1);
+}
+
+TEST_F(CTiffDirectorio, RefusesStripsThatShareTheirBytesTooOften) {
+    for (const unsigned tiras : {1000U, 3000U}) {
+        Fabrica f;
+        f.Imagen(60000, tiras, 1, 8, 1).Pon(278, Fabrica::Short, {1}).Trozos({std::string(60000, 'a')});
+        f.Pon(273, Fabrica::Long, std::vector<std::uint64_t>(tiras, 8));
+        if (tiras == 1000U)
+            EXPECT_EQ(Lee(f.Bytes(), true), 1);
+        else
+            Rechaza(f.Bytes());
+    }
+}
+
+TEST_F(CTiffDirectorio, RefusesRowsThatMemoryDoesNotHold) {
+    constexpr unsigned kAncho = 100'000;  // a tenth of a megabyte of greys out of rows of eight times that
+    Fabrica f;
+    std::string fila;
+    for (unsigned i = 0; i < kAncho * 8 / 128; ++i)
+        fila += std::string("\x81\0", 2);
+    f.Imagen(1, 1, 1, 64, 1).Pon(256, Fabrica::Long, {kAncho}).Pon(259, Fabrica::Short, {32773});
+    const std::string bytes = f.Pon(339, Fabrica::Short, {3}).Trozos({fila}).Bytes();
+    EXPECT_EQ(Lee(bytes), 1);
+    LimitaMemoria(1'000'000);
+    Rechaza(bytes);
+    LimitaMemoria();
 }
 
 TEST_F(CTiffDirectorio, RefusesZeroSizes) {

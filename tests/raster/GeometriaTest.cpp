@@ -124,6 +124,20 @@ TEST_P(Geometria, SizesAndFactorsThatAreNotAboveZeroAreRefused) {
     EXPECT_EQ(Pixeles(*imagen), antes);
 }
 
+TEST_P(Geometria, AnInfiniteFactorIsRefusedAlsoWithoutPixels) {
+    CTiff vacia(GetParam().modo);
+    EXPECT_EQ(vacia.Escala(double(INFINITY)), kTamanoMalo);
+    EXPECT_EQ(Crea<CTiff>(4, 3)->Escala(double(INFINITY)), kTamanoMalo);
+}
+
+TEST_P(Geometria, ASizeWhoseRowsMemoryCannotNumberIsRefused) {
+    const auto imagen = Crea<CTiff>(4, 3);
+    LimitaMemoria(1000);
+    EXPECT_EQ(imagen->CambiaTamano(1, 300, nullptr), 15065);
+    LimitaMemoria();
+    EXPECT_EQ(imagen->Ancho(), 4);
+}
+
 TEST_P(Geometria, ACancelledResamplingLeavesThePicture) {
     const auto imagen = Crea<CBmp>(4, 9);
     const auto antes = Pixeles(*imagen);

@@ -35,16 +35,17 @@ void* operator new(std::size_t n) {
 void* operator new[](std::size_t n) {
     return Reserva(n);
 }
-void operator delete(void* p) noexcept {
+// Kept out of line: the compiler would see std::free beside a new that it has not inlined.
+[[gnu::noinline]] void operator delete(void* p) noexcept {
     std::free(p);
 }
-void operator delete[](void* p) noexcept {
+[[gnu::noinline]] void operator delete[](void* p) noexcept {
     std::free(p);
 }
-void operator delete(void* p, std::size_t) noexcept {
+[[gnu::noinline]] void operator delete(void* p, std::size_t) noexcept {
     std::free(p);
 }
-void operator delete[](void* p, std::size_t) noexcept {
+[[gnu::noinline]] void operator delete[](void* p, std::size_t) noexcept {
     std::free(p);
 }
 

@@ -117,7 +117,8 @@ TEST_F(Compartidas, TheParentsUnloadReachesThemAll) {
     m_escena.DescargarImagen(0, 0, 0, 1);
     for (EscenaImagen* hijo : {referencia, vinculo}) {
         ASSERT_EQ(hijo->m_Texturas.size(), 2u);
-        EXPECT_FALSE(hijo->m_Texturas[0].EstaCargada()) << "nobody looks at what is gone";
+        EXPECT_EQ(hijo->m_Texturas[0].m_pFichero, nullptr) << "nobody looks at what is gone";
+        EXPECT_EQ(hijo->m_Texturas[0].m_pTexturas, nullptr);
         EXPECT_EQ(hijo->m_Texturas[0].IdTextura(0, 0), 0u);
         EXPECT_FALSE(Llena(*hijo));
         EXPECT_TRUE(hijo->m_Texturas[1].EstaCargada());
@@ -240,6 +241,22 @@ TEST_F(Compartidas, WhatACopyLoadsByItselfGoesWithItAlone) {
     }
 }
 
+TEST_F(Compartidas, AChildSharedWithACopyGoesOnWhenItsFirstParentIsGone) {
+    auto fuente = std::make_unique<EscenaImagen>();
+    Tela tela(16, 16);
+    ASSERT_EQ(Crea(*fuente, tela), 1);
+    EscenaImagen* hijo = Hijo(*fuente, true);
+    ASSERT_EQ(Carga(*fuente, kDosPorDos), 1);
+    EscenaImagen copia(*fuente);
+    ASSERT_EQ(copia.m_Referencias.at(0), hijo);
+    fuente.reset();
+    EXPECT_TRUE(hijo->m_Texturas.at(0).EstaCargada());
+    ASSERT_TRUE(copia.MakeCurrent(nullptr));
+    EXPECT_TRUE(hijo->Textura(0, 1, 1));
+    wglMakeCurrent(nullptr, nullptr);
+    EXPECT_EQ(Ficheros(), 1u);
+}
+
 TEST_F(Compartidas, AssignmentLetsGoOfWhatWasThere) {
     ASSERT_EQ(Carga(m_escena, kDosPorDos, "a"), 1);
     EscenaImagen otra;
@@ -298,6 +315,8 @@ TEST_F(Compartidas, AreasThatCannotBeTiedHereAreNotHandedOn) {
     EscenaImagen* hijo = Hijo(m_escena, true);
     m_escena.m_nFallaEn = 0;
     EXPECT_EQ(m_escena.CargarTexturaSimple(new CDibujo<int>, 1), 0);
+    EXPECT_EQ(m_escena.CargarTexturaSimple(nullptr, 1), 0);
+    EXPECT_EQ(m_escena.m_TexturasSimples.size(), 1u);
     EXPECT_TRUE(hijo->m_TexturasSimples.empty());
     m_escena.m_nFallaEn = -1;
     hijo->m_nFallaEn = 1;

@@ -5,8 +5,12 @@
 #include "EscenaImagen.h"
 #include "platform/Hilos.h"
 
+#include <sys/resource.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <atomic>
+#include <fstream>
 
 namespace {
 
@@ -193,6 +197,41 @@ TEST_F(Trabajadores, AFileThatIsGoneStopsThem) {
     Llena(3);
     EXPECT_TRUE(m_parar);
     EXPECT_EQ(Llenas(), std::string(15, '0'));
+}
+
+// While it lives, the process gets so many bytes of memory more, and no others.
+class PocaMemoria {
+  public:
+    explicit PocaMemoria(rlim_t bytes) : m_Antes{} {
+        getrlimit(RLIMIT_AS, &m_Antes);
+        rlim_t paginas = 0;
+        std::ifstream("/proc/self/statm") >> paginas;
+        const rlimit limite{paginas * rlim_t(sysconf(_SC_PAGESIZE)) + bytes, m_Antes.rlim_max};
+        setrlimit(RLIMIT_AS, &limite);
+    }
+    ~PocaMemoria() { setrlimit(RLIMIT_AS, &m_Antes); }
+    PocaMemoria(const PocaMemoria&) = delete;
+    PocaMemoria& operator=(const PocaMemoria&) = delete;
+
+  private:
+    rlimit m_Antes;
+};
+
+TEST_F(Trabajadores, WithoutMemoryTheyStopAndTheProcessGoesOn) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "the sanitizer has a memory of its own";
+#endif
+    ASSERT_EQ(Carga(m_escena, Teselado{1, 1, 8, 8}), 1);
+    m_contextos.resize(1);
+    Llena(3);  // so that the context has what it needs
+    Registro().m_pTexturas->llenas[0] = 0;
+    m_fila = 0;
+    Registro().m_nAnchoTextura = 32768, Registro().m_nAltoTextura = 20000;  // a slot of nearly 2 GB
+    m_escena.m_nMaxTexDim = 32768;
+    const PocaMemoria poca(rlim_t{1} << 29);
+    Llena(3);
+    EXPECT_TRUE(m_parar);
+    EXPECT_EQ(Llenas(), "0");
 }
 
 TEST_F(Trabajadores, AHostThatCancelsIsObeyed) {
