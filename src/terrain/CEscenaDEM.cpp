@@ -1,6 +1,6 @@
 // The grid's scene: its life, the order in which its lists are built, the surface of a cell list, the render pass, and
 // the way from points and rays to the surface. The mesh of a matrix is in CEscenaDEMMalla.cpp, walls and floor in
-// CEscenaDEMBase.cpp.
+// CEscenaDEMBase.cpp, images in CEscenaDEMTexturas.cpp.
 
 #include "terrain/CEscenaDEM.h"
 
@@ -74,20 +74,11 @@ CEscenaDEM::~CEscenaDEM() {
 }
 
 void CEscenaDEM::Destruir() {
+    while (m_bEsReferencia == 0 && !m_Texturas.empty())
+        DescargarImagen(0, 1, 1, 1);
     CEscenaMDT::Destruir();
     LiberaMalla();
     m_pDEM = nullptr;
-}
-
-// ---- Images --------------------------------------------------------------------------------------------------------
-
-int CEscenaDEM::CargarImagen(Vertiz::IRaster*, Vertiz::CDataImagen&, const CDataCargarImagen&, const CString&,
-                             Vertiz::CNivelMensajes) {
-    return 0;
-}
-
-int CEscenaDEM::AsignaTexturas(unsigned index, Vertiz::CNivelMensajes) {
-    return m_pDEM != nullptr && index < m_Texturas.size() ? 1 : 0;
 }
 
 // ---- Building ------------------------------------------------------------------------------------------------------

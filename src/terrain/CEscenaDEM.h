@@ -11,6 +11,7 @@
 #include <vector>
 
 class CTintaAlturas;
+struct EncajeTeselas;
 
 /// Shows a digital elevation model, in either of its forms: a matrix of heights, or a list of cells.
 ///
@@ -38,18 +39,47 @@ class LUMBRA_API CEscenaDEM : public CEscenaMDT {
     int GetPasoMalla() const { return CalculaPaso(m_nPuntosSuavizado).x; }
     int GetSubdivisionMalla() const { return CalculaPaso(m_nPuntosSuavizado).f; }
 
-    /// As CGL::Destruir; also lets the grid go.
+    /// As CGL::Destruir; also unloads the images, whose files are deleted, and lets the grid go.
     void Destruir();
 
+    // ---- Images ----------------------------------------------------------------------------------------------------
+    /// Layout whose tiles hold whole cells. The record needs its `m_dSizePixel`; cells a tile, pixels of use, rows and
+    /// columns are set. Rows and columns are 0 without a grid, with a size that isn't above 0, and when a cell has more
+    /// pixels than the largest texture.
+    bool SetNumFilasCols(int& filasTextura, int& colsTextura, int filas, int cols, CDataTexturas& registro) override;
     using CEscenaMDT::CargarImagen;
-    /// Nothing can be cut yet: 0.
+    /// Cuts an image into tiles and drapes it. In memory there are never more than a tile and a row of it.
+    ///
+    /// Colours come from 24 bits; the image is sampled at the nearest pixel. One of 8 bits shows in grey (a palette by
+    /// its first byte) where the texture's resolution isn't the image's own; where it is, and with fewer bits, the
+    /// texture is white: bring such a picture to 24 bits first.
+    /// @param raster    halved in place once for each level of a pyramid
+    /// @param imagen    its place, north up, pixels square
+    /// @param opciones  resolution of the texture, terrain units a pixel; pyramid
+    /// @return 1, also when the user cancelled and there is no new record. 0, with nothing left behind: no grid in
+    ///         matrix form; no pixels or no size; a cell of more pixels than the largest texture; no file, or no room
+    ///         for it; no context
     int CargarImagen(Vertiz::IRaster* raster, Vertiz::CDataImagen& imagen, const CDataCargarImagen& opciones,
                      const CString& carpeta, Vertiz::CNivelMensajes nivel) override;
+    /// As in CEscenaMDT; tiles are placed on this grid, which may be another one than they were cut for. Also 0 without
+    /// a grid.
+    int CargarFicheroTexturasTemp(const std::vector<CDataTexturas>& registros) override;
+    /// Finds the part of the grid that an image covers, takes it out of what the others leave free, and adds what the
+    /// first two leave free themselves. Called again it adds again. @return 0 without a grid, and out of range
     int AsignaTexturas(unsigned index, Vertiz::CNivelMensajes nivel) override;
     /// A grid has no areas of one colour: always 1.
     int AsignaTexturaSimple(unsigned, Vertiz::CNivelMensajes) override { return 1; }
     void IniciarTexturas(Vertiz::CNivelMensajes) override {}
+    /// Puts ready tiles in place of an image. The image at `index` is unloaded and its record goes; what is told here
+    /// goes to the record that has moved there from behind, which has to be there. Its texture objects are made by
+    /// GrabaFicheroTexturas, and what it leaves free by RecargarImagen.
+    /// @param datos       a file as the record's layout wants it, sizeNivel0 bytes; null: nothing is done
+    /// @param carpeta     for the file; when it can't be made, the record has none
+    void SetTexturas(const char* datos, int anchoTextura, int altoTextura, int sizeTextura, int sizeNivel0,
+                     int numFilas, int numCols, int celdasFila, int celdasCol, int despCol, int despFila,
+                     unsigned index, const CString& carpeta);
 
+    // ---- Building and drawing --------------------------------------------------------------------------------------
     int Iniciar() override;
     int OnIniciar() override;
     int OnRender() override;
@@ -100,6 +130,9 @@ class LUMBRA_API CEscenaDEM : public CEscenaMDT {
     /// @return 1 sent, also when there is nothing to send; 0 a GL error
     int GeneraDEMRegular(int filaInicio, int colInicio, int filaFin, int colFin, int f, int x, int filas, int colsMapa);
 
+  protected:
+    void AjustaTeselas(CDataTexturas& registro) override;
+
   private:
     using Color = std::array<float, 3>;
     // How fine the mesh is: n as in PuntosSuavizado, one sample every x, each cell divided in f x f.
@@ -126,6 +159,28 @@ class LUMBRA_API CEscenaDEM : public CEscenaMDT {
     static const Color& Tinte(int lugar);
     Marco DameMarco() const;
 
+    // CEscenaDEMTexturas.cpp
+    bool DisponeTeselas(const Vertiz::IRaster& raster, const Vertiz::CDataImagen& imagen, CDataTexturas& registro);
+    EncajeTeselas ColocaTeselas(const Vertiz::IRaster& raster, const Vertiz::CDataImagen& imagen,
+                                CDataTexturas& registro) const;
+    double NorteRejilla() const;
+    int AsignaDeNuevo();
+
+    // CEscenaDEMZonas.cpp
+    Vertiz::CMaximas<int> ZonaImagen(const CDataTexturas& registro) const;
+    int FilasImagen(const CDataTexturas& registro) const;
+    int ColumnasImagen(const CDataTexturas& registro) const;
+
+    // CEscenaDEMMallaTexturas.cpp
+    struct Tesela;
+    void LlenaTexturas();
+    int CompilaTexturas(const Paso& paso) const;
+    int CompilaTesela(const CDataTexturas& registro, int fila, int columna, const Paso& paso) const;
+    bool ColocaTesela(const CDataTexturas& registro, int fila, int columna, int x, Tesela& tesela) const;
+    template <unsigned kQuad>
+    int EmiteTesela(const Tesela& tesela, const Paso& paso) const;
+    int CompilaZonasLibres(const Paso& paso);
+
     // CEscenaDEMMalla.cpp
     struct Banda;
     struct FilaMapa;
@@ -136,6 +191,7 @@ class LUMBRA_API CEscenaDEM : public CEscenaMDT {
     bool ReservaVertices(Paso& paso);
     bool ReservaIndices(const Paso& paso);
     int CompilaMalla(const Paso& paso);
+    int CompilaEntera(const Paso& paso);
     void ColocaMuestras(const Paso& paso);
     void ColocaDivididas(const Paso& paso, const Marco& marco, int r, int u);
     bool AlturaSuave(int r, int c, int u, int w, int f, double& h) const;

@@ -1,8 +1,10 @@
 // The surface of a grid in matrix form. A matrix can hold tens of millions of samples while a list must stay small
 // enough to draw: first the step and the subdivision are settled within a budget of samples, then every sample is
-// placed once in a vertex array, and then the cells are walked, sending elements of that array.
+// placed once in a vertex array, and then the cells are walked, sending elements of that array. The walk under images
+// is in CEscenaDEMMallaTexturas.cpp.
 
 #include "terrain/CEscenaDEM.h"
+#include "terrain/CEscenaDEMBanda.h"
 #include "frame/CTintaAlturas.h"
 #include "frame/ListaGL.h"
 #include "model/IPorcentaje.h"
@@ -25,21 +27,6 @@ void AvisaSinMemoria(const wchar_t* formato, std::int64_t cantidad, int paso) {
         texto.Format(formato, TextoError(ERROR_NOT_ENOUGH_MEMORY), cantidad, paso);
         porcentaje->Mensaje(kNivelMensajes, texto, 1);
     }
-}
-
-// A direction in GL space.
-struct Vector {
-    float x, y, z;
-};
-
-// Unit normal of the triangle v0, v1, v2, which points into the terrain: the light's default position is its match.
-Vector Normal(const float* v0, const float* v1, const float* v2) {
-    const float ax = v0[0] - v1[0], ay = v0[1] - v1[1], az = v0[2] - v1[2];
-    const float bx = v2[0] - v0[0], by = v2[1] - v0[1], bz = v2[2] - v0[2];
-    const float x = ay * bz - az * by, y = az * bx - ax * bz, z = ax * by - ay * bx;
-    const float longitud2 = x * x + y * y + z * z;
-    const float k = longitud2 > 0.0F ? 1.0F / std::sqrt(longitud2) : 1.0F;
-    return {x * k, y * k, z * k};
 }
 
 // Samples from 0 in steps of x below n.
@@ -213,48 +200,40 @@ int CEscenaDEM::OnIniciarDEMRegular() {
 }
 
 int CEscenaDEM::CompilaMalla(const Paso& paso) {
+    const bool texturas = HayTexturas() && GetQuad() != 2;
+    if (texturas) LlenaTexturas();
     if (!AbreLista(m_nListaSuperficie)) return 0;
-    PreparaColorUnico();
+    if (texturas)
+        glColor3f(1.0F, 1.0F, 1.0F);  // the images' own colours
+    else
+        PreparaColorUnico();
     ColocaMuestras(paso);
     // The array's address is taken when all vertices are in it; the list keeps copies of what is sent.
     glEnableClientState(GL_VERTEX_ARRAY);
     glVertexPointer(3, GL_FLOAT, 0, m_Vertices.get());
-    const int filas = static_cast<int>(m_pDEM->GetFilas()), columnas = static_cast<int>(m_pDEM->GetColumnas());
-    const int limite = GetQuad() == 1 ? columnas - paso.x : columnas;
     // An array that wasn't taken would leave elements to be read from wherever the former one was.
     const bool bien =
-        !HayErrorGL() && GeneraDEMRegular(0, 0, filas, limite, paso.f, paso.x, filas, ColumnasMapa(paso)) != 0;
+        !HayErrorGL() && (texturas ? CompilaTexturas(paso) && CompilaZonasLibres(paso) : CompilaEntera(paso) != 0);
     glDisableClientState(GL_VERTEX_ARRAY);
     return CierraLista(bien);
 }
 
-// What the bands of one rectangle are sent from. A band is what lies between two neighbouring rows of the map.
-struct CEscenaDEM::Banda {
-    int f, x, colInicio, colFin, colsMapa;
-    bool porAltura, tintada;
-    Vector normal{0, 0, 0};          // of the last whole cell: strips and points keep it over a void
-    std::vector<Vector> normales{};  // of the band's cells, by their column of the map
-    // Colours by height of the band's two rows of the map. Each row is coloured once for the two bands that it is in.
-    std::vector<Color> coloresNorte{}, coloresSur{};
-    std::int64_t filaSur = -1;  // the row that coloresSur holds
+// The whole grid, without an image.
+int CEscenaDEM::CompilaEntera(const Paso& paso) {
+    const int filas = static_cast<int>(m_pDEM->GetFilas()), columnas = static_cast<int>(m_pDEM->GetColumnas());
+    const int limite = GetQuad() == 1 ? columnas - paso.x : columnas;
+    return GeneraDEMRegular(0, 0, filas, limite, paso.f, paso.x, filas, ColumnasMapa(paso));
+}
 
-    // The columns of the map that the rectangle can reach.
-    std::int64_t Primera() const { return std::max<std::int64_t>(std::int64_t{colInicio} * f / x - 1, 0); }
-    std::int64_t Ultima() const {
-        return std::min<std::int64_t>(std::int64_t{colFin} * f / x + f, std::int64_t{colsMapa} - 1);
-    }
-};
-
-// A row of the index map with its colours. A vertex past its end is missing, and so are all of a row past the map's.
-struct CEscenaDEM::FilaMapa {
-    std::span<const std::int32_t> indices;
-    const Color* colores;
-
-    std::int32_t Indice(std::int64_t columna) const {
-        const auto i = static_cast<std::size_t>(columna);
-        return i < indices.size() ? indices[i] : -1;
-    }
-};
+// Unit normal of the triangle v0, v1, v2, which points into the terrain: the light's default position is its match.
+CEscenaDEM::Banda::Vector CEscenaDEM::Banda::Normal(const float* v0, const float* v1, const float* v2) {
+    const float ax = v0[0] - v1[0], ay = v0[1] - v1[1], az = v0[2] - v1[2];
+    const float bx = v2[0] - v0[0], by = v2[1] - v0[1], bz = v2[2] - v0[2];
+    const float x = ay * bz - az * by, y = az * bx - ax * bz, z = ax * by - ay * bx;
+    const float longitud2 = x * x + y * y + z * z;
+    const float k = longitud2 > 0.0F ? 1.0F / std::sqrt(longitud2) : 1.0F;
+    return {x * k, y * k, z * k};
+}
 
 CEscenaDEM::FilaMapa CEscenaDEM::DameFilaMapa(const Banda& banda, std::int64_t fila) const {
     const auto ancho = static_cast<std::size_t>(banda.colsMapa), inicio = static_cast<std::size_t>(fila) * ancho;
@@ -301,7 +280,7 @@ void CEscenaDEM::CalculaNormales(Banda& banda, const FilaMapa& norte, const Fila
     for (std::int64_t j = banda.Primera(); j <= banda.Ultima(); ++j) {
         const std::int32_t i0 = norte.Indice(j), i1 = sur.Indice(j), i2 = norte.Indice(j + 1);
         if (i0 != -1 && i1 != -1 && i2 != -1)
-            banda.normales[static_cast<std::size_t>(j)] = Normal(vertices + i0, vertices + i1, vertices + i2);
+            banda.normales[static_cast<std::size_t>(j)] = Banda::Normal(vertices + i0, vertices + i1, vertices + i2);
     }
 }
 
@@ -322,8 +301,8 @@ void CEscenaDEM::EmiteBanda(Banda& banda, int r, int u) const {
         }
         glArrayElement(indice / 3);
     };
-    const Vector* const normales = banda.normales.data();
-    Vector normal = banda.normal;
+    const Banda::Vector* const normales = banda.normales.data();
+    Banda::Vector normal = banda.normal;
     std::int64_t celda = std::int64_t{banda.colInicio} * f / x;  // column of the map that column c begins at
     for (int c = banda.colInicio; c < colFin; c += x, celda += f)
         for (int w = 0; w < (kQuad != 1 && c == ultima ? 1 : f); ++w) {

@@ -28,7 +28,7 @@ Imagen Tela::Lee() const {
     return imagen;
 }
 
-Terreno::Terreno() {
+Terreno::Terreno(int ancho, int alto) : m_tela(ancho, alto) {
     m_escena.SetQuad(1);
     m_escena.SetEjes(0);
     m_escena.SetEdificios(0);

@@ -71,13 +71,13 @@ struct Vertice {
     std::array<double, 3> color;
 };
 
-/// Base of the tests: a scene in quads, without axes, on a picture of 120 x 90. What is left of OpenGL errors after a
-/// test fails it.
+/// Base of the tests: a scene in quads, without axes, on a picture of 120 x 90 or another size. What is left of OpenGL
+/// errors after a test fails it.
 class Terreno : public testing::Test {
   protected:
     using Ajuste = std::function<void(EscenaTerreno&)>;
 
-    Terreno();
+    explicit Terreno(int ancho = 120, int alto = 90);
     void TearDown() override;
 
     /// Makes the contexts.
