@@ -1,6 +1,7 @@
 // The file that an image is cut into, held byte by byte against a slow and plain computation.
 
 #include "Drapeado.h"
+#include "raster/Resultados.h"
 #include "support/Progreso.h"
 
 #include <bit>
@@ -279,6 +280,29 @@ TEST_F(Corte20, SizesOfTheRasterAreReadAgainAfterEachHalving) {
         inicio += std::size_t(lado * lado * 3);
         ultima -= ultima % (64 / lado);
     }
+}
+
+// A picture that has no room for its half, and says so in this way.
+class SinSitio : public Vertiz::CBmp {
+  public:
+    explicit SinSitio(int resultado) : m_nResultado(resultado) {
+        Crear(40, 40, 24, 100.0F, true, nullptr, nullptr, false);
+    }
+    int Reducir(int, int) override { return m_nResultado; }
+
+  private:
+    int m_nResultado;
+};
+
+TEST_F(Corte20, APictureThatCannotBeHalvedIsNotACancel) {
+    const Carga carga{.oeste = 1000, .norte = 2200, .piramide = 1};
+    for (const int resultado : {0, 2, Vertiz::kNoSoportado})
+        EXPECT_EQ(Drapea(SinSitio(resultado), carga), 0) << resultado;
+    const Progreso progreso;
+    EXPECT_EQ(Drapea(SinSitio(Vertiz::kNoSoportado), carga), 0);
+    EXPECT_EQ(Drapea(SinSitio(2), carga), 1) << "the user may have cancelled";
+    EXPECT_EQ(CuentaRegistros(), 0u);
+    EXPECT_EQ(m_carpeta.CuentaFicheros(), 0u);
 }
 
 TEST_F(Corte20, ProgressCountsTheRowsOfAllTilesAndLevels) {
