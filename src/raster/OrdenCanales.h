@@ -25,7 +25,7 @@ inline void CopiaRojoAzul(const BYTE* fuente, std::size_t n, BYTE* destino) {
         for (; n > 1; --n, fuente += 3, destino += 3) {
             std::uint32_t pixel = 0;
             std::memcpy(&pixel, fuente, 4);
-            pixel = (pixel & 0xFFU) << 16 | (pixel & 0xFF00U) | (pixel >> 16 & 0xFFU);
+            pixel = __builtin_bswap32(pixel) >> 8;
             std::memcpy(destino, &pixel, 4);
         }
     for (; n > 0; --n, fuente += 3, destino += 3)
