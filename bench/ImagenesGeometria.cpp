@@ -1,5 +1,5 @@
-// Halving and resampling of 4000 x 4000 pixels, beside a plain loop over the same bytes into ready memory and, where it
-// is installed, OpenCV on one thread. The library makes the new picture in its turn.
+// Halving and resampling of 4000 x 4000 pixels, beside a plain loop over the same bytes and, where it is installed,
+// OpenCV on one thread. All of them make the new picture in their turn, and drop that of the turn before.
 
 #include "Turnos.h"
 #include "raster/CTiff.h"
@@ -34,8 +34,10 @@ std::unique_ptr<Vertiz::CTiff> Imagen(const std::vector<BYTE>& bytes) {
 }
 
 // The nearest pixels of a picture of `lado`, by ready indices.
-void BucleCercano(const std::vector<BYTE>& bytes, const std::vector<int>& indices, std::vector<BYTE>& destino) {
-    BYTE* p = destino.data();
+void BucleCercano(const std::vector<BYTE>& bytes, const std::vector<int>& indices, std::unique_ptr<BYTE[]>& destino) {
+    destino.reset();
+    destino = std::make_unique_for_overwrite<BYTE[]>(indices.size() * indices.size() * 3);
+    BYTE* p = destino.get();
     for (const int f : indices)
         for (const int c : indices) {
             std::memcpy(p, &bytes[(std::size_t(f) * kLado + std::size_t(c)) * 3], 3);
@@ -53,6 +55,7 @@ std::vector<int> Indices(int lado) {
 #ifdef LUMBRA_OPENCV
 void OpenCVCercano(std::vector<BYTE>& bytes, int lado) {
     static cv::Mat destino;
+    destino.release();
     cv::setNumThreads(1);
     const cv::Mat origen(kLado, kLado, CV_8UC3, bytes.data());
     cv::resize(origen, destino, cv::Size(lado, lado), 0, 0, cv::INTER_NEAREST);
@@ -62,7 +65,8 @@ void OpenCVCercano(std::vector<BYTE>& bytes, int lado) {
 // @param lado of the new picture. The second argument of the benchmark asks for OpenCV as the floor.
 template <class Propio>
 void Compara(benchmark::State& state, int lado, const Propio& propio) {
-    std::vector<BYTE> bytes = Bytes(), destino(std::size_t(lado) * std::size_t(lado) * 3);
+    std::vector<BYTE> bytes = Bytes();
+    std::unique_ptr<BYTE[]> destino;
     const std::vector<int> indices = Indices(lado);
     Turnos turnos;
     for (auto _ : state) {
@@ -73,7 +77,7 @@ void Compara(benchmark::State& state, int lado, const Propio& propio) {
 #endif
             BucleCercano(bytes, indices, destino);
         });
-        benchmark::DoNotOptimize(destino.data());
+        benchmark::DoNotOptimize(destino.get());
         turnos.Propio([&] { propio(*imagen); });
     }
     turnos.Informa(state);

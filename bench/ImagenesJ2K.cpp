@@ -80,13 +80,11 @@ double Reloj() {
 // Threads are what counts here, so time by the clock counts beside the processors' time.
 void LeeJ2K(benchmark::State& state) {
     const std::string ruta = Fichero(int(state.range(0)), state.range(1) != 0);
-    SYSTEM_INFO sistema;
-    GetSystemInfo(&sistema);
     Turnos turnos;
     double suelo = 1e9, propio = 1e9;
     for (auto _ : state) {
         double t = Reloj();
-        turnos.Suelo([&] { DecodificaOpenJPEG(ruta, int(sistema.dwNumberOfProcessors)); });
+        turnos.Suelo([&] { DecodificaOpenJPEG(ruta, Procesadores()); });
         suelo = std::min(suelo, Reloj() - t);
         t = Reloj();
         turnos.Propio([&] {

@@ -13,7 +13,6 @@
 #include <cerrno>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <vector>
 
 namespace {
@@ -39,7 +38,7 @@ bool Graba(const Imagen& imagen, CFile& fichero) {
 
 }  // namespace
 
-Cielo::Cielo(const Foto& foto) : m_Ruta((std::filesystem::temp_directory_path() / "lumbra-sky-XXXXXX.bmp").string()) {
+Cielo::Cielo(const Foto& foto) : m_Ruta(CarpetaTemporal() + "/lumbra-sky-XXXXXX.bmp") {
     const int descriptor = mkstemps(m_Ruta.data(), 4);
     if (descriptor < 0) FallaSalida(m_Ruta, std::strerror(errno));
     close(descriptor);

@@ -33,6 +33,7 @@ class Lector {
         opciones.m_WKT = m_Terreno.m_WKT;
         opciones.m_Zona = m_DEM.GetMaximasTotalDouble();
         opciones.m_dPixelMinimo = pixelMinimo;
+        opciones.m_dCelda = m_DEM.GetCeldaX();
         Vertiz::CResultadoImagen imagen = Vertiz::LeeImagen(CString(DeUtf8(ruta)), opciones, &m_Progreso);
         Comprueba(imagen.m_nResultado, imagen.m_Error);
         Di(ruta, imagen.m_Mensajes);

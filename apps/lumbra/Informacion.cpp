@@ -35,8 +35,8 @@ std::string FormatoFoto(const Vertiz::IRaster& raster) {
             return "BMP";
         case 22:
             return "JPEG";
-        default:
-            return "JPEG 2000";
+        default:  // one class reads both, where there is a kit for ECW
+            return TerminaEn(AUtf8(raster.Nombre()), "ecw") ? "ECW" : "JPEG 2000";
     }
 }
 

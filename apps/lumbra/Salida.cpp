@@ -67,6 +67,13 @@ void FallaSalida(const std::string& ruta, const std::string& motivo) {
     throw std::runtime_error("can't write " + ruta + ": " + motivo);
 }
 
+std::string CarpetaTemporal() {
+    std::error_code error;
+    const std::string carpeta = fs::temp_directory_path(error).string();
+    if (!error && access(carpeta.c_str(), W_OK | X_OK) == 0) return carpeta;
+    throw std::runtime_error("no temporary file can be written: set TMPDIR to a folder where one can");
+}
+
 Provisional::Provisional(const std::string& ruta)
     : m_Ruta(ruta),
       m_Destino(Destino(ruta)),

@@ -14,6 +14,10 @@ void CompruebaSalida(const std::string& ruta, const std::string& entrada);
 /// @throw std::runtime_error with a sentence for the user
 [[noreturn]] void FallaSalida(const std::string& ruta, const std::string& motivo);
 
+/// Where temporary files go, UTF-8: TMPDIR, or what the system has for it.
+/// @throw std::runtime_error with a sentence for the user
+std::string CarpetaTemporal();
+
 /// A file under a temporary name beside its place: gone at the end of its life unless it was given its own name.
 /// A link stays, and what it leads to is replaced; what isn't an ordinary file is refused.
 /// All throw std::runtime_error with a sentence for the user.

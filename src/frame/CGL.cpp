@@ -14,12 +14,6 @@ namespace {
 
 using Punto = Vertiz::CCoor3D<double>;
 
-unsigned NumeroProcesadores() {
-    SYSTEM_INFO info{};
-    GetSystemInfo(&info);
-    return info.dwNumberOfProcessors;
-}
-
 // A conic camera looks down its own axis: the station's angles turn the model, which stands along y.
 void GiraCamaraConica(const Punto& angulos) {
     glRotated(90, 1, 0, 0);
@@ -35,7 +29,7 @@ void GiraCamaraConica(const Punto& angulos) {
 CGL::CGL()
     : m_pBufferProfundidad(std::make_unique<float[]>(std::size_t{kLadoProfundidad} * kLadoProfundidad)),
       m_pDuenos(std::make_shared<char>()) {
-    m_nHRCShared = NumeroProcesadores();
+    m_nHRCShared = static_cast<unsigned>(Procesadores());
     m_Camara.PositionCamera(Punto(0, 1, 0), Punto(0, 0, 0), Punto(0, 0, -1));
 }
 

@@ -155,6 +155,7 @@ void CGL::Presta(CGL& hijo) const {
     hijo.m_pPalette = m_pPalette;
     hijo.m_hRC = m_hRC;
     hijo.m_nHRCShared = m_nHRCShared;
+    hijo.m_nMaxTexDim = m_nMaxTexDim;
     hijo.m_pDC = m_pDC;
     hijo.m_bDCExterno = m_bDCExterno;
     hijo.m_pPrestamo = m_bEsReferencia ? m_pPrestamo : std::weak_ptr<const char>(m_pDuenos);

@@ -90,8 +90,25 @@ Datos EnColores(GDALDatasetH datos) {
 struct Malla {
     double pixel = 1.0;
     CMaximas<double> zona;  // whole pixels
-    bool tal_cual = false;  // those of the file
+    bool recta = false;     // the file's are square and north up, in the terrain's system
+    bool tal_cual = false;  // they are those of the file
 };
+
+// Whole cells that hold what the image and the zone share, and pixels that go into them.
+void CortaEnCeldas(Malla& malla, const CMaximas<double>& imagen, const CMaximas<double>& zona, double celda) {
+    const CCoor3D<double>& origen = zona.Minima();
+    malla.tal_cual = false;
+    malla.pixel = malla.pixel < celda ? celda / std::ceil(celda / malla.pixel - 1e-6)
+                                      : celda * std::floor(malla.pixel / celda + 1e-6);
+    const double paso = std::max(celda, malla.pixel);
+    const auto abajo = [paso](double v) { return paso * std::floor(std::max(v, 0.0) / paso + 1e-6); };
+    const auto arriba = [&](double v, double total) {
+        return malla.pixel * std::ceil(std::min(paso * std::ceil(v / paso - 1e-6), total) / malla.pixel - 1e-6);
+    };
+    const CCoor3D<double> a = imagen.Minima() - origen, b = imagen.Maxima() - origen, total = zona.Maxima() - origen;
+    malla.zona.Nuevo({origen.x + abajo(a.x), origen.y + abajo(a.y), 0});
+    malla.zona.Nuevo({origen.x + arriba(b.x, total.x), origen.y + arriba(b.y, total.y), 0});
+}
 
 // Whole pixels, counted from a corner of the image, that hold the zone.
 void CortaEnPixeles(Malla& malla, const CMaximas<double>& imagen, const CMaximas<double>& zona) {
@@ -118,9 +135,9 @@ Malla DisponMalla(GDALDatasetH datos, const std::string& wktTerreno, bool otroSi
     int columnas = GDALGetRasterXSize(datos), filas = GDALGetRasterYSize(datos);
     Malla malla;
     CMaximas<double> imagen;
-    malla.tal_cual =
+    malla.recta =
         !otroSistema && t[2] == 0.0 && t[4] == 0.0 && t[1] > 0.0 && t[5] < 0.0 && std::abs(t[1] + t[5]) < 1e-6 * t[1];
-    if (!malla.tal_cual) {
+    if (!malla.recta) {
         const CMensajesGdal mensajes;
         const std::string destino = "DST_SRS=" + wktTerreno;
         const char* lista[] = {destino.c_str(), nullptr};
@@ -139,8 +156,11 @@ Malla DisponMalla(GDALDatasetH datos, const std::string& wktTerreno, bool otroSi
                                      imagen.Minima().y >= zona.Maxima().y || imagen.Maxima().y <= zona.Minima().y))
         throw CFallo("it lies off the terrain: the image has " + Rango(imagen) + ", the terrain " + Rango(zona));
     malla.pixel = std::max(t[1], opciones.m_dPixelMinimo);
-    malla.tal_cual = malla.tal_cual && malla.pixel == t[1];
-    CortaEnPixeles(malla, imagen, zona);
+    malla.tal_cual = malla.recta && malla.pixel == t[1];
+    if (opciones.m_dCelda > 0.0 && !zona.EstanVacias(false))
+        CortaEnCeldas(malla, imagen, zona, opciones.m_dCelda);
+    else
+        CortaEnPixeles(malla, imagen, zona);
     return malla;
 }
 
@@ -222,8 +242,9 @@ void Lee(const std::string& ruta, const CDataLeeImagen& opciones, const CAvance&
         resultado.m_Mensajes.push_back(Texto("brought from " + (nombre.empty() ? "its own system" : nombre) +
                                              " to the terrain's coordinates, pixels of " +
                                              TextoGeneral(malla.pixel, 6)));
-    else if (malla.pixel > 0.0 && !malla.tal_cual)
-        resultado.m_Mensajes.push_back(Texto("resampled to pixels of " + TextoGeneral(malla.pixel, 6)));
+    else if (!malla.recta)
+        resultado.m_Mensajes.push_back(
+            Texto("resampled to square pixels of " + TextoGeneral(malla.pixel, 6) + ", north up"));
     if (terreno && !suyo) resultado.m_Mensajes.emplace_back(L"no coordinate system given; taken as the terrain's");
 }
 

@@ -23,6 +23,11 @@ struct CDataLeeImagen {
 
     /// Pixels smaller than this, terrain units, are averaged to ones of this size.
     double m_dPixelMinimo = 0.0;
+
+    /// Cells of the grid that the image goes over, counted from the zone's south-west corner; 0 for none. The image is
+    /// widened to whole cells then, and its pixels are whole parts of them, or several cells wide, so that the grid's
+    /// cells either have a colour or haven't. Cells are taken as high as they are wide.
+    double m_dCelda = 0.0;
 };
 
 /// What came of reading an image. All texts are one line, for people, without a name of the file in front but in

@@ -3,6 +3,7 @@
 #include "platform/CBitmap.h"
 
 #include "platform/CDC.h"
+#include "platform/CabeceraDIB.h"
 #include "platform/Objetos.h"
 
 #include <cstdint>
@@ -23,7 +24,7 @@ std::shared_ptr<Bitmap> CreaBitmap(int ancho, int alto, int bits) {
         AnotaFallo("no bitmap has " + cual + ".");
         return nullptr;
     }
-    const std::int64_t paso = (std::int64_t{ancho} * bits + 31) / 32 * 4;
+    const auto paso = static_cast<std::int64_t>(BytesDeFila(ancho, static_cast<unsigned>(bits)));
     // A limit of its own, since a system that promises memory freely ends the process when it is written.
     if (paso > std::numeric_limits<std::int32_t>::max() / alto) {
         AnotaFallo("a bitmap of " + cual + " is over the limit of 2 GiB.");

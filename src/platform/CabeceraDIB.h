@@ -3,6 +3,8 @@
 
 #include "platform/Tipos.h"
 
+#include <algorithm>
+
 /// Header of a device-independent bitmap: byte for byte that of a BMP file of version 3 (little-endian).
 struct BITMAPINFOHEADER {
     DWORD biSize;  ///< 40
@@ -18,3 +20,8 @@ struct BITMAPINFOHEADER {
     DWORD biClrImportant;
 };
 static_assert(sizeof(BITMAPINFOHEADER) == 40);
+
+/// Bytes of a row of pixels, padded to four.
+constexpr ULONGLONG BytesDeFila(int ancho, unsigned bits) {
+    return (ULONGLONG{bits} * static_cast<unsigned>(std::max(ancho, 0)) + 31) / 32 * 4;
+}

@@ -86,6 +86,12 @@ struct SYSTEM_INFO {
     DWORD dwNumberOfProcessors;  ///< those that this process may use, at least 1
 };
 LUMBRA_API void GetSystemInfo(SYSTEM_INFO* info);
+/// Processors that this process may use, at least 1.
+inline int Procesadores() {
+    SYSTEM_INFO info{};
+    GetSystemInfo(&info);
+    return static_cast<int>(info.dwNumberOfProcessors);
+}
 
 /// Atomic arithmetic on a plain variable. Increment, Decrement give the new value; the others the former one.
 LUMBRA_API LONG InterlockedIncrement(LONG* valor);

@@ -1,4 +1,4 @@
-// Free memory, as the kernel estimates it, and the process's own limit.
+// Free memory, as the kernel estimates it, and the process's own limit; large blocks.
 
 #include "platform/Memoria.h"
 
@@ -11,10 +11,13 @@
 #include <atomic>
 #include <charconv>
 #include <cstdint>
+#include <cstdlib>
 #include <cstring>
 #include <string_view>
 
 namespace {
+
+constexpr ULONGLONG kDelSistema = ULONGLONG{4} << 20;  // blocks from here on don't come from the heap
 
 std::atomic<ULONGLONG> limitePruebas{~ULONGLONG{0}};
 
@@ -62,4 +65,19 @@ void PideGrandesPaginas(void* bloque, ULONGLONG bytes) {
     const auto pagina = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
     const auto inicio = reinterpret_cast<std::uintptr_t>(bloque), primera = (inicio + pagina - 1) / pagina * pagina;
     if (inicio + bytes > primera) madvise(reinterpret_cast<void*>(primera), inicio + bytes - primera, MADV_HUGEPAGE);
+}
+
+BYTE* ReservaCeros(ULONGLONG bytes) {
+    if (bytes < kDelSistema) return static_cast<BYTE*>(std::calloc(std::max<ULONGLONG>(bytes, 1), 1));
+    void* const bloque = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (bloque == MAP_FAILED) return nullptr;
+    PideGrandesPaginas(bloque, bytes);
+    return static_cast<BYTE*>(bloque);
+}
+
+void LiberaCeros(BYTE* bloque, ULONGLONG bytes) {
+    if (bytes < kDelSistema)
+        std::free(bloque);
+    else
+        munmap(bloque, bytes);
 }

@@ -13,3 +13,9 @@ LUMBRA_API void LimitaMemoria(ULONGLONG bytes = ~ULONGLONG{0});
 
 /// Asks for large pages under a block that is about to be written through: it is there sooner. Nothing depends on it.
 LUMBRA_API void PideGrandesPaginas(void* bloque, ULONGLONG bytes);
+
+/// A block of so many bytes, all 0; null without memory. Blocks of megabytes come straight from the system, which has
+/// zeros ready, in large pages where it gives them.
+LUMBRA_API BYTE* ReservaCeros(ULONGLONG bytes);
+/// Gives back a block of so many bytes that ReservaCeros gave.
+LUMBRA_API void LiberaCeros(BYTE* bloque, ULONGLONG bytes);

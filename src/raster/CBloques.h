@@ -5,7 +5,6 @@
 #include "platform/Tipos.h"
 
 #include <cstddef>
-#include <cstdlib>
 #include <memory>
 #include <utility>
 #include <vector>
@@ -25,6 +24,8 @@ class LUMBRA_API CBloques {
     bool Reserva(UINT cantidad, UINT tamano);
     /// Frees the blocks.
     void Vacia();
+    /// Takes the blocks of another set of the same size behind its own, without copying; `otros` ends up empty.
+    void Anade(CBloques&& otros);
 
     bool EstaVacio() const { return m_Bloques.empty(); }
     UINT Cantidad() const { return static_cast<UINT>(m_Bloques.size()); }
@@ -33,8 +34,8 @@ class LUMBRA_API CBloques {
     ULONGLONG Bytes() const { return ULONGLONG{m_nTamano} * m_Bloques.size(); }
 
     /// @param i below Cantidad()
-    BYTE* Bloque(UINT i) { return m_Bloques[i].get(); }
-    const BYTE* Bloque(UINT i) const { return m_Bloques[i].get(); }
+    BYTE* Bloque(UINT i) { return m_Bloques[i]; }
+    const BYTE* Bloque(UINT i) const { return m_Bloques[i]; }
 
     /// Copies n bytes from position p on; false, with nothing copied, when they aren't all there.
     bool Lee(ULONGLONG p, BYTE* destino, std::size_t n) const;
@@ -43,9 +44,11 @@ class LUMBRA_API CBloques {
 
   private:
     struct Libera {
-        void operator()(BYTE* bloque) const { std::free(bloque); }
+        ULONGLONG bytes;
+        LUMBRA_API void operator()(BYTE* memoria) const;
     };
-    std::vector<std::unique_ptr<BYTE[], Libera>> m_Bloques;
+    std::vector<std::unique_ptr<BYTE[], Libera>> m_Memoria;  // of one block each or, in a large set, of many
+    std::vector<BYTE*> m_Bloques;
     UINT m_nTamano = 0;
 };
 

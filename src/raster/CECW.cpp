@@ -45,12 +45,6 @@ void Acompana(NCS::CEvent& evento, std::vector<float>& progresos) {
     evento.Wait();
 }
 
-int Procesadores() {
-    SYSTEM_INFO sistema;
-    GetSystemInfo(&sistema);
-    return static_cast<int>(sistema.dwNumberOfProcessors);
-}
-
 using CHilos = std::vector<std::unique_ptr<CHiloReadECW>>;
 
 // Reads all bands, each on a thread of its own; the workers given back have ended.
@@ -73,22 +67,6 @@ CHilos LeeBandas(CParametrosECW comunes, int n) {
     for (const auto& hilo : hilos)
         hilo->Join();  // the last one may still hold the lock
     return hilos;
-}
-
-// The bands of all workers in one table of rows, the top one first. Each worker goes once its band is copied.
-bool JuntaBandas(CHilos& hilos, int ancho, CBloques& tabla) {
-    int filas = 0;
-    for (const auto& hilo : hilos)
-        filas += hilo->NumFilas();
-    const std::size_t bytes = BytesFilaBGR(ancho);
-    if (!tabla.Reserva(static_cast<UINT>(filas), static_cast<UINT>(bytes))) return false;
-    UINT fila = 0;
-    for (auto& hilo : hilos) {
-        for (int i = 0; i < hilo->NumFilas(); i++)
-            std::copy_n(hilo->Fila(i), bytes, tabla.Bloque(fila++));
-        hilo.reset();
-    }
-    return true;
 }
 
 }  // namespace
@@ -173,8 +151,9 @@ int CECW::LeerHilos(const wchar_t* ruta, int numHilos, unsigned reduccion, int x
     const double celdaX = primero.CeldaX(), celdaY = primero.CeldaY();
     const double origenX = ventana.x0 * celdaX + primero.OrigenX();
     const double origenY = primero.OrigenY() - ventana.y0 * celdaY;
-    CBloques tabla;
-    if (!JuntaBandas(hilos, ancho, tabla)) return falla("there is not enough memory");
+    CBloques tabla;  // the rows of all workers, the top one first
+    for (const auto& hilo : hilos)
+        tabla.Anade(hilo->SueltaFilas());
     PonGeorreferencia(celdaX, celdaY, origenX, origenY);
     return Crear(ancho, alto, 24, 1.0F, false, &tabla, nullptr, false) ? 1 : 0;
 }

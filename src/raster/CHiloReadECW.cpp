@@ -2,7 +2,7 @@
 
 #include "raster/CHiloReadECW.h"
 
-#include "platform/Memoria.h"
+#include "platform/CabeceraDIB.h"
 
 #include <algorithm>
 #include <atomic>
@@ -95,9 +95,8 @@ void CHiloReadECW::Lee(const CParametrosECW& parametros) {
 
     m_nFilas = static_cast<int>(ultima - primera + 1);
     m_nAnchoFila = Reducidos(m_Ventana.Ancho(), paso);
-    const std::size_t bytes = BytesFilaBGR(m_nAnchoFila) * static_cast<std::size_t>(m_nFilas);
-    if (!HayMemoria(bytes)) throw std::bad_alloc();
-    m_Filas.assign(bytes, 0);
+    if (!m_Filas.Reserva(static_cast<UINT>(m_nFilas), static_cast<UINT>(BytesDeFila(m_nAnchoFila, 24))))
+        throw std::bad_alloc();
 
     const int arriba = m_Ventana.y0 + static_cast<int>(primera * paso);
     const int abajo = m_Ventana.y0 + static_cast<int>(ultima * paso);
@@ -109,16 +108,13 @@ void CHiloReadECW::Lee(const CParametrosECW& parametros) {
 }
 
 void CHiloReadECW::LeeLineas(NCS::CView& vista, int lineas, unsigned paso) {
-    const std::size_t bytesFila = BytesFilaBGR(m_nAnchoFila);
-    std::vector<BYTE> entera(paso > 1 ? BytesFilaBGR(m_Ventana.Ancho()) : 0);
-    BYTE* fila = m_Filas.data();
+    std::vector<BYTE> entera(paso > 1 ? BytesDeFila(m_Ventana.Ancho(), 24) : 0);
     for (int linea = 0; linea < lineas; linea++) {
-        const bool guarda = static_cast<unsigned>(linea) % paso == 0;
+        BYTE* const fila = m_Filas.Bloque(static_cast<UINT>(linea) / paso);
         if (vista.ReadLineBGR(paso > 1 ? entera.data() : fila) != 0) throw std::runtime_error(FalloDeLectura(vista));
-        if (guarda && paso > 1)
+        if (paso > 1 && static_cast<unsigned>(linea) % paso == 0)
             for (std::size_t i = 0; i < static_cast<std::size_t>(m_nAnchoFila); i++)
                 std::copy_n(&entera[3 * paso * i], 3, fila + 3 * i);
-        if (guarda) fila += bytesFila;
         Progresa(static_cast<float>(linea) * 100.0F / static_cast<float>(lineas));
     }
     Progresa(100.0F);

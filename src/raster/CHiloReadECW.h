@@ -1,11 +1,13 @@
 #pragma once
 // Internal. The worker that reads one band of a picture for CECW.
 
+#include "raster/CBloques.h"
 #include "raster/NCS.h"
 #include "platform/Tipos.h"
 
 #include <array>
 #include <cstdint>
+#include <utility>
 #include <vector>
 
 namespace Vertiz {
@@ -28,11 +30,6 @@ std::vector<UINT> TodasLasBandas(int cuenta);
 /// How many of n pixels remain when every r-th is taken.
 inline int Reducidos(int n, unsigned r) {
     return r < 2 ? n : static_cast<int>((std::int64_t{n} + r - 1) / r);
-}
-
-/// Bytes of a row of BGR pixels, padded to four.
-inline std::size_t BytesFilaBGR(int pixeles) {
-    return (static_cast<std::size_t>(pixeles) * 24 + 31) / 32 * 4;
 }
 
 /// What a worker gets. What it points to belongs to the operation that starts the workers, and outlives them.
@@ -60,7 +57,9 @@ class CHiloReadECW : public NCS::CThread {
     // Once Work has ended:
     bool HaFallado() const { return m_bFallo; }
     const char* Fallo() const { return m_szFallo.data(); }
-    const BYTE* Fila(int i) const { return m_Filas.data() + BytesFilaBGR(m_nAnchoFila) * static_cast<std::size_t>(i); }
+    const BYTE* Fila(int i) const { return m_Filas.Bloque(static_cast<UINT>(i)); }
+    /// All of them, to keep.
+    CBloques SueltaFilas() { return std::move(m_Filas); }
     int NumFilas() const { return m_nFilas; }
     int AnchoFila() const { return m_nAnchoFila; }
     double OrigenX() const { return m_dOrigenX; }
@@ -77,7 +76,7 @@ class CHiloReadECW : public NCS::CThread {
     std::uint64_t m_nIndice;
     float m_fProgresoAnterior = 0.0F;
     std::vector<float>* m_pProgresos;
-    std::vector<BYTE> m_Filas;  // BGR, rows padded to four bytes, the top one first
+    CBloques m_Filas;  // BGR, rows padded to four bytes, the top one first
     int m_nFilas = 0;
     int m_nAnchoFila = 0;  // pixels
     double m_dOrigenX = 0.0, m_dOrigenY = 0.0;

@@ -4,11 +4,13 @@
 #include "raster/CRasterDIB.h"
 
 #include "raster/FicheroTemporal.h"
+#include "raster/RampaGrises.h"
 #include "model/Etapa.h"
 #include "platform/Errores.h"
 #include "platform/Memoria.h"
 
 #include <algorithm>
+#include <cfloat>
 #include <cmath>
 #include <cstring>
 #include <cwchar>
@@ -29,11 +31,6 @@ struct Tramo {
           columna(std::max(primera, LONGLONG{0})),
           n(std::min(cantidad - salto, ancho - columna)) {}
 };
-
-// Bytes of a row, padded to four.
-ULONGLONG BytesDeFila(int ancho, unsigned bits) {
-    return (ULONGLONG{bits} * static_cast<unsigned>(std::max(ancho, 0)) + 31) / 32 * 4;
-}
 
 std::size_t EntradasPaleta(int bits) {
     return bits <= 8 ? std::size_t{1} << bits : 0;
@@ -107,11 +104,13 @@ bool CRasterDIB::CreaCabecera(int ancho, int alto, int bits, float resolucion, c
     if (paleta != nullptr)
         std::copy_n(paleta, entradas.size(), entradas.begin());  // before Limpiar: it may be this object's own
     else if (bits == 8)
-        for (std::size_t i = 0; i < entradas.size(); ++i)
-            entradas[i] = static_cast<BYTE>(i % 4 == 3 ? 0 : i / 4);
+        std::ranges::copy(RampaGrises(256), entradas.begin());
 
     Limpiar();
-    const double porMetro = resolucion / 0.025401;
+    double porMetro = resolucion / 0.025401;
+    // What was whole before it went through dots per inch, whose float moves it a little, is whole again.
+    if (const double entero = std::round(porMetro); std::abs(porMetro - entero) <= entero * FLT_EPSILON)
+        porMetro = entero;
     m_nAncho = ancho;
     m_Cabecera.biSize = sizeof m_Cabecera;
     m_Cabecera.biPlanes = 1;

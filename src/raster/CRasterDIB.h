@@ -133,6 +133,8 @@ class LUMBRA_API CRasterDIB : public IRaster {
   private:
     bool LeePixeles(int fila, int columna, int n, BYTE* pixeles) const;
     bool MediaVentana(BYTE* pixel, int fila, int columna, int radio) const;
+    class FilasNuevas;
+    std::size_t BytesElegibles() const;
     IRaster* CreaDestino(int ancho, int alto, int modoFichero, IRaster* destino,
                          std::unique_ptr<CRasterDIB>& propia) const;
     int Remuestrea(int filas, int columnas, double factorFilas, double factorColumnas, IRaster* destino);

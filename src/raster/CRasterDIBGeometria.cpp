@@ -48,6 +48,11 @@ int MitadPorArriba(int n) {
 
 }  // namespace
 
+// Bytes of a pixel that is copied; 0 for a depth without access to pixels, which stay white.
+std::size_t CRasterDIB::BytesElegibles() const {
+    return BytesPixelesFila() > 0 ? std::size_t(BytesPixel()) : 0;
+}
+
 // A new picture of the depth and look of this one, in `destino` or, without one, in `propia`; null without room.
 IRaster* CRasterDIB::CreaDestino(int ancho, int alto, int modoFichero, IRaster* destino,
                                  std::unique_ptr<CRasterDIB>& propia) const {
@@ -58,10 +63,55 @@ IRaster* CRasterDIB::CreaDestino(int ancho, int alto, int modoFichero, IRaster* 
         destino = propia.get();
     }
     const BYTE* paleta = TienePaleta() ? Paleta() : nullptr;
-    if (!destino->Crear(ancho, alto, m_Cabecera.biBitCount, Resolucion(), true, nullptr, paleta, false)) return nullptr;
-    if (auto* dib = dynamic_cast<CRasterDIB*>(destino)) dib->HeredaAspecto(*this);
+    auto* const dib = dynamic_cast<CRasterDIB*>(destino);
+    const bool porFilas = dib != nullptr && dib->m_bModoFichero == 0 && BytesPixelesFila() > 0;  // by FilasNuevas
+    if (!destino->Crear(ancho, alto, m_Cabecera.biBitCount, Resolucion(), !porFilas, nullptr, paleta, false))
+        return nullptr;
+    if (porFilas && dib->m_bModoFichero != 0 && !dib->LlenaAlmacen(true, nullptr, 1)) return nullptr;
+    if (dib != nullptr) dib->HeredaAspecto(*this);
     return destino;
 }
+
+// The rows of a picture that CreaDestino made, white until they are written, from the bottom. In memory they are
+// written in place, and white is only what the pixels don't reach.
+class CRasterDIB::FilasNuevas {
+  public:
+    FilasNuevas(IRaster& nueva, int columnas, std::size_t bytesPixel)
+        : m_Nueva(nueva), m_nColumnas(columnas), m_nBytes(std::size_t(columnas) * bytesPixel) {
+        auto* const dib = dynamic_cast<CRasterDIB*>(&nueva);
+        if (dib != nullptr && dib->m_bModoFichero == 0 && m_nBytes > 0)
+            m_pEnMemoria = dib;
+        else
+            m_Copia.resize(m_nBytes);
+    }
+    ~FilasNuevas() {
+        for (int f = m_nSiguiente; m_pEnMemoria != nullptr && f < m_pEnMemoria->AltoPixeles(); ++f)
+            std::ranges::fill(m_pEnMemoria->FilaEnMemoria(f), BYTE{255});
+    }
+    FilasNuevas(const FilasNuevas&) = delete;
+    FilasNuevas& operator=(const FilasNuevas&) = delete;
+
+    /// Room for all pixels of the next row.
+    BYTE* Siguiente() {
+        if (m_pEnMemoria == nullptr) return m_Copia.data();
+        const std::span<BYTE> fila = m_pEnMemoria->FilaEnMemoria(m_nSiguiente);
+        std::ranges::fill(fila.subspan(m_nBytes), BYTE{255});
+        return fila.data();
+    }
+    /// The row is written. @return false when it can't be put into its file
+    bool Guarda() {
+        const int fila = m_nSiguiente++;
+        return m_pEnMemoria != nullptr || m_Nueva.SetFila(m_Copia.data(), fila, 0, m_nColumnas);
+    }
+
+  private:
+    IRaster& m_Nueva;
+    int m_nColumnas;
+    std::size_t m_nBytes;
+    CRasterDIB* m_pEnMemoria = nullptr;
+    std::vector<BYTE> m_Copia;
+    int m_nSiguiente = 0;
+};
 
 int CRasterDIB::Recorta(int fila0, int col0, int fila1, int col1, IRaster* destino) {
     if (!TienePixeles()) return 2;
@@ -71,11 +121,14 @@ int CRasterDIB::Recorta(int fila0, int col0, int fila1, int col1, IRaster* desti
     IRaster* const nueva = CreaDestino(col1 - col0, fila1 - fila0, m_bModoFichero, destino, propia);
     if (nueva == nullptr) return FalloAlmacen();
 
+    const std::size_t bytes = BytesElegibles(), inicio = std::size_t(col0) * bytes;
+    FilasNuevas nuevas(*nueva, col1 - col0, bytes);
     std::vector<BYTE> copia;
     for (int r = fila0; r < fila1 && col0 < col1; ++r) {
         const std::span<const BYTE> fila = FilaAlmacen(r, copia);
-        const std::size_t inicio = std::size_t(col0) * std::size_t(BytesPixel());
-        if (fila.empty() || !nueva->SetFila(&fila[inicio], r - fila0, 0, col1 - col0)) return FalloAlmacen();
+        if (fila.empty()) return FalloAlmacen();
+        std::copy_n(fila.data() + inicio, std::size_t(col1 - col0) * bytes, nuevas.Siguiente());
+        if (!nuevas.Guarda()) return FalloAlmacen();
     }
     if (propia != nullptr) TomaImagen(*propia);
     return 1;
@@ -105,16 +158,17 @@ int CRasterDIB::Remuestrea(int filas, int columnas, double factorFilas, double f
     const Etapa etapa(m_nNivelMensajes, kTextoOperacion);
     const std::vector<int> origenFilas = IndicesOrigen(filas, AltoPixeles(), factorFilas);
     const std::vector<int> origenColumnas = IndicesOrigen(columnas, m_nAncho, factorColumnas);
-    const int bytes = BytesPixel();
-    std::vector<BYTE> copia, pixeles(std::size_t(columnas) * std::size_t(bytes));
+    const std::size_t bytes = BytesElegibles();
+    FilasNuevas nuevas(*nueva, columnas, bytes);
+    std::vector<BYTE> copia;
     for (int r = 0; r < filas; ++r) {
         const std::span<const BYTE> fila = FilaAlmacen(origenFilas[std::size_t(r)], copia);
         if (fila.empty()) return FalloAlmacen();
         if (bytes == 3)
-            CopiaElegidos<3>(fila.data(), origenColumnas, pixeles.data());
+            CopiaElegidos<3>(fila.data(), origenColumnas, nuevas.Siguiente());
         else if (bytes == 1)
-            CopiaElegidos<1>(fila.data(), origenColumnas, pixeles.data());
-        if (!nueva->SetFila(pixeles.data(), r, 0, columnas)) return FalloAlmacen();
+            CopiaElegidos<1>(fila.data(), origenColumnas, nuevas.Siguiente());
+        if (!nuevas.Guarda()) return FalloAlmacen();
         if (!etapa.Paso(r + 1, filas)) return 2;
     }
     if (propia != nullptr) TomaImagen(*propia);
@@ -128,16 +182,17 @@ int CRasterDIB::Reducir(int /*interpolacion*/, int nivel) {
     if (CreaDestino(columnas, filas, m_bModoFichero, nullptr, nueva) == nullptr) return FalloAlmacen();
 
     const Etapa etapa(nivel, kTextoOperacion);
-    const int bytes = BytesPixel();
-    std::vector<BYTE> copia, pixeles(std::size_t(columnas) * std::size_t(bytes));
+    const std::size_t bytes = BytesElegibles();
+    FilasNuevas nuevas(*nueva, columnas, bytes);
+    std::vector<BYTE> copia;
     for (int r = 0; r < filas; ++r) {
         const std::span<const BYTE> fila = FilaAlmacen(2 * r, copia);
         if (fila.empty() && columnas > 0) return FalloAlmacen();
         if (bytes == 3)
-            CopiaAlternos<3>(fila.data(), columnas, pixeles.data());
+            CopiaAlternos<3>(fila.data(), columnas, nuevas.Siguiente());
         else if (bytes == 1)
-            CopiaAlternos<1>(fila.data(), columnas, pixeles.data());
-        if (columnas > 0 && !nueva->SetFila(pixeles.data(), r, 0, columnas)) return FalloAlmacen();
+            CopiaAlternos<1>(fila.data(), columnas, nuevas.Siguiente());
+        if (columnas > 0 && !nuevas.Guarda()) return FalloAlmacen();
         if (!etapa.Paso(r, filas)) return 2;
     }
     TomaImagen(*nueva);

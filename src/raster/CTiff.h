@@ -39,7 +39,7 @@ class LUMBRA_API CTiff : public CRasterDIB {
     /// @param registro     the samples that become red, green and blue, where the page has colours; null for 0, 1 and
     ///                     2, which also stand for samples that the page doesn't have. Out: each below 3 has become 2
     ///                     minus itself
-    /// @param minimo, maximo  values of a grid that become black and white; null measures them
+    /// @param minimo, maximo  values of a grid that become black and white, also upside down; null measures them
     /// @param col0, col1, fila0, fila1  window of the page, half-open, rows from the top, clipped to it; both of an
     ///                     axis 0 for the whole of it. The georeferencing stays that of the page
     /// @return 1; 2 without a source, after the last page or cancelled; kNoSoportado for a page that is damaged or that

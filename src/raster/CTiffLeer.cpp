@@ -2,6 +2,7 @@
 
 #include "raster/CTiff.h"
 #include "raster/GeoTiff.h"
+#include "raster/RampaGrises.h"
 #include "raster/Resultados.h"
 #include "raster/TextosProgreso.h"
 #include "raster/TiffMuestras.h"
@@ -75,7 +76,7 @@ struct Medida {
         }
     }
     EscalaTiff Escala() const {
-        const double factor = maximo > minimo ? 255.0 / (maximo - minimo) : 0.0;
+        const double factor = maximo != minimo ? 255.0 / (maximo - minimo) : 0.0;
         return {minimo, std::isfinite(factor) ? factor : 0.0};
     }
 };
@@ -162,18 +163,10 @@ int CTiff::LeePagina(bool soloCabecera, const Peticion& peticion) {
 
 bool CTiff::TomaCabecera(const PaginaTiff& pagina, int ancho, int alto) {
     const float porPulgada = ResolucionPulgada(pagina.unidadResolucion, pagina.resolucionX);
-    std::array<BYTE, 256 * 4> paleta{};
-    if (pagina.fotometrica == fotometrica::kPaleta) {
-        paleta = PaletaTiff(pagina);
-    } else {
-        // Of a bit, two entries; of more, the ramp of a byte.
-        const unsigned colores = pagina.bits == 1 ? 2 : 256;
-        for (unsigned i = 0; i < colores; ++i) {
-            const unsigned gris = pagina.bits == 1 ? i * 255 : i;
-            std::fill_n(&paleta[std::size_t{i} * 4], 3,
-                        static_cast<BYTE>(pagina.fotometrica == fotometrica::kCeroBlanco ? 255 - gris : gris));
-        }
-    }
+    // Of a bit, two greys; of more, the ramp of a byte.
+    const auto paleta = pagina.fotometrica == fotometrica::kPaleta
+                            ? PaletaTiff(pagina)
+                            : RampaGrises(pagina.bits == 1 ? 2 : 256, pagina.fotometrica == fotometrica::kCeroBlanco);
     if (!CreaCabecera(ancho, -alto, pagina.EsDeUnByte() ? 8 : 24, porPulgada, paleta.data())) return false;
 
     m_nUnidadResolucion = static_cast<std::uint16_t>(pagina.unidadResolucion);
@@ -200,8 +193,7 @@ void CTiff::TomaAspecto(const PaginaTiff& pagina) {
         m_nFotometrica = fotometrica::kRGB;
     } else if (pagina.fotometrica != fotometrica::kPaleta) {
         m_nFotometrica = fotometrica::kCeroNegro;
-        for (std::size_t i = 0; i < m_Paleta.size(); ++i)
-            m_Paleta[i] = static_cast<BYTE>(i % 4 == 3 ? 0 : i / 4);
+        std::ranges::copy(RampaGrises(256), m_Paleta.begin());
     }
 }
 
@@ -242,8 +234,8 @@ int CTiff::LeeImagen(const PaginaTiff& pagina, const VentanaTiff& ventana, const
     const auto lee = [&](int i, FilasTiff& filas) {
         const int fila = ventana.Alto() - 1 - i;
         BYTE* const pixeles = FilaNueva(fila, copia).data();
-        return filas.Siguiente([&](const TramoTiff& t) { muestras.Pixeles(t, pixeles + t.columna * bytesPixel); }) &&
-               GuardaFila(fila, copia);
+        const auto pon = [&](const TramoTiff& t) { muestras.Pixeles(t, pixeles + t.columna * bytesPixel); };
+        return filas.Siguiente(pon, pixeles) && GuardaFila(fila, copia);
     };
     const int resultado = Recorre(*m_pFuente, pagina, ventana, muestras.Planos(), m_nNivelMensajes, lee);
     if (resultado == 1) TomaAspecto(pagina);

@@ -53,12 +53,12 @@ struct CFileInfo {
     double m_dOrigenX = 0.0, m_dOrigenY = 0.0;  ///< outer corner of the top left pixel, terrain units
 };
 
+struct CBandaJ2K;
 class CImagenJ2K;
 class CVentanaJ2K;
 
 /// A view of a window of a file, read line by line. One thread uses a view; any number of views may read one file. All
-/// open views of a file whose windows lie in the window that another has set take their lines from the same decoding,
-/// on as many threads as there are processors; it is freed with the last of them.
+/// open views of a file whose windows lie in the window that another has set take their lines from the same decoding.
 class CView {
   public:
     CView();
@@ -80,13 +80,17 @@ class CView {
     CError Close();
 
   private:
+    void TomaBanda();
+
     CFileInfo m_Informacion;
     CError m_Error;
     std::shared_ptr<CImagenJ2K> m_pImagen;
     std::shared_ptr<CVentanaJ2K> m_pVentana;
-    int m_nX = 0, m_nAncho = 0;       // columns of the window
-    int m_nFila = 0, m_nFinal = 0;    // next row, and the one after the last
-    std::vector<BYTE> m_Componentes;  // a line, component after component
+    std::shared_ptr<const CBandaJ2K> m_pBanda;  // the one with the last line
+    int m_nX = 0, m_nAncho = 0;                 // columns of the window
+    int m_nPrimera = 0;                         // row of the window
+    int m_nFila = 0, m_nFinal = 0;              // next row, and the one after the last
+    std::vector<BYTE> m_Componentes;            // a line, component after component
 };
 
 class CMutex {

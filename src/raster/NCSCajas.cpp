@@ -87,6 +87,21 @@ CError OtroFormato(std::span<const BYTE, 12> firma, const CString& ruta) {
     return {kFallo, "this is not a JPEG 2000 file"};
 }
 
+// Whether a marker segment stands in the main header (A.2): they follow each other up to the first tile.
+bool HaySegmento(CFile& fichero, std::uint64_t inicio, unsigned buscado) {
+    constexpr unsigned kTesela = 0xFF90;  // SOT
+    std::array<BYTE, 4> cabecera{};
+    const std::span<const BYTE> bytes(cabecera);
+    std::uint64_t p = inicio + 2;
+    for (int i = 0; i < kCajasMaximas && LeeEn(fichero, p, cabecera); i++) {
+        const std::uint64_t marca = Numero(bytes.first(2)), longitud = Numero(bytes.last(2));
+        if (marca == buscado) return true;
+        if (marca == kTesela || marca < 0xFF00 || longitud < 2) return false;
+        p += 2 + longitud;
+    }
+    return false;
+}
+
 // Size and grids of the SIZ marker (ISO/IEC 15444-1, A.5.1).
 CError CompruebaSIZ(CFile& fichero, std::uint64_t longitud, CEstructuraJ2K& estructura) {
     std::array<BYTE, 42> cabecera{};
@@ -102,11 +117,15 @@ CError CompruebaSIZ(CFile& fichero, std::uint64_t longitud, CEstructuraJ2K& estr
         origenY > y0 || componentes == 0 || Numero(bytes.subspan(4, 2)) != 38 + 3 * componentes)
         return {kFallo, "the header of the codestream claims impossible sizes"};
     estructura.m_nComponentes = static_cast<std::uint32_t>(componentes);
+    estructura.m_nTeselaY = static_cast<std::int64_t>(origenY);
+    estructura.m_nAltoTesela = static_cast<std::int64_t>(teselaY);
     estructura.m_nTeselas = ((x1 - origenX + teselaX - 1) / teselaX) * ((y1 - origenY + teselaY - 1) / teselaY);
     // Every tile has at least one part, with its two markers.
     constexpr std::uint64_t kBytesTesela = 14;
     if (estructura.m_nTeselas > (longitud - estructura.m_nInicio) / kBytesTesela)
         return {kFallo, "the header claims more tiles than the file can hold"};
+    constexpr unsigned kPPM = 0xFF60;
+    estructura.m_bCabecerasJuntas = HaySegmento(fichero, estructura.m_nInicio, kPPM);
     return {};
 }
 

@@ -18,8 +18,13 @@ struct CEstructuraJ2K {
     bool m_bCodestream = false;        ///< a raw codestream, without boxes
     std::uint64_t m_nInicio = 0;       ///< offset of the codestream
     std::uint64_t m_nTeselas = 0;      ///< tiles that it claims
+    std::int64_t m_nTeselaY = 0;       ///< first row of the tiles, on the reference grid
+    std::int64_t m_nAltoTesela = 0;    ///< their height on it
     std::uint32_t m_nComponentes = 0;  ///< components that it claims
-    std::vector<BYTE> m_GeoTIFF;       ///< what the GeoJP2 box holds; empty without one
+    /// The headers of all packets stand in the main header (PPM). OpenJPEG 2.5 loses its place in them when it passes
+    /// over tiles, so that such a picture has to be decoded whole.
+    bool m_bCabecerasJuntas = false;
+    std::vector<BYTE> m_GeoTIFF;  ///< what the GeoJP2 box holds; empty without one
 };
 
 /// Reads the structure and checks what the codestream claims against the size of the file.

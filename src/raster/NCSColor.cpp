@@ -5,6 +5,9 @@
 #include <openjpeg.h>
 
 #include <algorithm>
+#include <array>
+#include <bit>
+#include <cstring>
 
 namespace NCS {
 
@@ -23,6 +26,36 @@ void DeRGB(const BYTE* r, const BYTE* g, const BYTE* b, std::size_t n, BYTE* bgr
         bgr[3 * i + 1] = g[i];
         bgr[3 * i + 2] = r[i];
     }
+}
+
+// The same from samples of 32 bits: first a word for each pixel, which is done for several at a time, then four words
+// into three. Samples of a sound file are bytes. @return false where they aren't: some of `bgr` is wrong then
+bool DeRGB32(const std::int32_t* r, const std::int32_t* g, const std::int32_t* b, std::size_t n, BYTE* bgr) {
+    static_assert(std::endian::native == std::endian::little);
+    constexpr std::size_t kTramo = 512;
+    std::array<std::uint32_t, kTramo> palabras;
+    for (std::size_t i = 0; i < n; i += kTramo, bgr += 3 * kTramo) {
+        const std::size_t tramo = std::min(kTramo, n - i);
+        std::uint32_t todos = 0;
+        for (std::size_t k = 0; k < tramo; k++) {
+            const auto rojo = static_cast<std::uint32_t>(r[i + k]), verde = static_cast<std::uint32_t>(g[i + k]),
+                       azul = static_cast<std::uint32_t>(b[i + k]);
+            todos |= rojo | verde | azul;
+            palabras[k] = azul | verde << 8 | rojo << 16;
+        }
+        if (todos > 255) return false;
+        std::size_t k = 0;
+        for (; k + 4 <= tramo; k += 4) {
+            const std::uint32_t* const w = &palabras[k];
+            const std::uint32_t a = w[0] | w[1] << 24, c = w[1] >> 8 | w[2] << 16, d = w[2] >> 16 | w[3] << 8;
+            std::memcpy(bgr + 3 * k, &a, 4);
+            std::memcpy(bgr + 3 * k + 4, &c, 4);
+            std::memcpy(bgr + 3 * k + 8, &d, 4);
+        }
+        for (; k < tramo; k++)
+            std::memcpy(bgr + 3 * k, &palabras[k], 3);
+    }
+    return true;
 }
 
 // IEC 61966-2-1, amendment 1.
@@ -66,7 +99,7 @@ bool CColorJ2K::PonCanal(const opj_image_comp& c) {
     const std::int64_t valores = std::int64_t{1} << c.prec;
     canal.menor = c.sgnd != 0 ? static_cast<std::int32_t>(-valores / 2) : 0;
     canal.mayor = static_cast<std::int32_t>(canal.menor + valores - 1);
-    if (c.prec != 8 && c.prec <= kBitsTabla) {
+    if (c.prec <= kBitsTabla) {
         std::vector<BYTE> tabla(static_cast<std::size_t>(valores));
         for (std::size_t i = 0; i < tabla.size(); i++)
             tabla[i] = canal.Byte(canal.menor + static_cast<std::int32_t>(i));
@@ -109,27 +142,40 @@ bool CColorJ2K::Prepara(const opj_image& imagen, std::int64_t x0, std::int64_t y
     return m_nDx > 0 && m_nDy > 0;
 }
 
-void CColorJ2K::LineaCanal(const Canal& canal, std::int64_t x, std::int64_t y, int n, BYTE* bytes) const {
-    const std::int64_t fila = std::clamp<std::int64_t>(y * m_nDy / canal.dy - canal.y0, 0, canal.alto - 1);
-    const std::int32_t* datos = canal.datos + fila * canal.ancho;
+const std::int32_t* CColorJ2K::Muestras(const Canal& canal, std::int64_t x, std::int64_t y, int n) const {
     const std::int64_t primera = x - canal.x0;
-    if (canal.dx != m_nDx || primera < 0 || primera + n > canal.ancho) {
+    if (canal.dx != m_nDx || primera < 0 || primera + n > canal.ancho) return nullptr;
+    const std::int64_t fila = std::clamp<std::int64_t>(y * m_nDy / canal.dy - canal.y0, 0, canal.alto - 1);
+    return canal.datos + fila * canal.ancho + primera;
+}
+
+bool CColorJ2K::LineaDirecta(std::int64_t x, std::int64_t y, int n, BYTE* bgr) const {
+    if (m_Modelo != Modelo::kGris && m_Modelo != Modelo::kRGB) return false;
+    std::array<const std::int32_t*, 3> bandas{};
+    for (std::size_t i = 0; i < m_Canales.size(); i++) {
+        const Canal& canal = m_Canales[i];
+        bandas[i] = Muestras(canal, x, y, n);
+        if (bandas[i] == nullptr || canal.menor != 0 || canal.mayor != 255) return false;
+    }
+    if (m_Modelo == Modelo::kGris) bandas[1] = bandas[2] = bandas[0];
+    return DeRGB32(bandas[0], bandas[1], bandas[2], static_cast<std::size_t>(n), bgr);
+}
+
+void CColorJ2K::LineaCanal(const Canal& canal, std::int64_t x, std::int64_t y, int n, BYTE* bytes) const {
+    if (const std::int32_t* const datos = Muestras(canal, x, y, n)) {
         for (int i = 0; i < n; i++)
-            bytes[i] =
-                canal.Byte(datos[std::clamp<std::int64_t>((x + i) * m_nDx / canal.dx - canal.x0, 0, canal.ancho - 1)]);
+            bytes[i] = canal.Byte(datos[i]);
         return;
     }
-    datos += primera;
-    if (canal.tabla.empty() && canal.mayor - std::int64_t{canal.menor} == 255) {
-        for (int i = 0; i < n; i++)
-            bytes[i] = static_cast<BYTE>(std::clamp(datos[i], canal.menor, canal.mayor) - canal.menor);
-        return;
-    }
+    const std::int64_t fila = std::clamp<std::int64_t>(y * m_nDy / canal.dy - canal.y0, 0, canal.alto - 1);
+    const std::int32_t* const datos = canal.datos + fila * canal.ancho;
     for (int i = 0; i < n; i++)
-        bytes[i] = canal.Byte(datos[i]);
+        bytes[i] =
+            canal.Byte(datos[std::clamp<std::int64_t>((x + i) * m_nDx / canal.dx - canal.x0, 0, canal.ancho - 1)]);
 }
 
 void CColorJ2K::Linea(int fila, int columna, int n, BYTE* bgr, std::vector<BYTE>& componentes) const {
+    if (LineaDirecta(m_nX0 + columna, m_nY0 + fila, n, bgr)) return;
     const auto ancho = static_cast<std::size_t>(n);
     componentes.resize(ancho * m_Canales.size());
     for (std::size_t i = 0; i < m_Canales.size(); i++)

@@ -31,12 +31,16 @@ class CColorJ2K {
         std::int64_t ancho = 0, alto = 0;
         std::int64_t dx = 1, dy = 1;  // steps of its grid, in pixels of the reference grid
         std::int32_t menor = 0, mayor = 255;
-        std::vector<BYTE> tabla;  // bytes of the values from menor on; empty for 8 bits, and where there are too many
+        std::vector<BYTE> tabla;  // bytes of the values from menor on; empty where there are too many
 
         BYTE Byte(std::int32_t valor) const;
     };
 
     bool PonCanal(const opj_image_comp& componente);
+    // The samples of a line where they stand on the picture's own grid; else null.
+    const std::int32_t* Muestras(const Canal& canal, std::int64_t x, std::int64_t y, int n) const;
+    // Greys and colours of 8 bits; false for others.
+    bool LineaDirecta(std::int64_t x, std::int64_t y, int n, BYTE* bgr) const;
     // One line of a channel, on the grid of the picture.
     void LineaCanal(const Canal& canal, std::int64_t x, std::int64_t y, int n, BYTE* bytes) const;
 

@@ -78,7 +78,8 @@ class CDecodificador {
 CError CDecodificador::Abre(const CString& ruta, bool codestream, int hilos) {
     if (!m_Fichero.Open(::CString(ruta.c_str()), CFile::modeRead | CFile::shareDenyNone))
         return {kFallo, "the file can't be opened"};
-    m_pFlujo.reset(opj_stream_default_create(OPJ_TRUE));
+    constexpr OPJ_SIZE_T kBuffer = 1U << 16;  // what a band passes over is hardly read
+    m_pFlujo.reset(opj_stream_create(kBuffer, OPJ_TRUE));
     m_pCodec.reset(opj_create_decompress(codestream ? OPJ_CODEC_J2K : OPJ_CODEC_JP2));
     if (!m_pFlujo || !m_pCodec) return {kFallo, "there is not enough memory"};
     opj_stream_set_user_data(m_pFlujo.get(), &m_Fichero, nullptr);
@@ -120,25 +121,52 @@ CError CDecodificador::Decodifica(const std::array<OPJ_INT32, 4>* v) {
     return {};
 }
 
+// The least distance on the reference grid, in x and y, at which all components have a sample.
+std::array<std::int64_t, 2> PasoComun(const opj_image_t& imagen) {
+    std::array<std::int64_t, 2> paso{1, 1};
+    for (OPJ_UINT32 i = 0; i < std::min(imagen.numcomps, 4U); i++) {
+        paso[0] = std::lcm(paso[0], std::int64_t{imagen.comps[i].dx});
+        paso[1] = std::lcm(paso[1], std::int64_t{imagen.comps[i].dy});
+    }
+    return paso;
+}
+
 // The window in the reference grid. It begins where all components have a sample, so that a window shows what the whole
 // picture shows there.
 std::array<OPJ_INT32, 4> EnReferencia(const opj_image_t& imagen, const CRectangulo& ventana) {
-    std::int64_t pasoX = 1, pasoY = 1;
-    for (OPJ_UINT32 i = 0; i < std::min(imagen.numcomps, 4U); i++) {
-        pasoX = std::lcm(pasoX, std::int64_t{imagen.comps[i].dx});
-        pasoY = std::lcm(pasoY, std::int64_t{imagen.comps[i].dy});
-    }
+    const auto [pasoX, pasoY] = PasoComun(imagen);
     const auto& c = imagen.comps[0];
     const auto desde = [](std::int64_t primera, std::int64_t d, std::int64_t paso, std::int64_t limite) {
         return static_cast<OPJ_INT32>(std::max(primera * d / paso * paso, limite));
     };
     const auto hasta = [](std::int64_t ultima, std::int64_t d, std::int64_t limite) {
-        return static_cast<OPJ_INT32>(std::min(ultima * d + 1, limite));
+        return static_cast<OPJ_INT32>(std::min((ultima + 1) * d, limite));
     };
     return {desde(std::int64_t{c.x0} + ventana.x0, c.dx, pasoX, imagen.x0),
             desde(std::int64_t{c.y0} + ventana.y0, c.dy, pasoY, imagen.y0),
             hasta(std::int64_t{c.x0} + ventana.x1 - 1, c.dx, imagen.x1),
             hasta(std::int64_t{c.y0} + ventana.y1 - 1, c.dy, imagen.y1)};
+}
+
+// Rows of the picture where bands begin. Every band goes through the file, and keeps what a decoder keeps of all its
+// tiles: so there are few of them.
+std::vector<int> Cortes(const opj_image_t& imagen, const CEstructuraJ2K& estructura) {
+    constexpr std::int64_t kBandas = 32;
+    constexpr std::uint64_t kTeselas = 4096;
+    std::vector<int> cortes{0};
+    if (estructura.m_nTeselas > kTeselas || estructura.m_bCabecerasJuntas) return cortes;
+    const auto& c = imagen.comps[0];
+    const std::int64_t paso = PasoComun(imagen)[1];
+    const std::int64_t alto = estructura.m_nAltoTesela,
+                       primera = (std::int64_t{imagen.y0} - estructura.m_nTeselaY) / alto;
+    const std::int64_t filas = (std::int64_t{imagen.y1} - estructura.m_nTeselaY - 1) / alto - primera + 1;
+    const std::int64_t juntas = (filas + kBandas - 1) / kBandas;
+    for (std::int64_t i = juntas; i < filas; i += juntas) {
+        const std::int64_t y = estructura.m_nTeselaY + (primera + i) * alto;
+        const auto corte = static_cast<int>(y / c.dy - c.y0);
+        if (y % paso == 0 && corte > cortes.back() && corte < static_cast<int>(c.h)) cortes.push_back(corte);
+    }
+    return cortes;
 }
 
 }  // namespace
@@ -147,29 +175,63 @@ void BorraImagen::operator()(opj_image* imagen) const {
     opj_image_destroy(imagen);
 }
 
-const CError& CVentanaJ2K::Decodifica() {
-    std::call_once(m_Una, [this] {
-        SYSTEM_INFO sistema;
-        GetSystemInfo(&sistema);
-        CDecodificador decodificador;
-        m_Error = decodificador.Abre(m_sRuta, m_bCodestream, static_cast<int>(sistema.dwNumberOfProcessors));
-        if (m_Error.GetErrorNumber() != 0) return;
-        const opj_image_t& imagen = *decodificador.Imagen();
-        const auto ancho = static_cast<int>(imagen.comps[0].w), alto = static_cast<int>(imagen.comps[0].h);
-        const OPJ_UINT32 x0 = imagen.comps[0].x0, y0 = imagen.comps[0].y0;
-        if (!CRectangulo{0, 0, ancho, alto}.Contiene(m_Ventana)) {
-            m_Error = {kFallo, "the file has changed"};
-            return;
-        }
-        const std::array<OPJ_INT32, 4> area = EnReferencia(imagen, m_Ventana);
-        const bool entera = m_Ventana.Contiene({0, 0, ancho, alto});
-        m_Error = decodificador.Decodifica(entera ? nullptr : &area);
-        if (m_Error.GetErrorNumber() != 0) return;
-        m_pImagen = decodificador.SueltaImagen();
-        if (!m_Color.Prepara(*m_pImagen, x0, y0)) m_Error = {kFallo, "its components can't be shown as colours"};
-    });
-    return m_Error;
+// ---- The window --------------------------------------------------------------------------------------------------
+
+CVentanaJ2K::CVentanaJ2K(CString ruta, const CPlanJ2K& plan, const CRectangulo& ventana)
+    : m_sRuta(std::move(ruta)), m_Plan(plan), m_Ventana(ventana) {
+    const std::vector<int>& cortes = m_Plan.cortes;
+    for (int y = ventana.y0; y < ventana.y1;) {
+        const auto corte = std::ranges::upper_bound(cortes, y);
+        const int fin = corte == cortes.end() ? ventana.y1 : std::min(*corte, ventana.y1);
+        m_Lugares.emplace_back().ventana = {ventana.x0, y, ventana.x1, fin};
+        y = fin;
+    }
+    // With bands enough for all, those who read on threads of their own do better by one thread for each band.
+    m_nHilos = Procesadores();
+    if (m_Lugares.size() >= 2 * static_cast<std::size_t>(m_nHilos)) m_nHilos = 1;
 }
+
+CVentanaJ2K::CLugar& CVentanaJ2K::Lugar(int fila) {
+    return *std::ranges::find_if(m_Lugares, [fila](const CLugar& lugar) { return fila < lugar.ventana.y1; });
+}
+
+std::shared_ptr<const CBandaJ2K> CVentanaJ2K::Banda(int fila) {
+    CLugar& lugar = Lugar(fila);
+    const std::lock_guard cierre(lugar.mutex);
+    if (lugar.banda == nullptr) lugar.banda = std::make_shared<CBandaJ2K>(Decodifica(lugar.ventana));
+    return lugar.banda;
+}
+
+void CVentanaJ2K::Leidas(const CBandaJ2K& banda, int filas) {
+    CLugar& lugar = Lugar(banda.ventana.y0);
+    const std::lock_guard cierre(lugar.mutex);
+    lugar.leidas += filas;
+    if (lugar.leidas < lugar.ventana.y1 - lugar.ventana.y0) return;
+    lugar.leidas = 0;
+    lugar.banda.reset();
+}
+
+CBandaJ2K CVentanaJ2K::Decodifica(const CRectangulo& ventana) const {
+    CBandaJ2K banda{ventana, {}, {}, {}};
+    CDecodificador decodificador;
+    banda.error = decodificador.Abre(m_sRuta, m_Plan.codestream, m_nHilos);
+    if (banda.error.GetErrorNumber() != 0) return banda;
+    const opj_image_t& imagen = *decodificador.Imagen();
+    const CRectangulo todo{0, 0, static_cast<int>(imagen.comps[0].w), static_cast<int>(imagen.comps[0].h)};
+    const OPJ_UINT32 x0 = imagen.comps[0].x0, y0 = imagen.comps[0].y0;
+    if (!todo.Contiene(m_Ventana)) {
+        banda.error = {kFallo, "the file has changed"};
+        return banda;
+    }
+    const std::array<OPJ_INT32, 4> area = EnReferencia(imagen, ventana);
+    banda.error = decodificador.Decodifica(!m_Plan.porPartes || ventana.Contiene(todo) ? nullptr : &area);
+    if (banda.error.GetErrorNumber() != 0) return banda;
+    banda.imagen = decodificador.SueltaImagen();
+    if (!banda.color.Prepara(*banda.imagen, x0, y0)) banda.error = {kFallo, "its components can't be shown as colours"};
+    return banda;
+}
+
+// ---- The file ----------------------------------------------------------------------------------------------------
 
 std::shared_ptr<CImagenJ2K> CImagenJ2K::Abre(const CString& ruta, CError& error) {
     static std::mutex mutex;
@@ -210,13 +272,14 @@ CError CImagenJ2K::LeeCabecera() {
     if (!HayMemoria(estructura.m_nTeselas * (kBytesTesela + estructura.m_nComponentes * kBytesComponente)))
         return {kFallo, "there is not enough memory for its tiles"};
 
-    m_bCodestream = estructura.m_bCodestream;
     CDecodificador decodificador;
-    if (CError error = decodificador.Abre(m_sRuta, m_bCodestream, 1); error.GetErrorNumber() != 0) return error;
+    if (CError error = decodificador.Abre(m_sRuta, estructura.m_bCodestream, 1); error.GetErrorNumber() != 0)
+        return error;
     const opj_image_t& imagen = *decodificador.Imagen();
     m_Informacion.m_nAncho = static_cast<int>(imagen.comps[0].w);
     m_Informacion.m_nAlto = static_cast<int>(imagen.comps[0].h);
     m_Informacion.m_nBandas = static_cast<int>(imagen.numcomps);
+    m_Plan = {estructura.m_bCodestream, !estructura.m_bCabecerasJuntas, Cortes(imagen, estructura)};
     LeePosicion(m_sRuta, estructura.m_GeoTIFF, m_Informacion);
     return {};
 }
@@ -226,7 +289,7 @@ std::shared_ptr<CVentanaJ2K> CImagenJ2K::Ventana(const CRectangulo& ventana) {
     std::erase_if(m_Ventanas, [](const auto& debil) { return debil.expired(); });
     for (const auto& debil : m_Ventanas)
         if (auto otra = debil.lock(); otra && otra->Ventana().Contiene(ventana)) return otra;
-    auto nueva = std::make_shared<CVentanaJ2K>(m_sRuta, m_bCodestream, ventana);
+    auto nueva = std::make_shared<CVentanaJ2K>(m_sRuta, m_Plan, ventana);
     m_Ventanas.push_back(nueva);
     return nueva;
 }

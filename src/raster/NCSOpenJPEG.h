@@ -5,6 +5,7 @@
 #include "raster/NCSCajas.h"
 #include "raster/NCSColor.h"
 
+#include <deque>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -27,32 +28,51 @@ struct BorraImagen {
     void operator()(opj_image* imagen) const;
 };
 
-/// A window of a file, decoded once, by whichever view first needs a line of it.
+/// Rows of a window that are decoded at once.
+struct CBandaJ2K {
+    CRectangulo ventana;
+    CError error;
+    std::unique_ptr<opj_image, BorraImagen> imagen;
+    CColorJ2K color;  // of the image, where there is no error
+};
+
+/// How the pixels of a file are found in it.
+struct CPlanJ2K {
+    bool codestream = false;     ///< a raw codestream, without boxes
+    bool porPartes = true;       ///< parts of the picture can be decoded by themselves
+    std::vector<int> cortes{0};  ///< rows where the bands of the whole picture begin, ascending
+};
+
+/// A window of a file. Its bands are decoded once, each by whichever view first needs a line of it.
 ///
-/// Views on several threads that decoded a band each would do work twice: all of them go through the whole codestream
-/// and decode the code-blocks on their borders again. One decoding with as many threads as processors does it once.
+/// A band is made of whole rows of tiles, so that nothing is decoded twice. A picture of one tile is one band: views on
+/// several threads that decoded a part each would all go through the whole codestream, and decode the code-blocks on
+/// their borders again. One decoding with as many threads as processors does it once.
 class CVentanaJ2K {
   public:
-    CVentanaJ2K(CString ruta, bool codestream, const CRectangulo& ventana)
-        : m_sRuta(std::move(ruta)), m_bCodestream(codestream), m_Ventana(ventana) {}
+    CVentanaJ2K(CString ruta, const CPlanJ2K& plan, const CRectangulo& ventana);
 
     const CRectangulo& Ventana() const { return m_Ventana; }
-    /// Decodes, or waits until another thread has. Any thread may call it.
-    const CError& Decodifica();
-    /// After a Decodifica without error: n pixels of a row of the picture, as BGR.
-    /// @param componentes  room to work in, the calling thread's own
-    void Linea(int fila, int columna, int n, BYTE* bgr, std::vector<BYTE>& componentes) const {
-        m_Color.Linea(fila, columna, n, bgr, componentes);
-    }
+    /// The band with a row of the window: decodes it, or waits until another thread has. Any thread may call it.
+    std::shared_ptr<const CBandaJ2K> Banda(int fila);
+    /// A view has read so many rows of a band. Once all of them are read, the band goes when the views let it go.
+    void Leidas(const CBandaJ2K& banda, int filas);
 
   private:
+    struct CLugar {
+        CRectangulo ventana;
+        std::mutex mutex;
+        std::shared_ptr<const CBandaJ2K> banda;
+        int leidas = 0;
+    };
+    CLugar& Lugar(int fila);
+    CBandaJ2K Decodifica(const CRectangulo& ventana) const;
+
     CString m_sRuta;
-    bool m_bCodestream;
+    CPlanJ2K m_Plan;
     CRectangulo m_Ventana;
-    std::once_flag m_Una;
-    CError m_Error;
-    std::unique_ptr<opj_image, BorraImagen> m_pImagen;
-    CColorJ2K m_Color;
+    int m_nHilos;  // of one decoding
+    std::deque<CLugar> m_Lugares;
 };
 
 /// An open file. Views that open the same file meanwhile get the same object.
@@ -72,7 +92,7 @@ class CImagenJ2K {
     CString m_sRuta;
     ULONGLONG m_nBytes = 0;  // size and time of the file: another one of the same name isn't taken for it
     LONGLONG m_nMomento = 0;
-    bool m_bCodestream = false;
+    CPlanJ2K m_Plan;
     CFileInfo m_Informacion;
     std::mutex m_Mutex;
     std::vector<std::weak_ptr<CVentanaJ2K>> m_Ventanas;

@@ -3,6 +3,8 @@
 #include "raster/NCS.h"
 #include "raster/NCSOpenJPEG.h"
 
+#include <algorithm>
+
 namespace NCS {
 
 CView::CView() = default;
@@ -16,6 +18,7 @@ CError CView::Open(const CString& ruta) {
 }
 
 CError CView::SetView(const std::vector<UINT>& bandas, int x0, int y0, int x1, int y1, int ancho, int alto) {
+    m_pBanda.reset();
     m_pVentana.reset();
     m_Error = {};
     if (m_pImagen == nullptr)
@@ -31,7 +34,7 @@ CError CView::SetView(const std::vector<UINT>& bandas, int x0, int y0, int x1, i
     m_pVentana = m_pImagen->Ventana({x0, y0, x1 + 1, y1 + 1});
     m_nX = x0;
     m_nAncho = ancho;
-    m_nFila = y0;
+    m_nFila = m_nPrimera = y0;
     m_nFinal = y1 + 1;
     return {};
 }
@@ -41,12 +44,23 @@ int CView::ReadLineBGR(BYTE* linea) {
         m_Error = {kFallo, "there are no more lines"};
         return m_Error.GetErrorNumber();
     }
-    m_Error = m_pVentana->Decodifica();
-    if (m_Error.GetErrorNumber() == 0) m_pVentana->Linea(m_nFila++, m_nX, m_nAncho, linea, m_Componentes);
+    if (m_pBanda == nullptr || m_nFila >= m_pBanda->ventana.y1) TomaBanda();
+    m_Error = m_pBanda->error;
+    if (m_Error.GetErrorNumber() == 0) {
+        m_pBanda->color.Linea(m_nFila++, m_nX, m_nAncho, linea, m_Componentes);
+        const int hasta = std::min(m_pBanda->ventana.y1, m_nFinal);
+        if (m_nFila == hasta) m_pVentana->Leidas(*m_pBanda, hasta - std::max(m_pBanda->ventana.y0, m_nPrimera));
+    }
     return m_Error.GetErrorNumber();
 }
 
+void CView::TomaBanda() {
+    m_pBanda.reset();  // before the next one needs memory
+    m_pBanda = m_pVentana->Banda(m_nFila);
+}
+
 CError CView::Close() {
+    m_pBanda.reset();
     m_pVentana.reset();
     m_pImagen.reset();
     m_Informacion = {};

@@ -98,7 +98,7 @@ void ColorTiff::Gris(const BYTE* p, std::size_t paso, std::size_t n, bool invier
     if (m_bUnByte && paso == 1) {
         if (invierte)
             std::transform(p, p + n, destino, [](BYTE b) { return static_cast<BYTE>(~b); });
-        else
+        else if (p != destino)
             std::memcpy(destino, p, n);
         return;
     }

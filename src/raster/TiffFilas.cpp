@@ -14,6 +14,8 @@ FilasTiff::FilasTiff(CFile& fichero, const PaginaTiff& pagina, const VentanaTiff
       m_nPrimera(unsigned(ventana.col0) / pagina.anchoTrozo),
       m_nColumnas((unsigned(ventana.col1) - 1) / pagina.anchoTrozo + 1 - m_nPrimera),
       m_nFila(unsigned(ventana.fila0)),
+      m_bBytesDeImagen(m_nColumnas * m_Planos.size() == 1 && ventana.Ancho() == pagina.ancho &&
+                       pagina.BytesFila() == unsigned(pagina.ancho) && pagina.EsDeUnByte() && pagina.bits == 8),
       m_Lectores(m_nColumnas * m_Planos.size()),
       m_Filas(m_Planos.size()) {}
 

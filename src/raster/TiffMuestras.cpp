@@ -156,7 +156,7 @@ void MuestrasTiff::Reduce(const TramoTiff& tramo, std::size_t color) {
     bytes.resize(tramo.n);
     const bool esColor = color < m_nColores;  // transparency has a range of its own
     const EscalaTiff escala = esColor ? m_Escala : EscalaTiff{0.0, 255.0 / (std::exp2(m_Pagina.bits) - 1.0)};
-    const bool invierte = m_Pagina.fotometrica == fotometrica::kCeroBlanco && escala.factor > 0.0;
+    const bool invierte = m_Pagina.fotometrica == fotometrica::kCeroBlanco && escala.factor != 0.0;
     for (std::size_t i = 0; i < tramo.n; ++i) {
         const double v = (m_Valores[i] - escala.minimo) * escala.factor;
         bytes[i] = invierte && !std::isnan(v) ? BYTE(255 - ABYTE(v)) : ABYTE(v);

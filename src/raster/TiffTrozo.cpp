@@ -56,7 +56,7 @@ bool LectorTrozo::Llena() {
 bool LectorTrozo::Salta(std::uint64_t filas) {
     if (m_bPackBits) {
         for (; filas > 0; --filas)
-            if (FilaPackBits() == nullptr) return false;
+            if (Fila() == nullptr) return false;
         return true;
     }
     const std::uint64_t bytes = filas * m_nFila, enBuffer = std::min<std::uint64_t>(bytes, m_nFin - m_nInicio);
@@ -77,35 +77,43 @@ const BYTE* LectorTrozo::FilaSimple() {
 
 // A packet begins with n: up to 127, n + 1 bytes follow; from 129 on, the next byte counts 257 - n times; 128 is
 // nothing.
-const BYTE* LectorTrozo::FilaPackBits() {
-    BYTE* destino = m_Fila.data();
+const BYTE* LectorTrozo::FilaPackBits(BYTE* lugar) {
+    BYTE* destino = lugar;
     BYTE* const fin = destino + m_nFila;
     while (destino != fin) {
         if (m_nPendientes == 0) {
             while (m_nFin - m_nInicio < 2)
-                if (!Llena()) {
-                    if (m_nFin == m_nInicio || m_Buffer[m_nInicio] != 128) return nullptr;
-                    break;
-                }
+                if (!Llena()) return nullptr;
             const unsigned n = m_Buffer[m_nInicio++];
             if (n == 128) continue;
             m_bRepite = n > 128;
             m_nPendientes = m_bRepite ? 257 - n : n + 1;
             if (m_bRepite) m_Repetido = m_Buffer[m_nInicio++];
         }
-        std::size_t tramo = std::min<std::size_t>(m_nPendientes, static_cast<std::size_t>(fin - destino));
+        // Most packets are short. So many bytes are written without a call; those too many the next packet overwrites.
+        constexpr std::size_t kCorto = 64;
+        const auto queda = static_cast<std::size_t>(fin - destino);
+        std::size_t tramo = std::min(m_nPendientes, queda);
         if (m_bRepite) {
-            std::memset(destino, m_Repetido, tramo);
+            if (tramo <= kCorto && queda >= kCorto)
+                std::memset(destino, m_Repetido, kCorto);
+            else
+                std::memset(destino, m_Repetido, tramo);
         } else {
             if (m_nInicio == m_nFin && !Llena()) return nullptr;
-            tramo = std::min(tramo, m_nFin - m_nInicio);
-            std::memcpy(destino, m_Buffer.data() + m_nInicio, tramo);
+            const BYTE* const origen = m_Buffer.data() + m_nInicio;
+            const std::size_t hay = m_nFin - m_nInicio;
+            tramo = std::min(tramo, hay);
+            if (tramo <= kCorto && queda >= kCorto && hay >= kCorto)
+                std::memcpy(destino, origen, kCorto);
+            else
+                std::memcpy(destino, origen, tramo);
             m_nInicio += tramo;
         }
         destino += tramo;
         m_nPendientes -= tramo;
     }
-    return m_Fila.data();
+    return lugar;
 }
 
 }  // namespace Vertiz

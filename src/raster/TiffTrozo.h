@@ -17,13 +17,16 @@ class LectorTrozo {
     /// @param bytesBuffer  what may be read ahead; a row fits in any case
     void Abre(CFile& fichero, const PaginaTiff& pagina, const TrozoTiff& trozo, std::size_t bytesBuffer);
     /// The next row, PaginaTiff::BytesFila bytes that stay valid until the next call; null when the piece ends before.
-    const BYTE* Fila() { return m_bPackBits ? FilaPackBits() : FilaSimple(); }
+    /// @param lugar  room for a row, where it is unpacked to if it has to be; null for the reader's own
+    const BYTE* Fila(BYTE* lugar = nullptr) {
+        return m_bPackBits ? FilaPackBits(lugar != nullptr ? lugar : m_Fila.data()) : FilaSimple();
+    }
     /// Passes over rows. @return false when the piece ends before
     bool Salta(std::uint64_t filas);
 
   private:
     const BYTE* FilaSimple();
-    const BYTE* FilaPackBits();
+    const BYTE* FilaPackBits(BYTE* lugar);
     /// Fills the buffer anew behind what is left of it; false when nothing came.
     bool Llena();
 

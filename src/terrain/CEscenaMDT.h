@@ -97,7 +97,8 @@ class LUMBRA_API CEscenaMDT : public CGL {
     /// @param color   red in the low byte
     /// @return 0 when they can't be tied to this scene's surface
     int CargarTexturaSimple(Vertiz::CDibujo<int>* dibujo, unsigned long color);
-    /// Fills a tile's texture object from the file, in the current context.
+    /// Fills a tile's texture object from the file, in the current context. Levels above GetMaxTexDim are left out, and
+    /// the tile doesn't count as full then.
     /// @return false at the first OpenGL error, without file or objects, or when the file can't be read
     /// @thread any, with a context that shares objects with the scene's; different tiles at the same time
     bool Textura(unsigned index, unsigned fila, unsigned col);

@@ -90,9 +90,13 @@ bool CEscenaMDT::Textura(unsigned index, unsigned fila, unsigned col) {
     if (!PreparaTextura(nombre, registro.m_bPiramidales != 0)) return false;
     std::vector<BYTE> pixeles;
     const std::vector<CNivelTexturas> niveles = NivelesTexturas(registro);
+    char llena = 1;
     for (std::size_t l = 0; l < niveles.size(); ++l) {
         const CNivelTexturas& nivel = niveles[l];
-        if (nivel.ancho > m_nMaxTexDim || nivel.alto > m_nMaxTexDim) continue;
+        if (nivel.ancho > m_nMaxTexDim || nivel.alto > m_nMaxTexDim) {
+            llena = 0;
+            continue;
+        }
         pixeles.resize(static_cast<std::size_t>(nivel.bytes));
         if (!LeeTesela(*registro.m_pFichero, nivel.Posicion(tesela), pixeles)) return false;
         // The driver compresses; the file stays plain.
@@ -100,7 +104,7 @@ bool CEscenaMDT::Textura(unsigned index, unsigned fila, unsigned col) {
                      GL_UNSIGNED_BYTE, pixeles.data());
         if (HayErrorGL()) return false;
     }
-    registro.m_pTexturas->llenas[tesela] = 1;
+    registro.m_pTexturas->llenas[tesela] = llena;
     return true;
 }
 

@@ -23,17 +23,24 @@ def bmp(rows, bits):
             struct.pack("<IiiHHIIiiII", 40, len(rows[0]), len(rows), 1, bits, 0, 0, 2835, 2835, 0, 0) + palette + pixels)
 
 
-def tiff(rows, bands, geo=False):
-    """An uncompressed TIFF of 8-bit samples; with geo pixels of 2 x 3 whose corner is at 500000, 4600000."""
+def tiff(rows, bands, geo=None, epsg=None):
+    """An uncompressed TIFF of 8-bit samples.
+
+    geo: west, north, width and height of a pixel; epsg: 4326 for degrees, or a plane system."""
     data = b"".join(bytes(c[:bands]) for row in rows for c in row)
     entries = [(256, 3, 1, len(rows[0])), (257, 3, 1, len(rows)), (258, 3, 1, 8), (259, 3, 1, 1),
                (262, 3, 1, 2 if bands == 3 else 1), (273, 4, 1, None), (277, 3, 1, bands), (278, 3, 1, len(rows)),
                (279, 4, 1, len(data))]
     extra = []
     if geo:
-        extra = [(33550, 12, 3, struct.pack("<3d", 2, 3, 0)),
-                 (33922, 12, 6, struct.pack("<6d", 0, 0, 0, 500000, 4600000, 0)),
-                 (34735, 3, 12, struct.pack("<12H", 1, 1, 0, 2, 1024, 0, 1, 1, 1025, 0, 1, 1))]
+        west, north, across, down = geo
+        keys = [(1024, 2 if epsg == 4326 else 1), (1025, 1)]
+        if epsg:
+            keys.append((2048 if epsg == 4326 else 3072, epsg))
+        directory = [1, 1, 0, len(keys)] + [v for key, value in keys for v in (key, 0, 1, value)]
+        extra = [(33550, 12, 3, struct.pack("<3d", across, down, 0)),
+                 (33922, 12, 6, struct.pack("<6d", 0, 0, 0, west, north, 0)),
+                 (34735, 3, len(directory), struct.pack(f"<{len(directory)}H", *directory))]
     if bands == 3:
         entries[2] = (258, 3, 3, None)
         extra.append((258, 3, 3, struct.pack("<3H", 8, 8, 8)))

@@ -71,7 +71,7 @@ class Pictures(HostTest):
         self.assertEqual(len(self.shown("h.jpg")[0]), 3)
 
     def test_a_georeference_is_told_and_kept(self):
-        self.write("a.tif", tiff(ROWS, 3, geo=True))
+        self.write("a.tif", tiff(ROWS, 3, geo=(500000, 4600000, 2, 3)))
         self.done("convert", "a.tif", "b.tif")
         for name in ("a.tif", "b.tif"):
             told = self.done("info", name)

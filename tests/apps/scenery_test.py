@@ -214,13 +214,13 @@ class Trees(Scenery):
         return (bottom - top + 1) / (right - left + 1) * SIDE - SIDE / 40
 
     def test_trees_have_their_heights(self):
-        for wood, options, height in ((self.wood((100, 100, 40)), (), 40),
-                                      (self.wood((100, 100, None)), ("--tree-height", 70), 70),
-                                      (self.wood((100, 100, None)), (), 10),
-                                      (self.wood((100, 100, None)), ("--conifers", "--tree-height", 60), 60),
-                                      (self.wood((100, 100, 20), (50, 50, 60), (30, 50, 20)), (), 60)):
+        for points, options, height in ((((100, 100, 40),), (), 40),
+                                        (((100, 100, None),), ("--tree-height", 70), 70),
+                                        (((100, 100, None),), (), 10),
+                                        (((100, 100, None),), ("--conifers", "--tree-height", 60), 60),
+                                        (((100, 100, 20), (50, 50, 60), (30, 50, 20)), (), 60)):
             # A round crown reaches a little over its height.
-            self.assertAlmostEqual(self.size_of(wood, *options), height, delta=1.5 + 0.05 * height)
+            self.assertAlmostEqual(self.size_of(self.wood(*points), *options), height, delta=1.5 + 0.05 * height)
 
     def test_conifers_are_darker(self):
         grid, wood = self.grid("dem.asc", plain()), self.wood((100, 100, 80))

@@ -198,6 +198,39 @@ TEST_F(Imagenes, AZoneCutsWholePixels) {
     EXPECT_EQ(borde.m_Imagen.m_dXOeste, 440000.0);
 }
 
+TEST_F(Imagenes, AnImageOverAGridIsWidenedToItsCells) {
+    // Four by three pixels of 10 over a grid of cells of 25 that begins 12 west and 17 south of it.
+    CDataLeeImagen opciones;
+    opciones.m_Zona = CMaximas<double>(Coor(439988, 4479953, 0), Coor(440488, 4480453, 0));
+    opciones.m_dCelda = 25.0;
+    const CResultadoImagen leida = LeeBien({}, opciones);
+    EXPECT_NEAR(leida.m_Imagen.SizePixel(), 25.0 / 3.0, 1e-9) << "a whole part of a cell, no larger than it was";
+    EXPECT_NEAR(leida.m_Imagen.m_dXOeste, 439988.0, 1e-6);
+    EXPECT_NEAR(leida.m_Imagen.m_dYNorte, 4480003.0, 1e-6);
+    EXPECT_EQ(Tamano(leida), (std::pair{9, 6})) << "three cells to the east, two to the north";
+    EXPECT_FALSE(Cubierto(leida, 0, 0));
+    EXPECT_FALSE(Cubierto(leida, 5, 8));
+    EXPECT_EQ(Pixel(leida, 5, 8), (Color{255, 255, 255}));
+    EXPECT_TRUE(Cubierto(leida, 1, 3));
+    EXPECT_NEAR(Pixel(leida, 2, 3)[0], 10 * 1.1 + 1.4, 5);
+
+    // Cells smaller than pixels: whole numbers of them.
+    opciones.m_dCelda = 4.0;
+    const CResultadoImagen gruesa = LeeBien({}, opciones);
+    EXPECT_NEAR(gruesa.m_Imagen.SizePixel(), 8.0, 1e-9);
+    EXPECT_NEAR(std::remainder(gruesa.m_Imagen.m_dXOeste - 439988.0, 8.0), 0.0, 1e-6);
+    EXPECT_NEAR(std::remainder(gruesa.m_Imagen.m_dYNorte - 4479953.0, 8.0), 0.0, 1e-6);
+
+    // A zone inside the image is covered whole.
+    opciones.m_dCelda = 5.0;
+    opciones.m_Zona = CMaximas<double>(Coor(440010, 4479975, 0), Coor(440030, 4479990, 0));
+    const CResultadoImagen dentro = LeeBien({}, opciones);
+    EXPECT_EQ(Tamano(dentro), (std::pair{2, 2})) << "20 x 15 in pixels of 10";
+    EXPECT_NEAR(dentro.m_Imagen.m_dXOeste, 440010.0, 1e-6);
+    for (const unsigned char c : dentro.m_Cubiertos)
+        EXPECT_EQ(c, 1);
+}
+
 TEST_F(Imagenes, FinePixelsAreAveraged) {
     Tiff tiff;
     tiff.m_nColumnas = 40;
@@ -211,7 +244,7 @@ TEST_F(Imagenes, FinePixelsAreAveraged) {
     for (int f = 1; f < 9; ++f)
         for (int c = 1; c < 9; ++c)
             EXPECT_NEAR(Pixel(leida, f, c)[0], 100, 12);
-    EXPECT_THAT(leida.m_Mensajes.at(0).Utf8(), HasSubstr("pixels of 40"));
+    EXPECT_THAT(leida.m_Mensajes, IsEmpty()) << "as it was asked for";
 }
 
 TEST_F(Imagenes, PixelsThatArentSquareAreMadeSo) {
@@ -229,6 +262,7 @@ TEST_F(Imagenes, PixelsThatArentSquareAreMadeSo) {
     EXPECT_EQ(Pixel(leida, alto / 4, 3 * ancho / 4)[0], 60);
     EXPECT_EQ(Pixel(leida, 3 * alto / 4, ancho / 4)[0], 110);
     EXPECT_EQ(Pixel(leida, 3 * alto / 4, 3 * ancho / 4)[0], 160);
+    EXPECT_THAT(leida.m_Mensajes.at(0).Utf8(), HasSubstr("square pixels"));
 }
 
 TEST_F(Imagenes, ARotatedImageIsTurnedNorthUp) {

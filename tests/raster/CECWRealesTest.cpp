@@ -73,4 +73,25 @@ TEST(EcwRealesTest, ArePlacedByTheirGeoJP2Box) {
     }
 }
 
+// p1_05 has the headers of all its packets in front, and tiles: parts of such a picture come out of the whole.
+TEST(EcwVentanas, ShowWhatTheWholeShowsThere) {
+    for (const char* nombre : {"jp2/p1_05.j2k", "jp2/p0_03.j2k", "jp2/img-8bit.jp2", "jp2/subsampling_2.jp2"}) {
+        SCOPED_TRACE(nombre);
+        SALTA_SIN_DATOS(nombre);
+        const CString ruta((CarpetaDatos() / nombre).c_str());
+        CECW entera;
+        entera.SetNombre(ruta);
+        ASSERT_EQ(entera.Leer(false), 1);
+        for (const int y0 : {0, 35, 77}) {
+            const int x0 = 3, x1 = 115, y1 = y0 + 50, alto = -entera.Alto();
+            CECW parte;
+            parte.SetNombre(ruta);
+            ASSERT_EQ(parte.Leer(false, x0, x1, y0, y1), 1);
+            Vertiz::CTiff recorte;
+            ASSERT_EQ(entera.Recorta(alto - y1, x0, alto - y0, x1, &recorte), 1);
+            EXPECT_TRUE(imagenes::Pixeles(parte) == imagenes::Pixeles(recorte)) << y0;
+        }
+    }
+}
+
 }  // namespace

@@ -379,6 +379,19 @@ TEST_F(CTiffDirectorio, AWrongByteCountOfUncompressedPixelsDoesNotMatter) {
     EXPECT_EQ(Lee(Gris().Quita(278).Bytes()), 1) << "one strip without RowsPerStrip";
 }
 
+TEST_F(CTiffDirectorio, APaletteMayHoldBytesOrTwiceAsMuch) {
+    for (const unsigned factor : {1U, 256U}) {
+        Fabrica f;
+        f.Imagen(2, 1, 1, 1, 3).Trozos({"\x40"});
+        std::vector<std::uint64_t> colores{0, 10, 0, 20, 0, 255};  // reds, greens, blues
+        for (auto& c : colores)
+            c *= factor;
+        Abierto a(Fichero(f.Pon(320, Fabrica::Short, colores).Bytes()));
+        ASSERT_EQ(a.raster.Leer(false), 1);
+        EXPECT_THAT(imagenes::Pixeles(a.raster), ElementsAre(0, 0, 0, 255, 20, 10)) << factor;
+    }
+}
+
 TEST_F(CTiffDirectorio, RefusesAPaletteTooShort) {
     Fabrica f;
     f.Imagen(2, 2, 1, 8, 3).Trozos({"abcd"});

@@ -59,6 +59,14 @@ void Iguales(const CGeorreferencia& a, const CGeorreferencia& b) {
     EXPECT_EQ(a.m_nUnidadAngular, b.m_nUnidadAngular);
 }
 
+TEST_P(CTiffGrabar, MoreRowsThanAShortHoldsAreStillOneStrip) {
+    const auto [bits, modo] = GetParam();
+    if (modo != 0) GTEST_SKIP() << "the strip is the same";
+    const auto imagen = imagenes::Aleatoria<CTiff>(1, 70'000, bits, modo);
+    ASSERT_EQ(Graba(*imagen), 1);
+    EXPECT_TRUE(Igual(DeLibtiff(Ruta()), EnColor(*imagen)));
+}
+
 TEST_P(CTiffGrabar, ReadsBackIdenticalHereAndInLibtiff) {
     const auto [bits, modo] = GetParam();
     for (const int ancho : {1, 5, 64}) {

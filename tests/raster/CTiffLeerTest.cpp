@@ -288,6 +288,28 @@ TEST_F(CTiffLeer, FixedLimitsOfAGridReplaceTheMeasuredOnes) {
     EXPECT_THAT(imagenes::Pixeles(b.raster), ElementsAre(0, 32, 102, 255));
 }
 
+TEST_F(CTiffLeer, AWindowThatEndsBeforeItBeginsIsRefused) {
+    Abierto a(Fichero(Rejilla({1.0F, 2.0F}).Bytes()));
+    EXPECT_EQ(a.raster.Leer(false, nullptr, 0, nullptr, nullptr, nullptr, 0, 0, 1, 0), 15065);
+    EXPECT_EQ(Abierto(Fichero(Rejilla({1.0F, 2.0F}).Bytes()))
+                  .raster.Leer(false, nullptr, 0, nullptr, nullptr, nullptr, 1, 0, 0, 0),
+              15065);
+}
+
+TEST_F(CTiffLeer, FixedLimitsUpsideDownInvert) {
+    Abierto a(Fichero(Rejilla({-10.0F, 12.5F, 50.0F}).Bytes()));
+    const float minimo = 50.0F, maximo = 0.0F;
+    ASSERT_EQ(a.raster.Leer(false, nullptr, 0, nullptr, &minimo, &maximo, 0, 0, 0, 0), 1);
+    EXPECT_THAT(imagenes::Pixeles(a.raster), ElementsAre(255, 191, 0));
+    EXPECT_LT(a.raster.EscalaGris(), 0.0);
+}
+
+TEST_F(CTiffLeer, WhatIsNoNumberIsBlackAlsoWhereZeroIsWhite) {
+    Abierto a(Fichero(Rejilla({1.0F, NAN, 3.0F}).Pon(262, Fabrica::Short, {0}).Bytes()));
+    ASSERT_EQ(a.raster.Leer(false), 1);
+    EXPECT_THAT(imagenes::Pixeles(a.raster), ElementsAre(255, 0, 0));
+}
+
 TEST_F(CTiffLeer, AConstantBandAndOneWithoutValuesAreBlack) {
     for (const unsigned fotometrica : {0, 1})
         for (const float v : {7.0F, float(NAN), float(INFINITY)}) {
@@ -328,6 +350,17 @@ TEST_F(CTiffLeer, AGridIsGivenAsATableFromTheBottom) {
     ASSERT_EQ(tabla->GetFilas(), 2u);
     EXPECT_EQ(tabla->Get(1, 0), 2.0F);
     EXPECT_EQ(tabla->Get(0, 0), 4.0F);
+}
+
+TEST_F(CTiffLeer, TheFirstOfSeveralPlanesOfValuesIsATable) {
+    Fabrica f;
+    f.Imagen(1, 1, 3, 16, 2).Pon(284, Fabrica::Short, {2}).Pon(34735, Fabrica::Short, {1, 1, 0, 1, 1025, 0, 1, 2});
+    Abierto a(Fichero(f.Trozos({f.Numero(700, 2), f.Numero(800, 2), f.Numero(900, 2)}).Bytes()));
+    CMatriz<float>* tabla = nullptr;
+    ASSERT_EQ(a.raster.Leer(false, &tabla, 0, nullptr, nullptr, nullptr, 0, 0, 0, 0), 1);
+    const std::unique_ptr<CMatriz<float>> suya(tabla);
+    ASSERT_NE(tabla, nullptr);
+    EXPECT_EQ(tabla->Get(0, 0), 700.0F);
 }
 
 TEST_F(CTiffLeer, OnlyWhatTheFilesOwnKeysCallAGridIsOne) {

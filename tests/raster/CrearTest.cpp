@@ -251,4 +251,49 @@ TEST(Bloques, AreMovedAndReadAcrossTheirEnds) {
     EXPECT_EQ(otros.Bytes(), 12u);
 }
 
+TEST(Bloques, AreTakenOverBehindOthers) {
+    const auto bytes = BytesAleatorios(20, 3);
+    CBloques todos, primeros = Bloques(2, 4, bytes);
+    CBloques ultimos = Bloques(3, 4, {bytes.begin() + 8, bytes.end()});
+    const BYTE* const ultimo = ultimos.Bloque(2);
+    todos.Anade(std::move(primeros));
+    todos.Anade(std::move(ultimos));
+    EXPECT_TRUE(primeros.EstaVacio());
+    EXPECT_TRUE(ultimos.EstaVacio());
+    ASSERT_EQ(todos.Cantidad(), 5u);
+    EXPECT_EQ(todos.Bloque(4), ultimo);
+    std::vector<BYTE> leidos(20);
+    EXPECT_TRUE(todos.Lee(0, leidos.data(), 20));
+    EXPECT_EQ(leidos, bytes);
+}
+
+// Large sets have many blocks to a piece of memory.
+TEST(Bloques, OfALargeSetAreZerosThatDoNotOverlap) {
+    for (const auto& [cantidad, tamano] : {std::pair{3000u, 24000u}, {3u, 40000000u}, {2000000u, 5u}}) {
+        CBloques bloques;
+        ASSERT_TRUE(bloques.Reserva(cantidad, tamano));
+        ASSERT_EQ(bloques.Cantidad(), cantidad);
+        std::size_t malos = 0;
+        for (UINT i = 0; i < cantidad; ++i) {
+            BYTE* const b = bloques.Bloque(i);
+            malos += b[0] != 0 || b[tamano / 2] != 0 || b[tamano - 1] != 0;
+            b[0] = b[tamano / 2] = b[tamano - 1] = static_cast<BYTE>(i % 255 + 1);
+        }
+        for (UINT i = 0; i < cantidad; ++i)
+            malos += bloques.Bloque(i)[0] != i % 255 + 1 || bloques.Bloque(i)[tamano - 1] != i % 255 + 1;
+        EXPECT_EQ(malos, 0u) << cantidad << " x " << tamano;
+    }
+}
+
+// A hundred dots a centimetre are 10000 a metre, though the float of dots per inch lies a little below.
+TEST(CrearBmp, KeepsAWholeResolution) {
+    CBmp bmp;
+    for (const float porMetro : {10000.0F, 2835.0F, 118.0F, 39369.0F}) {
+        ASSERT_TRUE(bmp.Crear(2, 2, 8, float(porMetro * 0.025401), false, nullptr, nullptr, true));
+        EXPECT_EQ(bmp.Resolucion(), float(porMetro * 0.025401)) << porMetro;
+    }
+    ASSERT_TRUE(bmp.Crear(2, 2, 8, 72.0F, false, nullptr, nullptr, true));
+    EXPECT_EQ(bmp.Resolucion(), float(2834 * 0.025401));  // cut off from 2834.5
+}
+
 }  // namespace

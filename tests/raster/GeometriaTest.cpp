@@ -149,6 +149,20 @@ TEST_P(Geometria, ACancelledResamplingLeavesThePicture) {
     EXPECT_EQ(Pixeles(*imagen), antes);
 }
 
+TEST_P(Geometria, ACancelledResamplingLeavesTheRestOfItsTargetWhite) {
+    const auto imagen = Crea<CBmp>(4, 9);
+    const Progreso progreso(3);
+    CTiff destino;
+    EXPECT_EQ(imagen->CambiaTamano(9, 4, &destino), kCancelado);
+    for (int f = 0; f < 9; ++f)
+        for (int c = 0; c < 4; ++c) {
+            if (f < 3)
+                EXPECT_EQ(Pixel(destino, f, c), Pixel(*imagen, f, c));
+            else
+                EXPECT_THAT(Pixel(destino, f, c), Each(255));
+        }
+}
+
 // ---- Reducir
 
 TEST_P(Geometria, HalvingTakesEverySecondPixelOfEverySecondRow) {

@@ -351,6 +351,19 @@ TEST_F(Pueblo, AnErrorEndsTheListAndBuildingsCanBeTriedAgain) {
     EXPECT_TRUE(falla.Ocurrida());
 }
 
+TEST_F(Pueblo, NothingMoreIsSentAfterAnErrorAndTheListIsShut) {
+    Agrega(Casa({Cuadro(11000, 22300, 400, 2000)}, 1000, CDataSemilla(2)));
+    Agrega(CasaPequena());
+    Pon();
+    for (const std::size_t n : {1u, 2u, 3u}) {  // walls, and the two triangles of the roof
+        const FallaGL falla("glEnd", int(n));
+        const RegistroGL registro;
+        EXPECT_EQ(m_escena.OnIniciarEdificios(), 0);
+        EXPECT_EQ(registro.Cuenta("glBegin"), n);
+        EXPECT_EQ(registro.Cuenta("glEndList"), 1u);
+    }
+}
+
 TEST_F(Pueblo, TheyAreBuiltAndDrawnWhenAskedFor) {
     Agrega(CasaPequena());
     m_escena.RecargarEdificios(&m_edificios);

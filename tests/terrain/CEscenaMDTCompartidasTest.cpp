@@ -155,6 +155,22 @@ TEST_F(Compartidas, AnImageOfAChildsOwnGoesWithTheChild) {
     EXPECT_EQ(registro.Numeros("glDeleteTextures"), std::vector<std::vector<double>>{nombres});
 }
 
+TEST_F(Compartidas, AFileOfAChildsOwnForAParentsRecordLeavesTheParentsAlone) {
+    EscenaImagen* hijo = Hijo(m_escena, true);
+    ASSERT_EQ(Carga(m_escena, kDosPorDos), 1);
+    const std::string bytes = kDosPorDos.Fichero();
+    ASSERT_EQ(hijo->GrabaFicheroTexturas(bytes.data(), int(bytes.size()), 0, Carpeta()), 1);
+    EXPECT_EQ(Ficheros(), 2u);
+    EXPECT_TRUE(Llena(m_escena));
+    ASSERT_EQ(m_escena.CargarFicheroTexturasTemp(m_escena.m_Texturas), 1);
+    EXPECT_EQ(Ficheros(), 1u);
+    hijo->CambiaSizeTexturas(4, 4, Carpeta(), 1);
+    EXPECT_EQ(hijo->m_Texturas.at(0).m_nAnchoTextura, 4);
+    EXPECT_EQ(m_escena.m_Texturas.at(0).m_nAnchoTextura, 8);
+    EXPECT_TRUE(Llena(m_escena));
+    EXPECT_EQ(Ficheros(), 2u);
+}
+
 TEST_F(Compartidas, AChildThatIsHandedBackLooksAtNothingOnceTheParentUnloads) {
     EscenaImagen* hijo = Hijo(m_escena, true);
     hijo->SetNombre(L"h");

@@ -93,6 +93,22 @@ TEST_F(Reteselado, TheTilesHoldTheSameImage) {
     }
 }
 
+TEST_F(Reteselado, BeyondTheImageATileRepeatsItsLastRowAndColumn) {
+    m_escena.m_nSobra = 3;  // as where tiles hold whole cells
+    const Teselado viejo{1, 1, 32, 32, true, 30, 21};
+    ASSERT_EQ(Carga(m_escena, viejo), 1);
+    m_escena.CambiaSizeTexturas(8, 8, Carpeta(), 1);
+    EsperaCortada(viejo, {5, 6, 8, 8, false, 5, 5});
+}
+
+TEST_F(Reteselado, TilesWithoutRoomForTheImageAreNotCut) {
+    m_escena.m_nSobra = 8;
+    ASSERT_EQ(Carga(m_escena, Teselado{2, 2, 8, 8}), 1);
+    m_escena.CambiaSizeTexturas(8, 8, Carpeta(), 1);
+    EXPECT_TRUE(m_escena.m_Texturas[0].EstaCargada());
+    EXPECT_EQ(m_carpeta.CuentaFicheros(), 1u);
+}
+
 TEST_F(Reteselado, WhatDependsOnTheModelsCellsIsSetBeforeTheRecordIsTied) {
     ASSERT_EQ(Carga(m_escena, Teselado{2, 2, 8, 8}), 1);
     m_escena.CambiaSizeTexturas(4, 4, Carpeta(), 1);

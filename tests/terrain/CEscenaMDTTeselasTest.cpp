@@ -77,6 +77,7 @@ TEST(CEscenaMDTReparto, WithoutPixelsOrTilesThereIsNoLayoutAndNoEndlessLoop) {
 
 TEST(CEscenaMDTReparto, AShortSideOfATileStaysAPixel) {
     EXPECT_EQ(Reparte(64, 1, 10, 3), (Reparto{4, 1, 3, 3, true}));
+    EXPECT_EQ(Reparte(1, 64, 3, 10), (Reparto{1, 4, 3, 3, true}));
 }
 
 TEST(CEscenaMDTReparto, LargeImagesDoNotOverflow) {
@@ -189,6 +190,7 @@ TEST_F(Llenado, LevelsAboveTheLimitAreLeftOut) {
     m_escena.m_nMaxTexDim = 4;
     EXPECT_LLAMADAS(Solo(Llena(RegistroGL::Errores::Callar), {"glTexImage2D"}),
                     {Nivel(1, 4, 4), Nivel(2, 2, 2), Nivel(3, 1, 1)});
+    EXPECT_FALSE(m_escena.m_Texturas[0].EstaLlena(0, 0));
 }
 
 TEST_F(Llenado, TheFirstErrorEndsItAndTheNextTryBeginsAnew) {

@@ -13,6 +13,16 @@ int EscenaImagen::CargarImagen(Vertiz::IRaster*, Vertiz::CDataImagen&, const CDa
     return CargarImagen(fichero, unsigned(m_Texturas.size() - 1), nivel);
 }
 
+bool EscenaImagen::SetNumFilasCols(int& filasTextura, int& colsTextura, int filas, int cols, CDataTexturas& r) {
+    const bool cambiado = CEscenaMDT::SetNumFilasCols(filasTextura, colsTextura, filas, cols, r);
+    if (m_nSobra == 0) return cambiado;
+    r.m_nAltoUtil -= m_nSobra, r.m_nAnchoUtil -= m_nSobra;
+    if (r.m_nAltoUtil < 1 || r.m_nAnchoUtil < 1) return cambiado;
+    r.m_nNumFilas = (filas + r.m_nAltoUtil - 1) / r.m_nAltoUtil;
+    r.m_nNumCols = (cols + r.m_nAnchoUtil - 1) / r.m_nAnchoUtil;
+    return cambiado;
+}
+
 Teselado Teselado::Liso() const {
     Teselado t = *this;
     t.tono = [t](int l, int fila, int col) {

@@ -41,6 +41,7 @@ class EscenaImagen : public CEscenaMDT {
         m_Simples.push_back({int(index), nivel});
         return m_nFallaEn == int(index) ? 0 : 1;
     }
+    bool SetNumFilasCols(int& filasTextura, int& colsTextura, int filas, int cols, CDataTexturas& registro) override;
     void IniciarTexturas(Vertiz::CNivelMensajes nivel) override { m_Asignadas.push_back({-1, nivel}); }
 
     int OnIniciar() override { return 1; }
@@ -56,6 +57,7 @@ class EscenaImagen : public CEscenaMDT {
     Pasos m_Asignadas;  ///< index and level of each record tied; -1 for the untying of all
     Pasos m_Simples;
     int m_nFallaEn = -1;        ///< the index that can't be tied
+    int m_nSobra = 0;           ///< pixels on the east and south of a tile that hold no image
     int m_nResultado = 1;       ///< of cutting
     bool m_bCancelada = false;  ///< cutting makes no record
 
