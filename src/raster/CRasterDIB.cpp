@@ -150,8 +150,7 @@ bool CRasterDIB::LeeAlmacen(ULONGLONG p, BYTE* destino, std::size_t n) const {
     if (m_bModoFichero == 0) return m_Bloques.Lee(p, destino, n);
     const ULONGLONG total = ULONGLONG{BytesFila()} * ULONGLONG(AltoPixeles());
     if (m_pTemporal == nullptr || p > total || n > total - p) return false;
-    std::size_t leidos = 0;
-    return m_pTemporal->ReadAt(p, destino, n, leidos) && leidos == n;
+    return m_pTemporal->Seek(static_cast<LONGLONG>(p), CFile::begin) == p && m_pTemporal->Read(destino, n) == n;
 }
 
 bool CRasterDIB::EscribeAlmacen(ULONGLONG p, const BYTE* origen, std::size_t n) {
