@@ -203,12 +203,14 @@ void Cubre(CEscenaDEM& escena, Vertiz::CResultadoImagen& imagen) {
         FallaGL("can't drape the image: no room for its tiles in " + carpeta);
 }
 
-// Styles of the lines on a terrain.
+// Styles of the lines on a terrain: breaklines of any code, and the limits as they are without a table.
 Vertiz::CDigiTab Estilos(int muestreo) {
+    const auto linea = [](const wchar_t* codigo, BYTE r, BYTE g, BYTE b, float grosor) {
+        return Vertiz::CElementoDigiTab(Vertiz::CTipoEntidad::Linea, codigo, r, g, b, grosor, 0, CString(), 1);
+    };
     Vertiz::CDigiTab tabla;
-    tabla.Inserta(Vertiz::CElementoDigiTab(Vertiz::CTipoEntidad::Linea, L"*", 176, 32, 24,
-                                           1.5F * static_cast<float>(muestreo), 0, CString(), 1),
-                  true);
+    tabla.Inserta(linea(L"*", 176, 32, 24, 1.5F * static_cast<float>(muestreo)), true);
+    tabla.Inserta(linea(L"LIMITE", 70, 70, 70, 1.0F), true);
     return tabla;
 }
 

@@ -259,6 +259,20 @@ TEST_F(Trabajadores, TilesWhoseContextCannotBeTakenArePassedOver) {
     EXPECT_EQ(Llenas(), std::string(15, '0'));
 }
 
+TEST_F(Trabajadores, TheContextIsReleasedBeforeTheEndIsSignalled) {
+    ASSERT_EQ(Carga(m_escena, kMuchas), 1);
+    CHiloCargaTextura hilo;
+    m_fila = 5;
+    Arranca(hilo, m_contextos[0], 3);
+    hilo.Stop();
+    ASSERT_TRUE(m_fin.Lock(0));
+    m_fila = 4;
+    hilo.Run();  // here, where it can be looked at
+    EXPECT_EQ(wglGetCurrentContext(), nullptr);
+    EXPECT_TRUE(m_fin.Lock(0));
+    EXPECT_EQ(Llenas(), "000000000000111");
+}
+
 TEST_F(Trabajadores, AWorkerWaitsForItsThreadAtItsEnd) {
     ASSERT_EQ(Carga(m_escena, kMuchas), 1);
     {
