@@ -266,7 +266,8 @@ TEST_F(FotoDrapeada, TilesOfAnotherSizeShowTheSame) {
         for (const auto& [antes, despues, celdas] : {std::tuple{128, 64, 6}, {64, 128, 12}}) {
             SCOPED_TRACE(testing::Message() << "at " << oeste << ", " << norte << ": " << antes << " to " << despues);
             Tesela(antes);
-            ASSERT_EQ(Drapea(*Pinta(480, 480, Lineas(kOeste + oeste, kNorte + norte, 1)),
+            // 420 rows are seven tiles of 60, or three and a half of 120: the tiles reach further north then.
+            ASSERT_EQ(Drapea(*Pinta(480, 420, Lineas(kOeste + oeste, kNorte + norte, 1)),
                              {kOeste + oeste, kNorte + norte, 1, 1}),
                       1);
             const double sur = Registro().m_dOrigenY;
