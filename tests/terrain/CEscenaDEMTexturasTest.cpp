@@ -332,7 +332,10 @@ TEST_F(TexturasRejilla, WithoutRoomOnTheDiskThereIsNoImageAndNoFile) {
     Tesela(64);
     for (const rlim_t bytes : {rlim_t(0), rlim_t(64 * 64 * 3), rlim_t(15 * 64 * 64 * 3 + 7)}) {
         const DiscoLleno lleno(bytes);
+        const Progreso progreso;
         EXPECT_EQ(Drapea(*raster, Normal()), 0) << bytes;
+        // 60 rows for each tile: it ends with the first that isn't taken.
+        EXPECT_EQ(progreso.m_Pasos.size(), 60 * (bytes / (64 * 64 * 3) + 1)) << bytes;
         EXPECT_EQ(CuentaRegistros(), 0u);
         EXPECT_EQ(m_carpeta.CuentaFicheros(), 0u) << bytes;
     }

@@ -284,7 +284,7 @@ TEST_F(Corte20, SizesOfTheRasterAreReadAgainAfterEachHalving) {
 TEST_F(Corte20, ProgressCountsTheRowsOfAllTilesAndLevels) {
     Tesela(64);
     Progreso progreso;
-    ASSERT_EQ(Drapea(*Pinta(150, 150, Abigarrado), {.oeste = 1017, .norte = 2163, .piramide = 1}, 2), 1);
+    ASSERT_EQ(Drapea(*Pinta(150, 150, Abigarrado), {.oeste = 1017, .norte = 2205, .piramide = 1}, 2), 1);
     // 3 x 3 tiles of 60 useful rows; 30, 15, 7, 3, 1, 1.
     EXPECT_EQ(progreso.m_Etapas.at(0), 12194u);
     EXPECT_EQ(progreso.m_nAbiertas, 0);
