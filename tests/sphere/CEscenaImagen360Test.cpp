@@ -221,6 +221,17 @@ TEST_F(Esferica, PixelsThatCantBeReadAreWhite) {
     wglMakeCurrent(nullptr, nullptr);
 }
 
+TEST_F(Esferica, PixelsOfOtherDepthsAreWhite) {
+    class Otra : public Gris {
+        int BytesPixel() const override { return 4; }
+    };
+    EscenaPanorama escena(new ImagenContada(new Otra), 1);
+    ASSERT_EQ(escena.CreaEn(m_Tela), 1);
+    ASSERT_EQ(escena.OnIniciar(), 1);
+    EXPECT_EQ(TexturaActual(3, 2), std::vector<GLubyte>(18, 255));
+    wglMakeCurrent(nullptr, nullptr);
+}
+
 TEST_F(Esferica, ASizeOfNothingIsNoImage) {
     EscenaPanorama escena(new ImagenContada(new SinPixeles(0, 2)), 1);
     ASSERT_EQ(escena.CreaEn(m_Tela), 1);
