@@ -97,10 +97,15 @@ class LUMBRA_API CEscenaMDT : public CGL {
     /// @param color   red in the low byte
     /// @return 0 when they can't be tied to this scene's surface
     int CargarTexturaSimple(Vertiz::CDibujo<int>* dibujo, unsigned long color);
+    /// Makes the texture objects of a record that has none, in the current context: they may have gone with a former
+    /// context of the scene. A record that looks at a parent's gets none of its own.
+    /// @return whether there are objects now
+    bool AseguraTexturas(unsigned index);
     /// Fills a tile's texture object from the file, in the current context. Levels above GetMaxTexDim are left out, and
     /// the tile doesn't count as full then.
     /// @return false at the first OpenGL error, without file or objects, or when the file can't be read
-    /// @thread any, with a context that shares objects with the scene's; different tiles at the same time
+    /// @thread any, with a context that shares objects with the scene's; different tiles at the same time, once the
+    ///         record has its objects
     bool Textura(unsigned index, unsigned fila, unsigned col);
     /// Builds a picture of 24 bits of a record's tiles as they are, side by side.
     /// @param destino  made anew from blocks (IRaster::Crear): a CTiff shows the picture, a CBmp every sixteenth row of

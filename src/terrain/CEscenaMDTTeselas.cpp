@@ -80,9 +80,7 @@ bool PreparaTextura(GLuint nombre, bool bPiramide) {
 bool CEscenaMDT::Textura(unsigned index, unsigned fila, unsigned col) {
     if (index >= m_Texturas.size()) return false;
     CDataTexturas& registro = m_Texturas[index];
-    if (!registro.TieneFichero()) return false;
-    // The objects may have gone with a former context of the scene.
-    if (!registro.m_pTexturas && registro.m_bPrestada == 0 && !CreaTexturasGL(registro)) return false;
+    if (!registro.TieneFichero() || !AseguraTexturas(index)) return false;
     const GLuint nombre = registro.IdTextura(fila, col);
     if (nombre == 0) return false;
     const std::size_t tesela = registro.Tesela(fila, col);
@@ -224,7 +222,7 @@ class Cortador {
     bool LlenaTesela(int t, int u, bool& bLeida) {
         const Extension viejo(m_Viejo), nuevo(m_Nuevo);
         const std::int64_t pixeles = PixelesFila(u);
-        if (pixeles == 0) return true;
+        if (pixeles == 0) return bLeida = true;  // cells show it all the same: white, and not a hole, which is black
         const std::size_t bytesFila = m_Nivel.BytesFila();
         int i = 0;
         for (; i < m_Nuevo.m_nAltoUtil; ++i) {

@@ -148,6 +148,13 @@ int CEscenaMDT::CreaTexturasGL(CDataTexturas& registro) {
     return 1;
 }
 
+bool CEscenaMDT::AseguraTexturas(unsigned index) {
+    if (index >= m_Texturas.size()) return false;
+    CDataTexturas& registro = m_Texturas[index];
+    if (registro.m_pTexturas || registro.m_bPrestada != 0) return registro.m_pTexturas != nullptr;
+    return CreaTexturasGL(registro) != 0;
+}
+
 // Lets the texture objects go; the last record that they belong to deletes them, if bBorrar, in the current context.
 // Emptying the set tells those who only look at it.
 void CEscenaMDT::BorraTexturasGL(CDataTexturas& registro, bool bBorrar) {

@@ -59,6 +59,7 @@ class Corte {
     int Corta(int interpolacion);
 
   private:
+    int Reduce(int interpolacion);
     void EmpiezaNivel(unsigned l);
     int CortaTesela(int fila, int columna);
     int LlenaTesela(int fila, int columna, bool bSujeta);
@@ -93,7 +94,7 @@ class Corte {
 
 int Corte::Corta(int interpolacion) {
     for (unsigned l = 0; l < m_Niveles.size(); ++l) {
-        if (l > 0 && m_Raster.Reducir(interpolacion, 1) != 1) return kCancelado;
+        if (const int resultado = l > 0 ? Reduce(interpolacion) : kHecho; resultado != kHecho) return resultado;
         EmpiezaNivel(l);
         for (int fila = 0; fila < m_Registro.m_nNumFilas; ++fila)
             for (int columna = 0; columna < m_Registro.m_nNumCols; ++columna)
@@ -102,6 +103,13 @@ int Corte::Corta(int interpolacion) {
     // The last slots may be holes: a hole at the end needs the length to be set.
     const auto largo = static_cast<ULONGLONG>(m_Niveles.back().Fin(m_Registro.NumTeselas()));
     return m_Fichero.SetLength(largo) && m_Fichero.Flush() ? kHecho : kSinSitio;
+}
+
+// Halves the image. Some pictures tell a want of room as they tell a cancel: where nobody could cancel, it was that.
+int Corte::Reduce(int interpolacion) {
+    const int resultado = m_Raster.Reducir(interpolacion, 1);
+    if (resultado == 1) return kHecho;
+    return resultado == 2 && Vertiz::PorcentajeActual() != nullptr ? kCancelado : kSinSitio;
 }
 
 void Corte::EmpiezaNivel(unsigned l) {

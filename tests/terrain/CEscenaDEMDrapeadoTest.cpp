@@ -256,6 +256,43 @@ TEST_F(FotoDrapeada, TheSecondImageShowsBesideTheFirstWhichWinsWhereTheyOverlap)
     EXPECT_NEAR(visto(400, 400)[0], visto(400, 400)[1], 2);
 }
 
+TEST_F(FotoDrapeada, TilesOfAnotherSizeShowTheSame) {
+    for (const auto& [oeste, norte] : {std::pair{0.0, 0.0}, {63.5, -41.25}, {-37.25, 53.5}})
+        for (const auto& [antes, despues, celdas] : {std::tuple{128, 64, 6}, {64, 128, 12}}) {
+            SCOPED_TRACE(testing::Message() << "at " << oeste << ", " << norte << ": " << antes << " to " << despues);
+            Tesela(antes);
+            // 420 rows are seven tiles of 60, or three and a half of 120: the tiles reach further north then.
+            ASSERT_EQ(Drapea(*Pinta(480, 420, Lineas(kOeste + oeste, kNorte + norte, 1)),
+                             {kOeste + oeste, kNorte + norte, 1, 1}),
+                      1);
+            const double sur = Registro().m_dOrigenY;
+            const Imagen una = Toma1();
+            Tesela(1024);
+            m_escena.CambiaSizeTexturas(despues, despues, Carpeta(), 1);
+            const CDataTexturas r = Registro();
+            EXPECT_EQ(r.m_nAnchoTextura, despues);
+            EXPECT_EQ(r.m_nCeldasFila, celdas);
+            EXPECT_EQ(r.m_nCeldasCol, celdas);
+            EXPECT_EQ(r.m_dOrigenY, sur);
+            EXPECT_EQ(r.m_bPiramidales, 0);
+            const Imagen otra = Toma1();
+            int distintos = 0, terreno = 0;
+            for (int y = 0; y < kAlto; ++y)
+                for (int x = 0; x < kAncho; ++x) {
+                    const auto a = una.Pixel(x, y), b = otra.Pixel(x, y);
+                    terreno += !EsFondo(a);
+                    for (std::size_t k = 0; k < 3; ++k)
+                        if (std::abs(a[k] - b[k]) > 60) {
+                            ++distintos;
+                            break;
+                        }
+                }
+            EXPECT_GT(terreno, kAncho * kAlto / 4);
+            EXPECT_LT(distintos, terreno / 200);
+            m_escena.DescargarImagen(0, 1, 1, 1);
+        }
+}
+
 // Red and green in the north, blue and yellow in the south.
 Color Cuadrante(int fila, int columna, int filas, int columnas) {
     const bool norte = fila < filas / 2, oeste = columna < columnas / 2;

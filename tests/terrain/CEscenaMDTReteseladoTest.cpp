@@ -22,7 +22,7 @@ std::string Recorta(const Teselado& viejo, const Teselado& nuevo) {
             const int fin = (u + 1) * nuevo.anchoUtil;
             if (u == nuevo.cols - 1 && fin > ancho) quedan = std::max(quedan - (fin - viejo.anchoUtil), 0);
             std::string ranura;
-            bool leida = false;
+            bool leida = quedan == 0;  // what is lost is white
             for (int i = 0; i < nuevo.alto; ++i)
                 for (int j = 0; j < nuevo.ancho; ++j) {
                     // A row beyond those that hold image repeats the last one; so do columns.
