@@ -171,12 +171,9 @@ class Lector {
         edificio.m_ColorPared = {222, 214, 200, 0};
         edificio.m_ColorTejado = {168, 92, 72, 0};
         edificio.m_Superior = edificio.m_Inferior = CDibujo<int>(m_DEM.GetSemilla());
-        for (std::size_t i = 0; i < figura.m_Lineas.size(); ++i) {
-            // The building lies to the left of each outline, so that walls look as the terrain does.
-            Vertiz::CLinea<double> anillo(figura.m_Lineas[i]);
-            if ((anillo.Superficie() > 0.0) != (i == 0)) anillo.Voltea();
+        for (const auto& linea : figura.m_Lineas) {
             Vertiz::CLinea<int> alero, zocalo;
-            for (const Punto& p : anillo.Puntos()) {
+            for (const Punto& p : linea.Puntos()) {
                 const Punto arriba(p.x, p.y, figura.m_Altura ? pie + *figura.m_Altura : p.z, 0);
                 const Punto abajo(p.x, p.y, pie, 0);
                 escenario.maximas.Nuevo(Local(arriba));

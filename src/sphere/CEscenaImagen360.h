@@ -16,8 +16,8 @@
 /// sphere's axes to the terrain's (x east, y north, z up), so with all angles 0 the middle looks south and with (0, 0,
 /// 180 - A) to the azimuth A.
 ///
-/// The image is one texture: one larger than the driver takes (GL_MAX_TEXTURE_SIZE) shows the background alone. The
-/// radius is 0.5 GL units.
+/// The image is one texture: one larger than the driver (GL_MAX_TEXTURE_SIZE) or memory takes shows the background
+/// alone. The radius is 0.5 GL units.
 class LUMBRA_API CEscenaImagen360 : public CGL {
   public:
     /// Without image; the constructors from a scene take its context, view and settings over as copies do.

@@ -189,20 +189,21 @@ void Corte::BuscaColumnas(int columna, bool bSujeta) {
 }
 
 // Fills a row of the tile from a row of the image, and repeats its last pixel to the tile's edge. A picture of one byte
-// a pixel shows only when it is resampled, one of fewer bits never: its rows are white.
+// a pixel shows only when it is resampled, one of fewer bits never: its rows are white, as are those that can't be
+// read.
 // @return whether the image has something for the row, white or not; otherwise nothing is told of its pixels
 bool Corte::LeeFila(int fila, BYTE* pixeles) {
     if (m_Columnas.empty()) return false;
     BYTE* const fin = pixeles + m_Nivel.BytesFila();
     const int bytes = m_Raster.BytesPixel();
     const bool enteros = m_Encaje.razon == 1.0;
-    if (bytes != 3 && (bytes != 1 || enteros)) {
+    const int desde = m_Columnas.front(), cuantas = m_Columnas.back() - desde + 1;
+    m_Fuente.resize(3 * static_cast<std::size_t>(cuantas));
+    const bool muestra = bytes == 3 || (bytes == 1 && !enteros);
+    if (!muestra || !m_Raster.GetFila(m_Fuente.data(), fila, desde, cuantas)) {
         std::fill(pixeles, fin, kBlanco);
         return true;
     }
-    const int desde = m_Columnas.front(), cuantas = m_Columnas.back() - desde + 1;
-    m_Fuente.resize(3 * static_cast<std::size_t>(cuantas));
-    if (!m_Raster.GetFila(m_Fuente.data(), fila, desde, cuantas)) return false;
     BYTE* pixel = std::fill_n(pixeles, 3 * m_nPrimera, kBlanco);
     if (enteros && static_cast<std::size_t>(cuantas) == m_Columnas.size()) {
         Vertiz::CopiaRojoAzul(m_Fuente.data(), m_Columnas.size(), pixel);

@@ -331,6 +331,10 @@ TEST_F(Imagenes, AnImageOffTheTerrainSaysWhereBothLie) {
     EXPECT_THAT(texto, HasSubstr("off the terrain"));
     EXPECT_THAT(texto, HasSubstr("440000"));
     EXPECT_THAT(texto, HasSubstr("500000"));
+    for (const auto& [x, y] : {std::pair{-100.0, 0.0}, {100.0, 0.0}, {0.0, -100.0}, {0.0, 100.0}}) {
+        opciones.m_Zona = CMaximas<double>(Coor(440000 + x, 4479970 + y, 0), Coor(440040 + x, 4480000 + y, 0));
+        EXPECT_THAT(Error({}, opciones), HasSubstr("off the terrain: the image has")) << x << ", " << y;
+    }
     Tiff ajena;
     ajena.m_nEPSG = 4326;
     ajena.m_Colocacion = {10.0, 0.001, 0, 50.0, 0, -0.001};

@@ -184,6 +184,14 @@ TEST_F(Vectores, CurvesBecomeLines) {
         EXPECT_NEAR(std::hypot(p.x - 10, p.y), 10.0, 1e-6);
 }
 
+TEST_F(Vectores, AnOutlineThatIsOpenIsClosed) {
+    const CResultadoVectores leidas = Lee("WKT,n\n\"POLYGON ((0 0, 10 0, 10 10))\",1\n", {}, "abierta.csv");
+    ASSERT_EQ(leidas.m_nResultado, 1) << leidas.m_Error.Utf8();
+    const auto& contorno = leidas.m_Figuras.at(0).m_Lineas.at(0);
+    EXPECT_EQ(contorno.NPuntos(), 4u);
+    EXPECT_TRUE(contorno.EsCerrada());
+}
+
 TEST_F(Vectores, CodesAreTheLayers) {
     EXPECT_EQ(LeeBien(Coleccion({{kCuadrado, R"("Layer":"EDGE")"}})).m_Figuras[0].m_Lineas[0].GetCodigo().Utf8(),
               "EDGE");

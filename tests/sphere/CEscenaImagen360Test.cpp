@@ -328,6 +328,20 @@ TEST_F(Esferica, AnImageTooLargeForOpenGLShowsTheBackground) {
         EXPECT_EQ(m_Tela.Pixel(x, 24), 0x102030u);
 }
 
+TEST_F(Esferica, AnImageTooLargeForMemoryShowsTheBackground) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "the sanitizer ends the process instead";
+#endif
+    constexpr int kLado = 20'000'000;  // more bytes than a process can address
+    EscenaPanorama escena(new ImagenContada(new SinPixeles(kLado, kLado)), 1);
+    ASSERT_EQ(escena.CreaEn(m_Tela), 1);
+    const RegistroGL registro;
+    ASSERT_EQ(escena.OnIniciar(), 1);
+    EXPECT_EQ(registro.Cuenta("glTexImage2D"), 0u);
+    EXPECT_EQ(registro.Cuenta("glCallList") + registro.Cuenta("glBegin"), 0u);
+    wglMakeCurrent(nullptr, nullptr);
+}
+
 TEST_F(Esferica, GLErrorsInTheTextureOrTheListAreFailures) {
     ASSERT_EQ(m_Escena.CreaEn(m_Tela), 1);
     for (const char* llamada : {"glBindTexture", "glPixelStorei", "glTexEnvf", "glNewList", "glGenTextures"}) {

@@ -204,6 +204,29 @@ TEST_F(Corte20, APictureOfFewerBitsIsWhite) {
     }
 }
 
+TEST_F(Corte20, RowsThatCanNotBeReadAreWhite) {
+    struct Rota : Vertiz::CBmp {
+        int legibles = 0;  // rows from the south
+        bool GetFila(BYTE* pixeles, int fila, int columna, int n) const override {
+            return fila < legibles && CBmp::GetFila(pixeles, fila, columna, n);
+        }
+    };
+    for (const double resolucion : {1.0, 2.0})
+        for (const int legibles : {0, 20}) {
+            Rota raster;
+            ASSERT_TRUE(raster.Crear(50, 50, 24, 100.0F, false, nullptr, nullptr, false));  // black
+            raster.legibles = legibles;
+            Tesela(64);
+            ASSERT_EQ(Drapea(raster, {.oeste = 1000, .norte = 2200, .resolucion = resolucion}), 1);
+            const std::vector<BYTE> fichero = Fichero();
+            // The south rows and those that repeat the last of them to the edge of the tile; no hole.
+            const int negras = legibles == 0 ? 0 : resolucion == 1.0 ? (20 + 4) * 64 : (10 + 2) * 32;
+            EXPECT_EQ(std::count(fichero.begin(), fichero.end(), 0), 3 * negras);
+            EXPECT_EQ(std::count(fichero.begin(), fichero.end(), 255), std::ssize(fichero) - 3 * negras);
+            m_escena.DescargarImagen(0, 1, 1, 1);
+        }
+}
+
 TEST_F(Corte20, AllLevelsOfAPyramidAreThereDownToAPixel) {
     // 64 down to 1: seven levels of 3 x 3 tiles.
     Tesela(64);
