@@ -8,6 +8,7 @@
 #include "frame/TexturaGL.h"
 #include "raster/CTiff.h"
 #include "raster/FilaBGR.h"
+#include "raster/RasterPropio.h"
 #include "platform/CFile.h"
 #include "platform/CStdioFile.h"
 
@@ -64,7 +65,9 @@ bool CGL::CargaTexturaCielo(bool& bBuena) {
     bBuena = false;
     if (!NuevaTextura(m_nTexturaFondo)) return false;
     Vertiz::IRaster* imagen = Vertiz::CreaRaster(m_Data.m_SzImagenFondo);
-    if (imagen != nullptr && CargarImagenFondo(&imagen) != 0) {
+    const bool leida = imagen != nullptr && CargarImagenFondo(&imagen) != 0;
+    const Vertiz::RasterPropio suelta(imagen);  // only now: a bitmap has been replaced by a TIFF
+    if (leida) {
         const int ancho = imagen->Ancho(), alto = std::abs(imagen->Alto());
         const int lado = std::max(m_nMaxTexDim, 1);
         const int paso = std::max(1, (std::max(ancho, alto) + lado - 1) / lado);
@@ -75,7 +78,6 @@ bool CGL::CargaTexturaCielo(bool& bBuena) {
             bBuena = !HayErrorGL();
         }
     }
-    Vertiz::BorraRaster(imagen);
     return true;
 }
 
