@@ -48,7 +48,7 @@ class LUMBRA_API CEscenaImagen360 : public CGL {
     int OnIniciarSeleccion() override { return 1; }
     /// Turns the sphere as the image's angles are now, and tells the image the angles used (m_Resultados).
     int OnRender() override;
-    /// Draws the sphere as a background, turned with the camera alone.
+    /// Draws the sphere as a background, turned with the camera alone, in the current context. @return 0 on a GL error
     int RenderConica();
     void OnLiberarContexto(bool bBorrar) override;
 

@@ -3,7 +3,7 @@
 
 #include "terrain/CEscenaMDT.h"
 #include "terrain/FicheroTexturas.h"
-#include "raster/IRaster.h"
+#include "raster/RasterPropio.h"
 #include "platform/Ficheros.h"
 
 #include <algorithm>
@@ -25,10 +25,7 @@ constexpr UINT kModo = CFile::modeReadWrite | CFile::typeBinary;
 
 int CEscenaMDT::CargarImagen(const CString& nombre, IRaster* raster, Vertiz::CDataImagen& imagen,
                              const CDataCargarImagen& opciones, const CString& carpeta) {
-    struct Borra {
-        void operator()(IRaster* r) const { Vertiz::BorraRaster(r); }
-    };
-    const std::unique_ptr<IRaster, Borra> suelta(raster);
+    const Vertiz::RasterPropio suelta(raster);
     if (!raster) return 0;
     const std::size_t antes = m_Texturas.size();
     if (!CargarImagen(raster, imagen, opciones, carpeta, kNivel)) return 0;
@@ -177,7 +174,7 @@ void CEscenaMDT::DescargarImagen(unsigned index, int borrarFichero, int borrarRe
     if (registro.m_bPrestada == 0) {
         SueltaFichero(registro, borrarFichero != 0);
         SueltaTexturas(registro);
-    } else if (!registro.EstaCargada()) {  // the parent has unloaded it
+    } else if (!registro.EstaDisponible()) {  // the parent has unloaded it
         registro.m_pFichero = nullptr;
         registro.m_pTexturas = nullptr;
         registro.m_bCargada = 0;

@@ -2,15 +2,14 @@
 
 #include "io/LeeImagen.h"
 
+#include "Sistemas.h"
 #include "model/CElipsoide.h"
 #include "model/CPuntoPortula.h"
 #include "support/Progreso.h"
 #include "support/Temporales.h"
 
-#include <cpl_conv.h>
 #include <gdal.h>
 #include <gmock/gmock.h>
-#include <ogr_srs_api.h>
 
 #include <array>
 #include <cmath>
@@ -32,17 +31,6 @@ using Coor = Vertiz::CCoor3D<double>;
 
 CString Nombre(const std::filesystem::path& p) {
     return CString(p.string().c_str());
-}
-
-std::string WKT(int epsg) {
-    const OGRSpatialReferenceH s = OSRNewSpatialReference(nullptr);
-    OSRImportFromEPSG(s, epsg);
-    char* texto = nullptr;
-    OSRExportToWkt(s, &texto);
-    std::string copia = texto;
-    CPLFree(texto);
-    OSRRelease(s);
-    return copia;
 }
 
 // A GeoTIFF of these colours, north row first; `ajusta` may set what else the header has.

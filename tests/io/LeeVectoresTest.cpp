@@ -2,15 +2,14 @@
 
 #include "io/LeeVectores.h"
 
+#include "Sistemas.h"
 #include "model/CElipsoide.h"
 #include "model/CPuntoPortula.h"
 #include "support/Progreso.h"
 #include "support/Temporales.h"
 
-#include <cpl_conv.h>
 #include <gdal.h>
 #include <gmock/gmock.h>
-#include <ogr_srs_api.h>
 
 #include <numbers>
 
@@ -23,17 +22,6 @@ using Vertiz::CFiguraVector;
 using Vertiz::CResultadoVectores;
 using Vertiz::LeeVectores;
 using Coor = Vertiz::CCoor3D<double>;
-
-std::string WKT(int epsg) {
-    const OGRSpatialReferenceH s = OSRNewSpatialReference(nullptr);
-    OSRImportFromEPSG(s, epsg);
-    char* texto = nullptr;
-    OSRExportToWkt(s, &texto);
-    std::string copia = texto;
-    CPLFree(texto);
-    OSRRelease(s);
-    return copia;
-}
 
 // Features of GeoJSON in a plane system, or in degrees (epsg 4326).
 std::string Coleccion(const std::vector<std::pair<std::string, std::string>>& figuras, int epsg = 25830) {

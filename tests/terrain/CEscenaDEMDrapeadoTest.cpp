@@ -2,6 +2,7 @@
 // little memory that cutting it takes.
 
 #include "Drapeado.h"
+#include "support/Memoria.h"
 
 #include <malloc.h>
 #include <sys/wait.h>
@@ -336,15 +337,6 @@ TEST_F(FotoDrapeada, FromFarAwayAPyramidShowsTheImage) {
 
 // ---- Memory --------------------------------------------------------------------------------------------------------
 
-// A figure of this process' memory, in kilobytes.
-long Memoria(const char* nombre) {
-    std::ifstream estado("/proc/self/status");
-    std::string linea;
-    while (std::getline(estado, linea))
-        if (linea.starts_with(nombre)) return std::atol(linea.c_str() + std::strlen(nombre));
-    return -1;
-}
-
 TEST_F(FotoDrapeada, CuttingAPictureInAFileTakesLittleMemory) {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
     GTEST_SKIP() << "memory of sanitizers counts too";
@@ -355,9 +347,9 @@ TEST_F(FotoDrapeada, CuttingAPictureInAFileTakesLittleMemory) {
         ASSERT_TRUE(raster.Crear(4000, 4000, 24, 100.0F, true, nullptr, nullptr, false));
         malloc_trim(0);
         std::ofstream("/proc/self/clear_refs") << 5 << std::flush;
-        const long antes = Memoria("VmRSS:");
+        const long antes = MemoriaProceso("VmRSS:");
         ASSERT_EQ(Drapea(raster, {kOeste, kNorte, 0.1, resolucion, 1}), 1);
-        EXPECT_LT(Memoria("VmHWM:") - antes, 32 * 1024) << resolucion;
+        EXPECT_LT(MemoriaProceso("VmHWM:") - antes, 32 * 1024) << resolucion;
         m_escena.DescargarImagen(0, 1, 1, 1);
     }
 }
