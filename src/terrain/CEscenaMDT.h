@@ -115,7 +115,7 @@ class LUMBRA_API CEscenaMDT : public CGL {
     /// Takes over a record's file, open and made with new, and makes texture objects anew. @return 0 without a context:
     /// the file is the record's all the same. Out of range it stays the caller's
     int GrabaFicheroTexturas(CFile* fichero, unsigned index);
-    /// Makes a record's texture objects anew.
+    /// Makes a record's texture objects anew; those of a record that looks at a parent's stay.
     int GrabaFicheroTexturas(unsigned index);
     /// Writes a file for a record from bytes in its form, takes it over, and makes texture objects anew.
     int GrabaFicheroTexturas(const char* datos, int size, unsigned index, const CString& carpeta);

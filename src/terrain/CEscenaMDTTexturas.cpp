@@ -122,8 +122,10 @@ int CEscenaMDT::GrabaFicheroTexturas(const char* datos, int size, unsigned index
 }
 
 int CEscenaMDT::GrabaFicheroTexturas(unsigned index) {
-    if (index >= m_Texturas.size() || !MakeCurrent(nullptr)) return 0;
+    if (index >= m_Texturas.size()) return 0;
     CDataTexturas& registro = m_Texturas[index];
+    if (registro.m_bPrestada != 0) return registro.m_pTexturas ? 1 : 0;
+    if (!MakeCurrent(nullptr)) return 0;
     BorraTexturasGL(registro, true);
     if (!CreaTexturasGL(registro)) return 0;
     wglMakeCurrent(nullptr, nullptr);

@@ -143,6 +143,15 @@ TEST_F(Compartidas, AChildsOwnUnloadTakesItsRecordOnly) {
     EXPECT_TRUE(Llena(m_escena));
 }
 
+TEST_F(Compartidas, AChildMakesNoObjectsInPlaceOfTheParents) {
+    EscenaImagen* hijo = Hijo(m_escena, true);
+    ASSERT_EQ(Carga(m_escena, kDosPorDos), 1);
+    const RegistroGL registro;
+    EXPECT_EQ(hijo->GrabaFicheroTexturas(0), 1);
+    EXPECT_EQ(registro.Cuenta("glGenTextures"), 0u);
+    EXPECT_TRUE(MuestraLoMismo(*hijo, m_escena));
+}
+
 TEST_F(Compartidas, AnImageOfAChildsOwnGoesWithTheChild) {
     EscenaImagen* hijo = Hijo(m_escena, true);
     ASSERT_EQ(CargaImagen(*hijo), 1);
