@@ -3,6 +3,7 @@
 // The floor of the first two is a plain loop that sends the same normals, colours and vertices from ready arrays into a
 // list.
 
+#include "MemoriaViva.h"
 #include "Turnos.h"
 #include "terrain/CEscenaDEM.h"
 #include "frame/CTintaAlturas.h"
@@ -10,54 +11,11 @@
 #include "platform/CDC.h"
 
 #include <benchmark/benchmark.h>
-#include <malloc.h>
 
 #include <algorithm>
 #include <cmath>
-#include <cstdlib>
-#include <new>
+#include <cstddef>
 #include <vector>
-
-// ---- Memory that the library holds now, and the most that it held --------------------------------------------------
-
-namespace {
-
-std::size_t vivos = 0, maximo = 0;
-
-void* Reserva(std::size_t n) {
-    void* p = std::malloc(n != 0 ? n : 1);
-    if (p == nullptr) throw std::bad_alloc();
-    vivos += malloc_usable_size(p);
-    maximo = std::max(maximo, vivos);
-    return p;
-}
-
-void Libera(void* p) {
-    if (p == nullptr) return;
-    vivos -= malloc_usable_size(p);
-    std::free(p);
-}
-
-}  // namespace
-
-void* operator new(std::size_t n) {
-    return Reserva(n);
-}
-void* operator new[](std::size_t n) {
-    return Reserva(n);
-}
-void operator delete(void* p) noexcept {
-    Libera(p);
-}
-void operator delete[](void* p) noexcept {
-    Libera(p);
-}
-void operator delete(void* p, std::size_t) noexcept {
-    Libera(p);
-}
-void operator delete[](void* p, std::size_t) noexcept {
-    Libera(p);
-}
 
 namespace {
 
@@ -214,10 +172,10 @@ void Memoria(benchmark::State& state) {
     if (!terreno.bien) return state.SkipWithError("no scene");
     std::size_t antes = 0, pico = 0, despues = 0;
     for (auto _ : state) {
-        antes = maximo = vivos;
+        antes = memoria.maximo = memoria.ahora;
         terreno.escena.OnIniciar();
-        pico = maximo;
-        despues = vivos;
+        pico = memoria.maximo;
+        despues = memoria.ahora;
     }
     const double muestras = double(kLado) * kLado;
     state.counters["while_building"] = double(pico - antes) / muestras;

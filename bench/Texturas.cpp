@@ -3,6 +3,7 @@
 // The floor of cutting is reading every row of the image once and writing as many tiles; that of filling is OpenGL's
 // own call with pixels that are ready in memory.
 
+#include "MemoriaViva.h"
 #include "Turnos.h"
 #include "terrain/CEscenaDEM.h"
 #include "raster/CBmp.h"
@@ -12,53 +13,9 @@
 #include "platform/Ficheros.h"
 
 #include <benchmark/benchmark.h>
-#include <malloc.h>
 
-#include <algorithm>
-#include <cstdlib>
-#include <new>
+#include <cstddef>
 #include <vector>
-
-// ---- Memory that the library holds now, and the most that it held --------------------------------------------------
-
-namespace {
-
-std::size_t vivos = 0, maximo = 0;
-
-void* Reserva(std::size_t n) {
-    void* p = std::malloc(n != 0 ? n : 1);
-    if (p == nullptr) throw std::bad_alloc();
-    vivos += malloc_usable_size(p);
-    maximo = std::max(maximo, vivos);
-    return p;
-}
-
-void Libera(void* p) {
-    if (p == nullptr) return;
-    vivos -= malloc_usable_size(p);
-    std::free(p);
-}
-
-}  // namespace
-
-void* operator new(std::size_t n) {
-    return Reserva(n);
-}
-void* operator new[](std::size_t n) {
-    return Reserva(n);
-}
-void operator delete(void* p) noexcept {
-    Libera(p);
-}
-void operator delete[](void* p) noexcept {
-    Libera(p);
-}
-void operator delete(void* p, std::size_t) noexcept {
-    Libera(p);
-}
-void operator delete[](void* p, std::size_t) noexcept {
-    Libera(p);
-}
 
 namespace {
 
@@ -144,9 +101,9 @@ void Corta(benchmark::State& state) {
     Turnos turnos;
     for (auto _ : state) {
         bool bien = true;
-        const std::size_t antes = maximo = vivos;
+        const std::size_t antes = memoria.maximo = memoria.ahora;
         turnos.Propio([&] { bien = terreno.Drapea(raster, razon); });
-        pico = maximo - antes;
+        pico = memoria.maximo - antes;
         const CDataTexturas r = terreno.Registro();
         turnos.Suelo([&] { bien = bien && LeeYEscribe(raster, kLado, r.NumTeselas(), std::size_t(r.m_nSizeTextura)); });
         terreno.escena.DescargarImagen(0, 1, 1, 1);

@@ -10,6 +10,7 @@
 bool EsSalidaFoto(const std::string& ruta);
 
 /// Writes a picture in the format of the name. Greys stay greys in BMP and TIFF, and TIFF keeps the georeference.
+/// @param progreso  kept quiet meanwhile
 /// @throw std::runtime_error with a sentence for the user
 void ConvierteFoto(const Foto& foto, const std::string& ruta, Progreso& progreso);
 

@@ -75,9 +75,11 @@ class Lector {
             } else if (!(altura > 0.0)) {
                 ++malas;
             } else {
+                const Punto base(pie.x, pie.y, *suelo, 0), copa(pie.x, pie.y, *suelo + altura, 0);
+                escenario.maximas.Nuevo(Local(base));
+                escenario.maximas.Nuevo(Local(copa));
                 Vertiz::CLinea<int> arbol;
-                arbol << EnModelo({pie.x, pie.y, *suelo, 0}, escenario.maximas);
-                EnModelo({pie.x, pie.y, *suelo + altura, 0}, escenario.maximas);
+                arbol << EnModelo(base);
                 porAltura.try_emplace(altura, m_DEM.GetSemilla()).first->second.Inserta(arbol);
             }
         }
@@ -146,13 +148,13 @@ class Lector {
         return q.z;
     }
 
-    // An absolute point as the model's integers; the box of local coordinates grows.
-    Vertiz::CCoor3D<int> EnModelo(const Punto& p, Vertiz::CMaximas<double>& maximas) const {
+    // An absolute point in the model's coordinates, and as its integers.
+    Punto Local(const Punto& p) const {
         const Vertiz::CDataSemilla& s = m_DEM.GetSemilla();
-        const Punto local(p.x - s.GetX(), p.y - s.GetY(), p.z - s.GetZ(), 0);
-        maximas.Nuevo(local);
-        const double n = s.Precision();
-        return Vertiz::CCoor3D<int>(Punto(local.x * n, local.y * n, local.z * n, 0));
+        return {p.x - s.GetX(), p.y - s.GetY(), p.z - s.GetZ(), 0};
+    }
+    Vertiz::CCoor3D<int> EnModelo(const Punto& p) const {
+        return Vertiz::CCoor3D<int>(Local(p) * m_DEM.GetSemilla().Precision());
     }
 
     // Walls from the lowest ground at the outline up to the roof, which is level when an attribute gives its height.
@@ -169,14 +171,15 @@ class Lector {
         edificio.m_ColorPared = {222, 214, 200, 0};
         edificio.m_ColorTejado = {168, 92, 72, 0};
         edificio.m_Superior = edificio.m_Inferior = CDibujo<int>(m_DEM.GetSemilla());
-        for (std::size_t i = 0; i < figura.m_Lineas.size(); ++i) {
-            // The building lies to the left of each outline, so that walls look as the terrain does.
-            Vertiz::CLinea<double> anillo(figura.m_Lineas[i]);
-            if ((anillo.Superficie() > 0.0) != (i == 0)) anillo.Voltea();
+        for (const auto& linea : figura.m_Lineas) {
             Vertiz::CLinea<int> alero, zocalo;
-            for (const Punto& p : anillo.Puntos()) {
-                alero << EnModelo({p.x, p.y, figura.m_Altura ? pie + *figura.m_Altura : p.z, 0}, escenario.maximas);
-                zocalo << EnModelo({p.x, p.y, pie, 0}, escenario.maximas);
+            for (const Punto& p : linea.Puntos()) {
+                const Punto arriba(p.x, p.y, figura.m_Altura ? pie + *figura.m_Altura : p.z, 0);
+                const Punto abajo(p.x, p.y, pie, 0);
+                escenario.maximas.Nuevo(Local(arriba));
+                escenario.maximas.Nuevo(Local(abajo));
+                alero << EnModelo(arriba);
+                zocalo << EnModelo(abajo);
             }
             edificio.m_Superior.Inserta(alero);
             edificio.m_Inferior.Inserta(zocalo);
@@ -199,10 +202,9 @@ class Lector {
             if (figura.m_nClase == CFiguraVector::PUNTO) continue;
             for (Vertiz::CLinea<double> linea : figura.m_Lineas) {
                 if (!figura.m_bConCota) m_DEM.Proyecta(linea, true, false, true);
-                Vertiz::CMaximas<double> sinUso;
                 Vertiz::CLinea<int> ruptura(linea.GetCodigo());
                 for (const Punto& p : linea.Puntos())
-                    ruptura << EnModelo(p, sinUso);
+                    ruptura << EnModelo(p);
                 m_DEM.InsertaRuptura(ruptura);
             }
         }

@@ -2,10 +2,9 @@
 // Pictures of a survey, as the host program opens them: rows of red, green and blue whatever the file holds.
 
 #include "Progreso.h"
-#include "raster/IRaster.h"
+#include "raster/RasterPropio.h"
 
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <string_view>
 
@@ -30,12 +29,8 @@ class Foto {
     Vertiz::IRaster& Raster() const { return *m_pRaster; }
 
   private:
-    struct Fin {
-        void operator()(Vertiz::IRaster* raster) const { Vertiz::BorraRaster(raster); }
-    };
-
     CFile m_Fichero;
-    std::unique_ptr<Vertiz::IRaster, Fin> m_pRaster;
+    Vertiz::RasterPropio m_pRaster;
 };
 
 /// Whether a name ends so, in capitals or not.

@@ -367,10 +367,12 @@ std::string Fallo(const CLI::ParseError& error, const CLI::App& programa) {
 Orden LeeOrden(int argc, char** argv) {
     Orden orden;
     Textos textos;
-    CLI::App programa{"Draws elevation grids, tells about them, and converts pictures. Needs no display.", "lumbra"};
+    CLI::App programa{
+        "Draws elevation grids and panoramas, tells about files, and converts pictures. Needs no display.", "lumbra"};
     programa.require_subcommand(0, 1);
     programa.set_version_flag("--version", "lumbra " LUMBRA_VERSION);
-    CLI::App* dibuja = programa.add_subcommand("render", "Draw an elevation grid, or a picture as itself, into a PNG");
+    CLI::App* dibuja = programa.add_subcommand(
+        "render", "Draw an elevation grid, a picture as itself, or a view from inside a panorama, into a PNG");
     DeclaraDibujo(*dibuja, orden, textos);
     CLI::App* cuenta =
         programa.add_subcommand("info", "Tell about an elevation grid, a picture, or the machine's OpenGL");

@@ -24,8 +24,8 @@ std::unique_ptr<Vertiz::CTiff> EnUnaVuelta(const Foto& foto, const Cobertura& co
     const double factor = std::min({1.0, ladoMaximo / ancho, static_cast<double>(ladoMaximo) / foto.Alto()});
     const int columnas = std::max(1, static_cast<int>(ancho * factor));
     const int primera = std::min(columnas - 1, static_cast<int>(cobertura.izquierda * columnas + 0.5));
-    const Imagen imagen =
-        ImagenDeFoto(foto, std::max(1, static_cast<int>(foto.Ancho() * factor)), foto.Alto());  // by its width
+    // Fitted in by its width: its own height is no bound.
+    const Imagen imagen = ImagenDeFoto(foto, std::max(1, static_cast<int>(foto.Ancho() * factor)), foto.Alto());
     auto entera = std::make_unique<Vertiz::CTiff>();
     if (!entera->Crear(columnas, imagen.alto, 24, 72.0F, false, nullptr, nullptr, false))
         throw std::runtime_error("there is no room for the panorama's pixels");

@@ -189,7 +189,7 @@ void RellenaHuecos(Vertiz::CResultadoImagen& imagen, const Vertiz::CDEM& dem, co
         }
 }
 
-// Lies the image over the terrain. Its tiles go to a file that goes with the scene.
+// Lays the image over the terrain. Its tiles go to a file that goes with the scene.
 void Cubre(CEscenaDEM& escena, Vertiz::CResultadoImagen& imagen) {
     if (imagen.m_pRaster == nullptr) return;
     const CDataGL data = escena.GetData();

@@ -1,4 +1,4 @@
-// lumbra: draws elevation grids, tells about them and converts pictures, from the command line.
+// lumbra: draws elevation grids and panoramas, tells about files and converts pictures, from the command line.
 
 #include "Convierte.h"
 #include "Foto.h"

@@ -7,6 +7,8 @@
 #include "frame/MaterialGL.h"
 #include "frame/TexturaGL.h"
 #include "raster/CTiff.h"
+#include "raster/FilaBGR.h"
+#include "raster/RasterPropio.h"
 #include "platform/CFile.h"
 #include "platform/CStdioFile.h"
 
@@ -22,14 +24,13 @@ constexpr int kTipoBmp = 21, kTipoJpeg = 22;
 // The picture in rows of red, green and blue, every nPaso-th pixel of it; a pixel that can't be read is white.
 std::vector<GLubyte> Muestras(const Vertiz::IRaster& imagen, int w, int h, int nPaso) {
     std::vector<GLubyte> filas(static_cast<std::size_t>(w) * static_cast<std::size_t>(h) * 3);
+    Vertiz::FilaBGR fila(imagen, imagen.Ancho());
     GLubyte* destino = filas.data();
-    for (int fila = 0; fila < h; ++fila)
-        for (int columna = 0; columna < w; ++columna, destino += 3) {
-            BYTE pixel[4] = {255, 255, 255, 255};
-            if (!imagen.GetPixel(pixel, fila * nPaso, columna * nPaso, 0)) std::fill_n(pixel, 3, BYTE{255});
-            if (imagen.BytesPixel() == 1 && !imagen.TienePaleta()) pixel[1] = pixel[2] = pixel[0];
-            std::reverse_copy(pixel, pixel + 3, destino);
-        }
+    for (int f = 0; f < h; ++f) {
+        const BYTE* pixel = fila.Lee(f * nPaso).data();
+        for (int c = 0; c < w; ++c, pixel += 3 * nPaso)
+            destino = std::reverse_copy(pixel, pixel + 3, destino);
+    }
     return filas;
 }
 
@@ -64,7 +65,9 @@ bool CGL::CargaTexturaCielo(bool& bBuena) {
     bBuena = false;
     if (!NuevaTextura(m_nTexturaFondo)) return false;
     Vertiz::IRaster* imagen = Vertiz::CreaRaster(m_Data.m_SzImagenFondo);
-    if (imagen != nullptr && CargarImagenFondo(&imagen) != 0) {
+    const bool leida = imagen != nullptr && CargarImagenFondo(&imagen) != 0;
+    const Vertiz::RasterPropio suelta(imagen);  // only now: a bitmap has been replaced by a TIFF
+    if (leida) {
         const int ancho = imagen->Ancho(), alto = std::abs(imagen->Alto());
         const int lado = std::max(m_nMaxTexDim, 1);
         const int paso = std::max(1, (std::max(ancho, alto) + lado - 1) / lado);
@@ -75,7 +78,6 @@ bool CGL::CargaTexturaCielo(bool& bBuena) {
             bBuena = !HayErrorGL();
         }
     }
-    Vertiz::BorraRaster(imagen);
     return true;
 }
 

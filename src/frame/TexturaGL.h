@@ -1,5 +1,5 @@
 #pragma once
-// Internal. Textures of pictures that are shown as a whole.
+// Internal. Texture objects: how pictures lie on what is drawn.
 
 #include "platform/OpenGL.h"
 
@@ -9,18 +9,26 @@ inline void BorraTextura(GLuint& textura) {
     textura = 0;
 }
 
-/// Takes a new texture and binds it: repeated, without smoothing, times the colour; rows are taken without padding.
+/// Binds a texture that is to be filled: repeated, times the colour; rows are taken without padding. Its filters are
+/// left to the caller.
 /// @return false on a GL error
-[[nodiscard]] inline bool NuevaTextura(GLuint& textura) {
-    glGenTextures(1, &textura);
+[[nodiscard]] inline bool PreparaTextura(GLuint textura) {
     glBindTexture(GL_TEXTURE_2D, textura);
     if (HayErrorGL()) return false;
     glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+    if (HayErrorGL()) return false;
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_REPEAT);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_REPEAT);
     if (HayErrorGL()) return false;
     glTexEnvf(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE);
-    if (HayErrorGL()) return false;
+    return !HayErrorGL();
+}
+
+/// Takes a new texture for a picture that is shown as a whole, and prepares it, without smoothing.
+/// @return false on a GL error
+[[nodiscard]] inline bool NuevaTextura(GLuint& textura) {
+    glGenTextures(1, &textura);
+    if (!PreparaTextura(textura)) return false;
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
     return !HayErrorGL();

@@ -4,6 +4,7 @@
 #include "platform/CString.h"
 
 #include <gdal.h>
+#include <gdal_alg.h>
 #include <ogr_srs_api.h>
 
 #include <memory>
@@ -25,6 +26,12 @@ struct SueltaSistema {
 };
 /// A coordinate system, with x before y.
 using Sistema = std::unique_ptr<std::remove_pointer_t<OGRSpatialReferenceH>, SueltaSistema>;
+
+struct SueltaTransformador {
+    void operator()(void* transformador) const { GDALDestroyGenImgProjTransformer(transformador); }
+};
+/// The way from a picture's pixels to another picture's, through their systems.
+using Transformador = std::unique_ptr<void, SueltaTransformador>;
 
 /// While it lives, this thread's messages of GDAL end here instead of on the terminal. The first error is kept: those
 /// that follow are its consequences. GDAL keeps to this thread meanwhile, since threads of its own, which some formats

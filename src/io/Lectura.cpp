@@ -9,6 +9,10 @@
 
 namespace Vertiz::io {
 
+CFallo Fallo(const char* que, const CMensajesGdal& mensajes) {
+    return CFallo(std::string(que) + " (" + mensajes.Error("no reason given") + ")");
+}
+
 int CPL_STDCALL AvanceGdal::Paso(double parte, const char*, void* este) {
     auto& avance = *static_cast<AvanceGdal*>(este);
     try {

@@ -19,6 +19,9 @@ class CFallo : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };
 
+/// What went wrong, with GDAL's reason for it.
+CFallo Fallo(const char* que, const CMensajesGdal& mensajes);
+
 /// The user cancelled.
 class CCancelado {};
 

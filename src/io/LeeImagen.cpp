@@ -6,8 +6,6 @@
 #include "raster/CTiff.h"
 #include "platform/Numeros.h"
 
-#include <cpl_conv.h>
-#include <gdal_alg.h>
 #include <gdal_utils.h>
 
 #include <algorithm>
@@ -20,11 +18,6 @@ namespace {
 using namespace io;
 
 constexpr int kMaxLado = 30'000;  // of what is read: 2.7 GB of colours at the most
-
-struct LiberaTransformador {
-    void operator()(void* t) const { GDALDestroyGenImgProjTransformer(t); }
-};
-using Transformador = std::unique_ptr<void, LiberaTransformador>;
 
 // A list of options for GDAL's utilities.
 class Opciones {
@@ -46,10 +39,6 @@ class Opciones {
     std::vector<std::string> m_Textos;
     std::vector<char*> m_Lista;
 };
-
-CFallo Fallo(const char* que, const CMensajesGdal& mensajes) {
-    return CFallo(std::string(que) + " (" + mensajes.Error("no reason given") + ")");
-}
 
 bool EsAlfa(GDALDatasetH datos, int banda) {
     return GDALGetRasterColorInterpretation(GDALGetRasterBand(datos, banda)) == GCI_AlphaBand;
@@ -91,13 +80,13 @@ struct Malla {
     double pixel = 1.0;
     CMaximas<double> zona;  // whole pixels
     bool recta = false;     // the file's are square and north up, in the terrain's system
-    bool tal_cual = false;  // they are those of the file
+    bool talCual = false;   // they are those of the file
 };
 
 // Whole cells that hold what the image and the zone share, and pixels that go into them.
 void CortaEnCeldas(Malla& malla, const CMaximas<double>& imagen, const CMaximas<double>& zona, double celda) {
     const CCoor3D<double>& origen = zona.Minima();
-    malla.tal_cual = false;
+    malla.talCual = false;
     malla.pixel = malla.pixel < celda ? celda / std::ceil(celda / malla.pixel - 1e-6)
                                       : celda * std::floor(malla.pixel / celda + 1e-6);
     const double paso = std::max(celda, malla.pixel);
@@ -156,7 +145,7 @@ Malla DisponMalla(GDALDatasetH datos, const std::string& wktTerreno, bool otroSi
                                      imagen.Minima().y >= zona.Maxima().y || imagen.Maxima().y <= zona.Minima().y))
         throw CFallo("it lies off the terrain: the image has " + Rango(imagen) + ", the terrain " + Rango(zona));
     malla.pixel = std::max(t[1], opciones.m_dPixelMinimo);
-    malla.tal_cual = malla.recta && malla.pixel == t[1];
+    malla.talCual = malla.recta && malla.pixel == t[1];
     if (opciones.m_dCelda > 0.0 && !zona.EstanVacias(false))
         CortaEnCeldas(malla, imagen, zona, opciones.m_dCelda);
     else
@@ -170,7 +159,7 @@ Datos Remuestrea(GDALDatasetH datos, const std::string& wktTerreno, bool otroSis
     opciones << "-of"
              << "MEM"
              << "-dstalpha"
-             << "-r" << (malla.tal_cual ? "near" : "bilinear");
+             << "-r" << (malla.talCual ? "near" : "bilinear");
     if (otroSistema) opciones << "-t_srs" << wktTerreno;
     opciones << "-te" << malla.zona.Minima().x << malla.zona.Minima().y << malla.zona.Maxima().x
              << malla.zona.Maxima().y << "-ts" << std::to_string(columnas) << std::to_string(filas);

@@ -1,14 +1,13 @@
 #pragma once
 // Pictures of the terrain from above, brought to the terrain's coordinate system.
 
-#include "raster/IRaster.h"
+#include "raster/RasterPropio.h"
 #include "model/CDataImagen.h"
 #include "model/CMaximas.h"
 #include "model/IPorcentaje.h"
 #include "platform/CString.h"
 #include "platform/Exporta.h"
 
-#include <memory>
 #include <vector>
 
 namespace Vertiz {
@@ -36,11 +35,8 @@ struct CResultadoImagen {
     int m_nResultado = 0;  ///< 1 read, 0 failed: m_Error says why, 2 cancelled
     CString m_Error;       ///< names the file
 
-    struct Borra {
-        void operator()(IRaster* raster) const { BorraRaster(raster); }
-    };
-    std::unique_ptr<IRaster, Borra> m_pRaster;  ///< 24 bits; release() hands it over to who frees it by Borrar
-    CDataImagen m_Imagen;                       ///< its place, in absolute terrain coordinates; pixels are square
+    RasterPropio m_pRaster;  ///< 24 bits; release() hands it over to who frees it by Borrar
+    CDataImagen m_Imagen;    ///< its place, in absolute terrain coordinates; pixels are square
     /// 1 for each pixel that the file has a colour for, 0 for the others, which are white; rows as those of the raster,
     /// the southern one first.
     std::vector<unsigned char> m_Cubiertos;
@@ -52,7 +48,8 @@ struct CResultadoImagen {
 /// palette, of 8 bits. Where its system isn't the terrain's, and where it is rotated or its pixels aren't square, it is
 /// resampled, bilinearly; otherwise its pixels come as they are.
 ///
-/// It fails for a file without georeference and for one that lies off the zone.
+/// It fails for a file without georeference, for samples of more than 8 bits, for an image that lies off the zone or
+/// has no colour in it, and for one that would have more than 30 000 pixels a side.
 ///
 /// @param porcentaje progress at level 1, and cancel; null for none
 /// @thread any; the file isn't written to, nor anything beside it

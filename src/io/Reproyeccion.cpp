@@ -4,7 +4,6 @@
 
 #include <cpl_conv.h>
 #include <cpl_string.h>
-#include <gdal_alg.h>
 #include <gdalwarper.h>
 
 #include <algorithm>
@@ -17,11 +16,6 @@ namespace {
 
 // What GDAL's resampling takes for void; NaN would do, but not in all of its inner loops.
 constexpr double kMarcaVacio = -3.0e38;
-
-struct CierraTransformador {
-    void operator()(void* t) const { GDALDestroyGenImgProjTransformer(t); }
-};
-using Transformador = std::unique_ptr<void, CierraTransformador>;
 
 // A dataset over the matrix itself, nothing copied. GDAL's places start at the corner of a cell, not in its middle.
 Datos SobreMatriz(CMatriz<float>& m, const Colocacion& t, OGRSpatialReferenceH sistema) {
@@ -58,10 +52,6 @@ void Sustituye(CMatriz<float>& m, bool deNaN) {
 
 Rejilla Reproyecta(Rejilla& origen, OGRSpatialReferenceH destino, std::size_t maxMuestras, const CAvance& avance) {
     const CMensajesGdal mensajes;
-    const auto falla = [&](const char* que) -> CFallo {
-        return CFallo(std::string(que) + " (" + mensajes.Error("no reason given") + ")");
-    };
-
     Sustituye(origen.m_Alturas, true);
     const Datos datosOrigen = SobreMatriz(origen.m_Alturas, origen.m_Colocacion, origen.m_Sistema.get());
     const OGRSpatialReferenceH sistema = destino ? destino : origen.m_Sistema.get();
@@ -76,7 +66,7 @@ Rejilla Reproyecta(Rejilla& origen, OGRSpatialReferenceH destino, std::size_t ma
     double limites[4];
     if (!t || GDALSuggestedWarpOutput2(datosOrigen.get(), GDALGenImgProjTransform, t.get(), esquina.data(), &columnas,
                                        &filas, limites, 0) != CE_None)
-        throw falla("the grid can't be brought to its new coordinate system");
+        throw Fallo("the grid can't be brought to its new coordinate system", mensajes);
 
     const double reduce = std::max(1.0, std::sqrt(static_cast<double>(columnas) * filas /
                                                   std::max<double>(4.0, static_cast<double>(maxMuestras))));
@@ -99,7 +89,7 @@ Rejilla Reproyecta(Rejilla& origen, OGRSpatialReferenceH destino, std::size_t ma
                                             datosDestino.get(), wktDestino.empty() ? nullptr : wktDestino.c_str(),
                                             GRA_Bilinear, 0.0, 0.05, AvanceGdal::Paso, &progreso, nullptr);
     if (progreso.m_bCancelado) throw CCancelado();
-    if (error != CE_None) throw falla("resampling the grid failed");
+    if (error != CE_None) throw Fallo("resampling the grid failed", mensajes);
     GDALFlushCache(datosDestino.get());
     Sustituye(r.m_Alturas, false);
     return r;

@@ -9,7 +9,8 @@
 
 namespace Vertiz {
 
-/// Reads a picture row by row, whatever a pixel of it holds. What the picture doesn't have is white.
+/// Reads a picture row by row: colours, greys of 8 bits, palettes. What the picture doesn't have is white, and so are
+/// pixels of any other depth.
 class FilaBGR {
   public:
     /// @param raster   borrowed
@@ -18,20 +19,16 @@ class FilaBGR {
         : m_Raster(raster),
           m_nColumnas(columnas),
           m_nBytes(raster.TienePaleta() ? 3 : raster.BytesPixel()),
-          m_Fila(static_cast<std::size_t>(columnas) * static_cast<std::size_t>(std::max(m_nBytes, 3))) {}
+          m_Fila(3 * static_cast<std::size_t>(columnas)) {}
 
     /// Row `fila`, counted as the raster does; three bytes a pixel, valid until the next call.
     std::span<const BYTE> Lee(int fila) {
         std::ranges::fill(m_Fila, BYTE{255});
-        m_Raster.GetFila(m_Fila.data(), fila, 0, m_nColumnas);
-        const auto n = static_cast<std::size_t>(m_nColumnas);
+        if (m_nBytes == 1 || m_nBytes == 3) m_Raster.GetFila(m_Fila.data(), fila, 0, m_nColumnas);
         if (m_nBytes == 1)  // greys
-            for (std::size_t c = n; c-- > 0;)
+            for (std::size_t c = m_Fila.size() / 3; c-- > 0;)
                 m_Fila[3 * c] = m_Fila[3 * c + 1] = m_Fila[3 * c + 2] = m_Fila[c];
-        if (m_nBytes > 3)
-            for (std::size_t c = 1; c < n; ++c)
-                std::copy_n(m_Fila.data() + c * static_cast<std::size_t>(m_nBytes), 3, m_Fila.data() + 3 * c);
-        return {m_Fila.data(), 3 * n};
+        return m_Fila;
     }
 
   private:

@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
-#include <cstring>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -27,7 +26,7 @@ class CFicheroMemoria : public CFile {
     size_t Read(void* datos, size_t n) override {
         if (m_nPosicion >= m_Bytes.size()) return 0;
         n = std::min(n, static_cast<size_t>(m_Bytes.size() - m_nPosicion));
-        std::memcpy(datos, m_Bytes.data() + m_nPosicion, n);
+        std::copy_n(m_Bytes.data() + m_nPosicion, n, static_cast<BYTE*>(datos));  // n may be 0, with nowhere to put it
         m_nPosicion += n;
         return n;
     }

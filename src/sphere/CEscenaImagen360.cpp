@@ -11,6 +11,7 @@
 #include "sphere/Orientacion.h"
 
 #include <algorithm>
+#include <new>
 #include <vector>
 
 using Vertiz::CGeoImagen;
@@ -132,14 +133,18 @@ int CEscenaImagen360::OnIniciar() {
     return compilada && !HayErrorGL() ? 1 : 0;
 }
 
-// False on a GL error; bBuena tells whether OpenGL took the picture.
+// False on a GL error; bBuena tells whether memory and OpenGL took the picture.
 bool CEscenaImagen360::CargaTextura(bool& bBuena) {
     const IRaster& raster = *m_pImagen->GetRaster();
     const int columnas = raster.Ancho100() / raster.Factor100(), filas = raster.Alto100() / raster.Factor100();
     if (columnas < 1 || filas < 1 || !NuevaTextura(m_nTextura)) return false;
-    const std::vector<BYTE> rgb = Espejo(raster, columnas, filas);
-    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, columnas, filas, 0, GL_RGB, GL_UNSIGNED_BYTE, rgb.data());
-    bBuena = !HayErrorGL();
+    try {
+        const std::vector<BYTE> rgb = Espejo(raster, columnas, filas);
+        glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, columnas, filas, 0, GL_RGB, GL_UNSIGNED_BYTE, rgb.data());
+        bBuena = !HayErrorGL();
+    } catch (const std::bad_alloc&) {
+        bBuena = false;  // memory doesn't take it
+    }
     return true;
 }
 

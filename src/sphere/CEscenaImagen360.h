@@ -16,8 +16,8 @@
 /// sphere's axes to the terrain's (x east, y north, z up), so with all angles 0 the middle looks south and with (0, 0,
 /// 180 - A) to the azimuth A.
 ///
-/// The image is one texture: one larger than the driver takes (GL_MAX_TEXTURE_SIZE) shows the background alone. The
-/// radius is 0.5 GL units.
+/// The image is one texture: one larger than the driver (GL_MAX_TEXTURE_SIZE) or memory takes shows the background
+/// alone. The radius is 0.5 GL units.
 class LUMBRA_API CEscenaImagen360 : public CGL {
   public:
     /// Without image; the constructors from a scene take its context, view and settings over as copies do.
@@ -48,7 +48,7 @@ class LUMBRA_API CEscenaImagen360 : public CGL {
     int OnIniciarSeleccion() override { return 1; }
     /// Turns the sphere as the image's angles are now, and tells the image the angles used (m_Resultados).
     int OnRender() override;
-    /// Draws the sphere as a background, turned with the camera alone.
+    /// Draws the sphere as a background, turned with the camera alone, in the current context. @return 0 on a GL error
     int RenderConica();
     void OnLiberarContexto(bool bBorrar) override;
 

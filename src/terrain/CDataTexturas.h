@@ -79,5 +79,5 @@ struct LUMBRA_API CDataTexturas {
     bool EstaLlena(unsigned fila, unsigned col) const;
     bool TieneFichero() const { return m_pFichero && m_pFichero->IsOpen(); }
     /// File and texture objects are there.
-    bool EstaCargada() const { return TieneFichero() && m_pTexturas && !m_pTexturas->nombres.empty(); }
+    bool EstaDisponible() const { return TieneFichero() && m_pTexturas && !m_pTexturas->nombres.empty(); }
 };

@@ -1,6 +1,6 @@
 // The grid's scene: its life, the order in which its lists are built, the surface of a cell list, the render pass, and
 // the way from points and rays to the surface. The mesh of a matrix is in CEscenaDEMMalla.cpp, walls and floor in
-// CEscenaDEMBase.cpp, images in CEscenaDEMTexturas.cpp.
+// CEscenaDEMBase.cpp, images in CEscenaDEMTexturas.cpp, trees in CEscenaDEMArboles.cpp.
 
 #include "terrain/CEscenaDEM.h"
 

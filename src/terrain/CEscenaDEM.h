@@ -58,7 +58,7 @@ class LUMBRA_API CEscenaDEM : public CEscenaMDT {
     /// @param opciones  resolution of the texture, terrain units a pixel; pyramid
     /// @return 1, also when the user cancelled and there is no new record. 0, with nothing left behind: no grid in
     ///         matrix form; no pixels or no size; a cell of more pixels than the largest texture; no file, or no room
-    ///         for it; no context
+    ///         for it or for halving the image; no context
     int CargarImagen(Vertiz::IRaster* raster, Vertiz::CDataImagen& imagen, const CDataCargarImagen& opciones,
                      const CString& carpeta, Vertiz::CNivelMensajes nivel) override;
     /// As in CEscenaMDT; tiles are placed on this grid, which may be another one than they were cut for. Also 0 without

@@ -9,7 +9,11 @@ namespace {
 
 constexpr unsigned kTextoArboles = 12196;
 constexpr int kNivelMensajes = 3;
-constexpr short kRegistroAltura = 99;
+
+// A tree's height, in stored units.
+Vertiz::CAtrDigi RegistroAltura(double altura) {
+    return {CEscenaMDT::kRegistroAltura, Vertiz::ACoordenada<int>(altura), CString()};
+}
 
 // Trees planted with other decimals, brought to those of a new seed.
 void CambiaSemilla(Vertiz::CDibujo<int>& arboles, const Vertiz::CDataSemilla& semilla) {
@@ -19,9 +23,8 @@ void CambiaSemilla(Vertiz::CDibujo<int>& arboles, const Vertiz::CDataSemilla& se
     for (unsigned i = 0; i < arboles.Cantidad(); ++i) {
         Vertiz::CEntidadDigi<int>& arbol = *arboles[i];
         arbol.Escalar(k, k, k);
-        const int altura = arbol.DameRegistro(kRegistroAltura);
-        if (altura >= 0)
-            arbol.InsertaAtr(Vertiz::CAtrDigi(kRegistroAltura, Vertiz::ACoordenada<int>(altura * k), CString()));
+        const int altura = arbol.DameRegistro(CEscenaMDT::kRegistroAltura);
+        if (altura >= 0) arbol.InsertaAtr(RegistroAltura(altura * k));
     }
     arboles.ActualizaCantidades();
 }
@@ -35,7 +38,7 @@ void CEscenaDEM::CargarArboles(const Vertiz::CDibujo<int>& puntos, double altura
     CambiaSemilla(m_Arboles, puntos.Semilla());
     if (progreso != nullptr) progreso->Empieza(kNivelMensajes, kTextoArboles);
     const double p = puntos.Precision();
-    const Vertiz::CAtrDigi registro(kRegistroAltura, Vertiz::ACoordenada<int>(std::trunc(p * altura)), CString());
+    const Vertiz::CAtrDigi registro = RegistroAltura(std::trunc(p * altura));
     for (unsigned i = 0; i < puntos.Cantidad(); ++i) {
         if (progreso != nullptr &&
             progreso->Paso(kNivelMensajes, static_cast<int>(i), static_cast<int>(puntos.Cantidad()), 0) == 0) {

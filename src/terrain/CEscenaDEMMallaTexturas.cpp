@@ -25,8 +25,8 @@ struct CEscenaDEM::Tesela {
 
 // Pixels reach the texture objects when the surface is built for the first time after a load.
 void CEscenaDEM::LlenaTexturas() {
-    if (m_bEsReferencia != 0) return;  // the parent has filled them
     for (unsigned k = 0; k < m_Texturas.size(); ++k) {
+        if (m_Texturas[k].m_bPrestada != 0) continue;  // the parent fills it
         if (!m_Texturas[k].TieneFichero() || m_Texturas[k].m_bCargada != 0) continue;
         m_Texturas[k].m_bCargada = 1;
         const auto filas = static_cast<unsigned>(m_Texturas[k].m_nNumFilas);

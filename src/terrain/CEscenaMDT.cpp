@@ -1,5 +1,5 @@
 // What terrains share: the lists of their limits and breaklines, the state that a surface is drawn in, and the sky
-// behind it.
+// behind it. Images are in CEscenaMDTTexturas.cpp, buildings and trees in files of their own.
 
 #include "terrain/CEscenaMDT.h"
 

@@ -76,6 +76,7 @@ class LUMBRA_API CEscenaMDT : public CGL {
     virtual bool SetNumFilasCols(int& filasTextura, int& colsTextura, int filas, int cols, CDataTexturas& registro);
     /// Ties a record to the surface. @return 0 without a model
     virtual int AsignaTexturas(unsigned index, Vertiz::CNivelMensajes nivel) = 0;
+    /// The same for the outlines of a colour.
     virtual int AsignaTexturaSimple(unsigned index, Vertiz::CNivelMensajes nivel) = 0;
     /// Unties all records, before RecargarTexturas ties them again.
     virtual void IniciarTexturas(Vertiz::CNivelMensajes nivel) = 0;
@@ -95,12 +96,17 @@ class LUMBRA_API CEscenaMDT : public CGL {
     /// Fills the areas of a drawing with a colour, on this scene and on its references and links as CargarImagen.
     /// @param dibujo  outlines, made with new; the scene's from now on. Null is refused
     /// @param color   red in the low byte
-    /// @return 0 when they can't be tied to this scene's surface
+    /// @return 1; 0 when they can't be tied to this scene's surface: they are its all the same, and nobody else's
     int CargarTexturaSimple(Vertiz::CDibujo<int>* dibujo, unsigned long color);
+    /// Makes the texture objects of a record that has none, in the current context: they may have gone with a former
+    /// context of the scene. A record that looks at a parent's gets none of its own.
+    /// @return whether there are objects now
+    bool AseguraTexturas(unsigned index);
     /// Fills a tile's texture object from the file, in the current context. Levels above GetMaxTexDim are left out, and
     /// the tile doesn't count as full then.
     /// @return false at the first OpenGL error, without file or objects, or when the file can't be read
-    /// @thread any, with a context that shares objects with the scene's; different tiles at the same time
+    /// @thread any, with a context that shares objects with the scene's; different tiles at the same time, once the
+    ///         record has its objects
     bool Textura(unsigned index, unsigned fila, unsigned col);
     /// Builds a picture of 24 bits of a record's tiles as they are, side by side.
     /// @param destino  made anew from blocks (IRaster::Crear): a CTiff shows the picture, a CBmp every sixteenth row of
@@ -109,7 +115,7 @@ class LUMBRA_API CEscenaMDT : public CGL {
     /// Takes over a record's file, open and made with new, and makes texture objects anew. @return 0 without a context:
     /// the file is the record's all the same. Out of range it stays the caller's
     int GrabaFicheroTexturas(CFile* fichero, unsigned index);
-    /// Makes a record's texture objects anew.
+    /// Makes a record's texture objects anew; those of a record that looks at a parent's stay.
     int GrabaFicheroTexturas(unsigned index);
     /// Writes a file for a record from bytes in its form, takes it over, and makes texture objects anew.
     int GrabaFicheroTexturas(const char* datos, int size, unsigned index, const CString& carpeta);
@@ -124,6 +130,7 @@ class LUMBRA_API CEscenaMDT : public CGL {
     void SetDataTexturas(const std::vector<CDataTexturas>& registros) { m_Texturas = registros; }
     /// Copies out; the drawings are shared.
     void GetDataTexturasSimples(std::vector<CDataTexturaSimple>& texturas) const { texturas = m_TexturasSimples; }
+    /// Changes the colour of outlines, here alone; ignored out of range.
     void CambiaColorTexturaSimple(unsigned index, unsigned long color);
     /// How many triangles show a tile; 0 out of range, and where the surface doesn't go by triangles.
     std::size_t TriangulosTextura(unsigned index, unsigned fila, unsigned col) const;
@@ -138,21 +145,25 @@ class LUMBRA_API CEscenaMDT : public CGL {
 
     void OnLiberarContexto(bool bBorrar) override;
 
-    /// Compiles the limits: the box of the extents and the lines of a drawing.
+    /// Compiles the limits, in the current context: the box of the extents and the lines of a drawing.
     /// @param dibujo   outlines, integers on its own seed
     /// @param maximas  extents in local terrain units
+    /// @return 1; 0 a GL error
     int DibujarLimites(const Vertiz::CDibujo<int>& dibujo, const Vertiz::CMaximas<double>& maximas);
     /// Compiles breaklines in the styles of the digitising table; without a table, or when they have been built
-    /// already, there is nothing to do.
+    /// already, there is nothing to do. @return 1; 0 no context, or a GL error
     int DibujarRupturas(const Vertiz::CDibujo<int>& dibujo, const Vertiz::CMaximas<double>& maximas);
 
     /// From plan coordinates times the factor and a terrain height, both less the scene's offset as the caller has it,
     /// to GL space. In: x, y, z of the terrain. Out: x, y and z of GL, z not yet turned round.
+    /// @param maximas  without effect
     /// @param a, b, c  shift of the drawing in X, Y and Z  @param d  further shift of the height
     void TerrenoAPantallaGL(double& x, double& y, double& z, const Vertiz::CMaximas<double>& maximas, double a,
                             double b, double c, double d) const;
 
     // ---- Buildings and trees ----
+    /// The register of a tree's entity that holds its height.
+    static constexpr short kRegistroAltura = 99;
     /// Takes a set of buildings, borrowed; null for none. They show when their layer is built again.
     void RecargarEdificios(const CEdificios* pEdificios);
     /// A copy of the buildings shown; empty without a set.
@@ -168,13 +179,13 @@ class LUMBRA_API CEscenaMDT : public CGL {
     /// Send one tree into the open list: a round crown, or a cone, on a trunk. All in GL units.
     /// @param x,y,z   its foot, y upwards
     /// @param altura  from the foot to the top
-    /// @return 1; 0 a GL error, and the list is closed
+    /// @return 1; 0 a GL error in the trunk, and the list is closed
     static int PintaNaranjo(float x, float y, float z, float altura);
     static int PintaConifera(float x, float y, float z, float altura);
 
   protected:
-    /// Trees: an entity each, whose first point is the foot and whose register 99 is the height, integers on the
-    /// drawing's seed. One without the register isn't shown.
+    /// Trees: an entity each, whose first point is the foot and whose register kRegistroAltura is the height, integers
+    /// on the drawing's seed. One without the register isn't shown.
     Vertiz::CDibujo<int> m_Arboles;
     const CEdificios* m_pEdificios = nullptr;  ///< borrowed
     // The terrain axis that each axis of the scene shows, with its sign. Nothing sets others than these.
@@ -221,10 +232,13 @@ class LUMBRA_API CEscenaMDT : public CGL {
     // CEscenaMDTTeselas.cpp
     bool CambiaSizeTextura(unsigned index, int alto, int ancho, const CString& carpeta, int borrarFichero);
 
+    // CEscenaMDTEdificios.cpp
+    int CompilaEdificio(const CDataEdificio& edificio, double escala) const;
+
+    // CEscenaMDT.cpp
     void CopiaCapas(const CEscenaMDT& otra);
     void CompilaCaja(const Vertiz::CMaximas<double>& maximas) const;
     void CompilaLinea(const Vertiz::CLinea<double>& linea, const Vertiz::CMaximas<double>& maximas) const;
-    int CompilaEdificio(const CDataEdificio& edificio, double escala) const;
     static Vertiz::CLinea<double> LineaLocal(const Vertiz::CEntidadDigi<int>& entidad, double precision,
                                              const Vertiz::CMaximas<double>& maximas);
 };

@@ -13,7 +13,6 @@ struct Color {
     float rojo, verde, azul;
 };
 
-constexpr short kRegistroAltura = 99;
 constexpr int kLados = 8;
 
 // An octagon in plan, x and z, counterclockwise on a map.

@@ -3,6 +3,7 @@
 
 #include "terrain/CEscenaMDT.h"
 #include "terrain/FicheroTexturas.h"
+#include "frame/TexturaGL.h"
 #include "raster/CBloques.h"
 #include "raster/IRaster.h"
 #include "raster/OrdenCanales.h"
@@ -58,17 +59,9 @@ bool CEscenaMDT::SetNumFilasCols(int& filasTextura, int& colsTextura, int filas,
 
 namespace {
 
-// How a tile's pixels reach the surface.
-bool PreparaTextura(GLuint nombre, bool bPiramide) {
-    glBindTexture(GL_TEXTURE_2D, nombre);
-    if (HayErrorGL()) return false;
-    glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
-    if (HayErrorGL()) return false;
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_REPEAT);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_REPEAT);
-    if (HayErrorGL()) return false;
-    glTexEnvf(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE);
-    if (HayErrorGL()) return false;
+// Without smoothing, and from the halved copies where there are any.
+bool PreparaTesela(GLuint nombre, bool bPiramide) {
+    if (!PreparaTextura(nombre)) return false;
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
     if (HayErrorGL()) return false;
     glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, bPiramide ? GL_NEAREST_MIPMAP_NEAREST : GL_NEAREST);
@@ -80,14 +73,12 @@ bool PreparaTextura(GLuint nombre, bool bPiramide) {
 bool CEscenaMDT::Textura(unsigned index, unsigned fila, unsigned col) {
     if (index >= m_Texturas.size()) return false;
     CDataTexturas& registro = m_Texturas[index];
-    if (!registro.TieneFichero()) return false;
-    // The objects may have gone with a former context of the scene.
-    if (!registro.m_pTexturas && registro.m_bPrestada == 0 && !CreaTexturasGL(registro)) return false;
+    if (!registro.TieneFichero() || !AseguraTexturas(index)) return false;
     const GLuint nombre = registro.IdTextura(fila, col);
     if (nombre == 0) return false;
     const std::size_t tesela = registro.Tesela(fila, col);
     registro.m_pTexturas->llenas[tesela] = 0;
-    if (!PreparaTextura(nombre, registro.m_bPiramidales != 0)) return false;
+    if (!PreparaTesela(nombre, registro.m_bPiramidales != 0)) return false;
     std::vector<BYTE> pixeles;
     const std::vector<CNivelTexturas> niveles = NivelesTexturas(registro);
     char llena = 1;
@@ -224,7 +215,7 @@ class Cortador {
     bool LlenaTesela(int t, int u, bool& bLeida) {
         const Extension viejo(m_Viejo), nuevo(m_Nuevo);
         const std::int64_t pixeles = PixelesFila(u);
-        if (pixeles == 0) return true;
+        if (pixeles == 0) return bLeida = true;  // cells show it all the same: white, and not a hole, which is black
         const std::size_t bytesFila = m_Nivel.BytesFila();
         int i = 0;
         for (; i < m_Nuevo.m_nAltoUtil; ++i) {

@@ -3,7 +3,7 @@
 
 #include "terrain/CEscenaMDT.h"
 #include "terrain/FicheroTexturas.h"
-#include "raster/IRaster.h"
+#include "raster/RasterPropio.h"
 #include "platform/Ficheros.h"
 
 #include <algorithm>
@@ -25,10 +25,7 @@ constexpr UINT kModo = CFile::modeReadWrite | CFile::typeBinary;
 
 int CEscenaMDT::CargarImagen(const CString& nombre, IRaster* raster, Vertiz::CDataImagen& imagen,
                              const CDataCargarImagen& opciones, const CString& carpeta) {
-    struct Borra {
-        void operator()(IRaster* r) const { Vertiz::BorraRaster(r); }
-    };
-    const std::unique_ptr<IRaster, Borra> suelta(raster);
+    const Vertiz::RasterPropio suelta(raster);
     if (!raster) return 0;
     const std::size_t antes = m_Texturas.size();
     if (!CargarImagen(raster, imagen, opciones, carpeta, kNivel)) return 0;
@@ -125,8 +122,10 @@ int CEscenaMDT::GrabaFicheroTexturas(const char* datos, int size, unsigned index
 }
 
 int CEscenaMDT::GrabaFicheroTexturas(unsigned index) {
-    if (index >= m_Texturas.size() || !MakeCurrent(nullptr)) return 0;
+    if (index >= m_Texturas.size()) return 0;
     CDataTexturas& registro = m_Texturas[index];
+    if (registro.m_bPrestada != 0) return registro.m_pTexturas ? 1 : 0;
+    if (!MakeCurrent(nullptr)) return 0;
     BorraTexturasGL(registro, true);
     if (!CreaTexturasGL(registro)) return 0;
     wglMakeCurrent(nullptr, nullptr);
@@ -146,6 +145,13 @@ int CEscenaMDT::CreaTexturasGL(CDataTexturas& registro) {
     registro.m_pTexturas = std::move(texturas);
     registro.m_bCompartida = 0;
     return 1;
+}
+
+bool CEscenaMDT::AseguraTexturas(unsigned index) {
+    if (index >= m_Texturas.size()) return false;
+    CDataTexturas& registro = m_Texturas[index];
+    if (registro.m_pTexturas || registro.m_bPrestada != 0) return registro.m_pTexturas != nullptr;
+    return CreaTexturasGL(registro) != 0;
 }
 
 // Lets the texture objects go; the last record that they belong to deletes them, if bBorrar, in the current context.
@@ -168,7 +174,7 @@ void CEscenaMDT::DescargarImagen(unsigned index, int borrarFichero, int borrarRe
     if (registro.m_bPrestada == 0) {
         SueltaFichero(registro, borrarFichero != 0);
         SueltaTexturas(registro);
-    } else if (!registro.EstaCargada()) {  // the parent has unloaded it
+    } else if (!registro.EstaDisponible()) {  // the parent has unloaded it
         registro.m_pFichero = nullptr;
         registro.m_pTexturas = nullptr;
         registro.m_bCargada = 0;

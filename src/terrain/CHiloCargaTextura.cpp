@@ -74,11 +74,13 @@ void CHiloCargaTextura::Calculo(unsigned fila) {
     const CDataTexturas& registro = (*m_pRegistros)[m_nRegistro];
     const auto columnas = static_cast<unsigned>(std::max(registro.m_nNumCols, 0));
     for (unsigned col = 0; col < columnas && !HayQueParar(); ++col) {
-        if (registro.EstaLlena(fila, col) || (m_nTipo != 3 && !HayTriangulos(fila, col))) continue;
+        if (m_nTipo != 3 && !HayTriangulos(fila, col)) continue;
         bool actual = false;
         {
             const CSingleLock cierre(m_pSeccion, TRUE);
+            if (registro.EstaLlena(fila, col)) continue;
             actual = m_pEscena->MakeCurrent(&m_hContexto) != 0;
+            if (actual) m_pEscena->AseguraTexturas(m_nRegistro);  // by one worker for all
         }
         if (actual && !m_pEscena->Textura(m_nRegistro, fila, col)) {
             Para();

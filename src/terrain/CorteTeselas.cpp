@@ -21,6 +21,8 @@ namespace {
 
 constexpr unsigned kTextoCorte = 12194;
 
+constexpr BYTE kBlanco = 255;
+
 enum Resultado : int { kSinSitio = 0, kHecho = 1, kCancelado = 2 };
 
 // Pixels of a tile that hold image, on one axis of a level.
@@ -92,8 +94,7 @@ class Corte {
 
 int Corte::Corta(int interpolacion) {
     for (unsigned l = 0; l < m_Niveles.size(); ++l) {
-        if (l > 0)
-            if (const int resultado = Reduce(interpolacion); resultado != kHecho) return resultado;
+        if (const int resultado = l > 0 ? Reduce(interpolacion) : kHecho; resultado != kHecho) return resultado;
         EmpiezaNivel(l);
         for (int fila = 0; fila < m_Registro.m_nNumFilas; ++fila)
             for (int columna = 0; columna < m_Registro.m_nNumCols; ++columna)
@@ -104,11 +105,11 @@ int Corte::Corta(int interpolacion) {
     return m_Fichero.SetLength(largo) && m_Fichero.Flush() ? kHecho : kSinSitio;
 }
 
-// Rasters without room for the half may say what they say of a cancel. Where nobody could cancel, it is that.
+// Halves the image. Some pictures tell a want of room as they tell a cancel: where nobody could cancel, it was that.
 int Corte::Reduce(int interpolacion) {
     const int resultado = m_Raster.Reducir(interpolacion, 1);
-    if (resultado == kHecho) return kHecho;
-    return resultado == kCancelado && Vertiz::PorcentajeActual() != nullptr ? kCancelado : kSinSitio;
+    if (resultado == 1) return kHecho;
+    return resultado == 2 && Vertiz::PorcentajeActual() != nullptr ? kCancelado : kSinSitio;
 }
 
 void Corte::EmpiezaNivel(unsigned l) {
@@ -122,7 +123,7 @@ void Corte::EmpiezaNivel(unsigned l) {
     m_nColumnas = m_Raster.Ancho100() / 100;
     m_nFilasFuera = m_Encaje.FilasFuera(l);
     m_nColumnasFuera = m_Encaje.ColumnasFuera(l);
-    m_Tesela.resize(static_cast<std::size_t>(m_Nivel.bytes));
+    m_Tesela.assign(static_cast<std::size_t>(m_Nivel.bytes), kBlanco);
 }
 
 // Fills a tile and writes it, unless the image has nothing for it.
@@ -140,26 +141,29 @@ int Corte::CortaTesela(int fila, int columna) {
 
 // @param bSujeta  rows and columns are held to the image: a second try, without progress
 int Corte::LlenaTesela(int fila, int columna, bool bSujeta) {
-    std::ranges::fill(m_Tesela, BYTE{255});
     BuscaColumnas(columna, bSujeta);
     const std::size_t bytesFila = m_Nivel.BytesFila();
+    BYTE* pixeles = m_Tesela.data();
     m_bHayPixeles = false;
     int i = 0;
-    for (; i < m_nAltoUtil; ++i) {
+    for (; i < m_nAltoUtil; ++i, pixeles += bytesFila) {
         if (!bSujeta && !Avanza(1)) return kCancelado;
         const std::int64_t fuente = FilaFuente(fila, i, bSujeta);
         if (fuente < 0) {
             if (!Avanza(m_nAltoUtil - 1 - i)) return kCancelado;
             break;
         }
-        BYTE* const pixeles = &m_Tesela[static_cast<std::size_t>(i) * bytesFila];
-        if (fuente < m_nFilas && LeeFila(static_cast<int>(fuente), pixeles)) m_bHayPixeles = true;
+        if (fuente < m_nFilas && LeeFila(static_cast<int>(fuente), pixeles))
+            m_bHayPixeles = true;
+        else
+            std::fill_n(pixeles, bytesFila, kBlanco);
     }
-    if (i > 0 && m_nAltoUtil < m_Nivel.alto)
-        for (; i < m_Nivel.alto; ++i) {
-            BYTE* const destino = &m_Tesela[static_cast<std::size_t>(i) * bytesFila];
-            std::copy_n(destino - bytesFila, bytesFila, destino);
-        }
+    const bool repite = i > 0 && m_nAltoUtil < m_Nivel.alto;
+    for (; i < m_Nivel.alto; ++i, pixeles += bytesFila)
+        if (repite)
+            std::copy_n(pixeles - bytesFila, bytesFila, pixeles);
+        else
+            std::fill_n(pixeles, bytesFila, kBlanco);
     return kHecho;
 }
 
@@ -185,23 +189,26 @@ void Corte::BuscaColumnas(int columna, bool bSujeta) {
 }
 
 // Fills a row of the tile from a row of the image, and repeats its last pixel to the tile's edge. A picture of one byte
-// a pixel shows only when it is resampled, one of fewer bits never: its rows are white.
-// @return whether the image has something for the row, white or not
+// a pixel shows only when it is resampled, one of fewer bits never: its rows are white, as are those that can't be
+// read.
+// @return whether the image has something for the row, white or not; otherwise nothing is told of its pixels
 bool Corte::LeeFila(int fila, BYTE* pixeles) {
     if (m_Columnas.empty()) return false;
+    BYTE* const fin = pixeles + m_Nivel.BytesFila();
     const int bytes = m_Raster.BytesPixel();
     const bool enteros = m_Encaje.razon == 1.0;
-    if (bytes != 3 && (bytes != 1 || enteros)) return true;
     const int desde = m_Columnas.front(), cuantas = m_Columnas.back() - desde + 1;
-    BYTE* pixel = pixeles + 3 * static_cast<std::size_t>(m_nPrimera);
-    if (enteros) {
-        const std::size_t n = 3 * static_cast<std::size_t>(cuantas);
-        if (!m_Raster.GetFila(pixel, fila, desde, cuantas)) return false;
-        Vertiz::CambiaRojoAzul({pixel, n});
-        pixel += n;
+    m_Fuente.resize(3 * static_cast<std::size_t>(cuantas));
+    const bool muestra = bytes == 3 || (bytes == 1 && !enteros);
+    if (!muestra || !m_Raster.GetFila(m_Fuente.data(), fila, desde, cuantas)) {
+        std::fill(pixeles, fin, kBlanco);
+        return true;
+    }
+    BYTE* pixel = std::fill_n(pixeles, 3 * m_nPrimera, kBlanco);
+    if (enteros && static_cast<std::size_t>(cuantas) == m_Columnas.size()) {
+        Vertiz::CopiaRojoAzul(m_Fuente.data(), m_Columnas.size(), pixel);
+        pixel += 3 * m_Columnas.size();
     } else {
-        m_Fuente.resize(3 * static_cast<std::size_t>(cuantas));
-        if (!m_Raster.GetFila(m_Fuente.data(), fila, desde, cuantas)) return false;
         const std::size_t paso = bytes == 3 || m_Raster.TienePaleta() ? 3 : 1, ultimo = bytes - 1;
         for (const int c : m_Columnas) {
             const BYTE* const fuente = &m_Fuente[paso * static_cast<std::size_t>(c - desde)];
@@ -209,7 +216,7 @@ bool Corte::LeeFila(int fila, BYTE* pixeles) {
             pixel += 3;
         }
     }
-    for (BYTE* const fin = pixeles + m_Nivel.BytesFila(); pixel < fin; ++pixel)
+    for (; pixel < fin; ++pixel)
         *pixel = pixel[-3];
     return true;
 }

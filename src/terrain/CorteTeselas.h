@@ -27,7 +27,7 @@ struct EncajeTeselas {
 /// @param raster         halved in place for each level of the pyramid after the first
 /// @param registro       the layout, complete
 /// @param interpolacion  for IRaster::Reducir
-/// @param nivel          of the progress; 0 shows none, and can't be cancelled
-/// @return 1 done, 2 cancelled, 0 the file doesn't take it
+/// @param nivel          of the progress; 0 shows none but that of halving, which has its own
+/// @return 1 done, 2 cancelled, 0 the file doesn't take it, or the raster can't be halved
 int CortaTeselas(Vertiz::IRaster& raster, const CDataTexturas& registro, const EncajeTeselas& encaje, int interpolacion,
                  CFile& fichero, Vertiz::CNivelMensajes nivel);

@@ -2,15 +2,14 @@
 
 #include "io/LeeImagen.h"
 
+#include "Sistemas.h"
 #include "model/CElipsoide.h"
 #include "model/CPuntoPortula.h"
 #include "support/Progreso.h"
 #include "support/Temporales.h"
 
-#include <cpl_conv.h>
 #include <gdal.h>
 #include <gmock/gmock.h>
-#include <ogr_srs_api.h>
 
 #include <array>
 #include <cmath>
@@ -32,17 +31,6 @@ using Coor = Vertiz::CCoor3D<double>;
 
 CString Nombre(const std::filesystem::path& p) {
     return CString(p.string().c_str());
-}
-
-std::string WKT(int epsg) {
-    const OGRSpatialReferenceH s = OSRNewSpatialReference(nullptr);
-    OSRImportFromEPSG(s, epsg);
-    char* texto = nullptr;
-    OSRExportToWkt(s, &texto);
-    std::string copia = texto;
-    CPLFree(texto);
-    OSRRelease(s);
-    return copia;
 }
 
 // A GeoTIFF of these colours, north row first; `ajusta` may set what else the header has.
@@ -343,6 +331,10 @@ TEST_F(Imagenes, AnImageOffTheTerrainSaysWhereBothLie) {
     EXPECT_THAT(texto, HasSubstr("off the terrain"));
     EXPECT_THAT(texto, HasSubstr("440000"));
     EXPECT_THAT(texto, HasSubstr("500000"));
+    for (const auto& [x, y] : {std::pair{-100.0, 0.0}, {100.0, 0.0}, {0.0, -100.0}, {0.0, 100.0}}) {
+        opciones.m_Zona = CMaximas<double>(Coor(440000 + x, 4479970 + y, 0), Coor(440040 + x, 4480000 + y, 0));
+        EXPECT_THAT(Error({}, opciones), HasSubstr("off the terrain: the image has")) << x << ", " << y;
+    }
     Tiff ajena;
     ajena.m_nEPSG = 4326;
     ajena.m_Colocacion = {10.0, 0.001, 0, 50.0, 0, -0.001};

@@ -2,15 +2,14 @@
 
 #include "io/LeeVectores.h"
 
+#include "Sistemas.h"
 #include "model/CElipsoide.h"
 #include "model/CPuntoPortula.h"
 #include "support/Progreso.h"
 #include "support/Temporales.h"
 
-#include <cpl_conv.h>
 #include <gdal.h>
 #include <gmock/gmock.h>
-#include <ogr_srs_api.h>
 
 #include <numbers>
 
@@ -23,17 +22,6 @@ using Vertiz::CFiguraVector;
 using Vertiz::CResultadoVectores;
 using Vertiz::LeeVectores;
 using Coor = Vertiz::CCoor3D<double>;
-
-std::string WKT(int epsg) {
-    const OGRSpatialReferenceH s = OSRNewSpatialReference(nullptr);
-    OSRImportFromEPSG(s, epsg);
-    char* texto = nullptr;
-    OSRExportToWkt(s, &texto);
-    std::string copia = texto;
-    CPLFree(texto);
-    OSRRelease(s);
-    return copia;
-}
 
 // Features of GeoJSON in a plane system, or in degrees (epsg 4326).
 std::string Coleccion(const std::vector<std::pair<std::string, std::string>>& figuras, int epsg = 25830) {
@@ -194,6 +182,14 @@ TEST_F(Vectores, CurvesBecomeLines) {
     EXPECT_GT(linea.NPuntos(), 10u);
     for (const Coor& p : linea.Puntos())
         EXPECT_NEAR(std::hypot(p.x - 10, p.y), 10.0, 1e-6);
+}
+
+TEST_F(Vectores, AnOutlineThatIsOpenIsClosed) {
+    const CResultadoVectores leidas = Lee("WKT,n\n\"POLYGON ((0 0, 10 0, 10 10))\",1\n", {}, "abierta.csv");
+    ASSERT_EQ(leidas.m_nResultado, 1) << leidas.m_Error.Utf8();
+    const auto& contorno = leidas.m_Figuras.at(0).m_Lineas.at(0);
+    EXPECT_EQ(contorno.NPuntos(), 4u);
+    EXPECT_TRUE(contorno.EsCerrada());
 }
 
 TEST_F(Vectores, CodesAreTheLayers) {

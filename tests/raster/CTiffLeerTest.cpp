@@ -2,6 +2,7 @@
 
 #include "raster/Tiffs.h"
 #include "platform/Memoria.h"
+#include "support/Memoria.h"
 #include "support/Progreso.h"
 
 #include <gmock/gmock.h>
@@ -503,15 +504,6 @@ TEST_F(CTiffLeer, WithoutAPlaceForTheTemporaryFileItIsRefused) {
     EXPECT_FALSE(progreso.m_Mensajes.empty());
 }
 
-// A figure of this process' memory, in kilobytes.
-long Memoria(const char* nombre) {
-    std::ifstream estado("/proc/self/status");
-    std::string linea;
-    while (std::getline(estado, linea))
-        if (linea.starts_with(nombre)) return std::atol(linea.c_str() + std::strlen(nombre));
-    return -1;
-}
-
 // What reading in file mode takes of memory at most, in kilobytes, in a process of its own; -1 when it fails.
 long MaximoLeyendo(const std::filesystem::path& ruta) {
     int tubo[2];
@@ -521,11 +513,11 @@ long MaximoLeyendo(const std::filesystem::path& ruta) {
         // What the tests before took isn't this reading's: the peak counts from here on.
         malloc_trim(0);
         std::ofstream("/proc/self/clear_refs") << 5 << std::flush;
-        const long antes = Memoria("VmRSS:");
+        const long antes = MemoriaProceso("VmRSS:");
         long kb = -1;
         {
             Abierto a(ruta, 1);
-            if (a.raster.Leer(false) == 1) kb = Memoria("VmHWM:") - antes;
+            if (a.raster.Leer(false) == 1) kb = MemoriaProceso("VmHWM:") - antes;
         }
         _exit(write(tubo[1], &kb, sizeof kb) == sizeof kb ? 0 : 1);
     }

@@ -16,47 +16,47 @@ class EscenaConPasos : public EscenaPanorama {
     using EscenaPanorama::EscenaPanorama;
     using EscenaPanorama::operator=;
     int OnIniciar() override {
-        m_Pasos.push_back("OnIniciar");
+        m_pPasos->push_back("OnIniciar");
         return m_nFalla == 1 ? 0 : EscenaPanorama::OnIniciar();
     }
     int OnIniciarSeleccion() override {
-        m_Pasos.push_back("OnIniciarSeleccion");
+        m_pPasos->push_back("OnIniciarSeleccion");
         return m_nFalla == 2 ? 0 : 1;
     }
     int OnIniciarLimites() override {
-        m_Pasos.push_back("OnIniciarLimites");
+        m_pPasos->push_back("OnIniciarLimites");
         return m_nFalla == 3 ? 0 : 1;
     }
-    EscenaPrueba::Pasos m_Pasos;
+    EscenaPrueba::Pasos* m_pPasos = nullptr;  ///< outlives the group, whose scenes note their end too
     int m_nFalla = 0;
 };
 
 TEST_F(Esferica, IniciarBuildsInOrder) {
+    EscenaPrueba::Pasos pasos;
     EscenaConPasos escena(new ImagenContada(new Foto(4, 2)), 1);
+    escena.m_pPasos = &pasos;
     ASSERT_EQ(escena.CreaEn(m_Tela), 1);
-    auto* referencia = new EscenaPrueba(L"ref", &escena.m_Pasos);
-    auto* vinculo = new EscenaPrueba(L"vin", &escena.m_Pasos);
+    auto* referencia = new EscenaPrueba(L"ref", &pasos);
+    auto* vinculo = new EscenaPrueba(L"vin", &pasos);
     escena.ReferenciaNuevo(referencia);
     escena.VinculoNuevo(vinculo);
     escena.OnZoomExtension();
     const auto construye = [&] {
-        escena.m_Pasos.clear();
+        pasos.clear();
         const int r = escena.Iniciar();
         wglMakeCurrent(nullptr, nullptr);
         return r;
     };
     EXPECT_EQ(construye(), 1);
-    EXPECT_EQ(escena.m_Pasos,
-              (EscenaPrueba::Pasos{"OnIniciar", "OnIniciarSeleccion", "ref.OnIniciar", "vin.OnIniciar"}));
+    EXPECT_EQ(pasos, (EscenaPrueba::Pasos{"OnIniciar", "OnIniciarSeleccion", "ref.OnIniciar", "vin.OnIniciar"}));
     EXPECT_NE(escena.m_nListaEjes, 0u);
     escena.SetLimites(1);
     escena.SetReferencia(0);
     EXPECT_EQ(construye(), 1);
-    EXPECT_EQ(escena.m_Pasos,
-              (EscenaPrueba::Pasos{"OnIniciar", "OnIniciarSeleccion", "OnIniciarLimites", "vin.OnIniciar"}));
+    EXPECT_EQ(pasos, (EscenaPrueba::Pasos{"OnIniciar", "OnIniciarSeleccion", "OnIniciarLimites", "vin.OnIniciar"}));
     escena.m_Data.m_bMaximasObjeto = 0;
     EXPECT_EQ(construye(), 1);
-    EXPECT_EQ(escena.m_Pasos, (EscenaPrueba::Pasos{"OnIniciarSeleccion", "OnIniciarLimites", "vin.OnIniciar"}));
+    EXPECT_EQ(pasos, (EscenaPrueba::Pasos{"OnIniciarSeleccion", "OnIniciarLimites", "vin.OnIniciar"}));
     for (const int falla : {2, 3}) {
         escena.m_nFalla = falla;
         EXPECT_EQ(construye(), 0);
@@ -64,7 +64,7 @@ TEST_F(Esferica, IniciarBuildsInOrder) {
     escena.m_nFalla = 1;
     escena.m_Data.m_bMaximasObjeto = 1;
     EXPECT_EQ(construye(), 0);
-    EXPECT_EQ(escena.m_Pasos, EscenaPrueba::Pasos{"OnIniciar"});
+    EXPECT_EQ(pasos, EscenaPrueba::Pasos{"OnIniciar"});
 }
 
 TEST_F(Esferica, IniciarSetsWidthsAndCompilesMarks) {

@@ -221,6 +221,17 @@ TEST_F(Esferica, PixelsThatCantBeReadAreWhite) {
     wglMakeCurrent(nullptr, nullptr);
 }
 
+TEST_F(Esferica, PixelsOfOtherDepthsAreWhite) {
+    class Otra : public Gris {
+        int BytesPixel() const override { return 4; }
+    };
+    EscenaPanorama escena(new ImagenContada(new Otra), 1);
+    ASSERT_EQ(escena.CreaEn(m_Tela), 1);
+    ASSERT_EQ(escena.OnIniciar(), 1);
+    EXPECT_EQ(TexturaActual(3, 2), std::vector<GLubyte>(18, 255));
+    wglMakeCurrent(nullptr, nullptr);
+}
+
 TEST_F(Esferica, ASizeOfNothingIsNoImage) {
     EscenaPanorama escena(new ImagenContada(new SinPixeles(0, 2)), 1);
     ASSERT_EQ(escena.CreaEn(m_Tela), 1);
@@ -315,6 +326,20 @@ TEST_F(Esferica, AnImageTooLargeForOpenGLShowsTheBackground) {
     ASSERT_EQ(escena.Render(), 1);
     for (const int x : {0, 20, 32, 63})
         EXPECT_EQ(m_Tela.Pixel(x, 24), 0x102030u);
+}
+
+TEST_F(Esferica, AnImageTooLargeForMemoryShowsTheBackground) {
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+    GTEST_SKIP() << "the sanitizer ends the process instead";
+#endif
+    constexpr int kLado = 20'000'000;  // more bytes than a process can address
+    EscenaPanorama escena(new ImagenContada(new SinPixeles(kLado, kLado)), 1);
+    ASSERT_EQ(escena.CreaEn(m_Tela), 1);
+    const RegistroGL registro;
+    ASSERT_EQ(escena.OnIniciar(), 1);
+    EXPECT_EQ(registro.Cuenta("glTexImage2D"), 0u);
+    EXPECT_EQ(registro.Cuenta("glCallList") + registro.Cuenta("glBegin"), 0u);
+    wglMakeCurrent(nullptr, nullptr);
 }
 
 TEST_F(Esferica, GLErrorsInTheTextureOrTheListAreFailures) {

@@ -33,7 +33,7 @@ TEST_F(Registros, ANewOneIsEmpty) {
     EXPECT_EQ(r.m_Transformacion.m_UnidadAngular.GetCodigo(), 3);
     EXPECT_EQ(r.NumTeselas(), 0u);
     EXPECT_FALSE(r.TieneFichero());
-    EXPECT_FALSE(r.EstaCargada());
+    EXPECT_FALSE(r.EstaDisponible());
     EXPECT_EQ(r.m_bPiramidales + r.m_bCargada + r.m_bCompartida + r.m_bPrestada, 0);
     EXPECT_EQ(r.IdTextura(0, 0), 0u);
 }
@@ -50,7 +50,7 @@ TEST_F(Registros, TilesAreNumberedByRowsAndAskedForWithinTheLayout) {
     EXPECT_FALSE(r.EstaLlena(0, 1));
     EXPECT_TRUE(r.EstaLlena(1, 2));
     EXPECT_FALSE(r.EstaLlena(2, 0));
-    EXPECT_TRUE(r.EstaCargada());
+    EXPECT_TRUE(r.EstaDisponible());
 }
 
 TEST_F(Registros, ALayoutThatGrewBeyondItsObjectsHasNoneThere) {

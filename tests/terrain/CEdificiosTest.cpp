@@ -374,13 +374,9 @@ TEST_F(Pueblo, TheyAreBuiltAndDrawnWhenAskedFor) {
     ASSERT_EQ(m_escena.Iniciar(), 1);
     const GLuint lista = m_escena.m_nListaEdificios;
     ASSERT_NE(lista, 0u);
-    const std::string llama = "glCallList(" + std::to_string(lista) + ")";
     for (const int visibles : {1, 0}) {
         m_escena.SetEdificios(visibles);
-        ASSERT_TRUE(m_escena.MakeCurrent(nullptr));
-        const RegistroGL registro;
-        ASSERT_EQ(m_escena.OnRender(), 1);
-        EXPECT_EQ(std::ranges::count(registro.Ejecutadas(), llama), visibles);
+        EXPECT_EQ(LlamadasEnCuadro(lista), visibles);
     }
     EscenaTerreno copia(m_escena);
     EXPECT_EQ(copia.m_pEdificios, &m_edificios);

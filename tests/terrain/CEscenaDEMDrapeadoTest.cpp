@@ -2,6 +2,7 @@
 // little memory that cutting it takes.
 
 #include "Drapeado.h"
+#include "support/Memoria.h"
 
 #include <malloc.h>
 #include <sys/wait.h>
@@ -67,17 +68,12 @@ const Punto kOjos[] = {{0.5, 1.2, 0.9, 0}, {-1, 0.8, 0.3, 0}, {0.1, 1, -1, 0}};
 
 // ---- The right way up ----------------------------------------------------------------------------------------------
 
-Color Cuadrante(int fila, int columna, int filas, int columnas) {
-    const bool norte = fila < filas / 2, oeste = columna < columnas / 2;
-    if (norte) return oeste ? Color{250, 0, 0} : Color{0, 250, 0};
-    return oeste ? Color{0, 0, 250} : Color{250, 250, 0};
-}
-
 TEST_F(FotoDrapeada, TheImageIsTheRightWayUpAndNotMirrored) {
-    // Quarters of red and green in the north, blue and yellow in the south; in tiles and in one piece.
+    // Red grows to the east and green to the north, in every tile as in all of the image.
+    const auto color = [](double fx, double fy) { return Color{BYTE(250 * fx), BYTE(250 * (1 - fy)), 100}; };
+    const auto pintor = [&](int r, int c) { return color(c / 300.0, r / 240.0); };
     for (const int tesela : {1024, 64}) {
         Tesela(tesela);
-        const auto pintor = [](int r, int c) { return Cuadrante(r, c, 240, 300); };
         ASSERT_EQ(Drapea(*Pinta(300, 240, pintor), {.oeste = kOeste, .norte = kNorte, .pixel = 2, .resolucion = 2}), 1);
         for (int vista = -1; vista < 3; ++vista) {
             const Imagen imagen = Toma1(vista < 0 ? nullptr : &kOjos[vista]);
@@ -85,14 +81,14 @@ TEST_F(FotoDrapeada, TheImageIsTheRightWayUpAndNotMirrored) {
                 EXPECT_LT(Pixel(kOeste + 50, kNorte - 50).y, Pixel(kOeste + 50, kSur + 50).y) << "north is up";
                 EXPECT_LT(Pixel(kOeste + 50, kNorte - 50).x, Pixel(kOeste + 550, kNorte - 50).x) << "west is left";
             }
-            // The nearer hills hide some of what lies behind: look where nothing stands higher.
-            for (const auto& [fx, fy] : {std::pair{0.25, 0.25}, {0.75, 0.25}, {0.25, 0.75}, {0.75, 0.75}}) {
-                const CPoint p = Pixel(kOeste + 600 * fx, kNorte - 480 * fy);
-                const auto visto = imagen.Pixel(p.x, p.y);
-                const Color color = Cuadrante(int(240 * fy), int(300 * fx), 240, 300);
-                for (std::size_t b = 0; b < 3; ++b)
-                    EXPECT_NEAR(visto[b], color[b], 12) << "view " << vista << ", at " << fx << ", " << fy;
-            }
+            for (double fx = 0.15; fx < 0.9; fx += 0.1)
+                for (double fy = 0.15; fy < 0.9; fy += 0.1) {
+                    const CPoint p = Pixel(kOeste + 600 * fx, kNorte - 480 * fy);
+                    if (p.x < 0 || p.x >= kAncho || p.y < 0 || p.y >= kAlto) continue;
+                    const auto visto = imagen.Pixel(p.x, p.y);
+                    for (std::size_t b = 0; b < 3; ++b)
+                        EXPECT_NEAR(visto[b], color(fx, fy)[b], 14) << "view " << vista << ", at " << fx << ", " << fy;
+                }
         }
         m_escena.DescargarImagen(0, 1, 1, 1);
     }
@@ -261,6 +257,50 @@ TEST_F(FotoDrapeada, TheSecondImageShowsBesideTheFirstWhichWinsWhereTheyOverlap)
     EXPECT_NEAR(visto(400, 400)[0], visto(400, 400)[1], 2);
 }
 
+TEST_F(FotoDrapeada, TilesOfAnotherSizeShowTheSame) {
+    for (const auto& [oeste, norte] : {std::pair{0.0, 0.0}, {63.5, -41.25}, {-37.25, 53.5}})
+        for (const auto& [antes, despues, celdas] : {std::tuple{128, 64, 6}, {64, 128, 12}}) {
+            SCOPED_TRACE(testing::Message() << "at " << oeste << ", " << norte << ": " << antes << " to " << despues);
+            Tesela(antes);
+            // 420 rows are seven tiles of 60, or three and a half of 120: the tiles reach further north then.
+            ASSERT_EQ(Drapea(*Pinta(480, 420, Lineas(kOeste + oeste, kNorte + norte, 1)),
+                             {kOeste + oeste, kNorte + norte, 1, 1}),
+                      1);
+            const double sur = Registro().m_dOrigenY;
+            const Imagen una = Toma1();
+            Tesela(1024);
+            m_escena.CambiaSizeTexturas(despues, despues, Carpeta(), 1);
+            const CDataTexturas r = Registro();
+            EXPECT_EQ(r.m_nAnchoTextura, despues);
+            EXPECT_EQ(r.m_nCeldasFila, celdas);
+            EXPECT_EQ(r.m_nCeldasCol, celdas);
+            EXPECT_EQ(r.m_dOrigenY, sur);
+            EXPECT_EQ(r.m_bPiramidales, 0);
+            const Imagen otra = Toma1();
+            int distintos = 0, terreno = 0;
+            for (int y = 0; y < kAlto; ++y)
+                for (int x = 0; x < kAncho; ++x) {
+                    const auto a = una.Pixel(x, y), b = otra.Pixel(x, y);
+                    terreno += !EsFondo(a);
+                    for (std::size_t k = 0; k < 3; ++k)
+                        if (std::abs(a[k] - b[k]) > 60) {
+                            ++distintos;
+                            break;
+                        }
+                }
+            EXPECT_GT(terreno, kAncho * kAlto / 4);
+            EXPECT_LT(distintos, terreno / 200);
+            m_escena.DescargarImagen(0, 1, 1, 1);
+        }
+}
+
+// Red and green in the north, blue and yellow in the south.
+Color Cuadrante(int fila, int columna, int filas, int columnas) {
+    const bool norte = fila < filas / 2, oeste = columna < columnas / 2;
+    if (norte) return oeste ? Color{250, 0, 0} : Color{0, 250, 0};
+    return oeste ? Color{0, 0, 250} : Color{250, 250, 0};
+}
+
 TEST_F(FotoDrapeada, FromFarAwayAPyramidShowsTheImage) {
     // Tiles come to a pixel and less: every level has to be there, and the parts of the image in their places.
     const auto pintor = [](int r, int c) { return Cuadrante(r, c, 240, 300); };
@@ -297,15 +337,6 @@ TEST_F(FotoDrapeada, FromFarAwayAPyramidShowsTheImage) {
 
 // ---- Memory --------------------------------------------------------------------------------------------------------
 
-// A figure of this process' memory, in kilobytes.
-long Memoria(const char* nombre) {
-    std::ifstream estado("/proc/self/status");
-    std::string linea;
-    while (std::getline(estado, linea))
-        if (linea.starts_with(nombre)) return std::atol(linea.c_str() + std::strlen(nombre));
-    return -1;
-}
-
 TEST_F(FotoDrapeada, CuttingAPictureInAFileTakesLittleMemory) {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
     GTEST_SKIP() << "memory of sanitizers counts too";
@@ -316,9 +347,9 @@ TEST_F(FotoDrapeada, CuttingAPictureInAFileTakesLittleMemory) {
         ASSERT_TRUE(raster.Crear(4000, 4000, 24, 100.0F, true, nullptr, nullptr, false));
         malloc_trim(0);
         std::ofstream("/proc/self/clear_refs") << 5 << std::flush;
-        const long antes = Memoria("VmRSS:");
+        const long antes = MemoriaProceso("VmRSS:");
         ASSERT_EQ(Drapea(raster, {kOeste, kNorte, 0.1, resolucion, 1}), 1);
-        EXPECT_LT(Memoria("VmHWM:") - antes, 32 * 1024) << resolucion;
+        EXPECT_LT(MemoriaProceso("VmHWM:") - antes, 32 * 1024) << resolucion;
         m_escena.DescargarImagen(0, 1, 1, 1);
     }
 }

@@ -217,6 +217,27 @@ TEST_F(MallaTexturas, AReferenceDrawsWithTheOwnersObjectsAndFillsNone) {
     EXPECT_EQ(registro.Cuenta("glArrayElement"), 6u * 7 * 4);
 }
 
+TEST_F(MallaTexturas, AChildFillsTheImagesThatAreItsOwn) {
+    Monta(6, 7);
+    Vertiz::CDataImagen imagen(1000, 2060, 5, 5, Vertiz::CDataImagen::ABSOLUTA);
+    CDataCargarImagen opciones;
+    opciones.m_dResolucion = 5;
+    for (const int tipo : {1, 3}) {
+        auto* hija = new EscenaTerreno(&m_dem);
+        hija->SetTipo(tipo);
+        hija->SetQuad(1);
+        m_escena.ReferenciaNuevo(hija);
+        CEscenaMDT& escena = *hija;
+        ASSERT_EQ(escena.CargarImagen(L"x", Pinta(20, 12, Abigarrado).release(), imagen, opciones, Carpeta()), 1);
+        CDataTexturas r;
+        ASSERT_TRUE(hija->GetDataTexturas(0, r));
+        const RegistroGL registro;
+        EXPECT_EQ(hija->OnIniciar(), 1);
+        EXPECT_EQ(hija->OnIniciar(), 1);
+        EXPECT_EQ(registro.Cuenta("glTexImage2D"), r.NumTeselas()) << "once, type " << tipo;
+    }
+}
+
 TEST_F(MallaTexturas, AnUnloadedImageIsDrawnWhite) {
     Monta(6, 7);
     Cubre(1, 1, 4, 4);

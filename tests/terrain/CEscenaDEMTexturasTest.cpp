@@ -291,6 +291,28 @@ TEST_F(TexturasRejilla, CancellingAtAnyStepLeavesNothing) {
     CompruebaQueDibuja();
 }
 
+TEST_F(TexturasRejilla, AnImageThatCanNotBeHalvedIsAFailureUnlessTheUserCancelled) {
+    struct SinMitad : Vertiz::CBmp {
+        int resultado = 0;
+        int Reducir(int, int) override { return resultado; }
+    };
+    const auto drapea = [&](int resultado) {
+        SinMitad raster;
+        EXPECT_TRUE(raster.Crear(9, 9, 24, 100.0F, false, nullptr, nullptr, false));
+        raster.resultado = resultado;
+        const int r = Drapea(raster, {.oeste = 1000, .norte = 2400, .piramide = 1});
+        EXPECT_EQ(CuentaRegistros(), 0u) << resultado;
+        EXPECT_EQ(m_carpeta.CuentaFicheros(), 0u) << resultado;
+        return r;
+    };
+    for (const int resultado : {0, 2, 15103})
+        EXPECT_EQ(drapea(resultado), 0) << resultado << ", and nobody could cancel";
+    const Progreso progreso;
+    EXPECT_EQ(drapea(2), 1);
+    EXPECT_EQ(drapea(15103), 0);
+    CompruebaQueDibuja();
+}
+
 TEST_F(TexturasRejilla, WithoutAFolderThereIsNoImage) {
     const std::size_t descriptores = CuentaDescriptores();
     Vertiz::CDataImagen imagen(1000, 2400, 1, 1, Vertiz::CDataImagen::ABSOLUTA);
@@ -310,7 +332,10 @@ TEST_F(TexturasRejilla, WithoutRoomOnTheDiskThereIsNoImageAndNoFile) {
     Tesela(64);
     for (const rlim_t bytes : {rlim_t(0), rlim_t(64 * 64 * 3), rlim_t(15 * 64 * 64 * 3 + 7)}) {
         const DiscoLleno lleno(bytes);
+        const Progreso progreso;
         EXPECT_EQ(Drapea(*raster, Normal()), 0) << bytes;
+        // 60 rows for each tile: it ends with the first that isn't taken.
+        EXPECT_EQ(progreso.m_Pasos.size(), 60 * (bytes / (64 * 64 * 3) + 1)) << bytes;
         EXPECT_EQ(CuentaRegistros(), 0u);
         EXPECT_EQ(m_carpeta.CuentaFicheros(), 0u) << bytes;
     }

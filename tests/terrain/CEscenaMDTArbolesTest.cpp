@@ -414,13 +414,9 @@ TEST_F(Bosque, TreesAreBuiltAndDrawnWhenAskedForAndPlantedOnesShowAtTheNextBuild
     ASSERT_EQ(m_escena.IniciarArboles(), 1);
     const GLuint lista = m_escena.m_nListaArboles;
     ASSERT_NE(lista, 0u);
-    const std::string llama = "glCallList(" + std::to_string(lista) + ")";
     for (const int visibles : {1, 0}) {
         m_escena.SetArboles(visibles);
-        ASSERT_TRUE(m_escena.MakeCurrent(nullptr));
-        const RegistroGL registro;
-        ASSERT_EQ(m_escena.OnRender(), 1);
-        EXPECT_EQ(std::ranges::count(registro.Ejecutadas(), llama), visibles);
+        EXPECT_EQ(LlamadasEnCuadro(lista), visibles);
     }
 }
 

@@ -94,7 +94,7 @@ TEST_F(Compartidas, ARefusedChildKeepsItsOwn) {
     m_escena.VinculoNuevo(&m_escena);
     ASSERT_EQ(Carga(m_escena, kDosPorDos), 1);
     m_escena.ReferenciaNuevo(&m_escena);
-    EXPECT_TRUE(m_escena.m_Texturas.at(0).EstaCargada());
+    EXPECT_TRUE(m_escena.m_Texturas.at(0).EstaDisponible());
     delete padre;
 }
 
@@ -121,7 +121,7 @@ TEST_F(Compartidas, TheParentsUnloadReachesThemAll) {
         EXPECT_EQ(hijo->m_Texturas[0].m_pTexturas, nullptr);
         EXPECT_EQ(hijo->m_Texturas[0].IdTextura(0, 0), 0u);
         EXPECT_FALSE(Llena(*hijo));
-        EXPECT_TRUE(hijo->m_Texturas[1].EstaCargada());
+        EXPECT_TRUE(hijo->m_Texturas[1].EstaDisponible());
     }
     m_escena.DescargarImagen(0, 1, 1, 1);
     EXPECT_EQ(referencia->m_Texturas.size(), 1u);
@@ -143,10 +143,19 @@ TEST_F(Compartidas, AChildsOwnUnloadTakesItsRecordOnly) {
     EXPECT_TRUE(Llena(m_escena));
 }
 
+TEST_F(Compartidas, AChildMakesNoObjectsInPlaceOfTheParents) {
+    EscenaImagen* hijo = Hijo(m_escena, true);
+    ASSERT_EQ(Carga(m_escena, kDosPorDos), 1);
+    const RegistroGL registro;
+    EXPECT_EQ(hijo->GrabaFicheroTexturas(0), 1);
+    EXPECT_EQ(registro.Cuenta("glGenTextures"), 0u);
+    EXPECT_TRUE(MuestraLoMismo(*hijo, m_escena));
+}
+
 TEST_F(Compartidas, AnImageOfAChildsOwnGoesWithTheChild) {
     EscenaImagen* hijo = Hijo(m_escena, true);
     ASSERT_EQ(CargaImagen(*hijo), 1);
-    ASSERT_TRUE(hijo->m_Texturas.at(0).EstaCargada());
+    ASSERT_TRUE(hijo->m_Texturas.at(0).EstaDisponible());
     const auto nombres = Nombres(hijo->m_Texturas[0]);
     EXPECT_EQ(Ficheros(), 1u);
     const RegistroGL registro;
@@ -178,7 +187,7 @@ TEST_F(Compartidas, AChildThatIsHandedBackLooksAtNothingOnceTheParentUnloads) {
     const std::unique_ptr<CGL> suelto(m_escena.BorraReferencia(L"h"));
     ASSERT_EQ(suelto.get(), hijo);
     m_escena.DescargarImagen(0, 1, 1, 1);
-    EXPECT_FALSE(hijo->m_Texturas.at(0).EstaCargada());
+    EXPECT_FALSE(hijo->m_Texturas.at(0).EstaDisponible());
     EXPECT_FALSE(hijo->Textura(0, 0, 0));
 }
 
@@ -209,7 +218,7 @@ TEST_F(Compartidas, ACopyHasFilesOfItsOwnAndSharesTheObjects) {
     asignada = m_escena;
     EXPECT_EQ(Ficheros(), 3u);
     for (EscenaImagen* otra : {&copia, &asignada}) {
-        ASSERT_TRUE(otra->m_Texturas.at(0).EstaCargada());
+        ASSERT_TRUE(otra->m_Texturas.at(0).EstaDisponible());
         EXPECT_EQ(otra->m_Texturas[0].IdTextura(1, 1), m_escena.m_Texturas[0].IdTextura(1, 1));
         EXPECT_NE(otra->m_Texturas[0].m_sNombreFichero, m_escena.m_Texturas[0].m_sNombreFichero);
         EXPECT_EQ(Contenido(otra->m_Texturas[0].m_sNombreFichero), kDosPorDos.Fichero());
@@ -266,7 +275,7 @@ TEST_F(Compartidas, AChildSharedWithACopyGoesOnWhenItsFirstParentIsGone) {
     EscenaImagen copia(*fuente);
     ASSERT_EQ(copia.m_Referencias.at(0), hijo);
     fuente.reset();
-    EXPECT_TRUE(hijo->m_Texturas.at(0).EstaCargada());
+    EXPECT_TRUE(hijo->m_Texturas.at(0).EstaDisponible());
     ASSERT_TRUE(copia.MakeCurrent(nullptr));
     EXPECT_TRUE(hijo->Textura(0, 1, 1));
     wglMakeCurrent(nullptr, nullptr);
@@ -287,7 +296,7 @@ TEST_F(Compartidas, AssignmentLetsGoOfWhatWasThere) {
     EXPECT_EQ(Ficheros(), 2u);
     const EscenaImagen& misma = otra;
     otra = misma;
-    EXPECT_TRUE(otra.m_Texturas.at(0).EstaCargada());
+    EXPECT_TRUE(otra.m_Texturas.at(0).EstaDisponible());
 }
 
 TEST_F(Compartidas, ACopyOfAChildLooksAtTheParentsImagesToo) {

@@ -22,7 +22,7 @@ std::string Recorta(const Teselado& viejo, const Teselado& nuevo) {
             const int fin = (u + 1) * nuevo.anchoUtil;
             if (u == nuevo.cols - 1 && fin > ancho) quedan = std::max(quedan - (fin - viejo.anchoUtil), 0);
             std::string ranura;
-            bool leida = false;
+            bool leida = quedan == 0;  // what is lost is white
             for (int i = 0; i < nuevo.alto; ++i)
                 for (int j = 0; j < nuevo.ancho; ++j) {
                     // A row beyond those that hold image repeats the last one; so do columns.
@@ -58,7 +58,7 @@ class Reteselado : public Imagenes {
         EXPECT_EQ(r.m_nSizeNivel0, nuevo.Registro().m_nSizeNivel0);
         EXPECT_EQ(r.m_bPiramidales, 0);
         EXPECT_EQ(r.m_bCargada, 0);
-        EXPECT_TRUE(r.EstaCargada());
+        EXPECT_TRUE(r.EstaDisponible());
         const std::string esperado = Recorta(viejo, nuevo), hay = Contenido(r.m_sNombreFichero);
         ASSERT_EQ(hay.size(), esperado.size());
         const auto distinto = std::ranges::mismatch(hay, esperado).in1;
@@ -105,7 +105,7 @@ TEST_F(Reteselado, TilesWithoutRoomForTheImageAreNotCut) {
     m_escena.m_nSobra = 8;
     ASSERT_EQ(Carga(m_escena, Teselado{2, 2, 8, 8}), 1);
     m_escena.CambiaSizeTexturas(8, 8, Carpeta(), 1);
-    EXPECT_TRUE(m_escena.m_Texturas[0].EstaCargada());
+    EXPECT_TRUE(m_escena.m_Texturas[0].EstaDisponible());
     EXPECT_EQ(m_carpeta.CuentaFicheros(), 1u);
 }
 
@@ -129,7 +129,7 @@ TEST_F(Reteselado, EveryRecordIsCut) {
     m_escena.CambiaSizeTexturas(4, 4, Carpeta(), 1);
     for (const CDataTexturas& r : m_escena.m_Texturas) {
         EXPECT_EQ(r.m_nAnchoTextura, 4);
-        EXPECT_TRUE(r.EstaCargada());
+        EXPECT_TRUE(r.EstaDisponible());
     }
     EXPECT_EQ(m_escena.m_Asignadas, (EscenaImagen::Pasos{{0, 2}, {1, 2}}));
     EXPECT_EQ(m_carpeta.CuentaFicheros(), 2u);
@@ -150,7 +150,7 @@ TEST_F(Reteselado, AnImageThatCannotBeLaidOutStaysAsItIs) {
         m_escena.m_nMaxTexDim = limite;
         m_escena.CambiaSizeTexturas(alto, ancho, Carpeta(), 1);
         EXPECT_EQ(m_escena.m_Texturas[0].m_nAnchoTextura, 8);
-        EXPECT_TRUE(m_escena.m_Texturas[0].EstaCargada());
+        EXPECT_TRUE(m_escena.m_Texturas[0].EstaDisponible());
         EXPECT_EQ(m_carpeta.CuentaFicheros(), 1u);
     }
     m_escena.m_nMaxTexDim = 1024;
@@ -181,7 +181,7 @@ TEST_F(Reteselado, WithoutRoomNothingIsLeftBehindAndTheImageStays) {
         m_escena.CambiaSizeTexturas(4, 4, Carpeta(), 1);
         EXPECT_EQ(m_carpeta.CuentaFicheros(), 1u) << bytes;
         EXPECT_EQ(m_escena.m_Texturas[0].m_nAnchoTextura, 8) << bytes;
-        EXPECT_TRUE(m_escena.m_Texturas[0].EstaCargada()) << bytes;
+        EXPECT_TRUE(m_escena.m_Texturas[0].EstaDisponible()) << bytes;
     }
     EXPECT_EQ(Contenido(m_escena.m_Texturas[0].m_sNombreFichero), t.Fichero());
 }
@@ -227,7 +227,7 @@ TEST_F(Reteselado, WithoutItsSecondFileTheUserIsToldBothNamesAndTheImageStays) {
     EXPECT_NE(progreso.m_Mensajes[0].find("\n" + (m_carpeta / "Texturas").string(), 6), std::string::npos);
     EXPECT_EQ(m_carpeta.CuentaFicheros(), 1u);
     EXPECT_EQ(m_escena.m_Texturas[0].m_nAnchoTextura, 8);
-    EXPECT_TRUE(m_escena.m_Texturas[0].EstaCargada());
+    EXPECT_TRUE(m_escena.m_Texturas[0].EstaDisponible());
 }
 
 TEST_F(Reteselado, ARecordThatCannotBeTiedLosesItsNewFile) {
@@ -235,7 +235,7 @@ TEST_F(Reteselado, ARecordThatCannotBeTiedLosesItsNewFile) {
     m_escena.m_nFallaEn = 0;
     m_escena.CambiaSizeTexturas(4, 4, Carpeta(), 1);
     EXPECT_EQ(m_carpeta.CuentaFicheros(), 0u);
-    EXPECT_FALSE(m_escena.m_Texturas[0].EstaCargada());
+    EXPECT_FALSE(m_escena.m_Texturas[0].EstaDisponible());
 }
 
 TEST_F(Reteselado, ReferencesAndLinksShowTheNewTiles) {
@@ -247,7 +247,7 @@ TEST_F(Reteselado, ReferencesAndLinksShowTheNewTiles) {
     for (const EscenaImagen* hijo : {referencia, vinculo}) {
         EXPECT_EQ(hijo->m_Texturas.at(0).m_nNumFilas, 4);
         EXPECT_EQ(hijo->m_Texturas.at(0).IdTextura(3, 3), m_escena.m_Texturas[0].IdTextura(3, 3));
-        EXPECT_TRUE(hijo->m_Texturas.at(0).EstaCargada());
+        EXPECT_TRUE(hijo->m_Texturas.at(0).EstaDisponible());
     }
 }
 

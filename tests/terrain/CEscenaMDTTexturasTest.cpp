@@ -56,7 +56,7 @@ TEST_F(Texturas, TakingARecordOverOpensItsFileAndMakesItsObjects) {
     ASSERT_EQ(m_escena.CargarFicheroTexturasTemp({r}), 1);
     EXPECT_LLAMADAS(Solo(registro.Todas(), {"glGenTextures"}), {"glGenTextures(4)"});
     const CDataTexturas& mio = m_escena.m_Texturas.at(0);
-    EXPECT_TRUE(mio.EstaCargada());
+    EXPECT_TRUE(mio.EstaDisponible());
     EXPECT_EQ(mio.m_bCargada + mio.m_bCompartida, 0);
     EXPECT_TRUE(m_escena.HayTexturas());
     EXPECT_EQ(wglGetCurrentContext(), nullptr);
@@ -80,7 +80,7 @@ TEST_F(Texturas, ASceneCanTakeItsOwnRecordsOverAgain) {
     ASSERT_EQ(Carga(m_escena, kDosPorDos), 1);
     ASSERT_EQ(m_escena.CargarFicheroTexturasTemp(m_escena.m_Texturas), 1);
     ASSERT_EQ(m_escena.m_Texturas.size(), 1u);
-    EXPECT_TRUE(m_escena.m_Texturas[0].EstaCargada());
+    EXPECT_TRUE(m_escena.m_Texturas[0].EstaDisponible());
     EXPECT_EQ(Contenido(m_escena.m_Texturas[0].m_sNombreFichero), kDosPorDos.Fichero());
 }
 
@@ -96,9 +96,9 @@ TEST_F(Texturas, AFileThatCannotBeOpenedEndsItWithTheContextTaken) {
     EXPECT_EQ(m_escena.CargarFicheroTexturasTemp({primero, falta, ultimo}), 0);
     EXPECT_NE(wglGetCurrentContext(), nullptr);
     ASSERT_EQ(m_escena.m_Texturas.size(), 3u);
-    EXPECT_TRUE(m_escena.m_Texturas[0].EstaCargada());
+    EXPECT_TRUE(m_escena.m_Texturas[0].EstaDisponible());
     EXPECT_EQ(m_escena.m_Texturas[1].m_pFichero, nullptr);
-    EXPECT_FALSE(m_escena.m_Texturas[2].EstaCargada());
+    EXPECT_FALSE(m_escena.m_Texturas[2].EstaDisponible());
     wglMakeCurrent(nullptr, nullptr);
 }
 
@@ -106,7 +106,7 @@ TEST_F(Texturas, AnErrorWithTheObjectsIsAFailure) {
     const FallaGL falla("glGenTextures", 1);
     EXPECT_EQ(Carga(m_escena, kDosPorDos), 0);
     EXPECT_TRUE(falla.Ocurrida());
-    EXPECT_FALSE(m_escena.m_Texturas.at(0).EstaCargada());
+    EXPECT_FALSE(m_escena.m_Texturas.at(0).EstaDisponible());
     wglMakeCurrent(nullptr, nullptr);
 }
 
@@ -127,7 +127,7 @@ TEST_F(Texturas, AnUnloadedRecordCanBeLoadedAgain) {
     std::vector<CDataTexturas> registros;
     m_escena.GetDataTexturas(registros);
     ASSERT_EQ(m_escena.CargarFicheroTexturasTemp(registros), 1);
-    EXPECT_TRUE(m_escena.m_Texturas.at(0).EstaCargada());
+    EXPECT_TRUE(m_escena.m_Texturas.at(0).EstaDisponible());
     EXPECT_EQ(Ficheros(), 1u);
 }
 
@@ -183,7 +183,7 @@ TEST_F(Texturas, ACutImageIsNamedAndLoadedAtLevelTwo) {
     ASSERT_EQ(CargaImagen(m_escena), 1);
     const CDataTexturas& r = m_escena.m_Texturas.at(0);
     EXPECT_EQ(r.m_sNombreImagen, L"orto.tif");
-    EXPECT_TRUE(r.EstaCargada());
+    EXPECT_TRUE(r.EstaDisponible());
     EXPECT_EQ(r.m_sNombreFichero, r.m_pFichero->GetFilePath());
     EXPECT_EQ(m_escena.m_Asignadas, (Pasos{{0, 2}}));
     ASSERT_EQ(CargaImagen(m_escena, L"second"), 1);
@@ -241,7 +241,7 @@ TEST_F(Texturas, ReadyTilesAreWrittenToAFreshFile) {
     const std::string bytes = kDosPorDos.Fichero();
     ASSERT_EQ(m_escena.GrabaFicheroTexturas(bytes.data(), int(bytes.size()), 0, Carpeta()), 1);
     const CDataTexturas& r = m_escena.m_Texturas[0];
-    EXPECT_TRUE(r.EstaCargada());
+    EXPECT_TRUE(r.EstaDisponible());
     EXPECT_EQ(Contenido(r.m_sNombreFichero), bytes);
     EXPECT_EQ(CarpetaRuta(r.m_sNombreFichero), Carpeta());
     EXPECT_EQ(Ficheros(), 1u);
@@ -318,7 +318,7 @@ TEST_F(Texturas, RecordsAreCopiedOutWithoutFileAndObjects) {
     uno.m_nNumCols = 77;
     EXPECT_FALSE(m_escena.GetDataTexturas(1, uno));
     EXPECT_EQ(uno.m_nNumCols, 77);
-    EXPECT_TRUE(m_escena.m_Texturas[0].EstaCargada());
+    EXPECT_TRUE(m_escena.m_Texturas[0].EstaDisponible());
 }
 
 TEST_F(Texturas, TrianglesOfATileAreCountedWithinRange) {

@@ -151,6 +151,23 @@ TEST_F(Trabajadores, FullTilesAreNotFilledAgain) {
     EXPECT_EQ(registro.Cuenta("glBindTexture"), 1u);
 }
 
+TEST_F(Trabajadores, ObjectsThatHaveGoneAreMadeOnceForAll) {
+    // So many that making them takes longer than it takes the others to come.
+    constexpr std::size_t kColumnas = 10000;
+    ASSERT_EQ(Carga(m_escena, {2, int(kColumnas), 1, 1}), 1);
+    for (int vez = 0; vez < 3; ++vez) {
+        Registro().m_pTexturas = nullptr;
+        Registro().m_TriangulosTextura.assign(2 * kColumnas, {});
+        Registro().m_TriangulosTextura[0] = Registro().m_TriangulosTextura[kColumnas] = {7};
+        m_fila = 0;
+        const RegistroGL registro;
+        Llena(4);
+        EXPECT_EQ(registro.Cuenta("glGenTextures"), 1u);
+        EXPECT_TRUE(Registro().EstaLlena(0, 0) && Registro().EstaLlena(1, 0));
+        EXPECT_FALSE(m_parar);
+    }
+}
+
 TEST_F(Trabajadores, WithNothingToDoTheEndIsSignalledAllTheSame) {
     ASSERT_EQ(Carga(m_escena, kMuchas), 1);
     m_fila = 5;

@@ -1,7 +1,6 @@
 // The file that an image is cut into, held byte by byte against a slow and plain computation.
 
 #include "Drapeado.h"
-#include "raster/Resultados.h"
 #include "support/Progreso.h"
 
 #include <bit>
@@ -205,6 +204,29 @@ TEST_F(Corte20, APictureOfFewerBitsIsWhite) {
     }
 }
 
+TEST_F(Corte20, RowsThatCanNotBeReadAreWhite) {
+    struct Rota : Vertiz::CBmp {
+        int legibles = 0;  // rows from the south
+        bool GetFila(BYTE* pixeles, int fila, int columna, int n) const override {
+            return fila < legibles && CBmp::GetFila(pixeles, fila, columna, n);
+        }
+    };
+    for (const double resolucion : {1.0, 2.0})
+        for (const int legibles : {0, 20}) {
+            Rota raster;
+            ASSERT_TRUE(raster.Crear(50, 50, 24, 100.0F, false, nullptr, nullptr, false));  // black
+            raster.legibles = legibles;
+            Tesela(64);
+            ASSERT_EQ(Drapea(raster, {.oeste = 1000, .norte = 2200, .resolucion = resolucion}), 1);
+            const std::vector<BYTE> fichero = Fichero();
+            // The south rows and those that repeat the last of them to the edge of the tile; no hole.
+            const int negras = legibles == 0 ? 0 : resolucion == 1.0 ? (20 + 4) * 64 : (10 + 2) * 32;
+            EXPECT_EQ(std::count(fichero.begin(), fichero.end(), 0), 3 * negras);
+            EXPECT_EQ(std::count(fichero.begin(), fichero.end(), 255), std::ssize(fichero) - 3 * negras);
+            m_escena.DescargarImagen(0, 1, 1, 1);
+        }
+}
+
 TEST_F(Corte20, AllLevelsOfAPyramidAreThereDownToAPixel) {
     // 64 down to 1: seven levels of 3 x 3 tiles.
     Tesela(64);
@@ -282,33 +304,10 @@ TEST_F(Corte20, SizesOfTheRasterAreReadAgainAfterEachHalving) {
     }
 }
 
-// A picture that has no room for its half, and says so in this way.
-class SinSitio : public Vertiz::CBmp {
-  public:
-    explicit SinSitio(int resultado) : m_nResultado(resultado) {
-        Crear(40, 40, 24, 100.0F, true, nullptr, nullptr, false);
-    }
-    int Reducir(int, int) override { return m_nResultado; }
-
-  private:
-    int m_nResultado;
-};
-
-TEST_F(Corte20, APictureThatCannotBeHalvedIsNotACancel) {
-    const Carga carga{.oeste = 1000, .norte = 2200, .piramide = 1};
-    for (const int resultado : {0, 2, Vertiz::kNoSoportado})
-        EXPECT_EQ(Drapea(SinSitio(resultado), carga), 0) << resultado;
-    const Progreso progreso;
-    EXPECT_EQ(Drapea(SinSitio(Vertiz::kNoSoportado), carga), 0);
-    EXPECT_EQ(Drapea(SinSitio(2), carga), 1) << "the user may have cancelled";
-    EXPECT_EQ(CuentaRegistros(), 0u);
-    EXPECT_EQ(m_carpeta.CuentaFicheros(), 0u);
-}
-
 TEST_F(Corte20, ProgressCountsTheRowsOfAllTilesAndLevels) {
     Tesela(64);
     Progreso progreso;
-    ASSERT_EQ(Drapea(*Pinta(150, 150, Abigarrado), {.oeste = 1017, .norte = 2163, .piramide = 1}, 2), 1);
+    ASSERT_EQ(Drapea(*Pinta(150, 150, Abigarrado), {.oeste = 1017, .norte = 2205, .piramide = 1}, 2), 1);
     // 3 x 3 tiles of 60 useful rows; 30, 15, 7, 3, 1, 1.
     EXPECT_EQ(progreso.m_Etapas.at(0), 12194u);
     EXPECT_EQ(progreso.m_nAbiertas, 0);

@@ -130,6 +130,13 @@ std::vector<Vertice> Terreno::Vertices(GLuint lista) {
     return vertices;
 }
 
+long Terreno::LlamadasEnCuadro(GLuint lista) {
+    EXPECT_TRUE(m_escena.MakeCurrent(nullptr));
+    const RegistroGL registro;
+    EXPECT_EQ(m_escena.OnRender(), 1);
+    return std::ranges::count(registro.Ejecutadas(), "glCallList(" + std::to_string(lista) + ")");
+}
+
 std::array<double, 3> Terreno::EnGL(double x, double y, double z) const {
     const auto& o = m_escena.m_Maximas.Minima();
     const double f = m_escena.m_dFactor;

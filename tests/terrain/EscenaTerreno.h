@@ -93,6 +93,9 @@ class Terreno : public testing::Test {
     /// quads with their four vertices.
     std::vector<Vertice> Vertices(GLuint lista);
 
+    /// How often a frame calls a list, as the settings are.
+    long LlamadasEnCuadro(GLuint lista);
+
     /// GL position that a terrain point (local coordinates) should have, by the stated formula.
     std::array<double, 3> EnGL(double x, double y, double z) const;
     /// The call that sends an element of the vertex array, where samples lie by rows from the north, voids left out.
