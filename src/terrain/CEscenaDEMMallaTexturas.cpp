@@ -63,17 +63,16 @@ bool CEscenaDEM::ColocaTesela(const CDataTexturas& registro, int fila, int colum
     const bool tiras = GetQuad() != 1;
     // A strip ends with vertices, not with a cell: with those of the sample at the tile's edge or next beyond it.
     const int cierre = tiras ? x : 0, limite = tiras ? columnas : columnas - x;
-    const int r0 = CeldasHasta(registro.m_nCeldasFila, fila, registro.m_nDespFila), r1 = r0 + registro.m_nCeldasFila;
-    const int c0 = CeldasHasta(registro.m_nCeldasCol, columna, registro.m_nDespCol),
-              c1 = c0 + registro.m_nCeldasCol + cierre;
+    const auto hastaFila = [&](int f) { return CeldasHasta(registro.m_nCeldasFila, f, registro.m_nDespFila); };
+    const auto hastaColumna = [&](int c) { return CeldasHasta(registro.m_nCeldasCol, c, registro.m_nDespCol); };
+    const int r0 = hastaFila(fila), r1 = hastaFila(fila + 1);
+    const int c0 = hastaColumna(columna), c1 = hastaColumna(columna + 1) + cierre;
     if (c1 < 0 || r1 < 0 || r0 > filas - x || c0 > limite) return false;
 
     // The image doesn't fill the first tiles from their top, nor the last ones to their east side.
-    const int abajo = CeldasHasta(registro.m_nCeldasFila, registro.m_nNumFilas, registro.m_nDespFila);
-    const int inicio = fila == 0 ? abajo - FilasImagen(registro) : r0;
+    const int inicio = fila == 0 ? hastaFila(registro.m_nNumFilas) - FilasImagen(registro) : r0;
     const bool ultima = columna == registro.m_nNumCols - 1;
-    const int fin =
-        ultima ? CeldasHasta(registro.m_nCeldasCol, 0, registro.m_nDespCol) + ColumnasImagen(registro) + cierre : c1;
+    const int fin = ultima ? hastaColumna(0) + ColumnasImagen(registro) + cierre : c1;
 
     tesela.fila0 = r0, tesela.col0 = c0;
     tesela.filaInicio = EnPaso(std::max(inicio, 0), x);

@@ -12,6 +12,11 @@ constexpr double kBandaMuerta = 1e-7;
 /// What counts are held to, so that sums of some of them still fit in an int.
 constexpr int kCuentaMaxima = 1 << 28;
 
+/// A count as an int, within +-kCuentaMaxima; 0 for what is not a number.
+inline int Cuenta(double v) {
+    return std::isnan(v) ? 0 : static_cast<int>(std::clamp<double>(v, -kCuentaMaxima, kCuentaMaxima));
+}
+
 /// Half the sign of v, 0 where v is as good as 0: added before truncating, it rounds.
 inline double MedioSigno(double v) {
     return v > kBandaMuerta ? 0.5 : v < -kBandaMuerta ? -0.5 : 0.0;
@@ -20,13 +25,12 @@ inline double MedioSigno(double v) {
 /// Truncates towards 0, what is as good as whole to that number.
 inline int Trunca(double v) {
     const double entero = std::round(v);
-    const double truncado = std::abs(v - entero) <= kBandaMuerta ? entero : std::trunc(v);
-    return static_cast<int>(std::clamp<double>(truncado, -kCuentaMaxima, kCuentaMaxima));
+    return Cuenta(std::abs(v - entero) <= kBandaMuerta ? entero : std::trunc(v));
 }
 
 /// The least whole number that v doesn't exceed.
 inline int TruncaPorArriba(double v) {
-    return -static_cast<int>(std::floor(std::clamp<double>(kBandaMuerta - v, -kCuentaMaxima, kCuentaMaxima)));
+    return -Cuenta(std::floor(kBandaMuerta - v));
 }
 
 /// The row or column of the grid at which a row or column of tiles begins.

@@ -233,7 +233,7 @@ bool Corte::Avanza(int pasos) {
 
 int EncajeTeselas::Desplazamiento(double fraccion, double pixelesCelda, unsigned nivel) const {
     const double pixeles = fraccion * std::ldexp(pixelesCelda, -static_cast<int>(nivel)) * razon;
-    return static_cast<int>(std::clamp<double>(pixeles + MedioSigno(fraccion), -kCuentaMaxima, kCuentaMaxima));
+    return Cuenta(pixeles + MedioSigno(fraccion));
 }
 
 int CortaTeselas(IRaster& raster, const CDataTexturas& registro, const EncajeTeselas& encaje, int interpolacion,

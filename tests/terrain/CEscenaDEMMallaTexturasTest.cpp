@@ -4,6 +4,7 @@
 
 #include <charconv>
 #include <cmath>
+#include <limits>
 #include <map>
 #include <random>
 #include <set>
@@ -382,6 +383,20 @@ TEST_F(Cobertura, EveryCellIsDrawnOnceWithItsOwnPartOfTheImage) {
 }
 
 // ---- Failures ------------------------------------------------------------------------------------------------------
+
+TEST_F(MallaTexturas, TilesOfMoreCellsThanCanBeCountedAreDrawn) {
+    Monta(6, 7);
+    Cubre(0, 0, 6, 7);
+    std::vector<CDataTexturas> registros;
+    m_escena.GetDataTexturas(registros);
+    CDataTexturas& r = registros.at(0);
+    r.m_nCeldasCol = std::numeric_limits<int>::max();
+    r.m_nDespCol = -1;
+    m_escena.SetDataTexturas(registros);
+    const LlamadasGL lista = Lista();
+    EXPECT_EQ(std::ranges::count_if(lista, [](const auto& l) { return l.starts_with("glTexCoord2d"); }), 4 * 6 * 6)
+        << "all but the first column";
+}
 
 TEST_F(MallaTexturas, AnErrorInATileFailsAndLeavesNoOpenList) {
     for (const char* llamada : {"glBindTexture", "glEnd"}) {
