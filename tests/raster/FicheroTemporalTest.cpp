@@ -2,6 +2,7 @@
 
 #include "raster/FicheroTemporal.h"
 
+#include "raster/Imagenes.h"
 #include "support/Temporales.h"
 
 #include <gmock/gmock.h>
@@ -88,6 +89,13 @@ TEST_F(FicheroTemporal, IsItsOwnersAlone) {
     struct stat estado {};
     ASSERT_EQ(stat(ruta.Utf8().c_str(), &estado), 0);
     EXPECT_EQ(estado.st_mode & 0777, 0600u);
+}
+
+TEST_F(FicheroTemporal, OfACutPictureLiesBesideItsSourceToo) {
+    const auto imagen = imagenes::Aleatoria<Vertiz::CBmp>(6, 4, 24, 1);
+    imagen->SetNombre(Fuente());
+    ASSERT_EQ(imagen->Recorta(0, 0, 2, 3, nullptr), 1);
+    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(Carpeta("origen")), {}), 1);
 }
 
 }  // namespace
