@@ -56,13 +56,15 @@ TEST_P(Geometria, AWindowIsCopiedToAnotherPicture) {
     EXPECT_EQ(imagen->Ancho(), 9);
 }
 
-TEST_P(Geometria, AWindowBecomesThePictureItselfWithoutATarget) {
-    const auto imagen = Crea<CBmp>(9, 7);
-    const auto esperados = Tomados(*imagen, 3, 4, [](int f, int c) { return std::pair{f + 2, c + 5}; });
-    EXPECT_EQ(imagen->Recorta(2, 5, 5, 9, nullptr), 1);
-    EXPECT_EQ(imagen->Ancho(), 4);
-    EXPECT_EQ(imagen->Alto(), -3);
-    EXPECT_EQ(Pixeles(*imagen), esperados);
+TEST_P(Geometria, AWindowBecomesThePictureItselfWithoutATargetOrWithItselfAsOne) {
+    for (const bool conDestino : {false, true}) {
+        const auto imagen = Crea<CBmp>(9, 7);
+        const auto esperados = Tomados(*imagen, 3, 4, [](int f, int c) { return std::pair{f + 2, c + 5}; });
+        EXPECT_EQ(imagen->Recorta(2, 5, 5, 9, conDestino ? imagen.get() : nullptr), 1);
+        EXPECT_EQ(imagen->Ancho(), 4);
+        EXPECT_EQ(imagen->Alto(), -3);
+        EXPECT_EQ(Pixeles(*imagen), esperados);
+    }
 }
 
 TEST_P(Geometria, AWindowWithoutRowsMakesAPictureOfHeightZero) {
