@@ -14,6 +14,13 @@ namespace {
 using modelos::kVacio;
 using modelos::Rejilla;
 
+// The number that begins at a place of a text, whatever the locale.
+double Lee(const std::string& texto, std::size_t desde) {
+    double v = std::nan("");
+    std::from_chars(texto.data() + desde, texto.data() + texto.size(), v);
+    return v;
+}
+
 std::string Numero(double v) {
     char texto[32];
     return {texto, std::to_chars(std::begin(texto), std::end(texto), v).ptr};
@@ -336,8 +343,8 @@ class Cobertura : public MallaTexturas {
             if (l == "glDisable(GL_TEXTURE_2D)") textura = false;
             if (l.starts_with("glBegin")) cara.clear();
             if (l.starts_with("glTexCoord2d")) {
-                st[0] = std::stod(l.substr(l.find('(') + 1));
-                st[1] = std::stod(l.substr(l.find(',') + 2));
+                st[0] = Lee(l, l.find('(') + 1);
+                st[1] = Lee(l, l.find(',') + 2);
             }
             if (!l.starts_with("glArrayElement")) continue;
             const int e = std::stoi(l.substr(l.find('(') + 1));
