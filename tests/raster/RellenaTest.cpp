@@ -60,7 +60,7 @@ TEST_P(Rellena, ReachesTheRegionThatAPlainWalkReaches) {
 }
 
 TEST_P(Rellena, WithTheColourThatIsThereEndsAtOnce) {
-    const auto pixeles = DosColores(1, 60);
+    const std::vector<BYTE> pixeles(kAncho * kAlto * Bytes(), 50);
     const auto imagen = Imagen<CTiff>(kAncho, kAlto, GetParam(), 0, pixeles);
     std::vector<BYTE> igual = Pixel(*imagen, 3, 3);
     EXPECT_TRUE(imagen->Rellena(3, 3, igual.data(), nullptr, nullptr));
