@@ -291,7 +291,7 @@ TEST_F(CTiffDirectorio, OnlyTheFirstEntryOfATagCounts) {
     std::string bytes = Gris().Pon(260, Fabrica::Short, {1}).Bytes();
     const std::size_t otra = bytes.find(std::string("\4\1\3\0", 4));
     ASSERT_NE(otra, std::string::npos);
-    bytes.replace(otra, 2, "\1\1");  // a second height
+    bytes[otra] = bytes[otra + 1] = 1;  // a second height
     Abierto a(Fichero(bytes));
     ASSERT_EQ(a.raster.Leer(false), 1);
     EXPECT_EQ(a.raster.Alto(), -2);
