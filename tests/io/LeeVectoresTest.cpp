@@ -28,9 +28,14 @@ std::string Coleccion(const std::vector<std::pair<std::string, std::string>>& fi
     std::string texto =
         R"({"type":"FeatureCollection","crs":{"type":"name","properties":{"name":"urn:ogc:def:crs:EPSG::)" +
         std::to_string(epsg) + R"("}},"features":[)";
-    for (std::size_t i = 0; i < figuras.size(); ++i)
-        texto += (i ? "," : "") + std::string(R"({"type":"Feature","properties":{)") + figuras[i].second +
-                 R"(},"geometry":)" + figuras[i].first + "}";
+    const char* separador = "";
+    for (const auto& [geometria, propiedades] : figuras) {
+        texto += separador;
+        texto += R"({"type":"Feature","properties":{)";
+        texto += propiedades + R"(},"geometry":)";
+        texto += geometria + "}";
+        separador = ",";
+    }
     return texto + "]}";
 }
 

@@ -74,13 +74,13 @@ LlamadasGL Esperada(const CDataTexturas& r, int filas, int columnas, double celd
             lista.push_back("glBindTexture(GL_TEXTURE_2D, " + std::to_string(r.IdTextura(unsigned(i), unsigned(j))) +
                             ")");
             if (c1 < 0 || r1 < 0 || r0 > rows - 1 || c0 > limite) continue;
-            lista.push_back("glEnable(GL_TEXTURE_2D)");
+            lista.emplace_back("glEnable(GL_TEXTURE_2D)");
             const int inicio = std::max(i == 0 ? r.m_nCeldasFila * r.m_nNumFilas - altoCeldas + r0 : r0, 0);
             const int ultima = anchoCeldas - r.m_nDespCol + (quads ? 0 : 1);
             const int fin = std::min(j == r.m_nNumCols - 1 ? ultima : c1, limite);
-            if (quads) lista.push_back("glBegin(GL_QUADS)");
+            if (quads) lista.emplace_back("glBegin(GL_QUADS)");
             for (int R = inicio; R < std::min(r1, rows - 1); ++R) {
-                if (!quads) lista.push_back("glBegin(GL_QUAD_STRIP)");
+                if (!quads) lista.emplace_back("glBegin(GL_QUAD_STRIP)");
                 for (int C = std::max(c0, 0); C < fin; ++C) {
                     vertice((C - c0) * px, (R - r0) * py, R, C);
                     vertice((C - c0) * px, (R - r0 + 1) * py, R + 1, C);
@@ -88,10 +88,10 @@ LlamadasGL Esperada(const CDataTexturas& r, int filas, int columnas, double celd
                     vertice((C - c0 + 1) * px, (R - r0 + 1) * py, R + 1, C + 1);
                     vertice((C - c0 + 1) * px, (R - r0) * py, R, C + 1);
                 }
-                if (!quads) lista.push_back("glEnd()");
+                if (!quads) lista.emplace_back("glEnd()");
             }
-            if (quads) lista.push_back("glEnd()");
-            lista.push_back("glDisable(GL_TEXTURE_2D)");
+            if (quads) lista.emplace_back("glEnd()");
+            lista.emplace_back("glDisable(GL_TEXTURE_2D)");
         }
     return lista;
 }

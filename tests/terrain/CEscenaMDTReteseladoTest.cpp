@@ -222,9 +222,11 @@ TEST_F(Reteselado, WithoutItsSecondFileTheUserIsToldBothNamesAndTheImageStays) {
         m_escena.CambiaSizeTexturas(4, 4, Carpeta(), 1);
     }
     ASSERT_EQ(progreso.m_Mensajes.size(), 1u);
-    EXPECT_TRUE(progreso.m_Mensajes[0].starts_with("error\n" + (m_carpeta / "Texturas").string()))
-        << progreso.m_Mensajes[0];
-    EXPECT_NE(progreso.m_Mensajes[0].find("\n" + (m_carpeta / "Texturas").string(), 6), std::string::npos);
+    const std::string& mensaje = progreso.m_Mensajes[0];
+    const std::string principio = (m_carpeta / "Texturas").string();
+    EXPECT_TRUE(mensaje.starts_with("error\n")) << mensaje;
+    EXPECT_EQ(mensaje.find(principio), 6u) << mensaje;
+    EXPECT_EQ(mensaje.find(principio, 7), mensaje.find('\n', 6) + 1) << mensaje;
     EXPECT_EQ(m_carpeta.CuentaFicheros(), 1u);
     EXPECT_EQ(m_escena.m_Texturas[0].m_nAnchoTextura, 8);
     EXPECT_TRUE(m_escena.m_Texturas[0].EstaDisponible());
