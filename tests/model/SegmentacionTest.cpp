@@ -2,6 +2,8 @@
 
 #include "model/Segmentacion.h"
 
+#include "platform/Memoria.h"
+
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -40,6 +42,9 @@ TEST(Segmentacion, MascaraGaussIsTheRightHalfOfAGaussian) {
 TEST(Segmentacion, AMaskThatMemoryDoesNotHoldIsABadAllocation) {
     for (const float sigma : {1e30f, std::numeric_limits<float>::max()})
         EXPECT_THROW(MascaraGauss(sigma), std::bad_alloc);
+    LimitaMemoria(1000);
+    EXPECT_THROW(MascaraGauss(1000.0f), std::bad_alloc);
+    LimitaMemoria();
 }
 
 TEST(Segmentacion, NormalizaMascaraMakesTheWholeMaskOne) {
