@@ -97,14 +97,14 @@ class LeeDEMTest : public testing::Test {
     CResultadoDEM Lee(const Tiff& tiff, const CDataLeeDEM& opciones = {}, Vertiz::IPorcentaje* p = nullptr) {
         const auto ruta = m_Carpeta / "modelo ñ.tif";
         tiff.Graba(ruta);
-        const std::size_t ficheros = m_Carpeta.CuentaFicheros(), abiertos = CuentaDescriptores();
+        const std::size_t ficheros = m_Carpeta.CuentaFicheros();
         testing::internal::CaptureStdout();
         testing::internal::CaptureStderr();
         CResultadoDEM r = LeeDEM(Nombre(ruta), opciones, p);
         EXPECT_THAT(testing::internal::GetCapturedStderr(), IsEmpty());
         EXPECT_THAT(testing::internal::GetCapturedStdout(), IsEmpty());
         EXPECT_EQ(m_Carpeta.CuentaFicheros(), ficheros) << "a file was left beside";
-        EXPECT_EQ(CuentaDescriptores(), abiertos) << "a file was left open";
+        EXPECT_EQ(m_Carpeta.CuentaAbiertos(), 0u) << "a file was left open";
         if (r.m_nResultado == 1) {
             EXPECT_TRUE(r.m_pDEM);
             EXPECT_TRUE(r.m_Error.IsEmpty());

@@ -53,6 +53,14 @@ std::size_t CarpetaTemporal::CuentaFicheros() const {
     return cuenta;
 }
 
+std::size_t CarpetaTemporal::CuentaAbiertos() const {
+    std::size_t cuenta = 0;
+    std::error_code nada;  // the descriptor that reads the folder is gone when its own turn comes
+    for (const auto& entrada : std::filesystem::directory_iterator("/proc/self/fd"))
+        cuenta += std::filesystem::read_symlink(entrada, nada).string().starts_with(m_ruta.string() + "/");
+    return cuenta;
+}
+
 std::size_t CuentaDescriptores() {
     std::size_t cuenta = 0;
     for ([[maybe_unused]] const auto& entrada : std::filesystem::directory_iterator("/proc/self/fd"))

@@ -29,6 +29,10 @@ class CarpetaTemporal {
     /// How many files are in it, in its folders too.
     std::size_t CuentaFicheros() const;
 
+    /// How many of its files this process has open, deleted ones too. Unlike CuentaDescriptores it doesn't see what
+    /// libraries open once and keep, their databases for one.
+    std::size_t CuentaAbiertos() const;
+
   private:
     std::filesystem::path m_ruta;
     std::array<std::optional<std::string>, 3> m_antes;  // TMP, TEMP and TMPDIR

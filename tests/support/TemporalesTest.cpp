@@ -43,6 +43,16 @@ TEST(CarpetaTemporal, CountsFilesInAllFolders) {
     EXPECT_EQ(carpeta.CuentaFicheros(), 2u);
 }
 
+TEST(CarpetaTemporal, CountsItsOpenFilesAndNoOthers) {
+    const CarpetaTemporal carpeta;
+    const std::ifstream ajeno("/dev/null");
+    EXPECT_EQ(carpeta.CuentaAbiertos(), 0u);
+    const std::ifstream propio(carpeta.Escribe("a/b", "x"));
+    EXPECT_EQ(carpeta.CuentaAbiertos(), 1u);
+    std::filesystem::remove(carpeta / "a/b");
+    EXPECT_EQ(carpeta.CuentaAbiertos(), 1u);
+}
+
 TEST(CuentaDescriptores, SeesAnOpenFile) {
     const std::size_t antes = CuentaDescriptores();
     const std::ifstream abierto("/dev/null");
