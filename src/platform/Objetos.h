@@ -5,12 +5,14 @@
 #include "platform/Backend.h"
 #include "platform/CBitmap.h"
 #include "platform/CDC.h"
+#include "platform/CFont.h"
 #include "platform/CPalette.h"
 #include "platform/CWnd.h"
 
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <string>
 #include <thread>
 #include <unordered_map>
 #include <vector>
@@ -79,12 +81,24 @@ struct Paleta {
     CPalette* m_pClase = nullptr;  ///< the object of the host that holds it, if any
 };
 
+/// What a font was asked to be; its face is looked for when glyphs are made.
+struct Fuente {
+    std::string m_Cara;  ///< UTF-8
+    int m_nAlto = 0;     ///< as given to CreateFontW, never 0
+    int m_nPeso = FW_NORMAL;
+    bool m_bCursiva = false;
+    HFONT m_hFuente = nullptr;  ///< its handle, also when that has been deleted
+    CFont* m_pClase = nullptr;  ///< the object of the host that holds it, if any
+};
+
 /// A device context.
 struct Dispositivo {
     std::shared_ptr<Lienzo> m_Lienzo;
     std::shared_ptr<Paleta> m_Paleta;
-    CBitmap m_Propio;         ///< of one pixel, selected in a memory device context from the start
-    CPalette m_PaletaPropia;  ///< black and white, selected from the start
+    std::shared_ptr<Fuente> m_Fuente;  ///< `CerrojoContextos` guards it: workers ask for it
+    CBitmap m_Propio;                  ///< of one pixel, selected in a memory device context from the start
+    CPalette m_PaletaPropia;           ///< black and white, selected from the start
+    CFont m_FuentePropia;              ///< selected from the start
 
     Dispositivo();
     ~Dispositivo();
@@ -93,6 +107,7 @@ struct Dispositivo {
 
 Tabla<HBITMAP, Bitmap>& Bitmaps();
 Tabla<HDC, Dispositivo>& Dispositivos();
+Tabla<HFONT, Fuente>& Fuentes();
 Tabla<HWND, Lienzo>& Ventanas();
 
 /// Guards canvases, contexts and their groups.
