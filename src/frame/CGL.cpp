@@ -98,10 +98,7 @@ void CGL::BorraTexturaFondo() {
 
 void CGL::BorraListas() {
     BorraListasMarcas();
-    if (m_bFuentes) {
-        BorraLista(m_nListaFuentes, kGlifos);
-        BorraLista(m_nListaFuentesSeleccion, kGlifos);
-    }
+    if (m_bFuentes) BorraFuentes();
     for (GLuint* lista : {&m_nListaLineaNueva, &m_nListaCielo, &m_nListaEjes, &m_nListaCamara,
                           &m_nListaCamaraPanoramica, &m_nListaReserva, &m_nListaLimites, &m_nListaMedidas}) {
         BorraLista(*lista);

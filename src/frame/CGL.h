@@ -421,7 +421,8 @@ class LUMBRA_API CGL : public CGLPropio {
     /// @param buffer at least size.cy rows of size.cx pixels
     /// @return 0 good, 3 no context, 4 failed read
     int CapturaImagen(const CSize& size, char* buffer);
-    /// Makes the glyph lists of texts. There are none yet: texts show their points only. @return 1
+    /// Makes the glyph lists of texts, of the face Arial: outlines or bitmaps, as the settings say. Nothing without
+    /// m_bFuentes, which a concrete scene sets. @return 1, also without lists: texts show their points only then
     int CreaFuentes();
 
   protected:
@@ -520,6 +521,9 @@ class LUMBRA_API CGL : public CGLPropio {
     void SumaALineaNueva(const CPoint& pt);
     template <class Pregunta>
     unsigned SumaHijos(bool bReferencias, bool bVinculos, Pregunta pregunta) const;
+
+    // CGLFuentes.cpp
+    void BorraFuentes();
 
     // CGLLineaNueva.cpp
     int RehazLineaNueva(bool bSegmento);

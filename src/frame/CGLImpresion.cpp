@@ -50,7 +50,3 @@ int CGL::CapturaImagen(const CSize& size, char* buffer) {
     if (HayErrorGL()) return SIN_LECTURA;
     return wglMakeCurrent(nullptr, nullptr) ? 0 : SIN_CONTEXTO;
 }
-
-int CGL::CreaFuentes() {
-    return 1;
-}

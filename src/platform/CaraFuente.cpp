@@ -198,6 +198,10 @@ bool Cara::LeeContornos(DWORD codigo, double desviacion, std::vector<Contorno>& 
     return true;
 }
 
+int Cara::Alto() const {
+    return m_pCara->size->metrics.y_ppem;
+}
+
 bool Cara::LeeMapa(DWORD codigo, MapaGlifo& mapa) {
     if (FT_Load_Char(m_pCara, codigo, FT_LOAD_RENDER | FT_LOAD_NO_BITMAP | FT_LOAD_TARGET_MONO) != 0)
         return AnotaFallo("the glyph of code " + std::to_string(codigo) + " can't be drawn at this height.");

@@ -45,7 +45,9 @@ class Cara {
     /// @param desviacion most that chords may be from the curves; 0 is a unit of the design
     /// @return false when the file is damaged
     bool LeeContornos(DWORD codigo, double desviacion, std::vector<Contorno>& contornos, GLYPHMETRICSFLOAT& medidas);
-    /// Bitmap of a code's glyph, at the font's height.
+    /// Height of the font's em square, in pixels.
+    int Alto() const;
+    /// Bitmap of a code's glyph, at that height.
     bool LeeMapa(DWORD codigo, MapaGlifo& mapa);
 
   private:

@@ -183,8 +183,10 @@ BOOL wglUseFontOutlinesW(HDC hdc, DWORD primero, DWORD cuantos, DWORD base, floa
 }
 
 BOOL wglUseFontBitmapsW(HDC hdc, DWORD primero, DWORD cuantos, DWORD base) {
+    constexpr int kAltoMaximo = 1024;  // a block of a thousand lists has a hundred megabytes then
     const std::unique_ptr<Cara> cara = CaraDe(hdc);
     if (!cara) return FALSE;
+    if (cara->Alto() > kAltoMaximo) return AnotaFallo("the font is too high for bitmaps.");
     const EmpaquetadoBits empaquetado;
     MapaGlifo m;
     for (DWORD i = 0; i < cuantos; ++i) {
