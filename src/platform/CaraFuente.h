@@ -26,7 +26,7 @@ std::optional<LugarCara> BuscaCara(const Fuente& fuente);
 
 /// A glyph of a bit a pixel.
 struct MapaGlifo {
-    int m_nAncho = 0, m_nAlto = 0;                                 ///< pixels; 0 for a blank
+    int m_nAncho = 0, m_nAlto = 0;                                 ///< pixels, from 1
     float m_fOrigenX = 0.0F, m_fOrigenY = 0.0F, m_fAvance = 0.0F;  ///< as glBitmap takes them
     std::vector<BYTE> m_Bits;                                      ///< rows from the bottom up, whole bytes each
 };

@@ -192,8 +192,7 @@ BOOL wglUseFontBitmapsW(HDC hdc, DWORD primero, DWORD cuantos, DWORD base) {
     for (DWORD i = 0; i < cuantos; ++i) {
         if (!cara->LeeMapa(primero + i, m)) return FALSE;
         const bool bien = CompilaGlifo(base + i, [&] {
-            glBitmap(m.m_nAncho, m.m_nAlto, m.m_fOrigenX, m.m_fOrigenY, m.m_fAvance, 0.0F,
-                     m.m_Bits.empty() ? nullptr : m.m_Bits.data());
+            glBitmap(m.m_nAncho, m.m_nAlto, m.m_fOrigenX, m.m_fOrigenY, m.m_fAvance, 0.0F, m.m_Bits.data());
         });
         if (!bien) return FALSE;
     }
