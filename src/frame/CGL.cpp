@@ -26,34 +26,31 @@ void GiraCamaraConica(const Punto& angulos) {
 
 // ---- Building, copying, destroying ---------------------------------------------------------------------------------
 
-CGL::CGL()
-    : m_pBufferProfundidad(std::make_unique<float[]>(std::size_t{kLadoProfundidad} * kLadoProfundidad)),
-      m_pDuenos(std::make_shared<char>()) {
+CGL::CGL() : m_pDuenos(std::make_shared<char>()) {
     m_nHRCShared = static_cast<unsigned>(Procesadores());
     m_Camara.PositionCamera(Punto(0, 1, 0), Punto(0, 0, 0), Punto(0, 0, -1));
 }
 
-CGL::CGL(const CGL& otra) : CGL() {
-    CopiaDe(otra);
-    CreaContextosCompartidos();
+CGL::CGL(const CGL& otra) : CGLPropio(otra), m_pDuenos(otra.m_pDuenos), m_pPrestamo(otra.m_pPrestamo) {
+    Comparte();
 }
 
 // NOLINTNEXTLINE(bugprone-unhandled-self-assignment): EsDeLaFamilia holds of the scene itself too
 CGL& CGL::operator=(const CGL& otra) {
     if (EsDeLaFamilia(otra)) return *this;
     Destruir();
-    CopiaDe(otra);
-    CreaContextosCompartidos();
+    CGLPropio::operator=(otra);
+    m_pDuenos = otra.m_pDuenos;
+    m_pPrestamo = otra.m_pPrestamo;
+    Comparte();
     return *this;
 }
 
-void CGL::CopiaDe(const CGL& otra) {
-    CGLEstado::operator=(otra);
-    m_pDuenos = otra.m_pDuenos;
-    m_pPrestamo = otra.m_pPrestamo;
-    m_MarcasGL.Clear();  // the places of this scene's marks, whose lists are gone
+// A new copy counts as one more scene that holds the children, and makes contexts of its own for its workers.
+void CGL::Comparte() {
     for (CGL* hijo : Hijos())
         ++hijo->m_nPadres;
+    CreaContextosCompartidos();
 }
 
 CGL::~CGL() {
@@ -108,15 +105,6 @@ void CGL::BorraListas() {
     for (GLuint* lista : {&m_nListaLineaNueva, &m_nListaCielo, &m_nListaEjes, &m_nListaCamara,
                           &m_nListaCamaraPanoramica, &m_nListaReserva, &m_nListaLimites, &m_nListaMedidas}) {
         BorraLista(*lista);
-    }
-}
-
-void CGL::OlvidaListas() {
-    m_nTexturaFondo = 0;
-    for (GLuint* lista : {&m_nListaMarcas, &m_nListaPuntosMarcasFoto, &m_nListaPuntosMarcasTerreno, &m_nListaLineaNueva,
-                          &m_nListaCielo, &m_nListaEjes, &m_nListaCamara, &m_nListaCamaraPanoramica, &m_nListaReserva,
-                          &m_nListaLimites, &m_nListaMedidas, &m_nListaFuentes, &m_nListaFuentesSeleccion}) {
-        *lista = 0;
     }
 }
 
@@ -326,12 +314,4 @@ bool CGL::TieneRupturas() const {
 
 bool CGL::HayImagen() const {
     return m_nTipo == 3 || TieneImagen() || AlgunHijo([](const CGL* e) { return e->m_nTipo == 3; });
-}
-
-bool CGL::EsImagenConica() const {
-    return m_DataTransformacion.GetTipo() == Vertiz::CDataTransformacion::CONICA;
-}
-
-bool CGL::EsImagenEsferica() const {
-    return m_DataTransformacion.GetTipo() == Vertiz::CDataTransformacion::ESFERICA;
 }

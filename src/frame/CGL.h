@@ -45,13 +45,10 @@
 // with a shared context and for TerrenoAGL, which workers call too. No operation throws, except for a failed
 // allocation.
 
-#include "frame/CGLEstado.h"
+#include "frame/CGLPropio.h"
 #include "frame/ContrastaColor.h"
 #include "model/CCoor.h"
 #include "model/CDataSemilla.h"
-#include "model/CDataTransformacion.h"
-#include "model/CLinea.h"
-#include "model/CTexto.h"
 #include "platform/CPoint.h"
 #include "platform/CString.h"
 #include "platform/Exporta.h"
@@ -70,7 +67,7 @@ class IRaster;
 }  // namespace Vertiz
 
 /// The base of all scenes; see the top of this file for its life and its hooks.
-class LUMBRA_API CGL : public CGLEstado {
+class LUMBRA_API CGL : public CGLPropio {
   public:
     CGL();
     /// A copy shares the context, the lists and the children of the other scene, and has shared contexts and a depth
@@ -267,12 +264,6 @@ class LUMBRA_API CGL : public CGLEstado {
     int OnIniciarVinculos();
 
     // ---- What this scene is ----------------------------------------------------------------------------------------
-    /// The name that references and links are found by; it is copied.
-    CString GetNombre() const { return m_Nombre; }
-    void SetNombre(const CString& nombre) { m_Nombre = nombre; }
-    /// The transformation is that of a conic photograph, of a spherical image.
-    bool EsImagenConica() const;
-    bool EsImagenEsferica() const;
     /// An image takes part, here or as a child that holds a plain image.
     bool HayImagen() const;
     /// This scene or a child is of the kind asked for.
@@ -300,7 +291,6 @@ class LUMBRA_API CGL : public CGLEstado {
     bool TransformaConData(const Vertiz::CCoor3D<double>& entra, Vertiz::CCoor3D<double>& sale) const;
     /// Sets the image transformation here and in the children; one of a spherical image turns the camera too.
     void SetDataTransformacion(const Vertiz::CDataTransformacion& data);
-    Vertiz::CDataTransformacion GetDataTransformacion() const { return m_DataTransformacion; }
     /// Fixes the GL space on a box in local terrain units. @return 1 when it differs from the former box
     int EstableceMaxMin(const Vertiz::CMaximas<double>& m);
     /// Grow m by the extents of the group, of the references, of the links (fondo: only those of that image value, all
@@ -308,8 +298,6 @@ class LUMBRA_API CGL : public CGLEstado {
     int GetMaximas(Vertiz::CMaximas<double>& m) const;
     int GetMaximasReferencia(Vertiz::CMaximas<double>& m, int fondo) const;
     int GetMaximasVinculos(Vertiz::CMaximas<double>& m, int fondo) const;
-    /// The last ZoomExtension was given something to show.
-    bool HayMaximas() const { return !m_bMaximasVacias; }
     /// Reads the camera back from the modelview matrix. The context must be current.
     void CalculaCamaraDesdeMatrices();
     /// Height of the children's models at (x, y) in terrain units, or of the picture under the pixel.
@@ -327,12 +315,10 @@ class LUMBRA_API CGL : public CGLEstado {
     void OnZoomExtensionObjeto();
     void OnZoomExtensionReferencia();
     void OnZoomExtensionSeleccion();
-    /// Accumulated zoom of an orthographic view; 1.0 in any other.
-    double GetZoom() const;
+    /// Sets the accumulated zoom of an orthographic view; nothing happens in any other.
     void SetZoom(double zoom);
     /// Angles of the camera, in degrees. bVista turns round the point looked at rather than round the eye; pivote is a
     /// GL point that keeps its pixel.
-    void SetAngulos(double x, double y, double z);
     void SetAnguloX(double grados, int bVista);
     void SetAnguloY(double grados, int bVista);
     void SetAnguloZ(double grados, int bVista);
@@ -351,11 +337,6 @@ class LUMBRA_API CGL : public CGLEstado {
     void ReduceXTrans();
     void AumentaZTrans();
     void ReduceZTrans();
-    /// Pan by GL units.
-    void SumaXTrans(double d);
-    void SumaYTrans(double d);
-    void SumaZTrans(double d);
-    void SumaTrans(const Vertiz::CCoor3D<double>& d);
     /// Lays the point looked at on the model.
     void CompruebaCotaCamara();
     /// Feedback in XOR on the front buffer, in pixels: drawing it a second time wipes it.
@@ -406,8 +387,6 @@ class LUMBRA_API CGL : public CGLEstado {
     /// Undoes a digitised point: of the sketch, and of the selection where it came from.
     /// @param bGoma keep the point that follows the cursor, and drop the one before it
     void BorraUltimoPuntoLineaNueva(int bGoma);
-    bool EsCerradaLineaNueva() const;
-    unsigned NPuntosLineaNueva() const;
     /// Append the sketch to a line: in terrain units, in model integers, in pixels.
     void DameLineaNuevaTerreno(Vertiz::CLinea<double>& l) const;
     void DameLineaNuevaTerreno(Vertiz::CLinea<int>& l);
@@ -422,14 +401,7 @@ class LUMBRA_API CGL : public CGLEstado {
     /// Empty the list here and in all children.
     void ClearSeleccion();
     void ClearPuntosSeleccion();
-    void SumaSeleccion(const Vertiz::CPosicionEntidad& posicion) { m_Seleccion.push_back(posicion); }
-    void SumaSeleccion(const std::vector<Vertiz::CPosicionEntidad>& posiciones);
-    void SetSeleccion2Con1() { m_Seleccion2 = m_Seleccion; }
-    void SetSeleccion1Con2() { m_Seleccion = m_Seleccion2; }
     void SetVistaSeleccion(std::vector<Vertiz::CPosicionEntidad>& vista, bool bIniciar);
-    std::vector<Vertiz::CPosicionEntidad> GetSeleccion() const { return m_Seleccion; }
-    std::vector<Vertiz::CPosicionEntidad> GetSeleccion2() const { return m_Seleccion2; }
-    std::vector<Vertiz::CCoor3D<double>> GetPuntosSeleccion() const { return m_PuntosSeleccion; }
 
     // ---- Composition -----------------------------------------------------------------------------------------------
     /// The first child of that name, case and all; null when there is none. It stays this scene's.
@@ -445,8 +417,6 @@ class LUMBRA_API CGL : public CGLEstado {
     // ---- Palette, capture, fonts -----------------------------------------------------------------------------------
     /// Builds a palette where the device context needs one. @return 0 when it needs none
     int CreatePalette();
-    /// One channel of a palette entry, 0 to 255: nbits of i from shift up, spread over a byte; 0 above 3 bits.
-    unsigned char ComponentFromIndex(int i, unsigned nbits, unsigned shift);
     /// Reads the picture's lower left part as 24-bit blue, green, red, bottom row first, rows to 4 bytes.
     /// @param buffer at least size.cy rows of size.cx pixels
     /// @return 0 good, 3 no context, 4 failed read
@@ -455,11 +425,8 @@ class LUMBRA_API CGL : public CGLEstado {
     int CreaFuentes();
 
   protected:
-    static constexpr unsigned kGlifos = 1024;      ///< glyph lists of a font block, for UTF-16 codes from 0
-    static constexpr int kLadoProfundidad = 1024;  ///< side of the depth block, in pixels
+    static constexpr unsigned kGlifos = 1024;  ///< glyph lists of a font block, for UTF-16 codes from 0
 
-    /// This scene lies on a photograph: points go through the image's transformation and back.
-    bool SobreFoto() const;
     /// A scene is this one, or stands below it.
     bool Contiene(const CGL& escena) const;
     /// What assignment leaves alone: itself, and a scene above or below.
@@ -467,30 +434,13 @@ class LUMBRA_API CGL : public CGLEstado {
     /// All children: references first, then links.
     std::vector<CGL*> Hijos() const;
 
-    CString m_Nombre;
-    bool m_bMaximasVacias = true;
-    Vertiz::CDataTransformacion m_DataTransformacion;
-    std::unique_ptr<HGLRC[]> m_phRCShared;          ///< one for each worker, never shared between scenes
-    std::unique_ptr<float[]> m_pBufferProfundidad;  ///< depth block of a click, so that picking allocates nothing
-
-    // ---- Selection, sketch, marks ----------------------------------------------------------------------------------
-    std::vector<Vertiz::CPosicionEntidad> m_Seleccion;
-    std::vector<Vertiz::CPosicionEntidad> m_Seleccion2;
-    std::vector<Vertiz::CCoor3D<double>> m_PuntosSeleccion;         ///< clicked points; Tipo: see DamePuntoSeleccion
-    Vertiz::CLinea<double> m_LineaNueva{CString(L"nuevo")};         ///< sketch in GL space
-    Vertiz::CLinea<double> m_LineaNuevaTerreno{CString(L"nuevo")};  ///< in terrain space, where an image takes part
-    std::vector<Vertiz::CTexto<double>> m_Marcas;
-    Vertiz::CLinea<double> m_MarcasGL{CString(L"nuevo")};  ///< Tipo: a mark's orientation, hundredths of a degree
-    std::vector<Vertiz::CLinea<double>> m_Medidas;
-
   private:
     struct Pulsacion;
 
     // CGL.cpp
-    void CopiaDe(const CGL& otra);
+    void Comparte();
     void BorraTexturaFondo();
     void BorraListas();
-    void OlvidaListas();
     int IniciarHijo(CGL& hijo) const;
     int RenderHijo(CGL& hijo) const;
     void RenderPuntosCamara() const;
@@ -578,9 +528,6 @@ class LUMBRA_API CGL : public CGLEstado {
     Vertiz::CCoor3D<double> SinSemilla(const Vertiz::CCoor3D<double>& p) const;
     int EstiloLineaNueva() const;
     void TrazaLineaNueva(unsigned primero) const;
-
-    // CGLImpresion.cpp
-    void LlenaPaleta(const PIXELFORMATDESCRIPTOR& descriptor, PALETTEENTRY* entradas);
 
     // Copies count as owners of the context; each child counts the scenes that hold it. A child only looks at the
     // owners of its parent's context, so that it knows when that is gone.

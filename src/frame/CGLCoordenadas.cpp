@@ -44,11 +44,6 @@ void Espiral(int lado, Parar parar) {
 
 }  // namespace
 
-bool CGL::SobreFoto() const {
-    return (m_bEsReferencia != 0 || m_nTipoImagenFondo == 1) && m_nTipoImagenFondo != 2 &&
-           m_DataTransformacion.ExisteTransformacion();
-}
-
 int CGL::EstableceMaxMin(const CMaximas<double>& m) {
     if (m_bEsReferencia != 0) return 0;
     int cambiadas = 0;

@@ -1,6 +1,6 @@
 #pragma once
 // What a copy of a scene takes over: its view, what it is, and what it holds in OpenGL. It is a class of its own so
-// that a copy is one assignment; what each scene keeps to itself is in CGL.
+// that a copy is one assignment; what each scene keeps to itself is in CGLPropio.
 
 #include "frame/CGLVista.h"
 #include "model/CDigiTab.h"
@@ -65,8 +65,26 @@ class LUMBRA_API CGLEstado : public CGLVista {
     /// Largest side of a texture, in pixels.
     void SetMaxTexDim(int v) { m_nMaxTexDim = v; }
     int GetMaxTexDim() const { return m_nMaxTexDim; }
+    /// Accumulated zoom of an orthographic view; 1.0 in any other.
+    double GetZoom() const { return EsOrtografica() ? m_dZoom : 1.0; }
+    /// Pan by GL units. A spherical view stays where it is: its eye is the sphere's centre.
+    void SumaXTrans(double d) {
+        if (!EsEsferica()) m_Camara.SumaXTrans(d);
+    }
+    void SumaYTrans(double d) {
+        if (!EsEsferica()) m_Camara.SumaYTrans(d);
+    }
+    void SumaZTrans(double d) {
+        if (!EsEsferica()) m_Camara.SumaZTrans(d);
+    }
+    void SumaTrans(const Vertiz::CCoor3D<double>& d) {
+        if (!EsEsferica()) m_Camara.SumaTrans(d);
+    }
+
     /// The palette of a display with few colours, the scene's; null when it needs none.
     CPalette* GetPalette() { return m_pPalette; }
+    /// One channel of a palette entry, 0 to 255: nbits of i from shift up, spread over a byte; 0 above 3 bits.
+    static unsigned char ComponentFromIndex(int i, unsigned nbits, unsigned shift);
 
   protected:
     CGLEstado() = default;
@@ -76,6 +94,18 @@ class LUMBRA_API CGLEstado : public CGLVista {
 
     /// This scene is the photograph, not one drawn over it.
     bool EsImagenFondo() const { return EsImagenConicaFondo() || EsImagenOrtoFondo() || EsImagenEsfericaFondo(); }
+    /// Forgets the lists and textures of the overlays: others own them, or they are gone.
+    void OlvidaListas();
+
+    // ---- Palette: the levels of a channel of 1, 2 and 3 bits; the places of the system's colours, and these ---------
+    static const unsigned char m_oneto8[2];
+    static const unsigned char m_twoto8[4];
+    static const unsigned char m_threeto8[8];
+    static const int m_defaultOverride[13];
+    static const PALETTEENTRY m_defaultPalEntry[20];
+    static constexpr int kEntradasPaleta = 256;
+    /// Fills a palette for an RGBA format. @param entradas room for kEntradasPaleta, zeroed
+    static void LlenaPaleta(const PIXELFORMATDESCRIPTOR& descriptor, PALETTEENTRY* entradas);
 
     int m_nTipo = -1;
     int m_bEsReferencia = 0;             ///< 1: owned by another scene, as reference or link; stays so for life

@@ -243,14 +243,6 @@ void CGL::BorraUltimoDigitado(bool bGoma) {
 
 // ---- Reading -------------------------------------------------------------------------------------------------------
 
-bool CGL::EsCerradaLineaNueva() const {
-    return m_LineaNueva.EsCerrada();
-}
-
-unsigned CGL::NPuntosLineaNueva() const {
-    return m_LineaNueva.NPuntos();
-}
-
 void CGL::DameLineaNuevaTerreno(CLinea<double>& l) const {
     const bool bTerreno = SobreFoto();
     for (unsigned i = 0; i < m_LineaNueva.NPuntos(); ++i) {

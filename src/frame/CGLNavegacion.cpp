@@ -239,17 +239,9 @@ void CGL::OnZoomExtensionSeleccion() {
     if (GetMaximasSeleccion(m) != 0) ZoomExtension(m);
 }
 
-double CGL::GetZoom() const {
-    return EsOrtografica() ? m_dZoom : 1.0;
-}
-
 void CGL::SetZoom(double zoom) {
     if (!EsOrtografica()) return;
     if (EscalaProyeccion(zoom / m_dZoom, 1.0)) m_dZoom = zoom;
-}
-
-void CGL::SetAngulos(double x, double y, double z) {
-    m_Camara.SetAngulos(x, y, z);
 }
 
 void CGL::SetAnguloX(double grados, int bVista) {
@@ -375,22 +367,6 @@ void CGL::DesplazaZ(int sentido) {
     const Paso paso = MidePaso(0, -pixeles, d);
     if (paso == Paso::Hallado) SumaTrans(d);
     if (paso == Paso::SinPunto) SumaZTrans(pixeles * m_dFactorPantalla + m_Camara.View().z);
-}
-
-void CGL::SumaXTrans(double d) {
-    if (!EsEsferica()) m_Camara.SumaXTrans(d);
-}
-
-void CGL::SumaYTrans(double d) {
-    if (!EsEsferica()) m_Camara.SumaYTrans(d);
-}
-
-void CGL::SumaZTrans(double d) {
-    if (!EsEsferica()) m_Camara.SumaZTrans(d);
-}
-
-void CGL::SumaTrans(const CCoor3D<double>& d) {
-    if (!EsEsferica()) m_Camara.SumaTrans(d);
 }
 
 void CGL::CompruebaCotaCamara() {

@@ -349,10 +349,6 @@ bool CGL::DamePuntoSeleccion(CCoor3D<double>& c, int i) const {
     return true;
 }
 
-void CGL::SumaSeleccion(const std::vector<CPosicionEntidad>& posiciones) {
-    m_Seleccion.insert(m_Seleccion.end(), posiciones.begin(), posiciones.end());
-}
-
 void CGL::SetSeleccion(const std::vector<CPosicionEntidad>& seleccion) {
     m_Seleccion = seleccion;
 }

@@ -18,6 +18,7 @@ class LUMBRA_API CGLVista : public CGLAjustes {
     CCamera GetCamara() const { return m_Camara; }
     CCamera& GetCamara() { return m_Camara; }
     /// Angles of the camera, in degrees.
+    void SetAngulos(double x, double y, double z) { m_Camara.SetAngulos(x, y, z); }
     double GetAnguloX() const { return m_Camara.GetAnguloX(); }
     double GetAnguloY() const { return m_Camara.GetAnguloY(); }
     double GetAnguloZ() const { return m_Camara.GetAnguloZ(); }

@@ -23,6 +23,9 @@ Dispositivo::Dispositivo() {
         PALETTEENTRY m_Otra;
     } dos = {{0x300, 2, {{0, 0, 0, 0}}}, {255, 255, 255, 0}};
     m_PaletaPropia.CreatePalette(&dos.m_Cabecera);
+    m_FuentePropia.CreateFontW(0, 0, 0, 0, FW_NORMAL, FALSE, FALSE, FALSE, DEFAULT_CHARSET, OUT_DEFAULT_PRECIS,
+                               CLIP_DEFAULT_PRECIS, DEFAULT_QUALITY, DEFAULT_PITCH, nullptr);
+    m_Fuente = Fuentes().Busca(m_FuentePropia.GetSafeHandle());
 }
 
 std::shared_ptr<Dispositivo> Dispositivo::EnMemoria() {

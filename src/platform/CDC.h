@@ -6,6 +6,7 @@
 #include "platform/Exporta.h"
 #include "platform/Tipos.h"
 
+class CFont;
 class CPalette;
 class CWnd;
 struct CDataImpresion;
@@ -91,6 +92,10 @@ class LUMBRA_API CDC {
 
     /// @return the bitmap selected; the device context's own, of one pixel, when none was; null for a window
     CBitmap* GetCurrentBitmap() const;
+
+    /// Selects a font, for the glyph lists of Fuentes.h.
+    /// @return the font selected before, never null on success: the device context's own when that one has no CFont
+    CFont* SelectObject(CFont* fuente);
 
     /// Selects a palette.
     /// @return the palette selected before, never null on success

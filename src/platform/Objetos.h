@@ -5,6 +5,7 @@
 #include "platform/Backend.h"
 #include "platform/CBitmap.h"
 #include "platform/CDC.h"
+#include "platform/CFont.h"
 #include "platform/CPalette.h"
 #include "platform/CWnd.h"
 
@@ -12,6 +13,7 @@
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <string>
 #include <thread>
 #include <unordered_map>
 #include <vector>
@@ -80,6 +82,16 @@ struct Paleta {
     CPalette* m_pClase = nullptr;  ///< the object of the host that holds it, if any
 };
 
+/// What a font was asked to be; its face is looked for when glyphs are made.
+struct Fuente {
+    std::string m_Cara;  ///< UTF-8
+    int m_nAlto = 0;     ///< as given to CreateFontW, never 0
+    int m_nPeso = FW_NORMAL;
+    bool m_bCursiva = false;
+    HFONT m_hFuente = nullptr;  ///< its handle, also when that has been deleted
+    CFont* m_pClase = nullptr;  ///< the object of the host that holds it, if any
+};
+
 struct Pagina;
 class Impresora;
 
@@ -92,8 +104,10 @@ struct Dispositivo {
     std::optional<CRect> m_Recorte;          ///< empty: all may be drawn on
     HBITMAP m_hBitmap = nullptr;             ///< of the bitmap selected
     std::shared_ptr<Paleta> m_Paleta;
-    CBitmap m_Propio;         ///< of one pixel, selected in a memory device context from the start
-    CPalette m_PaletaPropia;  ///< black and white, selected from the start
+    std::shared_ptr<Fuente> m_Fuente;  ///< `CerrojoContextos` guards it: workers ask for it
+    CBitmap m_Propio;                  ///< of one pixel, selected in a memory device context from the start
+    CPalette m_PaletaPropia;           ///< black and white, selected from the start
+    CFont m_FuentePropia;              ///< selected from the start
 
     Dispositivo();
     ~Dispositivo();
@@ -104,6 +118,7 @@ struct Dispositivo {
 
 Tabla<HBITMAP, Bitmap>& Bitmaps();
 Tabla<HDC, Dispositivo>& Dispositivos();
+Tabla<HFONT, Fuente>& Fuentes();
 Tabla<HWND, Lienzo>& Ventanas();
 
 /// Guards canvases, contexts and their groups.
