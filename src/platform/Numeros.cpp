@@ -10,7 +10,6 @@
 #include <cmath>
 #include <cstdlib>
 #include <limits>
-#include <utility>
 
 namespace {
 
@@ -92,13 +91,4 @@ std::string TextoReal(double valor, int decimales) {
 }
 std::string TextoGeneral(double valor, int cifras) {
     return Texto(valor, std::chars_format::general, std::max(cifras, 0));
-}
-
-int MulDiv(int a, int b, int c) {
-    if (c == 0) return -1;
-    const std::int64_t producto = std::int64_t{a} * b, divisor = c;
-    const bool negativo = (producto < 0) != (divisor < 0);
-    const std::int64_t cociente = (std::abs(producto) + std::abs(divisor) / 2) / std::abs(divisor);
-    const std::int64_t resultado = negativo ? -cociente : cociente;
-    return std::in_range<int>(resultado) ? static_cast<int>(resultado) : -1;
 }

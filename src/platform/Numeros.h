@@ -27,6 +27,3 @@ LUMBRA_API std::string TextoReal(double valor, int decimales = 6);
 
 /// A number with a count of significant digits, as "%.*g" writes it.
 LUMBRA_API std::string TextoGeneral(double valor, int cifras = 6);
-
-/// a times b by c, worked out in 64 bits and rounded, halves away from 0; -1 when c is 0 or the result doesn't fit.
-LUMBRA_API int MulDiv(int a, int b, int c);
