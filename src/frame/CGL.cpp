@@ -55,9 +55,7 @@ void CGL::Comparte() {
 
 CGL::~CGL() {
     Destruir();
-    if (m_hRCImpresion) wglDeleteContext(m_hRCImpresion);
-    if (m_hDCMemoria) CDC().Attach(m_hDCMemoria);  // deleted with the object that takes it over
-    if (m_hBitmapImpresion) DeleteObject(m_hBitmapImpresion);
+    LiberaPagina();
 }
 
 void CGL::Destruir() {
