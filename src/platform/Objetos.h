@@ -12,6 +12,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <thread>
 #include <unordered_map>
@@ -91,9 +92,17 @@ struct Fuente {
     CFont* m_pClase = nullptr;  ///< the object of the host that holds it, if any
 };
 
-/// A device context.
+struct Pagina;
+class Impresora;
+
+/// A device context. That of a printer has a canvas too, on which nothing can be selected.
 struct Dispositivo {
     std::shared_ptr<Lienzo> m_Lienzo;
+    std::unique_ptr<Impresora> m_Impresora;  ///< null when it isn't a printer's
+    std::unique_ptr<Pagina> m_Pagina;        ///< what it measures as, a printer's or a preview's; null for the others
+    bool m_bAbandonada = false;              ///< a preview that a handler has given up
+    std::optional<CRect> m_Recorte;          ///< empty: all may be drawn on
+    HBITMAP m_hBitmap = nullptr;             ///< of the bitmap selected
     std::shared_ptr<Paleta> m_Paleta;
     std::shared_ptr<Fuente> m_Fuente;  ///< `CerrojoContextos` guards it: workers ask for it
     CBitmap m_Propio;                  ///< of one pixel, selected in a memory device context from the start
@@ -103,6 +112,8 @@ struct Dispositivo {
     Dispositivo();
     ~Dispositivo();
     std::shared_ptr<Bitmap> BitmapPropio() const;
+    /// A device context that draws on a bitmap of one pixel until another is selected.
+    static std::shared_ptr<Dispositivo> EnMemoria();
 };
 
 Tabla<HBITMAP, Bitmap>& Bitmaps();
