@@ -10,6 +10,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <cstdlib>
 #include <thread>
 
@@ -32,7 +33,10 @@ template <class Prueba>
     if (servidor.m_Nombre.empty()) _exit(0);
     setenv("DISPLAY", servidor.m_Nombre.c_str(), 1);
     prueba(servidor);
-    if (testing::Test::HasFailure()) std::fprintf(stderr, "%s\n", UltimoFalloGL().c_str());
+    const auto& resultado = *testing::UnitTest::GetInstance()->current_test_info()->result();
+    for (int i = 0; i < resultado.total_part_count(); ++i)
+        std::fprintf(stderr, "line %d: %s\n", resultado.GetTestPartResult(i).line_number(),
+                     resultado.GetTestPartResult(i).message());
     _exit(testing::Test::HasFailure() ? 1 : 0);
 }
 
@@ -108,13 +112,17 @@ TEST_F(DisplayPerdidoDeathTest, AWorkerThatDrawsMeanwhileComesToItsEnd) {
         CClientDC dc(&v);
         ASSERT_TRUE(PonFormato(dc, PFD_DRAW_TO_WINDOW | PFD_SUPPORT_OPENGL | PFD_DOUBLEBUFFER));
         HGLRC hrc = wglCreateContext(dc);
+        std::atomic<int> cuadros = 0;
         std::thread hilo([&] {
-            ASSERT_TRUE(wglMakeCurrent(dc, hrc)) << UltimoFalloGL();
-            while (SwapBuffers(dc))
+            EXPECT_TRUE(wglMakeCurrent(dc, hrc)) << UltimoFalloGL();
+            do {
                 Limpia(1, 2, 3);
+                ++cuadros;
+            } while (SwapBuffers(dc));
             wglMakeCurrent(nullptr, nullptr);
         });
-        CWnd::DespachaEventos(100);
+        while (cuadros < 5)
+            CWnd::DespachaEventos(1);
         servidor.Mata();
         while (v.GetSafeHwnd())
             CWnd::DespachaEventos(-1);

@@ -62,6 +62,16 @@ int ManejadorRotura(Display* display) {
     return ajena ? ajena(display) : 0;
 }
 
+// The server of a connection has gone. The thread that finds out has the display locked for itself by now, since Xlib
+// expects the process to end here: the other threads would wait for it for ever.
+void Pierde(Display* display, void*) {
+    {
+        std::lock_guard cierre(Errores().m_Cerrojo);
+        if (std::ranges::count(Errores().m_Rotas, display) == 0) Errores().m_Rotas.push_back(display);
+    }
+    XUnlockDisplay(display);
+}
+
 // Puts our handler first. It stays there: what OpenGL sends to the display fails at any later time, when the window of
 // a toolkit has gone, say.
 // @return the one that was there
@@ -193,13 +203,7 @@ ConexionX11::ConexionX11(Display* display)
     // A server that goes away would end the process too. Calls to Xlib then return without having done anything.
     const XIOErrorHandler rotura = XSetIOErrorHandler(ManejadorRotura);
     if (rotura != ManejadorRotura) Errores().m_pRoturaAjena = rotura;
-    XSetIOErrorExitHandler(
-        display,
-        [](Display* rota, void*) {
-            std::lock_guard cierre(Errores().m_Cerrojo);
-            Errores().m_Rotas.push_back(rota);
-        },
-        nullptr);
+    XSetIOErrorExitHandler(display, Pierde, nullptr);
     m_Protocolos = XInternAtom(display, "WM_PROTOCOLS", False);
     m_Borra = XInternAtom(display, "WM_DELETE_WINDOW", False);
 }
