@@ -62,14 +62,13 @@ int ManejadorRotura(Display* display) {
     return ajena ? ajena(display) : 0;
 }
 
-// The server of a connection has gone. The thread that finds out has the display locked for itself by now, since Xlib
-// expects the process to end here: the other threads would wait for it for ever.
+// The server of a connection has gone.
 void Pierde(Display* display, void*) {
     {
         std::lock_guard cierre(Errores().m_Cerrojo);
         if (std::ranges::count(Errores().m_Rotas, display) == 0) Errores().m_Rotas.push_back(display);
     }
-    XUnlockDisplay(display);
+    DevuelveCerrojos(display);
 }
 
 // Puts our handler first. It stays there: what OpenGL sends to the display fails at any later time, when the window of

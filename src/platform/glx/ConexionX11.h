@@ -41,6 +41,9 @@ class ConexionX11 {
     Atom m_Protocolos, m_Borra;
 };
 
+/// Leaves Xlib's locks as its functions expect them, from within the handler of a lost connection.
+void DevuelveCerrojos(Display* display);
+
 constexpr int kServidorPerdido = -1;
 
 /// An error of the server, for a person.
