@@ -41,11 +41,6 @@ bool EsNuestra(Display* display) {
     return std::ranges::count(Errores().m_Nuestras, display) != 0;
 }
 
-bool EstaRota(Display* display) {
-    std::lock_guard cierre(Errores().m_Cerrojo);
-    return std::ranges::count(Errores().m_Rotas, display) != 0;
-}
-
 int Manejador(Display* display, XErrorEvent* error) {
     ErroresX& e = Errores();
     if (EsNuestra(display)) {
@@ -175,6 +170,11 @@ Evento Traduce(XEvent& x, const ConexionX11& conexion) {
 }
 
 }  // namespace
+
+bool EstaRota(Display* display) {
+    std::lock_guard cierre(Errores().m_Cerrojo);
+    return std::ranges::count(Errores().m_Rotas, display) != 0;
+}
 
 std::unique_ptr<ConexionX11> ConexionX11::Abre(std::string& motivo) {
     static const bool hilos = XInitThreads() != 0;  // before any other call of Xlib

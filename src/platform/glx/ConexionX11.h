@@ -46,6 +46,9 @@ void DevuelveCerrojos(Display* display);
 
 constexpr int kServidorPerdido = -1;
 
+/// The server of one of our connections has gone away.
+bool EstaRota(Display* display);
+
 /// An error of the server, for a person.
 std::string TextoErrorX(int error);
 
