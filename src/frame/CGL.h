@@ -478,6 +478,7 @@ class LUMBRA_API CGL : public CGLPropio {
 
     // CGLNavegacion.cpp
     int EscalaProyeccion(double plano, double fondo);
+    double EscalaVista();
     void ApuntaACaja(const Vertiz::CMaximas<double>& m);
     bool AjustaOrto(const Vertiz::CMaximas<double>& cajaGL);
     bool AjustaPerspectiva(const Vertiz::CMaximas<double>& cajaGL);
@@ -487,7 +488,7 @@ class LUMBRA_API CGL : public CGLPropio {
     void DesplazaX(int sentido);
     void DesplazaZ(int sentido);
     template <class Traza>
-    void DibujaXor(Traza traza);
+    bool DibujaXor(Traza traza);
 
     // CGLSuperpuestos.cpp, CGLCielo.cpp
     void RestauraModo() const;
@@ -526,8 +527,10 @@ class LUMBRA_API CGL : public CGLPropio {
     void BorraUltimoPuntoSeleccion();
     void BorraUltimoDigitado(bool bGoma);
     Vertiz::CCoor3D<double> SinSemilla(const Vertiz::CCoor3D<double>& p) const;
+    int DibujaLineaNueva(unsigned primero) const;
     int EstiloLineaNueva() const;
     void TrazaLineaNueva(unsigned primero) const;
+    Vertiz::CCoor3D<double> PuntoBoceto(unsigned i, bool bGuardado, double escala) const;
 
     // Copies count as owners of the context; each child counts the scenes that hold it. A child only looks at the
     // owners of its parent's context, so that it knows when that is gone.

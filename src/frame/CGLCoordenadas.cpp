@@ -293,8 +293,9 @@ bool CGL::BuscaPixel(const ProfundidadFondo& fondo, float& z, int& i, int& j) co
 bool CGL::ProyectaPixel(const MatricesGL& matrices, int x, int y, CCoor3D<double>& c, bool& bHallado) const {
     CCoor3D<double> ventana;
     if (!matrices.Proyecta(m_PuntoGL, ventana) || !matrices.Desproyecta(x, y, ventana.z, c)) return false;
+    const double escala = EscalaModelo(matrices.modelview);
     const CCoor3D<double> ojo = m_Camara.Position();
-    bHallado = ProyectaVector(c, EsOrtografica() ? c + m_Camara.View() - ojo : ojo);
+    bHallado = ProyectaVector(c, EsOrtografica() ? c + m_Camara.View() - ojo : ojo / escala);
     return true;
 }
 
@@ -403,9 +404,10 @@ void CGL::CalculaCamaraDesdeMatrices() {
         for (unsigned j = 0; j < 4; ++j)
             a.Set(i, j, m[4 * i + j]);
     if (!a.InversaPivote(inversa)) return;
-    const CCoor3D<double> ojo(inversa.Get(3, 0), inversa.Get(3, 1), inversa.Get(3, 2), 0);
-    const CCoor3D<double> atras(a.Get(0, 2), a.Get(1, 2), a.Get(2, 2), 0);
-    const CCoor3D<double> derecha(a.Get(0, 0), a.Get(1, 0), a.Get(2, 0), 0);
+    const double escala = EscalaModelo(m);
+    const CCoor3D<double> ojo = CCoor3D<double>(inversa.Get(3, 0), inversa.Get(3, 1), inversa.Get(3, 2), 0) * escala;
+    const CCoor3D<double> atras = CCoor3D<double>(a.Get(0, 2), a.Get(1, 2), a.Get(2, 2), 0) / escala;
+    const CCoor3D<double> derecha = CCoor3D<double>(a.Get(0, 0), a.Get(1, 0), a.Get(2, 0), 0) / escala;
     m_Camara.PositionCamera(ojo, ojo - atras, atras * derecha);
 }
 
