@@ -155,7 +155,7 @@ std::string SalidaPorDefecto(const std::string& fichero) {
 }
 
 void Completa(Orden& orden, const Textos& textos) {
-    OpcionesVista& v = orden.vista;
+    OpcionesVista& v = orden.montaje.vista;
     std::tie(v.lienzo.ancho, v.lienzo.alto) = Tamano(textos.tamano);
     if (!textos.mirada.empty()) {
         const auto [azimut, elevacion] = Mirada(textos.mirada);
@@ -171,7 +171,7 @@ void Completa(Orden& orden, const Textos& textos) {
     v.perspectiva = !textos.ortografica;
     v.base = !textos.sinBase;
     v.luz = !textos.sinLuz;
-    if (orden.salida.empty()) orden.salida = SalidaPorDefecto(orden.fichero);
+    if (orden.salida.empty()) orden.salida = SalidaPorDefecto(orden.montaje.fichero);
 }
 
 void DeclaraLectura(CLI::App& orden, Orden& o) {
@@ -181,14 +181,17 @@ void DeclaraLectura(CLI::App& orden, Orden& o) {
             "What the file holds: picture, terrain; by default as it looks")
         ->transform(UnoDe({{"picture", 1}, {"terrain", 0}}))
         ->type_name("WHAT");
-    orden.add_option("--nodata", o.nulo, "Height that stands for 'no height', where the file doesn't say it")
+    orden
+        .add_option("--nodata", o.montaje.terreno.nulo,
+                    "Height that stands for 'no height', where the file doesn't say it")
         ->check(Regla("", [](const std::string& texto) { Real(texto); }))
         ->type_name("HEIGHT");
-    orden.add_flag("--degrees", o.grados, "Leave a grid in degrees as it is, instead of bringing it to UTM");
+    orden.add_flag("--degrees", o.montaje.terreno.grados,
+                   "Leave a grid in degrees as it is, instead of bringing it to UTM");
 }
 
 void DeclaraVista(CLI::App& orden, Orden& o, Textos& t) {
-    OpcionesVista& v = o.vista;
+    OpcionesVista& v = o.montaje.vista;
     constexpr double kMuchos = 1e6;
     orden.add_option("--azimuth", v.azimut, "Where the viewer stands, clockwise from north")
         ->check(EsReal(-kMuchos, kMuchos))
@@ -211,7 +214,7 @@ void DeclaraVista(CLI::App& orden, Orden& o, Textos& t) {
 }
 
 void DeclaraAspecto(CLI::App& orden, Orden& o, Textos& t) {
-    OpcionesVista& v = o.vista;
+    OpcionesVista& v = o.montaje.vista;
     const CLI::Validator esColor = Regla("", [](const std::string& texto) { Color(texto); });
     orden
         .add_option("--color", v.color,
@@ -252,7 +255,7 @@ void DeclaraAspecto(CLI::App& orden, Orden& o, Textos& t) {
 }
 
 void DeclaraEscenario(CLI::App& orden, Orden& o) {
-    OpcionesEscenario& e = o.escenario;
+    OpcionesEscenario& e = o.montaje.escenario;
     constexpr const char* kGrupo = "On the terrain";
     const auto fichero = [&](const char* nombre, std::string& ruta, const char* que, const char* ayuda) {
         return orden.add_option(nombre, ruta, ayuda)->check(NoVacio(que))->type_name("FILE")->group(kGrupo);
@@ -284,6 +287,20 @@ void DeclaraEscenario(CLI::App& orden, Orden& o) {
             "Picture of a sky all round (equirectangular), its middle in the north");
 }
 
+void DeclaraComposicion(CLI::App& orden, Orden& o) {
+    const auto ficheros = [&](const char* nombre, std::vector<std::string>& rutas, const char* ayuda) {
+        orden.add_option(nombre, rutas, ayuda)
+            ->check(NoVacio("name a model"))
+            ->take_all()
+            ->allow_extra_args(false)
+            ->type_name("FILE")
+            ->group("Beside the terrain");
+    };
+    ficheros("--reference", o.montaje.composicion.referencias,
+             "Another grid in the same frame, of any system of coordinates; a window can hide it. May be repeated");
+    ficheros("--link", o.montaje.composicion.vinculos, "Another grid that is always shown. May be repeated");
+}
+
 void DeclaraPanorama(CLI::App& orden, Orden& o, Textos& t) {
     CLI::Option* esfera =
         orden.add_flag("--sphere", o.esfera, "The picture is a panorama (equirectangular): look at it from inside")
@@ -308,7 +325,7 @@ void DeclaraPanorama(CLI::App& orden, Orden& o, Textos& t) {
 void DeclaraDibujo(CLI::App& orden, Orden& o, Textos& t) {
     orden
         .add_option(
-            "file", o.fichero,
+            "file", o.montaje.fichero,
             "Elevation grid (GeoTIFF, ESRI ASCII grid, SRTM, USGS DEM ...) or picture (TIFF, BMP, JPEG, JPEG 2000)")
         ->check(NoVacio("name an elevation grid or a picture"))
         ->required();
@@ -320,7 +337,7 @@ void DeclaraDibujo(CLI::App& orden, Orden& o, Textos& t) {
         ->type_name("WxH")
         ->capture_default_str();
     orden
-        .add_option("--smooth", o.vista.lienzo.muestreo,
+        .add_option("--smooth", o.montaje.vista.lienzo.muestreo,
                     "Draw 1 to 4 times as large and average, for smooth edges; by default 2 where that fits")
         ->check(EsEntero(1, 4))
         ->type_name("N");
@@ -328,6 +345,7 @@ void DeclaraDibujo(CLI::App& orden, Orden& o, Textos& t) {
     DeclaraVista(orden, o, t);
     DeclaraAspecto(orden, o, t);
     DeclaraEscenario(orden, o);
+    DeclaraComposicion(orden, o);
     DeclaraPanorama(orden, o, t);
     orden.footer(
         "Examples:\n"
@@ -335,11 +353,12 @@ void DeclaraDibujo(CLI::App& orden, Orden& o, Textos& t) {
         "  lumbra render dem.tif -o north.png --azimuth 0 --elevation 25\n"
         "  lumbra render dem.tif -o plan.png --top --orthographic --size 3000x3000\n"
         "  lumbra render dem.tif --drape ortho.tif --buildings houses.gpkg --trees trees.gpkg --sky sky.jpg\n"
+        "  lumbra render dem.tif --reference older.tif --link next.tif\n"
         "  lumbra render panorama.jpg --sphere --look 90,10 --fov 75");
 }
 
 void DeclaraConversion(CLI::App& orden, Orden& o) {
-    orden.add_option("file", o.fichero, "Picture to read: TIFF, BMP, JPEG, JPEG 2000")
+    orden.add_option("file", o.montaje.fichero, "Picture to read: TIFF, BMP, JPEG, JPEG 2000")
         ->check(NoVacio("name a picture"))
         ->required();
     orden.add_option("output", o.salida, "Picture to write: a name that ends in .bmp, .tif, .jpg or .png")
@@ -376,7 +395,7 @@ Orden LeeOrden(int argc, char** argv) {
     DeclaraDibujo(*dibuja, orden, textos);
     CLI::App* cuenta =
         programa.add_subcommand("info", "Tell about an elevation grid, a picture, or the machine's OpenGL");
-    cuenta->add_option("file", orden.fichero, "Elevation grid or picture")->check(NoVacio("name a file"));
+    cuenta->add_option("file", orden.montaje.fichero, "Elevation grid or picture")->check(NoVacio("name a file"));
     cuenta->add_flag("--gl", orden.gl, "Which way to OpenGL serves, its limits, and why the others don't");
     DeclaraLectura(*cuenta, orden);
     CLI::App* convierte = programa.add_subcommand("convert", "Write a picture in another format");
@@ -395,7 +414,8 @@ Orden LeeOrden(int argc, char** argv) {
         Completa(orden, textos);
     } else if (cuenta->parsed()) {
         orden.tarea = Tarea::kCuenta;
-        if (orden.fichero.empty() && !orden.gl) throw std::invalid_argument("info: name a file, or ask for --gl");
+        if (orden.montaje.fichero.empty() && !orden.gl)
+            throw std::invalid_argument("info: name a file, or ask for --gl");
     } else if (convierte->parsed()) {
         orden.tarea = Tarea::kConvierte;
     } else {

@@ -1,9 +1,8 @@
 #pragma once
 // What the user asks for on the command line.
 
-#include "Escenario.h"
+#include "Montaje.h"
 #include "Panorama.h"
-#include "Vista.h"
 
 #include <optional>
 #include <string>
@@ -12,15 +11,12 @@ enum class Tarea { kDibuja, kCuenta, kConvierte, kNada };  // kNada: help or ver
 
 struct Orden {
     Tarea tarea = Tarea::kNada;
-    std::string fichero, salida;
-    std::optional<double> nulo;  ///< void value in place of the file's own
-    bool grados = false;         ///< leave a grid in degrees as it is
-    bool gl = false;             ///< tell about OpenGL
-    bool tamanoPedido = false;   ///< the picture's size is the user's, not the usual one
-    std::optional<bool> foto;    ///< the file is a picture, or isn't; empty: as it looks
-    bool esfera = false;         ///< a picture is a panorama, seen from inside
-    OpcionesVista vista;
-    OpcionesEscenario escenario;
+    std::string salida;
+    bool gl = false;            ///< tell about OpenGL
+    bool tamanoPedido = false;  ///< the picture's size is the user's, not the usual one
+    std::optional<bool> foto;   ///< the file is a picture, or isn't; empty: as it looks
+    bool esfera = false;        ///< a picture is a panorama, seen from inside
+    OpcionesMontaje montaje;
     OpcionesPanorama panorama;
 };
 

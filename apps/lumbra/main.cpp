@@ -8,7 +8,6 @@
 #include "Progreso.h"
 #include "Salida.h"
 #include "Vista.h"
-#include "io/LeeDEM.h"
 #include "platform/Conversiones.h"
 #include "platform/Numeros.h"
 
@@ -20,84 +19,58 @@
 
 namespace {
 
-// A value that may stand for "no height": the user is asked, and told what it was taken for.
-std::string Pregunta(const Vertiz::CMarcaDEM& marca) {
-    const std::string valor = TextoGeneral(marca.m_dValor, 9);
-    return "warning: " + std::to_string(marca.m_nMuestras) + " samples hold " + valor +
-           ", far from all others, which the file doesn't declare as void; taken as " +
-           (marca.m_bVacia ? "void" : "height") + ": say --nodata " + valor + " if it means no height";
-}
-
-Vertiz::CResultadoDEM Lee(const Orden& orden, Progreso& progreso) {
-    Vertiz::CDataLeeDEM opciones;
-    opciones.m_Nulo = orden.nulo;
-    opciones.m_bConservaGrados = orden.grados;
-    Vertiz::CResultadoDEM leido = LeeDEM(CString(DeUtf8(orden.fichero)), opciones, &progreso);
-    progreso.Termina(1, 0);
-    if (leido.m_nResultado != 1) throw std::runtime_error(AUtf8(leido.m_Error.Texto()));
-    const auto di = [&](const std::string& texto) {
-        std::fprintf(stderr, "%s: %s\n", orden.fichero.c_str(), texto.c_str());
-    };
-    for (const CString& texto : leido.m_Mensajes)
-        di(AUtf8(texto.Texto()));
-    for (const CString& texto : leido.m_Avisos)
-        di("warning: " + AUtf8(texto.Texto()));
-    for (const Vertiz::CMarcaDEM& marca : leido.m_Marcas)
-        di(Pregunta(marca));
-    return leido;
+void Avisa(const std::string& texto) {
+    std::fprintf(stderr, "%s\n", texto.c_str());
 }
 
 bool HayFoto(const Orden& orden, Progreso& progreso) {
-    return orden.foto ? *orden.foto : EsFoto(orden.fichero, progreso);
+    return orden.foto ? *orden.foto : EsFoto(orden.montaje.fichero, progreso);
 }
 
 void DibujaFoto(const Orden& orden, Progreso& progreso) {
-    const Foto foto(orden.fichero, progreso);
-    const Imagen imagen = ImagenDeFoto(foto, orden.tamanoPedido ? orden.vista.lienzo.ancho : 0,
-                                       orden.tamanoPedido ? orden.vista.lienzo.alto : 0);
+    const Foto foto(orden.montaje.fichero, progreso);
+    const Imagen imagen = ImagenDeFoto(foto, orden.tamanoPedido ? orden.montaje.vista.lienzo.ancho : 0,
+                                       orden.tamanoPedido ? orden.montaje.vista.lienzo.alto : 0);
     EscribePng(orden.salida, imagen);
-    std::printf("%s -> %s: %d x %d pixels\n", orden.fichero.c_str(), orden.salida.c_str(), imagen.ancho, imagen.alto);
+    std::printf("%s -> %s: %d x %d pixels\n", orden.montaje.fichero.c_str(), orden.salida.c_str(), imagen.ancho,
+                imagen.alto);
 }
 
 void DibujaEsfera(const Orden& orden, Progreso& progreso) {
-    Muestreo(orden.vista.lienzo);  // a size that can't be drawn is told before the reading
-    const Foto foto(orden.fichero, progreso);
-    const ResultadoPanorama vista =
-        DibujaPanorama(foto, orden.fichero, orden.panorama, orden.vista.lienzo, orden.vista.colorFondo);
+    Muestreo(orden.montaje.vista.lienzo);  // a size that can't be drawn is told before the reading
+    const Foto foto(orden.montaje.fichero, progreso);
+    const ResultadoPanorama vista = DibujaPanorama(foto, orden.montaje.fichero, orden.panorama,
+                                                   orden.montaje.vista.lienzo, orden.montaje.vista.colorFondo);
     if (vista.ancho < foto.Ancho())
-        std::fprintf(stderr, "%s: larger than OpenGL takes here; shown as %d x %d pixels\n", orden.fichero.c_str(),
-                     vista.ancho, vista.alto);
+        std::fprintf(stderr, "%s: larger than OpenGL takes here; shown as %d x %d pixels\n",
+                     orden.montaje.fichero.c_str(), vista.ancho, vista.alto);
     EscribePng(orden.salida, vista.imagen);
-    std::printf("%s -> %s: %d x %d pixels, to azimuth %s from %s, elevation %s\n", orden.fichero.c_str(),
+    std::printf("%s -> %s: %d x %d pixels, to azimuth %s from %s, elevation %s\n", orden.montaje.fichero.c_str(),
                 orden.salida.c_str(), vista.imagen.ancho, vista.imagen.alto,
                 TextoGeneral(vista.mirada.azimut, 6).c_str(), vista.bNorte ? "north" : "the panorama's middle",
                 TextoGeneral(vista.mirada.elevacion, 6).c_str());
 }
 
 void DibujaTerreno(const Orden& orden, Progreso& progreso) {
-    Muestreo(orden.vista.lienzo);
-    Vertiz::CResultadoDEM leido = Lee(orden, progreso);
-    if (leido.m_pDEM->DameCeldas() == 0)
-        throw std::runtime_error(orden.fichero + ": no cell has heights at its four corners, so there is no surface");
-    Escenario escenario = LeeEscenario(orden.escenario, leido, PixelMinimo(*leido.m_pDEM, orden.vista.lienzo), progreso,
-                                       [](const std::string& texto) { std::fprintf(stderr, "%s\n", texto.c_str()); });
-    progreso.Termina(1, 0);
-    const ResultadoVista vista = DibujaDEM(*leido.m_pDEM, orden.vista, escenario);
+    Muestreo(orden.montaje.vista.lienzo);
+    Montaje montaje(orden.montaje, progreso, Avisa);
+    const ResultadoVista vista = DibujaMontaje(montaje, orden.montaje.vista.lienzo);
     EscribePng(orden.salida, vista.imagen);
     progreso.Termina(1, 0);
-    std::printf("%s -> %s: %d x %d pixels, heights x %g", orden.fichero.c_str(), orden.salida.c_str(),
+    std::printf("%s -> %s: %d x %d pixels, heights x %g", orden.montaje.fichero.c_str(), orden.salida.c_str(),
                 vista.imagen.ancho, vista.imagen.alto, vista.exageracion);
     if (vista.pasoMalla > 1) std::printf(", one sample in %d of rows and columns", vista.pasoMalla);
     std::printf("\n");
 }
 
 void Dibuja(const Orden& orden, Progreso& progreso) {
-    CompruebaSalida(orden.salida, orden.fichero);  // before the work, not after it
-    const char* const opcion = orden.escenario.Primera();
+    CompruebaSalida(orden.salida, orden.montaje.fichero);  // before the work, not after it
+    const char* opcion = orden.montaje.escenario.Primera();
+    if (opcion == nullptr) opcion = orden.montaje.composicion.Primera();
     if (!orden.esfera && !HayFoto(orden, progreso))
         DibujaTerreno(orden, progreso);
     else if (opcion != nullptr)
-        throw std::invalid_argument(std::string(opcion) + " goes with an elevation grid; " + orden.fichero +
+        throw std::invalid_argument(std::string(opcion) + " goes with an elevation grid; " + orden.montaje.fichero +
                                     " is a picture");
     else if (orden.esfera)
         DibujaEsfera(orden, progreso);
@@ -106,23 +79,25 @@ void Dibuja(const Orden& orden, Progreso& progreso) {
 }
 
 void Convierte(const Orden& orden, Progreso& progreso) {
-    CompruebaSalida(orden.salida, orden.fichero);
-    const Foto foto(orden.fichero, progreso);
+    CompruebaSalida(orden.salida, orden.montaje.fichero);
+    const Foto foto(orden.montaje.fichero, progreso);
     ConvierteFoto(foto, orden.salida, progreso);
-    std::printf("%s -> %s: %d x %d pixels\n", orden.fichero.c_str(), orden.salida.c_str(), foto.Ancho(), foto.Alto());
+    std::printf("%s -> %s: %d x %d pixels\n", orden.montaje.fichero.c_str(), orden.salida.c_str(), foto.Ancho(),
+                foto.Alto());
 }
 
 void Cuenta(const Orden& orden, Progreso& progreso) {
     if (orden.gl && !CuentaGL()) throw std::runtime_error("no rendering context can be had; the reasons stand above");
-    if (orden.fichero.empty()) return;
+    if (orden.montaje.fichero.empty()) return;
     if (HayFoto(orden, progreso)) {
-        const Foto foto(orden.fichero, progreso, Foto::Que::kCabecera);
-        std::printf("%s\n", orden.fichero.c_str());
+        const Foto foto(orden.montaje.fichero, progreso, Foto::Que::kCabecera);
+        std::printf("%s\n", orden.montaje.fichero.c_str());
         CuentaFoto(foto);
         return;
     }
-    const Vertiz::CResultadoDEM leido = Lee(orden, progreso);
-    std::printf("%s\n", orden.fichero.c_str());
+    const Vertiz::CResultadoDEM leido =
+        LeeTerreno(orden.montaje.fichero, orden.montaje.terreno, CString(), progreso, Avisa);
+    std::printf("%s\n", orden.montaje.fichero.c_str());
     CuentaDEM(leido);
 }
 

@@ -11,6 +11,7 @@
 #include <new>
 #include <span>
 #include <string>
+#include <utility>
 
 namespace Vertiz {
 namespace {
@@ -175,17 +176,34 @@ void TrasReproyectar(const Rejilla& r, const std::string& antes, const char* uni
                                          TextoGeneral(r.m_Colocacion[1], 6) + " " + unidad));
 }
 
-// Brings the grid to plane coordinates, north up, where it isn't yet.
+// Brings the grid to the system that is asked for. @return false when it is in it already
+bool LlevaASistema(Rejilla& r, const CDataLeeDEM& opciones, const CAvance& avance, CResultadoDEM& resultado) {
+    Sistema pedido = SistemaDe(opciones.m_WKT.Utf8());
+    if (!r.m_Sistema) {
+        resultado.m_Mensajes.emplace_back(L"no coordinate system given; taken as the terrain's");
+        r.m_Sistema = std::move(pedido);
+        return false;
+    }
+    if (OSRIsSame(pedido.get(), r.m_Sistema.get())) return false;
+    const std::string de = NombreSistema(r).Utf8();
+    r = Reproyecta(r, pedido.get(), opciones.m_nMaxMuestras, avance);
+    TrasReproyectar(r, "from " + de + " to " + NombreSistema(r).Utf8(), EnGrados(r) ? "degrees" : "units", resultado);
+    return true;
+}
+
+// Brings the grid to plane coordinates, north up, where it isn't yet; to the system that is asked for, if any.
 void Endereza(Rejilla& r, const Resumen& s, const CDataLeeDEM& opciones, const CAvance& avance,
               CResultadoDEM& resultado) {
-    if (!opciones.m_bConservaGrados && ParecenGrados(r, s)) {
+    if (!opciones.m_bConservaGrados && opciones.m_WKT.IsEmpty() && ParecenGrados(r, s)) {
         r.m_Sistema = SistemaEPSG(4326);
         resultado.m_Avisos.emplace_back(
             L"the file names no coordinate system; its coordinates look like degrees, taken "
             L"as WGS 84");
     }
     const bool girada = r.m_Colocacion[2] != 0.0 || r.m_Colocacion[4] != 0.0;
-    if (EnGrados(r) && !opciones.m_bConservaGrados) {
+    const bool pedido = !opciones.m_WKT.IsEmpty();
+    if (pedido && LlevaASistema(r, opciones, avance, resultado)) return;
+    if (!pedido && EnGrados(r) && !opciones.m_bConservaGrados) {
         const Sistema utm = UTMDelCentro(r);
         const std::string de = NombreSistema(r).Utf8();
         r = Reproyecta(r, utm.get(), opciones.m_nMaxMuestras, avance);

@@ -21,6 +21,10 @@ struct CDataLeeDEM {
     /// Leave a grid in degrees as it is. Otherwise it is brought to the UTM zone of its centre.
     bool m_bConservaGrados = false;
 
+    /// The system that the grid is brought to, as CResultadoDEM::m_WKT of another one; empty: its own, or UTM. A file
+    /// without a system is taken as being in this one.
+    CString m_WKT;
+
     /// A grid with more samples is thinned out: every second, third, ... sample of rows and columns is taken, as it is.
     std::size_t m_nMaxMuestras = 64'000'000;
 };

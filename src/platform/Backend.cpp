@@ -3,6 +3,7 @@
 #include "platform/Backend.h"
 
 #include "platform/DiagnosticoGL.h"
+#include "platform/Errores.h"
 #include "platform/OpenGL.h"
 
 #include <algorithm>
@@ -104,6 +105,11 @@ bool FuerzaBackend(const std::string& nombre) {
 bool AnotaFallo(std::string motivo) {
     FalloDelHilo() = std::move(motivo);
     return false;
+}
+
+bool AnotaFallo(std::string motivo, std::uint32_t codigo) {
+    SetLastError(codigo);
+    return AnotaFallo(std::move(motivo));
 }
 
 bool LeeCapacidades(CapacidadesGL& c, std::string& motivo) {

@@ -47,6 +47,13 @@ struct Rectangulo {
     int m_nX = 0, m_nY = 0, m_nAncho = 0, m_nAlto = 0;
 };
 
+/// A picture: rows from the top down; a pixel is a number 0x00RRGGBB.
+struct Imagen {
+    const unsigned char* m_pFilas = nullptr;
+    int m_nAncho = 0, m_nAlto = 0;
+    int m_nPaso = 0;  ///< bytes from one row to the next
+};
+
 /// A window of the window system, or a size that stands for one. A window that was made here is destroyed by the
 /// destructor, one that was wrapped is left alone.
 class VentanaNativa {
@@ -61,6 +68,8 @@ class VentanaNativa {
     virtual void Retira() = 0;
     virtual bool Admite(const FormatoPixel& formato) const = 0;
     virtual std::unique_ptr<Superficie> CreaSuperficie(const FormatoPixel& formato, std::string& motivo) = 0;
+    /// Draws a picture without OpenGL, where the window can be seen.
+    virtual bool Pinta(const Imagen& imagen, int x, int y, std::string& motivo) = 0;
 };
 
 enum class TipoEvento { ninguno, tamano, repinta, cierra, destruida, raton, pulsa, suelta, rueda, tecla, teclaArriba };
@@ -68,11 +77,13 @@ enum class TipoEvento { ninguno, tamano, repinta, cierra, destruida, raton, puls
 /// Something that happened to a window.
 struct Evento {
     TipoEvento m_Tipo = TipoEvento::ninguno;
-    std::uintptr_t m_Ventana = 0;  ///< native number
-    int m_nX = 0, m_nY = 0;        ///< pointer in the client area, or the new size
-    int m_nBoton = 0;              ///< 1 left, 2 middle, 3 right; notches of the wheel
-    unsigned m_nTecla = 0;         ///< VK_ value
-    unsigned m_nEstado = 0;        ///< MK_ values
+    std::uintptr_t m_Ventana = 0;   ///< native number
+    int m_nX = 0, m_nY = 0;         ///< pointer in the client area, or the new size
+    int m_nBoton = 0;               ///< 1 left, 2 middle, 3 right; notches of the wheel
+    unsigned m_nTecla = 0;          ///< VK_ value
+    unsigned m_nEstado = 0;         ///< MK_ values
+    int m_nAncho = 0, m_nAlto = 0;  ///< of what is to be painted from m_nX, m_nY on
+    unsigned m_nInstante = 0;       ///< milliseconds of the display's clock, which begins anew after 49 days
 };
 
 /// A pixel of the screen, y downwards.
@@ -110,6 +121,8 @@ class Backend {
     virtual bool UnHiloPorSuperficie() const = 0;
     /// Windows can be seen.
     virtual bool HayVentanas() const = 0;
+    /// The display has gone away: nothing of this backend works any more, and nothing of it is harmful.
+    virtual bool Perdida() const { return false; }
     virtual Pantalla MidePantalla() const = 0;
 
     /// Makes an off-screen surface, sides in pixels.
@@ -178,6 +191,8 @@ bool FuerzaBackend(const std::string& nombre);
 /// Keeps a failure's reason for `UltimoFalloGL`, on this thread.
 /// @return false, so that a caller can return it
 bool AnotaFallo(std::string motivo);
+/// The same, with a code for GetLastError.
+bool AnotaFallo(std::string motivo, std::uint32_t codigo);
 
 /// Reads the driver's names and limits from the current context and checks that it is of the fixed pipeline.
 bool LeeCapacidades(CapacidadesGL& capacidades, std::string& motivo);

@@ -55,9 +55,9 @@ CBitmap::~CBitmap() {
 }
 
 BOOL CBitmap::CreateCompatibleBitmap(CDC* dc, int ancho, int alto) {
-    const auto dispositivo = dc ? Dispositivos().Busca(dc->GetSafeHdc()) : nullptr;
-    if (!dispositivo) return AnotaFallo("unknown device context.");
-    return CreateBitmap(ancho, alto, static_cast<UINT>(dc->GetDeviceCaps(BITSPIXEL)));
+    const int bits = dc ? dc->GetDeviceCaps(BITSPIXEL) : 0;
+    if (bits == 0) return AnotaFallo("unknown device context.");
+    return CreateBitmap(ancho, alto, static_cast<UINT>(bits));
 }
 
 BOOL CBitmap::CreateBitmap(int ancho, int alto, UINT bits) {

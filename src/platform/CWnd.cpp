@@ -4,9 +4,12 @@
 
 #include "platform/Contextos.h"
 #include "platform/Conversiones.h"
+#include "platform/Errores.h"
 #include "platform/Objetos.h"
 
 #include <algorithm>
+#include <cstdlib>
+#include <utility>
 
 namespace plataforma {
 
@@ -28,6 +31,16 @@ Abiertas& LasAbiertas() {
     return a;
 }
 
+void Apunta(CWnd* ventana) {
+    std::lock_guard cierre(LasAbiertas().m_Cerrojo);
+    LasAbiertas().m_Ventanas.push_back(ventana);
+}
+
+void Borra(CWnd* ventana) {
+    std::lock_guard cierre(LasAbiertas().m_Cerrojo);
+    std::erase(LasAbiertas().m_Ventanas, ventana);
+}
+
 // The first window that stands and fits; null when none does.
 template <class Condicion>
 CWnd* BuscaAbierta(Condicion condicion) {
@@ -37,7 +50,8 @@ CWnd* BuscaAbierta(Condicion condicion) {
     return it == todas.end() ? nullptr : *it;
 }
 
-constexpr int kLadoMaximo = 32767;  // of a window of X11
+constexpr int kLadoMaximo = 32767;               // of a window of X11
+constexpr std::chrono::milliseconds kTurno(50);  // events are handled this long before painting
 
 }  // namespace
 
@@ -75,16 +89,15 @@ BOOL CWnd::CreateEx(DWORD estiloEx, LPCWSTR clase, LPCWSTR titulo, DWORD estilo,
     m_hWnd = Ventanas().Inserta(lienzo);
     m_pPadre = cs.hwndParent;
     m_nAncho = m_nAlto = 0;
-    {
-        std::lock_guard cierre(LasAbiertas().m_Cerrojo);
-        LasAbiertas().m_Ventanas.push_back(this);
-    }
+    m_Pulsacion = {};
+    Apunta(this);
     if (cs.lpszName) SetWindowText(cs.lpszName);
-    if (OnCreate(&cs) == -1) {
+    if (SendMessage(WM_CREATE, 0, reinterpret_cast<LPARAM>(&cs)) == -1) {
         DestroyWindow();
         return AnotaFallo("OnCreate refused.");
     }
     AvisaTamano(cs.cx, cs.cy);
+    SendMessage(WM_INITIALUPDATE);
     if (m_hWnd && (cs.style & WS_VISIBLE)) ShowWindow(SW_SHOW);
     return m_hWnd != nullptr;
 }
@@ -99,6 +112,7 @@ BOOL CWnd::Attach(std::uintptr_t nativa) {
     if (!lienzo->m_Ventana) return AnotaFallo(motivo);
     m_hWnd = Ventanas().Inserta(std::move(lienzo));
     m_bEnvuelta = true;
+    Apunta(this);
     return TRUE;
 }
 
@@ -109,8 +123,10 @@ void CWnd::Detach() {
     }
     const auto lienzo = Ventanas().Saca(m_hWnd);
     if (lienzo && ActualDelHilo().m_pLienzo == lienzo.get()) wglMakeCurrent(nullptr, nullptr);
+    Borra(this);
     m_hWnd = nullptr;
     m_bEnvuelta = false;
+    m_Invalido = CRect();
 }
 
 BOOL CWnd::DestroyWindow() {
@@ -118,16 +134,13 @@ BOOL CWnd::DestroyWindow() {
     const auto esHija = [this](const CWnd* w) { return w->m_pPadre == this; };
     while (CWnd* hija = BuscaAbierta(esHija))
         hija->DestroyWindow();
-    OnDestroy();
+    SendMessage(WM_DESTROY);
     const auto lienzo = Ventanas().Saca(m_hWnd);
     if (!lienzo) return TRUE;  // OnDestroy destroyed it
-    {
-        std::lock_guard cierre(LasAbiertas().m_Cerrojo);
-        std::erase(LasAbiertas().m_Ventanas, this);
-    }
+    Borra(this);
     m_hWnd = nullptr;
     m_pPadre = nullptr;
-    m_bRepinta = false;
+    m_Invalido = CRect();
     if (ActualDelHilo().m_pLienzo == lienzo.get()) wglMakeCurrent(nullptr, nullptr);
     // Device contexts of the window, and contexts current on it on other threads, keep the native window until they
     // let go; the user sees it no more.
@@ -140,7 +153,7 @@ BOOL CWnd::ShowWindow(int modo) {
     if (!lienzo) return FALSE;
     lienzo->m_Ventana->Muestra(modo != SW_HIDE);
     // Where there is a display it asks for the picture; without one nobody else does.
-    if (modo != SW_HIDE && lienzo->m_Ventana->Id() == 0) m_bRepinta = true;
+    if (modo != SW_HIDE && lienzo->m_Ventana->Id() == 0) Invalidate();
     return TRUE;
 }
 
@@ -151,7 +164,7 @@ BOOL CWnd::MoveWindow(int x, int y, int ancho, int alto, BOOL repinta) {
         return AnotaFallo("no window has " + std::to_string(ancho) + " x " + std::to_string(alto) + " pixels.");
     lienzo->m_Ventana->Mueve({x, y, ancho, alto});
     if (lienzo->m_Ventana->Id() == 0) AvisaTamano(ancho, alto);
-    if (repinta) m_bRepinta = true;
+    if (repinta) Invalidate();
     return TRUE;
 }
 
@@ -169,8 +182,22 @@ void CWnd::GetClientRect(CRect* rect) const {
     *rect = CRect(0, 0, medidas.m_nAncho, medidas.m_nAlto);
 }
 
-void CWnd::Invalidate(BOOL) {
-    m_bRepinta = m_hWnd != nullptr;
+void CWnd::Invalidate(BOOL borra) {
+    InvalidateRect(nullptr, borra);
+}
+
+void CWnd::InvalidateRect(const RECT* rect, BOOL) {
+    CRect cliente;
+    GetClientRect(&cliente);
+    m_Invalido |= rect ? cliente & CRect(*rect) : cliente;
+}
+
+void CWnd::UpdateWindow() {
+    if (!m_Invalido.IsRectEmpty()) SendMessage(WM_PAINT);
+}
+
+LRESULT CWnd::SendMessage(UINT mensaje, WPARAM w, LPARAM l) {
+    return m_hWnd ? WindowProc(mensaje, w, l) : 0;
 }
 
 std::uintptr_t CWnd::VentanaNativa() const {
@@ -182,8 +209,19 @@ CWnd* CWnd::Busca(std::uintptr_t nativa) {
     return BuscaAbierta([&](const CWnd* w) { return w->VentanaNativa() == nativa; });
 }
 
-CWnd* CWnd::Busca(HWND hWnd) {
+CWnd* CWnd::FromHandle(HWND hWnd) {
     return BuscaAbierta([&](const CWnd* w) { return w->m_hWnd == hWnd; });
+}
+
+// Closes what a display that has gone away leaves behind. A handler may close others.
+void CWnd::CierraTodas() {
+    while (CWnd* w = BuscaAbierta([](const CWnd*) { return true; })) {
+        if (w->m_bEnvuelta)
+            w->Detach();
+        else
+            w->CWnd::DestroyWindow();
+    }
+    AnotaFallo("the display has gone away, and the windows with it.", ERROR_GEN_FAILURE);
 }
 
 int CWnd::DespachaEventos(int espera) {
@@ -192,26 +230,32 @@ int CWnd::DespachaEventos(int espera) {
     int cuantos = 0;
     std::vector<HWND> repintan;
     auto apunta = [&] {
+        repintan.clear();
         std::lock_guard cierre(LasAbiertas().m_Cerrojo);
         for (const CWnd* w : LasAbiertas().m_Ventanas)
-            if (w->m_bRepinta) repintan.push_back(w->m_hWnd);
+            if (!w->m_Invalido.IsRectEmpty()) repintan.push_back(w->m_hWnd);
     };
     apunta();
     std::chrono::milliseconds plazo(repintan.empty() ? espera : 0);
+    const auto fin = std::chrono::steady_clock::now() + plazo + kTurno;
     while (const auto evento = backend->SiguienteEvento(plazo)) {
         ++cuantos;
         plazo = std::chrono::milliseconds(0);
         if (CWnd* w = Busca(evento->m_Ventana)) w->Despacha(*evento);
+        // Events that come as fast as they are handled must not keep the picture from being painted.
+        if (std::chrono::steady_clock::now() > fin) break;
+    }
+    if (backend->Perdida()) {
+        CierraTodas();
+        return cuantos;
     }
     // Painting comes last and once, however many reasons there were. Any handler may have destroyed any window.
-    repintan.clear();
     apunta();
     for (HWND hWnd : repintan) {
-        CWnd* w = Busca(hWnd);
+        CWnd* w = FromHandle(hWnd);
         if (!w) continue;
-        w->m_bRepinta = false;
         ++cuantos;
-        w->OnPaint();
+        w->SendMessage(WM_PAINT);
     }
     return cuantos;
 }
@@ -220,49 +264,114 @@ void CWnd::AvisaTamano(int cx, int cy) {
     if (cx == m_nAncho && cy == m_nAlto) return;
     m_nAncho = cx;
     m_nAlto = cy;
-    OnSize(SIZE_RESTORED, cx, cy);
+    SendMessage(WM_SIZE, SIZE_RESTORED, MAKELPARAM(cx, cy));
+}
+
+// The event that comes second near to the first one, in time and place. A third one begins anew.
+bool CWnd::EsDobleClic(const Evento& e) {
+    const CPoint pt(e.m_nX, e.m_nY);
+    const CSize lejos = pt - m_Pulsacion.m_Punto;
+    const bool doble = m_Pulsacion.m_nBoton == e.m_nBoton &&
+                       e.m_nInstante - m_Pulsacion.m_nInstante <= DOUBLE_CLICK_TIME &&
+                       std::max(std::abs(lejos.cx), std::abs(lejos.cy)) <= DOUBLE_CLICK_DISTANCE;
+    m_Pulsacion = doble ? Pulsacion() : Pulsacion{e.m_nBoton, pt, e.m_nInstante};
+    return doble;
 }
 
 void CWnd::Despacha(const Evento& e) {
-    const CPoint pt(e.m_nX, e.m_nY);
+    // Of each button: pressed, released, pressed twice.
+    static constexpr UINT botones[][3] = {{WM_LBUTTONDOWN, WM_LBUTTONUP, WM_LBUTTONDBLCLK},
+                                          {WM_MBUTTONDOWN, WM_MBUTTONUP, WM_MBUTTONDBLCLK},
+                                          {WM_RBUTTONDOWN, WM_RBUTTONUP, WM_RBUTTONDBLCLK}};
+    const LPARAM punto = MAKELPARAM(e.m_nX, e.m_nY);
+    const CRect parte(CPoint(e.m_nX, e.m_nY), CSize(e.m_nAncho, e.m_nAlto));
     switch (e.m_Tipo) {
         case TipoEvento::tamano:
             AvisaTamano(e.m_nX, e.m_nY);
             break;
         case TipoEvento::repinta:
-            m_bRepinta = true;
+            InvalidateRect(&parte);
             break;
         case TipoEvento::cierra:
-            OnClose();
+            SendMessage(WM_CLOSE);
             break;
         case TipoEvento::destruida:
             DestroyWindow();
             break;
         case TipoEvento::raton:
-            OnMouseMove(e.m_nEstado, pt);
+            SendMessage(WM_MOUSEMOVE, e.m_nEstado, punto);
             break;
         case TipoEvento::pulsa:
-            if (e.m_nBoton == 1) OnLButtonDown(e.m_nEstado, pt);
-            if (e.m_nBoton == 2) OnMButtonDown(e.m_nEstado, pt);
-            if (e.m_nBoton == 3) OnRButtonDown(e.m_nEstado, pt);
+            SendMessage(botones[e.m_nBoton - 1][EsDobleClic(e) ? 2 : 0], e.m_nEstado, punto);
             break;
         case TipoEvento::suelta:
-            if (e.m_nBoton == 1) OnLButtonUp(e.m_nEstado, pt);
-            if (e.m_nBoton == 2) OnMButtonUp(e.m_nEstado, pt);
-            if (e.m_nBoton == 3) OnRButtonUp(e.m_nEstado, pt);
+            SendMessage(botones[e.m_nBoton - 1][1], e.m_nEstado, punto);
             break;
-        case TipoEvento::rueda:
-            OnMouseWheel(e.m_nEstado, static_cast<short>(e.m_nBoton * WHEEL_DELTA), pt);
+        case TipoEvento::rueda: {
+            const auto giro = static_cast<WORD>(e.m_nBoton * WHEEL_DELTA);
+            SendMessage(WM_MOUSEWHEEL, e.m_nEstado | WPARAM{giro} << 16, punto);
             break;
+        }
         case TipoEvento::tecla:
-            OnKeyDown(e.m_nTecla, 1, 0);
+            SendMessage(WM_KEYDOWN, e.m_nTecla, 1);
             break;
         case TipoEvento::teclaArriba:
-            OnKeyUp(e.m_nTecla, 1, 0);
+            SendMessage(WM_KEYUP, e.m_nTecla, 1);
             break;
         case TipoEvento::ninguno:
             break;
     }
+}
+
+LRESULT CWnd::WindowProc(UINT mensaje, WPARAM w, LPARAM l) {
+    if (mensaje >= WM_MOUSEMOVE && mensaje <= WM_MOUSEWHEEL) return MensajeRaton(mensaje, w, l);
+    switch (mensaje) {
+        case WM_CREATE:
+            return OnCreate(reinterpret_cast<LPCREATESTRUCT>(l));
+        case WM_DESTROY:
+            OnDestroy();
+            return 0;
+        case WM_SIZE:
+            OnSize(static_cast<UINT>(w), LOWORD(static_cast<WPARAM>(l)), HIWORD(static_cast<WPARAM>(l)));
+            return 0;
+        case WM_PAINT:
+            // What a handler invalidates is for the next time.
+            m_Pintando = std::exchange(m_Invalido, CRect());
+            OnPaint();
+            m_Pintando = CRect();
+            return 0;
+        case WM_CLOSE:
+            OnClose();
+            return 0;
+        case WM_KEYDOWN:
+            OnKeyDown(static_cast<UINT>(w), LOWORD(static_cast<WPARAM>(l)), 0);
+            return 0;
+        case WM_KEYUP:
+            OnKeyUp(static_cast<UINT>(w), LOWORD(static_cast<WPARAM>(l)), 0);
+            return 0;
+        case WM_COMMAND:
+            return OnCommand(w, l);
+        case WM_QUERYNEWPALETTE:
+            return OnQueryNewPalette();
+        case WM_PALETTECHANGED:
+            OnPaletteChanged(FromHandle(reinterpret_cast<HWND>(w)));  // NOLINT(performance-no-int-to-ptr)
+            return 0;
+        default:
+            return 0;
+    }
+}
+
+LRESULT CWnd::MensajeRaton(UINT mensaje, WPARAM w, LPARAM l) {
+    using Manejador = void (CWnd::*)(UINT, CPoint);
+    // In the order of their numbers.
+    static constexpr Manejador manejadores[] = {&CWnd::OnMouseMove,     &CWnd::OnLButtonDown, &CWnd::OnLButtonUp,
+                                                &CWnd::OnLButtonDblClk, &CWnd::OnRButtonDown, &CWnd::OnRButtonUp,
+                                                &CWnd::OnRButtonDblClk, &CWnd::OnMButtonDown, &CWnd::OnMButtonUp,
+                                                &CWnd::OnMButtonDblClk};
+    const CPoint pt(GET_X_LPARAM(l), GET_Y_LPARAM(l));
+    if (mensaje == WM_MOUSEWHEEL) return OnMouseWheel(LOWORD(w), static_cast<short>(HIWORD(w)), pt);
+    (this->*manejadores[mensaje - WM_MOUSEMOVE])(static_cast<UINT>(w), pt);
+    return 0;
 }
 
 BOOL CWnd::PreCreateWindow(CREATESTRUCT&) {
@@ -277,6 +386,13 @@ void CWnd::OnPaint() {}
 void CWnd::OnClose() {
     DestroyWindow();
 }
+BOOL CWnd::OnCommand(WPARAM, LPARAM) {
+    return FALSE;
+}
+void CWnd::OnPaletteChanged(CWnd*) {}
+BOOL CWnd::OnQueryNewPalette() {
+    return FALSE;
+}
 void CWnd::OnMouseMove(UINT, CPoint) {}
 void CWnd::OnLButtonDown(UINT, CPoint) {}
 void CWnd::OnLButtonUp(UINT, CPoint) {}
@@ -284,8 +400,24 @@ void CWnd::OnMButtonDown(UINT, CPoint) {}
 void CWnd::OnMButtonUp(UINT, CPoint) {}
 void CWnd::OnRButtonDown(UINT, CPoint) {}
 void CWnd::OnRButtonUp(UINT, CPoint) {}
+void CWnd::OnLButtonDblClk(UINT flags, CPoint pt) {
+    OnLButtonDown(flags, pt);
+}
+void CWnd::OnMButtonDblClk(UINT flags, CPoint pt) {
+    OnMButtonDown(flags, pt);
+}
+void CWnd::OnRButtonDblClk(UINT flags, CPoint pt) {
+    OnRButtonDown(flags, pt);
+}
 BOOL CWnd::OnMouseWheel(UINT, short, CPoint) {
     return FALSE;
 }
 void CWnd::OnKeyDown(UINT, UINT, UINT) {}
 void CWnd::OnKeyUp(UINT, UINT, UINT) {}
+
+BOOL InvalidateRect(HWND hWnd, const RECT* rect, BOOL borra) {
+    CWnd* ventana = CWnd::FromHandle(hWnd);
+    if (!ventana) return AnotaFallo("there is no such window.", ERROR_INVALID_HANDLE);
+    ventana->InvalidateRect(rect, borra);
+    return TRUE;
+}

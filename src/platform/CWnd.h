@@ -3,10 +3,12 @@
 
 #include "platform/CPoint.h"
 #include "platform/Exporta.h"
+#include "platform/Mensajes.h"
 #include "platform/Tipos.h"
 
 #include <cstdint>
 
+class CDC;
 class CWnd;
 
 namespace plataforma {
@@ -69,8 +71,18 @@ struct CREATESTRUCT {
 };
 using LPCREATESTRUCT = CREATESTRUCT*;
 
-/// A window. Derive from it and override the handlers; they are called by `DespachaEventos` on the thread that calls
-/// it. A window's functions belong to the thread that made it.
+/// Two presses of a button are a double click when they are this many milliseconds apart at most,
+constexpr unsigned DOUBLE_CLICK_TIME = 500;
+/// and this many pixels in each direction.
+constexpr int DOUBLE_CLICK_DISTANCE = 4;
+
+/// A window. Derive from it and override the handlers. What happens to the window is called by `DespachaEventos`, on
+/// the thread that calls it: each event becomes a message for `WindowProc`, which calls the handler. Sizes and
+/// movements of the mouse that wait together are told once, the last of them, and painting comes after everything else,
+/// once. A window's functions belong to the thread that made it.
+///
+/// A display that goes away closes all windows: `OnDestroy` is called, `GetSafeHwnd` is null, and new windows are
+/// refused. UltimoFalloGL tells why.
 class LUMBRA_API CWnd {
   public:
     CWnd();
@@ -90,7 +102,8 @@ class LUMBRA_API CWnd {
                   UINT id = 0);
 
     /// Wraps a window of the host's toolkit. Nothing of it is changed: it isn't destroyed with this object, and its
-    /// events stay the toolkit's, so the host calls the handlers that it needs.
+    /// events stay the toolkit's, so the host sends the messages that it needs, WM_CREATE too. What `Invalidate` asks
+    /// for is painted by `UpdateWindow`, or by `DespachaEventos` where the host calls that.
     /// @param nativa X11 window on the same display
     /// @return FALSE when there is no such window, or no display
     BOOL Attach(std::uintptr_t nativa);
@@ -107,8 +120,17 @@ class LUMBRA_API CWnd {
     BOOL SetWindowText(LPCWSTR titulo);
     /// The client area: 0, 0 to its size in pixels.
     void GetClientRect(CRect* rect) const;
-    /// Has `OnPaint` called by the next `DespachaEventos`.
+    /// Has `OnPaint` called by the next `DespachaEventos`. What is invalid is the smallest rectangle round all that was
+    /// asked for since the last time.
     void Invalidate(BOOL borra = TRUE);
+    /// @param rect pixels of the client area; null: all of it
+    void InvalidateRect(const RECT* rect, BOOL borra = TRUE);
+    /// Calls `OnPaint` at once when anything is invalid.
+    void UpdateWindow();
+
+    /// Calls `WindowProc` at once.
+    /// @return its result; 0 without a window
+    LRESULT SendMessage(UINT mensaje, WPARAM w = 0, LPARAM l = 0);
 
     HWND GetSafeHwnd() const { return m_hWnd; }
     /// @return X11 window; 0 without a display
@@ -121,9 +143,16 @@ class LUMBRA_API CWnd {
     /// @return how many events there were
     static int DespachaEventos(int espera = 0);
 
+    /// @return the object that stands for a window; null for an unknown one
+    static CWnd* FromHandle(HWND hWnd);
+
     HWND m_hWnd = nullptr;
 
   protected:
+    /// Turns a message into a call of its handler. Override it for messages that have none here, and call it for the
+    /// others.
+    virtual LRESULT WindowProc(UINT mensaje, WPARAM w, LPARAM l);
+
     /// First call of `Create`: may change size, style and title.
     /// @return FALSE: the window isn't made
     virtual BOOL PreCreateWindow(CREATESTRUCT& cs);
@@ -133,7 +162,14 @@ class LUMBRA_API CWnd {
     virtual void OnDestroy();
     /// The client area has a new size, pixels. It follows `OnCreate` once.
     virtual void OnSize(UINT tipo, int cx, int cy);
+    /// Something is invalid, and counts as valid from now on. A `CPaintDC` knows what.
     virtual void OnPaint();
+    /// A command, of a menu or a key of the host's; nobody else sends it.
+    /// @return FALSE when it isn't known
+    virtual BOOL OnCommand(WPARAM w, LPARAM l);
+    /// Another window has changed the display's palette, and this one may choose its colours anew.
+    virtual void OnPaletteChanged(CWnd* otra);
+    virtual BOOL OnQueryNewPalette();
     /// The user wants the window closed. It is destroyed, unless this is overridden.
     virtual void OnClose();
 
@@ -145,6 +181,11 @@ class LUMBRA_API CWnd {
     virtual void OnMButtonUp(UINT flags, CPoint pt);
     virtual void OnRButtonDown(UINT flags, CPoint pt);
     virtual void OnRButtonUp(UINT flags, CPoint pt);
+    /// The second press of a double click, in the place of that of `On.ButtonDown`, which is called here. A third press
+    /// is a first one again.
+    virtual void OnLButtonDblClk(UINT flags, CPoint pt);
+    virtual void OnMButtonDblClk(UINT flags, CPoint pt);
+    virtual void OnRButtonDblClk(UINT flags, CPoint pt);
     /// @param delta WHEEL_DELTA a notch, positive away from the user
     virtual BOOL OnMouseWheel(UINT flags, short delta, CPoint pt);
     /// Keys: letters and digits by their capital's ASCII code, others by the VK_ values above.
@@ -152,13 +193,29 @@ class LUMBRA_API CWnd {
     virtual void OnKeyUp(UINT tecla, UINT repeticiones, UINT flags);
 
   private:
+    friend class CPaintDC;
+
     void AvisaTamano(int cx, int cy);
     void Despacha(const plataforma::Evento& e);
+    LRESULT MensajeRaton(UINT mensaje, WPARAM w, LPARAM l);
+    bool EsDobleClic(const plataforma::Evento& e);
+    static void CierraTodas();
     static CWnd* Busca(std::uintptr_t nativa);
-    static CWnd* Busca(HWND hWnd);
+
+    // The last press of a button; none when m_nBoton is 0.
+    struct Pulsacion {
+        int m_nBoton = 0;
+        CPoint m_Punto;
+        unsigned m_nInstante = 0;
+    };
 
     CWnd* m_pPadre = nullptr;
     bool m_bEnvuelta = false;       // the window is somebody else's
-    bool m_bRepinta = false;        // OnPaint is due
+    CRect m_Invalido;               // waits for OnPaint
+    CRect m_Pintando;               // what the OnPaint that runs is for
     int m_nAncho = 0, m_nAlto = 0;  // of the last OnSize
+    Pulsacion m_Pulsacion;
 };
+
+/// `CWnd::InvalidateRect` by handle. @return FALSE for an unknown window
+LUMBRA_API BOOL InvalidateRect(HWND hWnd, const RECT* rect, BOOL borra);

@@ -42,6 +42,7 @@ constexpr Error kErrores[] = {
     {ERROR_ALREADY_EXISTS, EEXIST, L"something of that name exists already"},
     {ERROR_FILENAME_EXCED_RANGE, ENAMETOOLONG, L"the name is too long"},
     {ERROR_FILE_TOO_LARGE, EFBIG, L"the file is too large"},
+    {ERROR_CANCELLED, 0, L"it was given up"},
 };
 
 thread_local DWORD g_nUltimo = ERROR_SUCCESS;

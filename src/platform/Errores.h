@@ -26,6 +26,7 @@ constexpr DWORD ERROR_DIR_NOT_EMPTY = 145;
 constexpr DWORD ERROR_ALREADY_EXISTS = 183;
 constexpr DWORD ERROR_FILENAME_EXCED_RANGE = 206;
 constexpr DWORD ERROR_FILE_TOO_LARGE = 223;
+constexpr DWORD ERROR_CANCELLED = 1223;
 
 /// The code that the last failed service left on this thread. A service that succeeds doesn't clear it.
 LUMBRA_API DWORD GetLastError();

@@ -4,19 +4,11 @@
 
 #include "platform/CFile.h"
 #include "platform/Conversiones.h"
-#include "platform/Descriptor.h"
 #include "platform/Errores.h"
 #include "platform/Ficheros.h"
-
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
+#include "platform/Reemplazo.h"
 
 #include <algorithm>
-#include <atomic>
-#include <cerrno>
-#include <cstdio>
-#include <cstdlib>
 
 #define SI_IMPLEMENTATION  // the templates' bodies, too
 #define SI_NO_CONVERSION
@@ -118,35 +110,6 @@ std::wstring NombreClave(const wchar_t* texto) {
     return Nombre(texto, L"=", L"[;#");
 }
 
-// What a symbolic link leads to, so that writing doesn't put a file in the place of the link.
-std::string Destino(const std::string& ruta) {
-    const std::unique_ptr<char, decltype(&std::free)> real(realpath(ruta.c_str(), nullptr), &std::free);
-    return real ? std::string(real.get()) : ruta;
-}
-
-bool FallaSistema() {
-    SetLastError(ErrorDeErrno(errno));
-    return false;
-}
-
-// Puts a new file in the place of the old one, which keeps its permissions; all of it or nothing.
-bool Reemplaza(const std::string& ruta, const std::string& bytes) {
-    static std::atomic<unsigned> cuenta = 0;
-    struct stat antes {};
-    const bool existe = stat(ruta.c_str(), &antes) == 0;
-    if (existe && access(ruta.c_str(), W_OK) != 0) return FallaSistema();
-    const std::string nueva = ruta + "." + std::to_string(getpid()) + "." + std::to_string(cuenta++) + ".tmp";
-    Descriptor fichero(open(nueva.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666));
-    if (!fichero) return FallaSistema();
-    const bool bien = (!existe || fchmod(fichero.Get(), antes.st_mode & 07777) == 0) &&
-                      fichero.Escribe(bytes.data(), bytes.size()) && fichero.Cierra() &&
-                      std::rename(nueva.c_str(), ruta.c_str()) == 0;
-    if (bien) return true;
-    FallaSistema();
-    unlink(nueva.c_str());
-    return false;
-}
-
 std::vector<std::wstring> EnOrden(Ini::TNamesDepend& nombres) {
     nombres.sort(Ini::Entry::LoadOrder());
     std::vector<std::wstring> resultado;
@@ -172,7 +135,7 @@ FicheroIni::FicheroIni() : m_Datos(std::make_unique<Datos>()) {}
 FicheroIni::~FicheroIni() = default;
 
 bool FicheroIni::Lee(const wchar_t* nombre) {
-    m_Ruta = Destino(RutaSistema(nombre));
+    m_Ruta = RutaReal(RutaSistema(nombre));
     CFile fichero;
     if (!fichero.Open(nombre, CFile::modeRead | CFile::shareDenyNone)) {
         return GetLastError() == ERROR_FILE_NOT_FOUND && !m_Ruta.empty();
@@ -239,7 +202,10 @@ std::string FicheroIni::Escribe() const {
 }
 
 bool FicheroIni::Graba() {
-    return !m_bCambiado || Reemplaza(m_Ruta, Escribe());
+    if (!m_bCambiado) return true;
+    const std::string bytes = Escribe();
+    Reemplazo nuevo(m_Ruta);
+    return nuevo && nuevo.Escribe(bytes.data(), bytes.size()) && nuevo.Termina();
 }
 
 std::optional<std::wstring> FicheroIni::Valor(const wchar_t* seccion, const wchar_t* clave) const {

@@ -5,12 +5,15 @@
 #include "platform/Backend.h"
 #include "platform/CBitmap.h"
 #include "platform/CDC.h"
+#include "platform/CFont.h"
 #include "platform/CPalette.h"
 #include "platform/CWnd.h"
 
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
+#include <string>
 #include <thread>
 #include <unordered_map>
 #include <vector>
@@ -79,20 +82,43 @@ struct Paleta {
     CPalette* m_pClase = nullptr;  ///< the object of the host that holds it, if any
 };
 
-/// A device context.
+/// What a font was asked to be; its face is looked for when glyphs are made.
+struct Fuente {
+    std::string m_Cara;  ///< UTF-8
+    int m_nAlto = 0;     ///< as given to CreateFontW, never 0
+    int m_nPeso = FW_NORMAL;
+    bool m_bCursiva = false;
+    HFONT m_hFuente = nullptr;  ///< its handle, also when that has been deleted
+    CFont* m_pClase = nullptr;  ///< the object of the host that holds it, if any
+};
+
+struct Pagina;
+class Impresora;
+
+/// A device context. That of a printer has a canvas too, on which nothing can be selected.
 struct Dispositivo {
     std::shared_ptr<Lienzo> m_Lienzo;
+    std::unique_ptr<Impresora> m_Impresora;  ///< null when it isn't a printer's
+    std::unique_ptr<Pagina> m_Pagina;        ///< what it measures as, a printer's or a preview's; null for the others
+    bool m_bAbandonada = false;              ///< a preview that a handler has given up
+    std::optional<CRect> m_Recorte;          ///< empty: all may be drawn on
+    HBITMAP m_hBitmap = nullptr;             ///< of the bitmap selected
     std::shared_ptr<Paleta> m_Paleta;
-    CBitmap m_Propio;         ///< of one pixel, selected in a memory device context from the start
-    CPalette m_PaletaPropia;  ///< black and white, selected from the start
+    std::shared_ptr<Fuente> m_Fuente;  ///< `CerrojoContextos` guards it: workers ask for it
+    CBitmap m_Propio;                  ///< of one pixel, selected in a memory device context from the start
+    CPalette m_PaletaPropia;           ///< black and white, selected from the start
+    CFont m_FuentePropia;              ///< selected from the start
 
     Dispositivo();
     ~Dispositivo();
     std::shared_ptr<Bitmap> BitmapPropio() const;
+    /// A device context that draws on a bitmap of one pixel until another is selected.
+    static std::shared_ptr<Dispositivo> EnMemoria();
 };
 
 Tabla<HBITMAP, Bitmap>& Bitmaps();
 Tabla<HDC, Dispositivo>& Dispositivos();
+Tabla<HFONT, Fuente>& Fuentes();
 Tabla<HWND, Lienzo>& Ventanas();
 
 /// Guards canvases, contexts and their groups.

@@ -45,6 +45,17 @@ constexpr BYTE GetBValue(COLORREF color) {
 /// Size of a buffer that holds any path, with the null at its end.
 constexpr int MAX_PATH = 4096;
 
+/// valor * por / entre in 64 bits, rounded to the nearest number, halves away from 0.
+/// @return -1 when `entre` is 0 or the result has no place in an int
+constexpr int MulDiv(int valor, int por, int entre) {
+    if (entre == 0) return -1;
+    const std::int64_t producto = std::int64_t{valor} * por, divisor = entre;
+    const std::int64_t p = producto < 0 ? -producto : producto, d = divisor < 0 ? -divisor : divisor;
+    const std::int64_t r = (p + d / 2) / d;
+    if (r > 0x7FFFFFFF) return -1;
+    return static_cast<int>((producto < 0) == (divisor < 0) ? r : -r);
+}
+
 /// A pixel of a window, y downwards.
 struct POINT {
     LONG x, y;

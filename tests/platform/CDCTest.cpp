@@ -112,7 +112,7 @@ TEST(CDC, SelectingGivesBackTheFormerOne) {
     EXPECT_EQ(dc.GetDeviceCaps(BITSPIXEL), 32);
     EXPECT_EQ(dc.SelectObject(propio), &b);
     EXPECT_EQ(dc.GetCurrentBitmap(), propio);
-    EXPECT_EQ(dc.SelectObject(nullptr), nullptr);
+    EXPECT_EQ(dc.SelectObject(static_cast<CBitmap*>(nullptr)), nullptr);
     CBitmap vacio;
     EXPECT_EQ(dc.SelectObject(&vacio), nullptr);
 }

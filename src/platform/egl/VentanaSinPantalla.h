@@ -20,6 +20,11 @@ class VentanaSinPantalla : public VentanaNativa {
         return m_Backend.CreaMemoria(m_Donde.m_nAncho, m_Donde.m_nAlto, formato, motivo);
     }
 
+    bool Pinta(const Imagen&, int, int, std::string& motivo) override {
+        motivo = "without a display a window has no pixels of its own.";
+        return false;
+    }
+
   private:
     Backend& m_Backend;
     Rectangulo m_Donde;

@@ -38,6 +38,7 @@ class BackendGLX : public Backend {
 
     bool UnHiloPorSuperficie() const override { return false; }
     bool HayVentanas() const override { return true; }
+    bool Perdida() const override { return m_Conexion->Rota(); }
     Pantalla MidePantalla() const override { return m_Conexion->Mide(); }
 
     std::unique_ptr<Superficie> CreaMemoria(int ancho, int alto, const FormatoPixel& formato,
@@ -94,9 +95,10 @@ std::unique_ptr<Superficie> BackendGLX::CreaMemoria(int ancho, int alto, const F
     const std::array<int, 7> medidas = {
         GLX_PBUFFER_WIDTH, ancho, GLX_PBUFFER_HEIGHT, alto, GLX_PRESERVED_CONTENTS, True, None};
     const GLXPbuffer nativa = glXCreatePbuffer(m_Display, Configuracion(formato), medidas.data());
-    if (guarda.Error() != 0 || nativa == None) {
+    const int error = guarda.Error();
+    if (error != 0 || nativa == None) {
         motivo = "the display can't give an off-screen surface of " + std::to_string(ancho) + " x " +
-                 std::to_string(alto) + " pixels.";
+                 std::to_string(alto) + " pixels (" + TextoErrorX(error) + ").";
         return nullptr;
     }
     auto superficie = std::make_unique<SuperficieGLX>(m_Display, nativa, true);
@@ -114,7 +116,7 @@ std::unique_ptr<ContextoNativo> BackendGLX::CreaContexto(const FormatoPixel& for
     const int error = guarda.Error();
     if (!nativo || error != 0) {
         if (nativo) glXDestroyContext(m_Display, nativo);
-        motivo = "the display gives no OpenGL context (error " + std::to_string(error) +
+        motivo = "the display gives no OpenGL context (" + TextoErrorX(error) +
                  "); install libgl1-mesa-dri or the vendor's driver.";
         return nullptr;
     }

@@ -23,6 +23,7 @@ namespace {
 struct ErroresX {
     std::mutex m_Cerrojo;
     std::vector<Display*> m_Nuestras;
+    std::vector<Display*> m_Rotas;  // those of them whose server has gone
     std::atomic<XErrorHandler> m_pAjeno{nullptr};
     std::atomic<XIOErrorHandler> m_pRoturaAjena{nullptr};
     std::atomic<int> m_nCuantos{0};
@@ -36,8 +37,12 @@ ErroresX& Errores() {
 
 bool EsNuestra(Display* display) {
     std::lock_guard cierre(Errores().m_Cerrojo);
-    const auto& nuestras = Errores().m_Nuestras;
-    return std::find(nuestras.begin(), nuestras.end(), display) != nuestras.end();
+    return std::ranges::count(Errores().m_Nuestras, display) != 0;
+}
+
+bool EstaRota(Display* display) {
+    std::lock_guard cierre(Errores().m_Cerrojo);
+    return std::ranges::count(Errores().m_Rotas, display) != 0;
 }
 
 int Manejador(Display* display, XErrorEvent* error) {
@@ -99,6 +104,7 @@ void TraduceBoton(const XButtonEvent& b, Evento& e) {
     e.m_nX = b.x;
     e.m_nY = b.y;
     e.m_nEstado = Estado(b.state);
+    e.m_nInstante = static_cast<unsigned>(b.time);
     if (b.button >= 1 && b.button <= 3) {
         e.m_Tipo = b.type == ButtonPress ? TipoEvento::pulsa : TipoEvento::suelta;
         e.m_nBoton = static_cast<int>(b.button);
@@ -116,7 +122,11 @@ Evento Traduce(XEvent& x, const ConexionX11& conexion) {
     e.m_Ventana = x.xany.window;
     switch (x.type) {
         case Expose:
-            if (x.xexpose.count == 0) e.m_Tipo = TipoEvento::repinta;
+            e.m_Tipo = TipoEvento::repinta;
+            e.m_nX = x.xexpose.x;
+            e.m_nY = x.xexpose.y;
+            e.m_nAncho = x.xexpose.width;
+            e.m_nAlto = x.xexpose.height;
             break;
         case ConfigureNotify:
             e.m_Tipo = TipoEvento::tamano;
@@ -184,7 +194,12 @@ ConexionX11::ConexionX11(Display* display)
     const XIOErrorHandler rotura = XSetIOErrorHandler(ManejadorRotura);
     if (rotura != ManejadorRotura) Errores().m_pRoturaAjena = rotura;
     XSetIOErrorExitHandler(
-        display, [](Display*, void*) {}, nullptr);
+        display,
+        [](Display* rota, void*) {
+            std::lock_guard cierre(Errores().m_Cerrojo);
+            Errores().m_Rotas.push_back(rota);
+        },
+        nullptr);
     m_Protocolos = XInternAtom(display, "WM_PROTOCOLS", False);
     m_Borra = XInternAtom(display, "WM_DELETE_WINDOW", False);
 }
@@ -193,6 +208,7 @@ ConexionX11::~ConexionX11() {
     XCloseDisplay(m_Display);
     std::lock_guard cierre(Errores().m_Cerrojo);
     std::erase(Errores().m_Nuestras, m_Display);
+    std::erase(Errores().m_Rotas, m_Display);
 }
 
 Pantalla ConexionX11::Mide() const {
@@ -212,7 +228,23 @@ std::optional<Evento> ConexionX11::SiguienteEvento(std::chrono::milliseconds esp
     }
     XEvent x;
     XNextEvent(m_Display, &x);
+    DejaLaUltima(x);
     return Traduce(x, *this);
+}
+
+// Of sizes that wait, and of movements that follow one another, the last one is all that counts.
+void ConexionX11::DejaLaUltima(XEvent& x) {
+    if (x.type == ConfigureNotify) {
+        while (XCheckTypedWindowEvent(m_Display, x.xany.window, ConfigureNotify, &x)) {
+        }
+    }
+    while (x.type == MotionNotify && XPending(m_Display) > 0) {
+        XEvent otro;
+        XPeekEvent(m_Display, &otro);
+        if (otro.type != MotionNotify || otro.xany.window != x.xany.window || otro.xmotion.state != x.xmotion.state)
+            break;
+        XNextEvent(m_Display, &x);
+    }
 }
 
 std::optional<Posicion> ConexionX11::Cursor() const {
@@ -241,6 +273,10 @@ bool ConexionX11::Contesta() const {
     return XGetGeometry(m_Display, m_Raiz, &raiz, &x, &y, &ancho, &alto, &borde, &bits) != 0;
 }
 
+bool ConexionX11::Rota() const {
+    return EstaRota(m_Display);
+}
+
 bool ConexionX11::EstaPulsada(unsigned tecla) const {
     const GuardaErroresX guarda(m_Display);
     std::array<char, 32> teclado{};  // a bit for each key
@@ -264,8 +300,13 @@ GuardaErroresX::~GuardaErroresX() {
     XSetErrorHandler(m_pAnterior);
 }
 
+std::string TextoErrorX(int error) {
+    return error == kServidorPerdido ? "it has gone away" : "error " + std::to_string(error);
+}
+
 int GuardaErroresX::Error() {
     XSync(m_Display, False);
+    if (EstaRota(m_Display)) return kServidorPerdido;
     return Errores().m_nCuantos == m_nErroresAntes ? 0 : Errores().m_nUltimo.load();
 }
 

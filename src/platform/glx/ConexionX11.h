@@ -27,16 +27,24 @@ class ConexionX11 {
     std::optional<Posicion> Cursor() const;
     bool MueveCursor(const Posicion& donde);
     bool EstaPulsada(unsigned tecla) const;
+    /// The server has gone away: calls to Xlib return without having done anything.
+    bool Rota() const;
 
   private:
     explicit ConexionX11(Display* display);
     bool Contesta() const;  // the server is there
+    void DejaLaUltima(XEvent& x);
 
     Display* m_Display;
     int m_nPantalla;
     Window m_Raiz;
     Atom m_Protocolos, m_Borra;
 };
+
+constexpr int kServidorPerdido = -1;
+
+/// An error of the server, for a person.
+std::string TextoErrorX(int error);
 
 /// Holds back the errors of calls to Xlib that can fail, from here to the end of the block. An error that nobody
 /// handles would end the host's process.
@@ -48,7 +56,8 @@ class GuardaErroresX {
     GuardaErroresX& operator=(const GuardaErroresX&) = delete;
 
     /// Waits until the server has done all that it was asked.
-    /// @return code of the last error since the block began; 0 for none
+    /// @return code of the last error since the block began, kServidorPerdido when there is no server any more; 0 for
+    ///         none
     int Error();
 
   private:

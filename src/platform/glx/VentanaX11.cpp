@@ -5,6 +5,9 @@
 #include <X11/Xatom.h>
 #include <X11/Xutil.h>
 
+#include <bit>
+#include <cstring>
+
 namespace plataforma {
 
 SuperficieGLX::~SuperficieGLX() {
@@ -52,7 +55,7 @@ std::unique_ptr<VentanaX11> VentanaX11::Crea(ConexionX11& conexion, const Format
     XFree(visual);
     if (const int error = guarda.Error()) {
         XFreeColormap(display, mapa);
-        motivo = "the display refuses the window (error " + std::to_string(error) + ").";
+        motivo = "the display refuses the window (" + TextoErrorX(error) + ").";
         return nullptr;
     }
     if (!padre) {
@@ -131,6 +134,48 @@ void VentanaX11::Retira() {
 
 bool VentanaX11::Admite(const FormatoPixel& formato) const {
     return formato.m_bVentana && VisualDe(m_Conexion.Xlib(), formato) == m_Visual;
+}
+
+bool VentanaX11::Pinta(const Imagen& imagen, int x, int y, std::string& motivo) {
+    Display* display = m_Conexion.Xlib();
+    GuardaErroresX guarda(display);
+    XWindowAttributes atributos;
+    if (!XGetWindowAttributes(display, m_Id, &atributos)) {
+        motivo = "the window is no more.";
+        return false;
+    }
+    const Visual& visual = *atributos.visual;
+    if (visual.red_mask != 0xff0000 || visual.green_mask != 0xff00 || visual.blue_mask != 0xff) {
+        motivo = "the window has another layout of colours than 8 bits each of red, green and blue.";
+        return false;
+    }
+    // The fourth byte is opacity where the window has any.
+    std::vector<std::uint32_t> pixeles(static_cast<std::size_t>(imagen.m_nAncho) *
+                                       static_cast<std::size_t>(imagen.m_nAlto));
+    for (int i = 0; i < imagen.m_nAlto; ++i)
+        std::memcpy(pixeles.data() + static_cast<std::ptrdiff_t>(i) * imagen.m_nAncho,
+                    imagen.m_pFilas + static_cast<std::ptrdiff_t>(i) * imagen.m_nPaso,
+                    static_cast<std::size_t>(imagen.m_nAncho) * 4);
+    for (std::uint32_t& p : pixeles)
+        p |= 0xff000000u;
+    XImage* ximagen = XCreateImage(display, atributos.visual, static_cast<unsigned>(atributos.depth), ZPixmap, 0,
+                                   reinterpret_cast<char*>(pixeles.data()), static_cast<unsigned>(imagen.m_nAncho),
+                                   static_cast<unsigned>(imagen.m_nAlto), 32, 0);
+    if (!ximagen) {
+        motivo = "the display takes no picture of " + std::to_string(imagen.m_nAncho) + " x " +
+                 std::to_string(imagen.m_nAlto) + " pixels.";
+        return false;
+    }
+    ximagen->byte_order = std::endian::native == std::endian::little ? LSBFirst : MSBFirst;
+    GC lapiz = XCreateGC(display, m_Id, 0, nullptr);
+    XPutImage(display, m_Id, lapiz, ximagen, 0, 0, x, y, static_cast<unsigned>(imagen.m_nAncho),
+              static_cast<unsigned>(imagen.m_nAlto));
+    XFreeGC(display, lapiz);
+    ximagen->data = nullptr;  // it is ours
+    XDestroyImage(ximagen);
+    const int error = guarda.Error();
+    if (error) motivo = "the display refuses the picture (" + TextoErrorX(error) + ").";
+    return error == 0;
 }
 
 std::unique_ptr<Superficie> VentanaX11::CreaSuperficie(const FormatoPixel&, std::string&) {

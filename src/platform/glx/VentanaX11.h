@@ -47,6 +47,7 @@ class VentanaX11 : public VentanaNativa {
     void Retira() override;
     bool Admite(const FormatoPixel& formato) const override;
     std::unique_ptr<Superficie> CreaSuperficie(const FormatoPixel& formato, std::string& motivo) override;
+    bool Pinta(const Imagen& imagen, int x, int y, std::string& motivo) override;
 
   private:
     VentanaX11(ConexionX11& conexion, Window id, VisualID visual, Colormap mapa, bool propia)
