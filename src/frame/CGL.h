@@ -470,8 +470,8 @@ class LUMBRA_API CGL : public CGLPropio {
     struct ProfundidadFondo;
     int ProyectaOrto(int& cx, int& cy, const double* vieja);
     ProfundidadFondo MideFondo(const MatricesGL& matrices) const;
-    void LeeProfundidad(const MatricesGL& matrices, int x, int y);
-    bool BuscaPixel(const ProfundidadFondo& fondo, float& z, int& i, int& j) const;
+    struct BloqueProfundidad;
+    bool BuscaPixel(const ProfundidadFondo& fondo, const BloqueProfundidad& bloque, float& z, int& i, int& j) const;
     bool ProyectaPixel(const MatricesGL& matrices, int x, int y, Vertiz::CCoor3D<double>& c, bool& bHallado) const;
     Vertiz::CMaximas<double> EnImagen(const Vertiz::CMaximas<double>& m) const;
     int GetMaximasHijos(const std::vector<CGL*>& hijos, Vertiz::CMaximas<double>& m, int fondo) const;
