@@ -461,6 +461,8 @@ class LUMBRA_API CGL : public CGLPropio {
     bool EsDeLaFamilia(const CGL& otra) const { return Contiene(otra) || otra.Contiene(*this); }
     /// All children: references first, then links.
     std::vector<CGL*> Hijos() const;
+    /// Fixes the point of the sketch that follows the cursor at a pixel, and starts the next one there.
+    void SumaALineaNueva(const CPoint& pt);
 
   private:
     struct Pulsacion;
@@ -546,7 +548,6 @@ class LUMBRA_API CGL : public CGLPropio {
     unsigned SeleccionaEnHijos(const Pulsacion& s, bool bReferencias, bool bVinculos);
     static bool PreguntaHijos(const std::vector<CGL*>& hijos, int primero, const Pulsacion& s, unsigned& r,
                               Vertiz::CCoor3D<double>& p);
-    void SumaALineaNueva(const CPoint& pt);
     template <class Pregunta>
     unsigned SumaHijos(bool bReferencias, bool bVinculos, Pregunta pregunta) const;
 

@@ -247,7 +247,6 @@ bool CGL::PreguntaHijos(const std::vector<CGL*>& hijos, int primero, const Pulsa
     return true;
 }
 
-// Fixes the point that follows the cursor at a pixel, and starts the next one there.
 void CGL::SumaALineaNueva(const CPoint& pt) {
     if (!ModificaUltimoPuntoLineaNueva(pt, 1)) InsertaPuntoLineaNueva(pt, true);
     InsertaPuntoLineaNueva(pt, true);
