@@ -37,7 +37,8 @@ class ConTextos : public testing::Test {
         static const double alto = LetraMasAlta(m_Escena, hdc());
         m_dLetraMasAlta = alto;
         if (m_dLetraMasAlta == 0.0) GTEST_SKIP() << UltimoFalloGL() << " (package fonts-liberation)";
-        m_Escena.m_Data.m_nCalidadTextos = 10;  // hundredths: quick
+        m_Escena.m_Data.m_bTextos3D = 0;  // bitmaps are quick
+        m_Escena.m_Data.m_nCalidadTextos = 10;
     }
     void TearDown() override { EXPECT_EQ(wglGetCurrentContext(), nullptr) << "a context was left current"; }
     HDC hdc() { return m_Tela.DC()->GetSafeHdc(); }
@@ -51,6 +52,9 @@ class ConTextos : public testing::Test {
         m_Escena.ClearMarcas();
         EXPECT_EQ(m_Escena.Iniciar(), 1);
         m_Escena.NuevaMarca({L"m", EscenaPrueba::Punto(20, 40, 25), texto, 20.0});
+        return Foto();
+    }
+    Imagen Foto() {
         EXPECT_EQ(m_Escena.SetBkColor(), 1);
         EXPECT_EQ(m_Escena.Render(), 1);
         std::vector<unsigned char> pixeles(std::size_t{kAncho} * kAlto * 3);
@@ -91,6 +95,7 @@ TEST_F(ConTextos, AreNotMadeUnlessAskedFor) {
 }
 
 TEST_F(ConTextos, AreTwoBlocksOfOutlinesOneAfterTheOther) {
+    m_Escena.m_Data.m_bTextos3D = 1;
     m_Escena.m_bFuentes = 1;
     const RegistroGL registro;
     EXPECT_EQ(m_Escena.CreaFuentes(), 1);
@@ -123,6 +128,7 @@ TEST_F(ConTextos, MadeAgainTheOldBlocksGoFirst) {
 }
 
 TEST_F(ConTextos, QualityIsTheDeviationInHundredths) {
+    m_Escena.m_Data.m_bTextos3D = 1;
     m_Escena.m_bFuentes = 1;
     std::vector<std::size_t> vertices;
     for (int calidad : {0, 1, 10}) {
@@ -137,7 +143,6 @@ TEST_F(ConTextos, QualityIsTheDeviationInHundredths) {
 
 TEST_F(ConTextos, WithoutThreeDimensionsAreBitmapsOfTheHeightOfTheSettings) {
     m_Escena.m_bFuentes = 1;
-    m_Escena.m_Data.m_bTextos3D = 0;
     m_Escena.m_fEscalaFuente = 7.0F;
     for (int alto : {14, 40}) {
         m_Escena.m_Data.m_nAlturaTextos = alto;
@@ -188,6 +193,7 @@ TEST_F(ConTextos, AFailureEndsThemWithASuccess) {
 }
 
 TEST_F(ConTextos, AbsurdSettingsAreNoFault) {
+    m_Escena.m_Data.m_bTextos3D = 1;
     m_Escena.m_bFuentes = 1;
     for (int calidad : {-5, 1000000}) {
         m_Escena.m_Data.m_nCalidadTextos = calidad;
@@ -250,6 +256,7 @@ TEST_F(ConTextos, AChildsOwnGoWithIt) {
 }
 
 TEST_F(ConTextos, AMarkCallsTheGlyphsOfItsText) {
+    m_Escena.m_Data.m_bTextos3D = 1;
     Dibuja(L"A");
     const RegistroGL registro;
     m_Escena.NuevaMarca({L"m", EscenaPrueba::Punto(20, 40, 25), L"Año", 6.0});
@@ -260,32 +267,49 @@ TEST_F(ConTextos, AMarkCallsTheGlyphsOfItsText) {
     EXPECT_NEAR(escalas.back()[0], 6.0 * m_Escena.m_dFactor / m_Escena.m_fEscalaFuente, 1e-6);
 }
 
-TEST_F(ConTextos, AnOutlineTextStandsUprightAndReadsFromLeftToRight) {
-    const Imagen imagen = Dibuja(L"LI");
-    EXPECT_TRUE(EscribePng(imagen, CarpetasImagen::DelProyecto().salida / "frame/outline-text.png"));
-    int primera = -1, ultima = -1;
-    for (int y = 0; y < imagen.alto; ++y)
-        if (Columnas(imagen, y) > 0) {
-            if (primera < 0) primera = y;
-            ultima = y;
-        }
-    ASSERT_GE(primera, 0) << "nothing shows";
-    const int alto = ultima - primera + 1, cabeza = Columnas(imagen, primera + alto / 4),
-              pie = Columnas(imagen, ultima - 2);
-    EXPECT_GT(alto, 10);
-    EXPECT_GT(pie, 2 * cabeza) << "the L has its foot below";
-    // Left of the foot's end the stem of the L, right of it that of the I.
-    int tallos = 0;
-    bool dentro = false;
-    for (int x = 0; x < imagen.ancho; ++x) {
-        const bool ahora = imagen.Pixel(x, primera + alto / 4)[0] > 127;
-        if (ahora && !dentro) ++tallos;
-        dentro = ahora;
+TEST_F(ConTextos, AnOutlineTextFacesTheViewerFromAnywhere) {
+    m_Escena.m_Data.m_bTextos3D = 1;
+    Dibuja(L"LI");
+    const std::pair<EscenaPrueba::Punto, EscenaPrueba::Punto> camaras[] = {{{0, 1, 0}, {0, 0, -1}},
+                                                                           {{0.5, 0.6, 0.9}, {0, 1, 0}},
+                                                                           {{-0.9, 0.3, 0.2}, {0, 1, 0}},
+                                                                           {{0, 0.9, -0.4}, {0, 1, 0}}};
+    int cual = 0;
+    for (const auto& [ojo, arriba] : camaras) {
+        m_Escena.GetCamara().PositionCamera(ojo, EscenaPrueba::Punto(0, 0, 0), arriba);
+        const Imagen imagen = Foto();
+        EXPECT_TRUE(EscribePng(
+            imagen, CarpetasImagen::DelProyecto().salida / ("frame/outline-text-" + std::to_string(++cual) + ".png")));
+        int primera = -1, ultima = -1;
+        for (int y = 0; y < imagen.alto; ++y)
+            if (Columnas(imagen, y) > 0) {
+                if (primera < 0) primera = y;
+                ultima = y;
+            }
+        ASSERT_GE(primera, 0) << "nothing shows";
+        const int alto = ultima - primera + 1, cabeza = primera + alto / 4;
+        EXPECT_GT(alto, 10);
+        int pie = 0;  // the mark's point may reach a little below
+        for (int y = ultima - 5; y <= ultima; ++y)
+            pie = std::max(pie, Columnas(imagen, y));
+        EXPECT_GT(pie, 2 * Columnas(imagen, cabeza)) << "the L has its foot below";
+        // The stems of both letters, and no slant: the L's stands over the left end of its foot.
+        int tallos = 0;
+        for (int x = 1; x < imagen.ancho; ++x)
+            tallos += imagen.Pixel(x, cabeza)[0] > 127 && imagen.Pixel(x - 1, cabeza)[0] <= 127;
+        EXPECT_EQ(tallos, 2) << "camera " << cual;
+        const auto izquierda = [&](int fila) {
+            int x = 0;
+            while (x < imagen.ancho && imagen.Pixel(x, fila)[0] <= 127)
+                ++x;
+            return x;
+        };
+        EXPECT_NEAR(izquierda(cabeza), izquierda(primera + alto / 2), 1) << "camera " << cual;
     }
-    EXPECT_EQ(tallos, 2);
 }
 
 TEST_F(ConTextos, TheTallestGlyphIsSixFifthsOfTheMarksHeight) {
+    m_Escena.m_Data.m_bTextos3D = 1;
     Dibuja(L"H");
     const RegistroGL registro;
     m_Escena.NuevaMarca({L"m", EscenaPrueba::Punto(20, 40, 25), L"H", 10.0});
@@ -294,7 +318,6 @@ TEST_F(ConTextos, TheTallestGlyphIsSixFifthsOfTheMarksHeight) {
 }
 
 TEST_F(ConTextos, ABitmapTextHasItsHeightInPixels) {
-    m_Escena.m_Data.m_bTextos3D = 0;
     for (int cuerpo : {20, 40}) {
         m_Escena.m_Data.m_nAlturaTextos = cuerpo;
         m_Escena.m_bFuentes = 1;

@@ -121,6 +121,13 @@ TEST_F(FuentesGL, EveryCodeOfABlockHasAList) {
     EXPECT_TRUE(wglUseFontBitmapsW(hdc(), 0, kCodigos, m_nBase)) << UltimoFalloGL();
 }
 
+TEST_F(FuentesGL, NormalsOfEveryGlyphHaveLengthOne) {
+    const RegistroGL registro;
+    ASSERT_TRUE(Trazos(0, kCodigos, 0.1F, WGL_FONT_POLYGONS, 0.05F));
+    for (const auto& n : registro.Numeros("glNormal3f"))
+        ASSERT_NEAR(n[0] * n[0] + n[1] * n[1] + n[2] * n[2], 1.0, 1e-5);
+}
+
 TEST_F(FuentesGL, AFlatGlyphLiesAtZeroAndFacesTheViewer) {
     const RegistroGL registro;
     ASSERT_TRUE(Trazos('O', 1, 0.0F));

@@ -41,11 +41,6 @@ bool EsNuestra(Display* display) {
     return std::ranges::count(Errores().m_Nuestras, display) != 0;
 }
 
-bool EstaRota(Display* display) {
-    std::lock_guard cierre(Errores().m_Cerrojo);
-    return std::ranges::count(Errores().m_Rotas, display) != 0;
-}
-
 int Manejador(Display* display, XErrorEvent* error) {
     ErroresX& e = Errores();
     if (EsNuestra(display)) {
@@ -62,6 +57,15 @@ int ManejadorRotura(Display* display) {
     if (EsNuestra(display)) return 0;
     const XIOErrorHandler ajena = Errores().m_pRoturaAjena;
     return ajena ? ajena(display) : 0;
+}
+
+// The server of a connection has gone.
+void Pierde(Display* display, void*) {
+    {
+        std::lock_guard cierre(Errores().m_Cerrojo);
+        if (std::ranges::count(Errores().m_Rotas, display) == 0) Errores().m_Rotas.push_back(display);
+    }
+    DevuelveCerrojos(display);
 }
 
 // Puts our handler first. It stays there: what OpenGL sends to the display fails at any later time, when the window of
@@ -94,7 +98,10 @@ unsigned Tecla(KeySym s) {
                                     {XK_Left, VK_LEFT},         {XK_Up, VK_UP},
                                     {XK_Right, VK_RIGHT},       {XK_Down, VK_DOWN},
                                     {XK_Insert, VK_INSERT},     {XK_Delete, VK_DELETE},
-                                    {XK_KP_Add, VK_ADD},        {XK_KP_Subtract, VK_SUBTRACT}};
+                                    {XK_KP_Add, VK_ADD},        {XK_KP_Subtract, VK_SUBTRACT},
+                                    {XK_plus, VK_OEM_PLUS},     {XK_equal, VK_OEM_PLUS},
+                                    {XK_minus, VK_OEM_MINUS},   {XK_slash, VK_OEM_2},
+                                    {XK_question, VK_OEM_2}};
     if (s >= XK_a && s <= XK_z) return static_cast<unsigned>(s - XK_a + 'A');
     if ((s >= XK_A && s <= XK_Z) || (s >= XK_0 && s <= XK_9)) return static_cast<unsigned>(s);
     if (s >= XK_F1 && s <= XK_F12) return static_cast<unsigned>(s - XK_F1 + VK_F1);
@@ -156,6 +163,8 @@ Evento Traduce(XEvent& x, const ConexionX11& conexion) {
         case KeyPress:
         case KeyRelease:
             e.m_nTecla = Tecla(XLookupKeysym(&x.xkey, 0));
+            // Keyboards differ in where signs stand: one that has no number of its own may be another one with Shift.
+            if (e.m_nTecla == 0 && (x.xkey.state & ShiftMask) != 0) e.m_nTecla = Tecla(XLookupKeysym(&x.xkey, 1));
             e.m_nEstado = Estado(x.xkey.state);
             if (e.m_nTecla) e.m_Tipo = x.type == KeyPress ? TipoEvento::tecla : TipoEvento::teclaArriba;
             break;
@@ -166,6 +175,11 @@ Evento Traduce(XEvent& x, const ConexionX11& conexion) {
 }
 
 }  // namespace
+
+bool EstaRota(Display* display) {
+    std::lock_guard cierre(Errores().m_Cerrojo);
+    return std::ranges::count(Errores().m_Rotas, display) != 0;
+}
 
 std::unique_ptr<ConexionX11> ConexionX11::Abre(std::string& motivo) {
     static const bool hilos = XInitThreads() != 0;  // before any other call of Xlib
@@ -195,13 +209,7 @@ ConexionX11::ConexionX11(Display* display)
     // A server that goes away would end the process too. Calls to Xlib then return without having done anything.
     const XIOErrorHandler rotura = XSetIOErrorHandler(ManejadorRotura);
     if (rotura != ManejadorRotura) Errores().m_pRoturaAjena = rotura;
-    XSetIOErrorExitHandler(
-        display,
-        [](Display* rota, void*) {
-            std::lock_guard cierre(Errores().m_Cerrojo);
-            Errores().m_Rotas.push_back(rota);
-        },
-        nullptr);
+    XSetIOErrorExitHandler(display, Pierde, nullptr);
     m_Protocolos = XInternAtom(display, "WM_PROTOCOLS", False);
     m_Borra = XInternAtom(display, "WM_DELETE_WINDOW", False);
 }
