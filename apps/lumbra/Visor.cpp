@@ -54,7 +54,6 @@ int Visor::OnCreate(LPCREATESTRUCT cs) {
 
 void Visor::OnInitialUpdate() {
     CVistaGL::OnInitialUpdate();
-    m_Contenido.Aligera();
     if (m_bIniciado == 0) return;
     CRect cliente;
     GetClientRect(&cliente);
