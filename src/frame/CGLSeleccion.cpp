@@ -220,8 +220,9 @@ unsigned CGL::SeleccionaEnHijos(const Pulsacion& s, bool bReferencias, bool bVin
     }
     if (!s.bPuntoLibre || s.modo < 2) return r;
     const CPoint pt(s.x, s.y);
-    BuscaCotaProxima(pt, p, true);
-    if (s.modo != 3) m_PuntosSeleccion.push_back(p);
+    CCoor3D<double> libre;  // this scene's, whatever a child said before
+    BuscaCotaProxima(pt, libre, true);
+    if (s.modo != 3) m_PuntosSeleccion.push_back(libre);
     SumaALineaNueva(pt);
     return 1;
 }
