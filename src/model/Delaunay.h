@@ -1,97 +1,149 @@
 #pragma once
-// Internal. The triangulation by itself: points in plan and sides that it must have, by index.
+// Internal. The triangulation by itself: places in plan and sides that it must have, by index.
 
-#include "model/CCoor.h"
+#include "model/Predicados.h"
 
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <optional>
-#include <unordered_map>
+#include <span>
 #include <utility>
 #include <vector>
 
 namespace Vertiz::geometria {
 
-/// Constrained Delaunay triangulation of different points. Beyond each side of the convex hull lies a triangle whose
-/// third vertex is the infinite one: so every triangle has three neighbours, and no coordinate is beyond the integers.
+/// What a side of a triangle is, besides a side: bits.
+enum : std::uint32_t {
+    LADO_FIJO = 1,    ///< it was put in
+    LADO_LIMITE = 2,  ///< an odd number of limits runs along it
+    LADO_ISLA = 4     ///< and an odd number of islands
+};
+
+/// Constrained Delaunay triangulation. Beyond each side of the convex hull lies a triangle whose third vertex is the
+/// infinite one: so every triangle has three neighbours, and no coordinate is beyond the integers. It depends on the
+/// places and the sides put in alone, whatever their order: where several triangulations are Delaunay's, a rule takes
+/// one (predicados::EnCirculoUnico).
 class CDelaunay {
   public:
-    /// Vertices, counterclockwise, and the triangle across the side that lies opposite to each.
-    struct CTriangulo {
-        std::array<int, 3> v;
-        std::array<int, 3> n;
-    };
+    using CLugar = predicados::CLugar;
+    /// Two vertices, by the indices of their points.
     using CLado = std::pair<int, int>;
+    static constexpr int kInfinito = -1;
 
-    /// @param puntos  all different
-    explicit CDelaunay(std::vector<CCoor2D<int>> puntos);
+    /// @param puntos  at most 2^29, which may be equal; points of one place are one vertex, the first of them
+    explicit CDelaunay(std::span<const CLugar> puntos);
 
     /// Triangulates the points; once, before any side.
     /// @param sigue  asked now and then with the points done so far; false ends the work
     /// @return false when ended so. Points in line, and fewer than three, give no triangles
     bool Triangula(const std::function<bool(int)>& sigue);
-    /// Puts a side in, in pieces where it passes through points. Not without triangles.
-    /// @param a,b      different points
-    /// @param bLimite  whether it bounds the surface, besides
-    /// @return the side put in before that this one crosses, and can't go on
-    std::optional<CLado> InsertaLado(int a, int b, bool bLimite);
 
-    const std::vector<CTriangulo>& Triangulos() const { return m_Triangulos; }
-    bool EsInfinito(const CTriangulo& t) const {
-        return t.v[0] == m_nInfinito || t.v[1] == m_nInfinito || t.v[2] == m_nInfinito;
+    /// Puts a side in, in pieces where it passes through points. Not without triangles.
+    /// @param a,b     points; nothing happens when they are of one place
+    /// @param marcas  LADO_LIMITE and LADO_ISLA, which two of them on one side take away again
+    /// @return false when it crosses one that was put in before: nothing of it stays then
+    bool InsertaLado(int a, int b, std::uint32_t marcas);
+    /// The sides put in that the way from a to b crosses between their vertices.
+    void Cruzados(int a, int b, std::vector<CLado>& lados);
+
+    /// The first point of the place of a point.
+    [[nodiscard]] int Primero(int punto) const { return m_Puntos[static_cast<std::size_t>(m_Vertices[punto])]; }
+    /// Those with the infinite vertex included.
+    [[nodiscard]] int Cantidad() const { return static_cast<int>(m_Triangulos.size()); }
+    [[nodiscard]] bool EsInfinito(int t) const { return Infinito(T(t)); }
+    /// The vertices of a triangle, counterclockwise, as points; kInfinito for the infinite one.
+    [[nodiscard]] int Vertice(int t, int k) const {
+        const int v = T(t).v[k];
+        return v < 0 ? kInfinito : m_Puntos[static_cast<std::size_t>(v)];
     }
-    /// The side was put in.
-    bool EsFijo(int a, int b) const { return m_Fijos.contains(Clave(a, b)); }
-    /// An odd number of those put in there bounds the surface.
-    bool EsLimite(int a, int b) const;
+    /// The triangle beyond side k, which lies opposite to vertex k.
+    [[nodiscard]] int Vecino(int t, int k) const { return Triangulo(T(t).n[k]); }
+    /// LADO_ bits of side k.
+    [[nodiscard]] std::uint32_t Marcas(int t, int k) const { return Bits(T(t), k); }
+
+    /// A number that the caller may keep in each triangle after all sides.
+    [[nodiscard]] int& Nota(int t) { return T(t).nota; }
+    [[nodiscard]] int Nota(int t) const { return T(t).nota; }
 
   private:
+    // A side of a triangle, in four times the triangle's index plus its place.
+    using CPuerta = std::uint32_t;
+
+    // Half a cache line. Vertices are numbered as they go in, so that those of a triangle lie close in memory.
+    struct alignas(32) CTriangulo {
+        int v[3];              // counterclockwise
+        int nota = 0;          // the last cavity that took it
+        CPuerta n[3];          // the other side of side k, which lies opposite to vertex k
+        std::uint32_t marcas;  // four bits for each side
+    };
     struct CBorde {
-        int a, b;     // a side of a cavity, counterclockwise seen from inside
-        int t, lado;  // the triangle beyond, and which of its sides it is
+        int a;         // where a side of a cavity begins, counterclockwise seen from inside
+        CPuerta otra;  // and its other side
     };
     struct CEnlace {
         std::uint64_t clave;
-        int t, lado;
+        CPuerta puerta;
+        std::uint32_t marcas;
+    };
+    struct CPieza {
+        int a, b;
+        std::uint32_t antes;
     };
 
+    static CPuerta Puerta(int t, int k) { return static_cast<CPuerta>(t) << 2 | static_cast<CPuerta>(k); }
+    static int Triangulo(CPuerta puerta) { return static_cast<int>(puerta >> 2); }
+    static int Lado(CPuerta puerta) { return static_cast<int>(puerta & 3U); }
+    static bool Infinito(const CTriangulo& t) { return (t.v[0] | t.v[1] | t.v[2]) < 0; }
+    static std::uint32_t Bits(const CTriangulo& t, int k) { return t.marcas >> 4 * k & 15U; }
+    static void PonBits(CTriangulo& t, int k, std::uint32_t bits) {
+        t.marcas = (t.marcas & ~(15U << 4 * k)) | bits << 4 * k;
+    }
     static std::uint64_t Clave(int a, int b) {
         return std::uint64_t(std::uint32_t(a < b ? a : b)) << 32 | std::uint32_t(a < b ? b : a);
     }
-    const CCoor2D<int>& P(int v) const { return m_Puntos[std::size_t(v)]; }
-    CTriangulo& T(int t) { return m_Triangulos[std::size_t(t)]; }
-    const CTriangulo& T(int t) const { return m_Triangulos[std::size_t(t)]; }
-    int Giro(int a, int b, int c) const;
-    int LadoHacia(int t, int vecino) const;
-    std::vector<int> Orden() const;
-    bool Empieza(std::vector<int>& orden);
-    int Localiza(int p) const;
-    bool EnConflicto(int t, int p) const;
+    static int Sitio(const CTriangulo& t, int v) { return t.v[0] == v ? 0 : t.v[1] == v ? 1 : 2; }
+
+    const CLugar& P(int v) const { return m_Lugares[static_cast<std::size_t>(v)]; }
+    CTriangulo& T(int t) { return m_Triangulos[static_cast<std::size_t>(t)]; }
+    const CTriangulo& T(int t) const { return m_Triangulos[static_cast<std::size_t>(t)]; }
+    int& Desde(int v) { return m_Desde[static_cast<std::size_t>(v + 1)]; }
+    int Giro(int a, int b, int c) const { return predicados::Giro(P(a), P(b), P(c)); }
+
+    // Points
+    int Empieza();
+    int Localiza(const CLugar& p);
+    bool EnConflicto(const CTriangulo& t, const CLugar& p) const;
     void Inserta(int p);
+
+    // Sides
     void AnotaTriangulos();
-    void Fija(int a, int b, bool bLimite);
-    int Avanza(int desde, int hasta, std::optional<CLado>& cruce);
-    void Rellena(int a, int b);
+    CPuerta Camina(int desde, int hasta);
+    CPuerta Sale(int desde, int hasta);
+    CPuerta BuscaLado(int a, int b);
+    void Marca(CPuerta puerta, std::uint32_t marcas);
+    CPuerta Rellena(int a, int b);
     void RellenaCadena(const std::vector<int>& cadena);
-    void Mejora(std::uint64_t ladoNuevo);
+    CPuerta Enlaza(std::uint64_t ladoNuevo);
+    void Mejora();
     void Voltea(int t, int k);
 
-    std::vector<CCoor2D<int>> m_Puntos;
-    int m_nInfinito;
+    std::vector<CLugar> m_Lugares;          // of the vertices, in the order in which they go in
+    std::vector<int> m_Puntos;              // of each vertex: its point
+    std::vector<int> m_Vertices;            // of each point: its vertex
     std::vector<CTriangulo> m_Triangulos;
-    std::vector<int> m_Marcas;                        // of each triangle: the last point or cavity that took it
-    std::vector<int> m_Desde;                         // of each vertex: a triangle that has it
-    std::vector<int> m_Grados;                        // of each vertex: how many triangles had it before the first side
-    int m_nMarca = -1;                                // of the last cavity of a side; those of points are not negative
-    int m_nUltimo = 0;                                // where the next search begins
-    std::unordered_map<std::uint64_t, bool> m_Fijos;  // sides put in; true: bounds the surface
+    std::vector<int> m_Desde;               // of each vertex, the infinite one first: a triangle that has it
+    std::vector<int> m_Grados;              // of each vertex: how many triangles had it before the first side
+    int m_nNota = 0;                        // of the last cavity of a side
+    int m_nUltimo = 0;                      // where the next search begins
 
     // What one insertion works with, kept to spare allocations.
-    std::vector<int> m_Cavidad, m_Izquierda, m_Derecha, m_Nuevos, m_Pila;
+    std::vector<int> m_Cavidad, m_Izquierda, m_Derecha, m_Pila;
+    std::vector<CPuerta> m_Puertas;
     std::vector<CBorde> m_Bordes;
     std::vector<CEnlace> m_Enlaces;
+    std::vector<CLado> m_Cruzados;
+    std::vector<CPieza> m_Piezas;
     std::size_t m_nHechos = 0;
 };
 
