@@ -1,8 +1,9 @@
-// The smallest scene: a tent of four coloured roofs, drawn off-screen and written as a picture.
+// The smallest scene: a tent of four coloured roofs with its name on top, drawn off-screen and written as a picture.
 //
 //     minimal_scene [tent.ppm]
 
 #include "frame/CGL.h"
+#include "model/CTexto.h"
 #include "platform/CBitmap.h"
 #include "platform/CDC.h"
 
@@ -15,6 +16,10 @@ using Punto = Vertiz::CCoor3D<double>;
 class EscenaTienda : public CGL {
   public:
     using CGL::operator=;
+    EscenaTienda() {
+        m_bFuentes = 1;  // texts need glyphs, which Iniciar makes only where this is set
+        m_Data.m_bMarcasTerreno = 1;
+    }
     ~EscenaTienda() override { Destruir(); }  // while OnLiberarContexto below can still be called
 
     int GetMaximasObjeto(Vertiz::CMaximas<double>& m) const override {
@@ -77,6 +82,8 @@ int main(int argc, char** argv) {
     }
     escena.OnZoomExtension();
     escena.SetEjes(0);
+    escena.SetColorFondo(RGB(40, 60, 90));
+    escena.NuevaMarca({L"", Punto(50, 50, 41), L"Tent, 40 m", 8.0});  // letters 8 terrain units high
     if (!escena.Iniciar() || !escena.Resize(ANCHO, ALTO)) return 1;
     escena.OnZoomExtension();
     escena.GetCamara().PositionCamera(Punto(0.5, 0.6, 0.9), Punto(0, 0, 0), Punto(0, 1, 0));

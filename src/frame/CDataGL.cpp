@@ -3,12 +3,17 @@
 #include "frame/CDataGL.h"
 
 #include <algorithm>
+#include <limits>
 #include <tuple>
 
 namespace {
 
+// Truncated, and within 1 and the largest integer, which many doublings pass.
 int EscalaPaso(int paso, float factor) {
-    return std::max(1, static_cast<int>(static_cast<float>(paso) * factor));
+    const float nuevo = static_cast<float>(paso) * factor;
+    constexpr int kMayor = std::numeric_limits<int>::max();
+    if (nuevo >= static_cast<float>(kMayor)) return kMayor;
+    return nuevo >= 1.0F ? static_cast<int>(nuevo) : 1;
 }
 
 // What two settings have to share to count as equal.
@@ -41,6 +46,10 @@ void CDataGL::ReduceVelocidad() {
 
 void CDataGL::MultiplicaVelocidad(float factor) {
     m_fVelocidad *= factor;
+    MultiplicaPasos(factor);
+}
+
+void CDataGL::MultiplicaPasos(float factor) {
     m_nPasoTrans = EscalaPaso(m_nPasoTrans, factor);
     m_nPasoAngulo = EscalaPaso(m_nPasoAngulo, factor);
 }

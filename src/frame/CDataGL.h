@@ -8,8 +8,8 @@
 
 #include <vector>
 
-/// How the points of a cloud are coloured.
-enum ColoresNubeLiDAR {
+/// How the points of a cloud are coloured. Other numbers, which settings from elsewhere may hold, stay as they are.
+enum ColoresNubeLiDAR : int {
     ColorDeTabla = 0,       ///< the colour of the entity's element in the table
     ColorHipsometrico = 1,  ///< tint by height, from the ramp
     ColorRGB = 2,           ///< the point's own colour
@@ -42,6 +42,20 @@ class LUMBRA_API CDataGL {
     double GetFactorVelocidad() const { return m_fVelocidad * 8.0; }
     /// Sets the speed relative to the normal one; the steps stay.
     void SetFactorVelocidad(double factor) { m_fVelocidad = static_cast<float>(factor * 0.125); }
+
+    /// Reads the settings from the application's profile store (CWinApp). What isn't there stays as it is.
+    ///
+    /// A `Quad` above 3 and a `Rotacion` above 1 become 1; a `TipoLIDAR` of 1 without a ramp becomes 3; a speed that is
+    /// 0 or no number becomes 0.125. Both steps are multiplied by the speed factor read, also when the speed isn't
+    /// there: a second read of the same store multiplies them again, so a host reads into fresh settings.
+    void GetProfile(const CString& seccion);
+    /// Writes the settings. Of the three `VerPuntos...` and `VerPlanos` only the key "VerPlanos" is written, which
+    /// holds `m_bVerPuntosSinPlanos`. Objects to see, marks, `m_bMaximasObjeto` and the steps aren't stored.
+    void WriteProfile(const CString& seccion) const;
+    /// The same with an INI file, where each of the three has its key, and the steps stay when the speed isn't there.
+    /// Of the sky's path the file holds the first 255 characters.
+    void GetPrivateProfile(const CString& fichero, const CString& seccion);
+    void WritePrivateProfile(const CString& fichero, const CString& seccion) const;
 
     /// Sliders of light and material, 0 to 100; 50 is zero for the signed ones. 0 to 2: position of the light; 3 to 5:
     /// ambient, diffuse, specular of the light; 6 to 8: the same of the material; 9: shininess; 10: emission.
@@ -98,4 +112,10 @@ class LUMBRA_API CDataGL {
 
   private:
     void MultiplicaVelocidad(float factor);
+    void MultiplicaPasos(float factor);
+
+    // CDataGLPerfil.cpp
+    void PonVelocidad(const CString& texto);
+    void AjustaModos();
+    void AjustaTipoLIDAR();
 };

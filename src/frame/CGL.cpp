@@ -55,9 +55,7 @@ void CGL::Comparte() {
 
 CGL::~CGL() {
     Destruir();
-    if (m_hRCImpresion) wglDeleteContext(m_hRCImpresion);
-    if (m_hDCMemoria) CDC().Attach(m_hDCMemoria);  // deleted with the object that takes it over
-    if (m_hBitmapImpresion) DeleteObject(m_hBitmapImpresion);
+    LiberaPagina();
 }
 
 void CGL::Destruir() {
@@ -98,10 +96,7 @@ void CGL::BorraTexturaFondo() {
 
 void CGL::BorraListas() {
     BorraListasMarcas();
-    if (m_bFuentes) {
-        BorraLista(m_nListaFuentes, kGlifos);
-        BorraLista(m_nListaFuentesSeleccion, kGlifos);
-    }
+    if (m_bFuentes) BorraFuentes();
     for (GLuint* lista : {&m_nListaLineaNueva, &m_nListaCielo, &m_nListaEjes, &m_nListaCamara,
                           &m_nListaCamaraPanoramica, &m_nListaReserva, &m_nListaLimites, &m_nListaMedidas}) {
         BorraLista(*lista);

@@ -57,8 +57,12 @@
 #include <memory>
 #include <vector>
 
+class CBitmap;
 class CDC;
+class CView;
 class CWnd;
+struct BITMAPINFO;
+struct CPrintInfo;
 struct MatricesGL;
 
 namespace Vertiz {
@@ -175,6 +179,12 @@ class LUMBRA_API CGL : public CGLPropio {
     /// @return false past the end
     virtual bool DamePuntoSeleccion(Vertiz::CCoor3D<double>& c, int i) const;
 
+    /// Prints a page: OnPrint1, OnRender, OnPrint2. The picture has the shape of the view's window and is as large as
+    /// the page lets it be, up to 20 million pixels; the sketch line isn't on it. A preview has the window's size.
+    /// What can't be drawn leaves the page empty, and UltimoFalloGL tells why.
+    /// @param pDC   the page; @param pInfo may be null: no preview; @param pView created
+    virtual void OnPrint(CDC* pDC, CPrintInfo* pInfo, CView* pView);
+
     // ---- Virtual operations: coordinates ---------------------------------------------------------------------------
     /// Finds the point of the model under a pixel by reading the depth buffer and looking round in a growing spiral.
     /// @param c              out: terrain units, or GL space when bGL
@@ -216,6 +226,14 @@ class LUMBRA_API CGL : public CGLPropio {
     virtual int OnCreate(CWnd*, PIXELFORMATDESCRIPTOR*) { return 1; }
     /// Fills the 256 entries of a palette for a colour index format.
     virtual int OnCreatePaletteCI(LOGPALETTE*) { return 0; }
+    /// Draws a frame into a bitmap of the page's, in a context of its own. On failure nothing of it is left. No context
+    /// is current afterwards, so that an OnRender that follows draws nothing.
+    virtual void OnPrint1(CDC* pDC, CPrintInfo* pInfo, CView* pView);
+    /// Lays that bitmap on the page, in the middle and whole, frees it, and takes again the context that was current
+    /// before OnPrint1.
+    virtual void OnPrint2(CDC* pDC);
+    /// Sets the pixel format of the page's device context. @param flags PFD_... flags
+    virtual bool SetDCPixelFormat(HDC hdc, DWORD flags);
     /// Moves the GL point a onto the surface, along the ray to b.
     virtual bool ProyectaVector(Vertiz::CCoor3D<double>&, Vertiz::CCoor3D<double>) const { return true; }
     virtual int OnIniciar() = 0;
@@ -417,11 +435,21 @@ class LUMBRA_API CGL : public CGLPropio {
     // ---- Palette, capture, fonts -----------------------------------------------------------------------------------
     /// Builds a palette where the device context needs one. @return 0 when it needs none
     int CreatePalette();
-    /// Reads the picture's lower left part as 24-bit blue, green, red, bottom row first, rows to 4 bytes.
-    /// @param buffer at least size.cy rows of size.cx pixels
+    /// Reads the lower left part of the picture that was last presented, with what was drawn on it since: 24-bit blue,
+    /// green, red, bottom row first.
+    /// @param buffer size.cy rows of size.cx pixels, each row filled up to a multiple of 4 bytes. Pixels beyond the
+    ///               picture are undefined
     /// @return 0 good, 3 no context, 4 failed read
     int CapturaImagen(const CSize& size, char* buffer);
-    /// Makes the glyph lists of texts. There are none yet: texts show their points only. @return 1
+    /// The same, and copies the rows into a bitmap from its second row on, so that the uppermost one finds no place.
+    /// @param info what the buffer holds, as CreateCompatibleBitmap fills it in
+    /// @return as above; also 4 when nothing was copied
+    int CapturaImagen(const CSize& size, char* buffer, HBITMAP hBitmap, const BITMAPINFO* info);
+    /// Makes a bitmap of the display's kind for a capture. @param bmp without a bitmap; @param info out: its size, 24
+    /// bits. @return 0 when there is no such bitmap
+    int CreateCompatibleBitmap(CBitmap& bmp, BITMAPINFO& info, const CSize& size);
+    /// Makes the glyph lists of texts, of the face Arial: outlines or bitmaps, as the settings say. Nothing without
+    /// m_bFuentes, which a concrete scene sets. @return 1, also without lists: texts show their points only then
     int CreaFuentes();
 
   protected:
@@ -521,6 +549,9 @@ class LUMBRA_API CGL : public CGLPropio {
     template <class Pregunta>
     unsigned SumaHijos(bool bReferencias, bool bVinculos, Pregunta pregunta) const;
 
+    // CGLFuentes.cpp
+    void BorraFuentes();
+
     // CGLLineaNueva.cpp
     int RehazLineaNueva(bool bSegmento);
     void BorraUltimoPuntoSeleccion();
@@ -528,6 +559,12 @@ class LUMBRA_API CGL : public CGLPropio {
     Vertiz::CCoor3D<double> SinSemilla(const Vertiz::CCoor3D<double>& p) const;
     int EstiloLineaNueva() const;
     void TrazaLineaNueva(unsigned primero) const;
+
+    // CGLImpresion.cpp
+    bool PreparaPagina(const CSize& imagen, CView* pView);
+    bool RenderPagina();
+    void LiberaPagina();
+    void PonContexto(HGLRC hRC, CDC* pDC, int bDCExterno);
 
     // Copies count as owners of the context; each child counts the scenes that hold it. A child only looks at the
     // owners of its parent's context, so that it knows when that is gone.

@@ -171,7 +171,9 @@ bool CGL::DejaContexto(bool bDestruirHijos) {
     const bool bUltimo = m_pDuenos.use_count() == 1;
     const bool bMio = bUltimo && !m_bEsReferencia;
     if (m_hRC) {
-        OnLiberarContexto(MakeCurrent(nullptr) && bUltimo);
+        const bool bBorra = MakeCurrent(nullptr) && bUltimo;
+        OnLiberarContexto(bBorra);
+        if (bBorra && m_bEsReferencia) BorraFuentes();  // its own, in a context that lives on
         wglMakeCurrent(nullptr, nullptr);
     }
     if (bMio) BorraTexturaFondo();

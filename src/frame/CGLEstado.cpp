@@ -48,6 +48,10 @@ unsigned char CGLEstado::ComponentFromIndex(int i, unsigned nbits, unsigned shif
     }
 }
 
+bool CGLEstado::NecesitaPaleta(const PIXELFORMATDESCRIPTOR& d, bool bDCExterno) {
+    return (d.dwFlags & PFD_NEED_PALETTE) || (bDCExterno && d.cColorBits == 8) || d.iPixelType == PFD_TYPE_COLORINDEX;
+}
+
 void CGLEstado::LlenaPaleta(const PIXELFORMATDESCRIPTOR& d, PALETTEENTRY* entradas) {
     const int n = d.cColorBits < 8 ? 1 << d.cColorBits : kEntradasPaleta;
     for (int i = 0; i < n; ++i) {

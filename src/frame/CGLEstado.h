@@ -104,6 +104,8 @@ class LUMBRA_API CGLEstado : public CGLVista {
     static const int m_defaultOverride[13];
     static const PALETTEENTRY m_defaultPalEntry[20];
     static constexpr int kEntradasPaleta = 256;
+    /// Whether a display of that format shows right colours through a palette only.
+    static bool NecesitaPaleta(const PIXELFORMATDESCRIPTOR& descriptor, bool bDCExterno);
     /// Fills a palette for an RGBA format. @param entradas room for kEntradasPaleta, zeroed
     static void LlenaPaleta(const PIXELFORMATDESCRIPTOR& descriptor, PALETTEENTRY* entradas);
 

@@ -99,25 +99,26 @@ void AnotaCruce(const CTramo& tramo, const CDelaunay::CLado& lado, const std::ve
 }
 
 // The triangles of the hull, without the infinite ones.
-std::vector<CTriangulo> Triangulos(const CDelaunay& delaunay, const std::vector<CPuntoTIN>& puntos) {
+std::vector<CTIN::CFila> Triangulos(const CDelaunay& delaunay) {
     const std::vector<CDelaunay::CTriangulo>& todos = delaunay.Triangulos();
     std::vector<int> lugares(todos.size(), -1);
     int cuantos = 0;
     for (std::size_t i = 0; i < todos.size(); ++i)
         if (!delaunay.EsInfinito(todos[i])) lugares[i] = cuantos++;
-    std::vector<CTriangulo> triangulos;
+    std::vector<CTIN::CFila> triangulos;
     triangulos.reserve(static_cast<std::size_t>(cuantos));
     for (std::size_t i = 0; i < todos.size(); ++i) {
         if (lugares[i] < 0) continue;
         const std::array<int, 3>&v = todos[i].v, &n = todos[i].n;
-        const auto punto = [&](int k) { return &puntos[static_cast<std::size_t>(v[k])]; };
-        const auto vecino = [&](int k) { return lugares[static_cast<std::size_t>(n[k])]; };
-        // Side i of the result begins at vertex i: it lies opposite to the vertex before.
-        CTriangulo& nuevo = triangulos.emplace_back(punto(0), punto(1), punto(2), vecino(2), vecino(0), vecino(1));
+        CTIN::CFila& nueva = triangulos.emplace_back();
         for (int k = 0; k < 3; ++k) {
-            const int a = v[k], b = v[(k + 1) % 3];
-            if (delaunay.EsFijo(a, b)) nuevo.SetRuptura(k);
-            if (delaunay.EsLimite(a, b)) nuevo.SetLimite(k);
+            const auto lado = static_cast<std::size_t>(k);
+            const int a = v[lado], b = v[(lado + 1) % 3];
+            nueva.m_nVertices[lado] = static_cast<std::uint32_t>(a) + 1;
+            // Side k of the result begins at vertex k: it lies opposite to the vertex before.
+            nueva.m_nVecinos[lado] = lugares[static_cast<std::size_t>(n[(lado + 2) % 3])];
+            if (delaunay.EsFijo(a, b)) nueva.SetRuptura(k);
+            if (delaunay.EsLimite(a, b)) nueva.SetLimite(k);
         }
     }
     return triangulos;
@@ -150,7 +151,7 @@ int CTriangulacion::Run(const CDibujo<int>& dibujo, CTIN& tin, int modo, IPorcen
         }
     }
     if (bCruce) return 0;
-    std::vector<CTriangulo> triangulos = Triangulos(delaunay, trabajo.puntos);
+    std::vector<CTIN::CFila> triangulos = Triangulos(delaunay);
     tin.Toma(std::move(trabajo.puntos), std::move(triangulos));
     return 1;
 }

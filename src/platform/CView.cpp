@@ -25,6 +25,7 @@ void CView::OnPaint() {
 }
 
 LRESULT CView::WindowProc(UINT mensaje, WPARAM w, LPARAM l) {
+    if (mensaje == WM_CREATE) m_bActualizada = false;  // a second window is to be filled anew
     if (mensaje != WM_INITIALUPDATE) return CWnd::WindowProc(mensaje, w, l);
     if (!std::exchange(m_bActualizada, true)) OnInitialUpdate();
     return 0;

@@ -198,16 +198,26 @@ bool Cara::LeeContornos(DWORD codigo, double desviacion, std::vector<Contorno>& 
     return true;
 }
 
+int Cara::Alto() const {
+    return m_pCara->size->metrics.y_ppem;
+}
+
 bool Cara::LeeMapa(DWORD codigo, MapaGlifo& mapa) {
     if (FT_Load_Char(m_pCara, codigo, FT_LOAD_RENDER | FT_LOAD_NO_BITMAP | FT_LOAD_TARGET_MONO) != 0)
         return AnotaFallo("the glyph of code " + std::to_string(codigo) + " can't be drawn at this height.");
     const FT_GlyphSlot glifo = m_pCara->glyph;
     const FT_Bitmap& bits = glifo->bitmap;
+    mapa = {};
+    mapa.m_fAvance = static_cast<float>(glifo->advance.x) / 64.0F;
+    if (glifo->outline.n_points == 0) {  // one pixel that isn't set: drivers refuse an empty bitmap in a list
+        mapa.m_nAncho = mapa.m_nAlto = 1;
+        mapa.m_Bits = {0};
+        return true;
+    }
     mapa.m_nAncho = static_cast<int>(bits.width);
     mapa.m_nAlto = static_cast<int>(bits.rows);
     mapa.m_fOrigenX = static_cast<float>(-glifo->bitmap_left);
     mapa.m_fOrigenY = static_cast<float>(mapa.m_nAlto - glifo->bitmap_top);
-    mapa.m_fAvance = static_cast<float>(glifo->advance.x) / 64.0F;
     const std::size_t fila = (bits.width + 7) / 8;
     mapa.m_Bits.resize(fila * bits.rows);
     for (unsigned i = 0; i < bits.rows; ++i)  // FreeType's first row is the top one

@@ -26,7 +26,7 @@ std::optional<LugarCara> BuscaCara(const Fuente& fuente);
 
 /// A glyph of a bit a pixel.
 struct MapaGlifo {
-    int m_nAncho = 0, m_nAlto = 0;                                 ///< pixels; 0 for a blank
+    int m_nAncho = 0, m_nAlto = 0;                                 ///< pixels, from 1
     float m_fOrigenX = 0.0F, m_fOrigenY = 0.0F, m_fAvance = 0.0F;  ///< as glBitmap takes them
     std::vector<BYTE> m_Bits;                                      ///< rows from the bottom up, whole bytes each
 };
@@ -45,7 +45,9 @@ class Cara {
     /// @param desviacion most that chords may be from the curves; 0 is a unit of the design
     /// @return false when the file is damaged
     bool LeeContornos(DWORD codigo, double desviacion, std::vector<Contorno>& contornos, GLYPHMETRICSFLOAT& medidas);
-    /// Bitmap of a code's glyph, at the font's height.
+    /// Height of the font's em square, in pixels.
+    int Alto() const;
+    /// Bitmap of a code's glyph, at that height.
     bool LeeMapa(DWORD codigo, MapaGlifo& mapa);
 
   private:

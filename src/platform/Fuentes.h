@@ -99,5 +99,5 @@ LUMBRA_API BOOL wglUseFontOutlinesW(HDC hdc, DWORD primero, DWORD cuantos, DWORD
 /// Compiles bitmaps of `cuantos` glyphs of the font selected in `hdc` into the lists from `base` on: each one glBitmap
 /// of a bit a pixel at the raster position, which it moves on to the next pen. They have the font's height in pixels,
 /// whatever matrices are. A code without a glyph shows the face's sign for a missing one. Pixel storage is put back.
-/// @return FALSE as above
+/// @return FALSE as above, and for an em square of more than 1024 pixels
 LUMBRA_API BOOL wglUseFontBitmapsW(HDC hdc, DWORD primero, DWORD cuantos, DWORD base);

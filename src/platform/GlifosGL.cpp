@@ -183,15 +183,16 @@ BOOL wglUseFontOutlinesW(HDC hdc, DWORD primero, DWORD cuantos, DWORD base, floa
 }
 
 BOOL wglUseFontBitmapsW(HDC hdc, DWORD primero, DWORD cuantos, DWORD base) {
+    constexpr int kAltoMaximo = 1024;  // a block of a thousand lists has a hundred megabytes then
     const std::unique_ptr<Cara> cara = CaraDe(hdc);
     if (!cara) return FALSE;
+    if (cara->Alto() > kAltoMaximo) return AnotaFallo("the font is too high for bitmaps.");
     const EmpaquetadoBits empaquetado;
     MapaGlifo m;
     for (DWORD i = 0; i < cuantos; ++i) {
         if (!cara->LeeMapa(primero + i, m)) return FALSE;
         const bool bien = CompilaGlifo(base + i, [&] {
-            glBitmap(m.m_nAncho, m.m_nAlto, m.m_fOrigenX, m.m_fOrigenY, m.m_fAvance, 0.0F,
-                     m.m_Bits.empty() ? nullptr : m.m_Bits.data());
+            glBitmap(m.m_nAncho, m.m_nAlto, m.m_fOrigenX, m.m_fOrigenY, m.m_fAvance, 0.0F, m.m_Bits.data());
         });
         if (!bien) return FALSE;
     }

@@ -1,46 +1,339 @@
-// Palettes of displays with few colours, and the copy of the picture.
+// Printing: the page has the frame, whole, in its shape and the right way up; and whatever fails leaves nothing behind.
 
-#include "EscenaPrueba.h"
+#include "VistaPrueba.h"
+#include "support/Contexto.h"
 #include "support/RegistroGL.h"
 
-#include <array>
+#include <algorithm>
+#include <functional>
 
-TEST(CGLPaleta, AChannelIsSpreadOverAByte) {
-    EscenaPrueba escena;
-    EXPECT_EQ(escena.ComponentFromIndex(1, 1, 0), 255);
-    EXPECT_EQ(escena.ComponentFromIndex(2, 1, 0), 0);
-    EXPECT_EQ(escena.ComponentFromIndex(0b10'0000, 2, 4), 0xAA);
-    EXPECT_EQ(escena.ComponentFromIndex(0b101'000, 3, 3), 0xB6);
-    EXPECT_EQ(escena.ComponentFromIndex(0xFF, 4, 0), 0);
-    EXPECT_EQ(escena.ComponentFromIndex(0xFF, 0, 0), 0);
+namespace {
+
+// Where the pixels are that something is said of; y upwards.
+struct Zona {
+    int x0 = 1 << 20, y0 = 1 << 20, x1 = -1, y1 = -1;
+
+    int Ancho() const { return x1 - x0 + 1; }
+    int Alto() const { return y1 - y0 + 1; }
+};
+
+// A page: black where nothing is printed.
+class Hoja {
+  public:
+    Hoja(int ancho, int alto) : m_Tela(ancho, alto), m_nAncho(ancho), m_nAlto(alto) {}
+    CDC* DC() { return m_Tela.DC(); }
+    unsigned Pixel(int x, int y) const { return m_Tela.Pixel(x, y); }
+    Zona Donde(const std::function<bool(unsigned)>& condicion) const {
+        Zona z;
+        for (int y = 0; y < m_nAlto; ++y)
+            for (int x = 0; x < m_nAncho; ++x) {
+                if (!condicion(Pixel(x, y))) continue;
+                z = {std::min(z.x0, x), std::min(z.y0, y), std::max(z.x1, x), std::max(z.y1, y)};
+            }
+        return z;
+    }
+    Zona Impreso() const {
+        return Donde([](unsigned c) { return c != 0; });
+    }
+    bool Vacia() const { return Impreso().x1 < 0; }
+
+  private:
+    Tela m_Tela;
+    int m_nAncho, m_nAlto;
+};
+
+// Notes what printing uses, and in which context it draws.
+class EscenaImpresa : public EscenaPrueba {
+  public:
+    using EscenaPrueba::operator=;
+
+    void OnPrint1(CDC* pDC, CPrintInfo* pInfo, CView* pView) override {
+        CGL::OnPrint1(pDC, pInfo, pView);
+        m_Contextos.push_back(wglGetCurrentContext());
+        m_hRCUsado = m_hRCImpresion;
+        m_hDCUsado = m_hDCMemoria;
+        m_hBitmapUsado = m_hBitmapImpresion;
+        m_Imagen = CSize(m_CabeceraImpresion.biWidth, m_CabeceraImpresion.biHeight);
+    }
+    bool SetDCPixelFormat(HDC hdc, DWORD flags) override {
+        m_nFlags = flags;
+        return m_nFormatosQueFallan-- <= 0 && CGL::SetDCPixelFormat(hdc, flags);
+    }
+    int OnRender() override {
+        if (m_bPideContexto) {
+            EXPECT_EQ(MakeCurrent(nullptr), 1);
+        }
+        m_Contextos.push_back(wglGetCurrentContext());
+        return EscenaPrueba::OnRender();
+    }
+    bool NadaQueda() const { return !m_hRCImpresion && !m_hDCMemoria && !m_hBitmapImpresion && !m_pBitsImpresion; }
+    /// What was used is gone, and not just forgotten.
+    bool TodoBorrado() const {
+        return !wglDeleteContext(m_hRCUsado) && !::DeleteDC(m_hDCUsado) && !::DeleteObject(m_hBitmapUsado);
+    }
+
+    std::vector<HGLRC> m_Contextos;  ///< current in each OnRender, and after OnPrint1
+    HGLRC m_hRCUsado = nullptr;
+    HDC m_hDCUsado = nullptr;
+    HBITMAP m_hBitmapUsado = nullptr;
+    CSize m_Imagen;
+    DWORD m_nFlags = 0;
+    int m_nFormatosQueFallan = 0;
+    bool m_bPideContexto = false;
+
+    using CGL::m_nAltoImpresora;
+    using CGL::m_nAnchoImpresora;
+};
+
+/// A window with a scene that was drawn once.
+class Impresion : public testing::Test {
+  protected:
+    void Abre(int ancho, int alto) {
+        m_pVista = std::make_unique<VistaPrueba>(m_pEscena = new EscenaImpresa);
+        ASSERT_TRUE(m_pVista->Abre(ancho, alto));
+        Prepara(*m_pEscena);
+        m_pEscena->m_Contextos.clear();
+        m_pEscena->GetPasos().clear();
+    }
+    static void Prepara(EscenaPrueba& escena) {
+        escena.SetEjes(0);
+        ASSERT_EQ(escena.SetBkColor(), 1);
+        ASSERT_EQ(escena.Render(), 1);
+    }
+    void Imprime(Hoja& hoja, bool bPrevia = false) {
+        CPrintInfo info;
+        info.m_bPreview = bPrevia;
+        m_pVista->OnPrint(hoja.DC(), &info);
+    }
+    void SetUp() override { Abre(64, 48); }
+    void TearDown() override { EXPECT_EQ(wglGetCurrentContext(), nullptr) << "a context was left current"; }
+
+    std::unique_ptr<VistaPrueba> m_pVista;
+    EscenaImpresa* m_pEscena = nullptr;
+};
+
+// The same frame on a picture of its own: what a printed one has to be like.
+class Dibujado {
+  public:
+    Dibujado(int ancho, int alto) : m_Tela(ancho, alto) {
+        EXPECT_TRUE(m_Escena.Monta(m_Tela, ancho, alto));
+        m_Escena.SetEjes(0);
+        EXPECT_EQ(m_Escena.SetBkColor(), 1);
+        EXPECT_EQ(m_Escena.Render(), 1);
+    }
+    /// How many pixels of the page differ from it.
+    int Difiere(const Hoja& hoja, const Zona& z) const {
+        int n = 0;
+        for (int y = 0; y < z.Alto(); ++y)
+            for (int x = 0; x < z.Ancho(); ++x)
+                n += m_Tela.Pixel(x, y) != hoja.Pixel(z.x0 + x, z.y0 + y);
+        return n;
+    }
+
+  private:
+    Tela m_Tela;
+    EscenaPrueba m_Escena;
+};
+
+}  // namespace
+
+TEST_F(Impresion, ThePageHasTheFrame) {
+    Hoja hoja(64, 48);
+    Imprime(hoja);
+    const Zona todo{0, 0, 63, 47};
+    EXPECT_EQ(Dibujado(64, 48).Difiere(hoja, todo), 0);
 }
 
-TEST_F(ConEscena, ATrueColourDisplayNeedsNoPalette) {
-    EXPECT_EQ(m_Escena.CreatePalette(), 0);
-    EXPECT_EQ(m_Escena.GetPalette(), nullptr);
+TEST_F(Impresion, WindowsAndPagesOfAnyShapeGiveTheWholeFrameInTheMiddle) {
+    for (const CSize& ventana : {CSize(64, 48), CSize(48, 64), CSize(100, 30), CSize(60, 66)}) {
+        Abre(ventana.cx, ventana.cy);
+        for (const CSize& pagina : {CSize(400, 300), CSize(300, 400), CSize(400, 220)}) {
+            Hoja hoja(pagina.cx, pagina.cy);
+            Imprime(hoja);
+            const Zona z = hoja.Impreso();
+            const std::string caso = std::to_string(ventana.cx) + " x " + std::to_string(ventana.cy) + " on " +
+                                     std::to_string(pagina.cx) + " x " + std::to_string(pagina.cy);
+            EXPECT_NEAR(double(z.Ancho()) / z.Alto(), double(ventana.cx) / ventana.cy, 0.03) << caso;
+            EXPECT_TRUE(z.Ancho() >= pagina.cx - 1 || z.Alto() >= pagina.cy - 1) << caso;
+            EXPECT_NEAR(z.x0, pagina.cx - 1 - z.x1, 1) << caso;
+            EXPECT_NEAR(z.y0, pagina.cy - 1 - z.y1, 1) << caso;
+            // All but the borders of the triangle: the window's zoom is worked out in its own, coarser pixels.
+            EXPECT_LE(Dibujado(z.Ancho(), z.Alto()).Difiere(hoja, z), 6 * std::max(z.Ancho(), z.Alto())) << caso;
+        }
+    }
 }
 
-TEST(CGLPaleta, ASceneWithoutADeviceContextGetsNone) {
-    EscenaPrueba escena;
-    EXPECT_EQ(escena.CreatePalette(), 0);
+TEST_F(Impresion, ThePictureIsAsLargeAsThePage) {
+    Hoja hoja(400, 300);
+    Imprime(hoja);
+    EXPECT_EQ(m_pEscena->m_Imagen, CSize(400, 300));
+    EXPECT_EQ(m_pEscena->m_nAnchoImpresora, 400);
+    EXPECT_EQ(m_pEscena->m_nAltoImpresora, 300);
 }
 
-TEST_F(ConEscena, ThePictureIsReadFromItsLowerLeftCorner) {
-    m_Escena.SetEjes(0);
-    ASSERT_EQ(m_Escena.Render(), 1);
-    std::array<char, 64 * 48 * 3> buffer{};
-    EXPECT_EQ(m_Escena.CapturaImagen(CSize(64, 48), buffer.data()), 0);
-    const char* pixel = buffer.data() + (15 * 64 + 25) * 3;
-    EXPECT_EQ(pixel[0], 0);
-    EXPECT_EQ(static_cast<unsigned char>(pixel[1]), 255);
-    EXPECT_EQ(pixel[2], 0);
+TEST_F(Impresion, APreviewIsAsLargeAsTheWindow) {
+    Hoja hoja(400, 300);
+    Imprime(hoja, true);
+    EXPECT_EQ(m_pEscena->m_Imagen, CSize(64, 48));
+    const Zona z = hoja.Impreso();
+    EXPECT_EQ(z.Ancho(), 400);
+    EXPECT_EQ(z.Alto(), 300);
 }
 
-TEST_F(ConEscena, CaptureTellsWhyItFailed) {
-    char buffer[3];
-    EscenaPrueba sinContexto;
-    EXPECT_EQ(sinContexto.CapturaImagen(CSize(1, 1), buffer), 3);
-    const FallaGL falla("glReadPixels", 1);
-    EXPECT_EQ(m_Escena.CapturaImagen(CSize(1, 1), buffer), 4);
-    wglMakeCurrent(nullptr, nullptr);
+TEST_F(Impresion, TheFrameIsDrawnOnceInAContextOfItsOwn) {
+    const HGLRC principal = m_pEscena->m_hRC;
+    Hoja hoja(80, 60);
+    const RegistroGL registro;
+    Imprime(hoja);
+    ASSERT_EQ(m_pEscena->m_Contextos.size(), 3U);
+    EXPECT_EQ(m_pEscena->m_Contextos[0], m_pEscena->m_hRCUsado);
+    EXPECT_NE(m_pEscena->m_Contextos[0], principal);
+    EXPECT_EQ(m_pEscena->m_Contextos[1], nullptr) << "after OnPrint1";
+    EXPECT_EQ(m_pEscena->m_Contextos[2], nullptr) << "the second OnRender draws nowhere";
+    EXPECT_EQ(m_pEscena->GetPasos(), (EscenaPrueba::Pasos{"OnRender", "OnRender"}));
+    EXPECT_LLAMADAS(Solo(registro.Ejecutadas(), {"glViewport"}), {"glViewport(0, 0, 80, 60)"});
+    EXPECT_EQ(m_pEscena->m_hRC, principal);
+    EXPECT_EQ(m_pEscena->m_nFlags, 0x80000028U);
+}
+
+TEST_F(Impresion, WhoAsksForTheContextWhileDrawingGetsThePages) {
+    m_pEscena->m_bPideContexto = true;
+    auto* hijo = new EscenaImpresa;
+    hijo->m_bPideContexto = true;
+    m_pEscena->VinculoNuevo(hijo);
+    m_pEscena->Iniciar();
+    m_pEscena->m_Contextos.clear();
+    hijo->m_Contextos.clear();
+    const HGLRC principal = m_pEscena->m_hRC;
+    Hoja hoja(64, 48);
+    Imprime(hoja);
+    EXPECT_EQ(m_pEscena->m_Contextos[0], m_pEscena->m_hRCUsado);
+    EXPECT_EQ(hijo->m_Contextos, std::vector<HGLRC>{m_pEscena->m_hRCUsado});
+    EXPECT_EQ(hijo->m_hRC, principal);
+    EXPECT_EQ(hijo->m_pDC, m_pEscena->m_pDC);
+    EXPECT_FALSE(hoja.Vacia());
+}
+
+TEST_F(Impresion, NothingOfThePageIsLeft) {
+    Hoja hoja(80, 60);
+    Imprime(hoja);
+    EXPECT_NE(m_pEscena->m_hRCUsado, nullptr);
+    EXPECT_TRUE(m_pEscena->NadaQueda());
+    EXPECT_TRUE(m_pEscena->TodoBorrado());
+    EXPECT_EQ(m_pEscena->Render(), 1);
+}
+
+TEST_F(Impresion, PagesCanFollowEachOther) {
+    Hoja una(80, 60), otra(60, 80);
+    Imprime(una);
+    m_pEscena->GetCamara().PositionCamera({0, 1, 0.2}, {0, 0, 0.2}, {0, 0, -1});
+    Imprime(otra);
+    EXPECT_FALSE(una.Vacia());
+    EXPECT_FALSE(otra.Vacia());
+}
+
+TEST_F(Impresion, TheSketchIsNotOnThePage) {
+    Hoja sin(64, 48), con(64, 48);
+    Imprime(sin);
+    Vertiz::CDigiTab tabla;
+    m_pEscena->SetDigiTab(&tabla);
+    m_pEscena->InsertaPuntoLineaNueva(EscenaPrueba::Punto(10, 10, 0));
+    m_pEscena->InsertaPuntoLineaNueva(EscenaPrueba::Punto(90, 90, 0));
+    ASSERT_NE(m_pEscena->m_nListaLineaNueva, 0U);
+    Imprime(con);
+    for (int y = 0; y < 48; ++y)
+        for (int x = 0; x < 64; ++x)
+            ASSERT_EQ(sin.Pixel(x, y), con.Pixel(x, y)) << x << ", " << y;
+}
+
+TEST_F(Impresion, TheContextThatTheHostHadIsCurrentAgain) {
+    const Lienzo lienzo(16, 16);
+    ASSERT_TRUE(lienzo.Actual());
+    const HDC hdc = wglGetCurrentDC();
+    Hoja hoja(80, 60);
+    Imprime(hoja);
+    EXPECT_FALSE(hoja.Vacia());
+    EXPECT_EQ(wglGetCurrentContext(), lienzo.Contexto());
+    EXPECT_EQ(wglGetCurrentDC(), hdc);
+    m_pEscena->m_nFormatosQueFallan = 1000;
+    Imprime(hoja);
+    EXPECT_EQ(wglGetCurrentContext(), lienzo.Contexto()) << "after a failure too";
+    Lienzo::Suelta();
+}
+
+TEST_F(Impresion, ADriverThatDrawsNothingSoLargeGivesACoarserPage) {
+    m_pEscena->m_nFormatosQueFallan = 2;
+    Hoja hoja(400, 300);
+    Imprime(hoja);
+    EXPECT_EQ(m_pEscena->m_Imagen, CSize(100, 75));
+    const Zona z = hoja.Impreso();
+    EXPECT_EQ(z.Ancho(), 400);
+    EXPECT_EQ(z.Alto(), 300);
+    EXPECT_TRUE(m_pEscena->NadaQueda());
+}
+
+TEST_F(Impresion, ADriverThatDrawsNothingLeavesThePageEmpty) {
+    m_pEscena->m_nFormatosQueFallan = 1000;
+    Hoja hoja(400, 300);
+    Imprime(hoja);
+    EXPECT_TRUE(hoja.Vacia());
+    EXPECT_EQ(m_pEscena->m_hRCUsado, nullptr);
+    EXPECT_TRUE(m_pEscena->NadaQueda());
+    EXPECT_EQ(m_pEscena->Render(), 1) << "the window is as before";
+}
+
+TEST_F(Impresion, AnErrorWhileDrawingLeavesThePageEmpty) {
+    const HGLRC principal = m_pEscena->m_hRC;
+    for (const char* llamada : {"glViewport", "glLoadMatrixd", "glCallList"}) {
+        Hoja hoja(64, 48);
+        {
+            const FallaGL falla(llamada, 1);
+            Imprime(hoja);
+            EXPECT_TRUE(falla.Ocurrida()) << llamada;
+        }
+        EXPECT_TRUE(hoja.Vacia()) << llamada;
+        EXPECT_EQ(m_pEscena->m_hRCUsado, nullptr) << llamada;
+        EXPECT_TRUE(m_pEscena->NadaQueda()) << llamada;
+        EXPECT_EQ(wglGetCurrentContext(), nullptr) << llamada;
+        EXPECT_EQ(m_pEscena->m_hRC, principal) << llamada;
+        EXPECT_EQ(m_pEscena->Render(), 1) << llamada;
+    }
+}
+
+TEST_F(Impresion, ASceneThatFailsToDrawLeavesThePageEmpty) {
+    m_pEscena->m_sFalla = "OnRender";
+    Hoja hoja(64, 48);
+    Imprime(hoja);
+    EXPECT_TRUE(hoja.Vacia());
+    EXPECT_TRUE(m_pEscena->NadaQueda());
+}
+
+TEST_F(Impresion, ThereMayBeNoPageNoWindowAndNoContext) {
+    CPrintInfo info;
+    m_pVista->OnPrint(nullptr, &info);
+    EXPECT_TRUE(m_pEscena->NadaQueda());
+    Hoja hoja(64, 48);
+    m_pEscena->OnPrint(hoja.DC(), &info, nullptr);
+    EXPECT_TRUE(hoja.Vacia());
+    VistaPrueba sinVentana;
+    m_pEscena->OnPrint(hoja.DC(), &info, &sinVentana);
+    EXPECT_TRUE(hoja.Vacia());
+    m_pEscena->OnPrint(hoja.DC(), nullptr, m_pVista.get());
+    EXPECT_FALSE(hoja.Vacia());
+
+    Hoja otra(64, 48);
+    EscenaImpresa sinContexto;
+    sinContexto.OnPrint(otra.DC(), &info, m_pVista.get());
+    EXPECT_TRUE(otra.Vacia());
+    EXPECT_TRUE(sinContexto.NadaQueda());
+}
+
+TEST_F(Impresion, AFormatThatNobodyHasFallsBackOnTheFirst) {
+    EXPECT_FALSE(m_pEscena->SetDCPixelFormat(nullptr, 0)) << "no device context";
+    Tela tela;
+    EXPECT_TRUE(m_pEscena->SetDCPixelFormat(*tela.DC(), 0x80000028));
+    PIXELFORMATDESCRIPTOR d{};
+    ASSERT_NE(DescribePixelFormat(*tela.DC(), GetPixelFormat(*tela.DC()), sizeof d, &d), 0);
+    EXPECT_EQ(d.cColorBits, 24);
+    EXPECT_GE(d.cDepthBits, 16);
 }

@@ -26,8 +26,9 @@ struct ErroresX {
     std::vector<Display*> m_Rotas;  // those of them whose server has gone
     std::atomic<XErrorHandler> m_pAjeno{nullptr};
     std::atomic<XIOErrorHandler> m_pRoturaAjena{nullptr};
-    std::atomic<int> m_nCuantos{0};
     std::atomic<int> m_nUltimo{0};
+    std::atomic<Display*> m_pUltima{nullptr};      // whose the last error is
+    std::atomic<unsigned long> m_nUltimaSerie{0};  // of the request that the last error answers
 };
 
 ErroresX& Errores() {
@@ -49,7 +50,8 @@ int Manejador(Display* display, XErrorEvent* error) {
     ErroresX& e = Errores();
     if (EsNuestra(display)) {
         e.m_nUltimo = error->error_code;
-        ++e.m_nCuantos;
+        e.m_pUltima = display;
+        e.m_nUltimaSerie = error->serial;
         return 0;
     }
     const XErrorHandler ajeno = e.m_pAjeno;
@@ -291,7 +293,7 @@ bool ConexionX11::EstaPulsada(unsigned tecla) const {
 }
 
 GuardaErroresX::GuardaErroresX(Display* display)
-    : m_Display(display), m_pAnterior(PonManejador()), m_nErroresAntes(Errores().m_nCuantos) {}
+    : m_Display(display), m_pAnterior(PonManejador()), m_nDesde(XNextRequest(display)) {}
 
 GuardaErroresX::~GuardaErroresX() {
     if (m_pAnterior == Manejador) return;
@@ -307,7 +309,8 @@ std::string TextoErrorX(int error) {
 int GuardaErroresX::Error() {
     XSync(m_Display, False);
     if (EstaRota(m_Display)) return kServidorPerdido;
-    return Errores().m_nCuantos == m_nErroresAntes ? 0 : Errores().m_nUltimo.load();
+    const ErroresX& e = Errores();
+    return e.m_pUltima == m_Display && e.m_nUltimaSerie >= m_nDesde ? e.m_nUltimo.load() : 0;
 }
 
 }  // namespace plataforma

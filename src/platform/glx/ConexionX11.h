@@ -56,14 +56,15 @@ class GuardaErroresX {
     GuardaErroresX& operator=(const GuardaErroresX&) = delete;
 
     /// Waits until the server has done all that it was asked.
-    /// @return code of the last error since the block began, kServidorPerdido when there is no server any more; 0 for
+    /// @return code of the last error of what was asked since the block began, kServidorPerdido when there is no server
+    /// any more; 0 for
     ///         none
     int Error();
 
   private:
     Display* m_Display;
     XErrorHandler m_pAnterior;
-    int m_nErroresAntes;
+    unsigned long m_nDesde;  // requests before it may fail late; that is nothing to this block
 };
 
 }  // namespace plataforma

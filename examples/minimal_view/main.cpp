@@ -1,0 +1,86 @@
+// The smallest host with a window: a hill with its top marked. Drag to turn it, roll the wheel to zoom, double-click to
+// bring a place to the middle, P to print it to hill.pdf.
+
+#include "terrain/CEscenaDEM.h"
+#include "frame/CVistaGL.h"
+#include "model/CTexto.h"
+
+#include <cmath>
+#include <cstdio>
+
+using Punto = Vertiz::CCoor3D<double>;
+
+// Texts are drawn by a scene that asks for fonts.
+class EscenaCerro : public CEscenaDEM {
+  public:
+    using CEscenaDEM::operator=;
+    explicit EscenaCerro(Vertiz::CDEM& dem) : CEscenaDEM(&dem) {
+        m_bFuentes = 1;
+        m_Data.m_bMarcasTerreno = 1;
+        SetRelleno(1);  // lit
+        NuevaMarca(Vertiz::CTexto<double>(L"top", Punto(500, 500, 305), L"305 m", 25));
+    }
+};
+
+class Ventana : public CVistaGL {
+  public:
+    explicit Ventana(Vertiz::CDEM& dem) { m_pGL = new EscenaCerro(dem); }  // from now on the view's
+
+  protected:
+    // The view has made the contexts and set the size. The extents go before the lists, which are compiled in their
+    // space.
+    void OnInitialUpdate() override {
+        m_pGL->OnZoomExtension();
+        CVistaGL::OnInitialUpdate();
+        m_pGL->SumaAnguloX(-50, 1, nullptr);
+    }
+    void OnLButtonDown(UINT, CPoint pt) override { m_Anterior = pt; }
+    void OnMouseMove(UINT flags, CPoint pt) override {
+        if (!(flags & MK_LBUTTON)) return;
+        m_pGL->SumaAnguloZ(0.5 * (pt.x - m_Anterior.x), 1, nullptr);
+        m_pGL->SumaAnguloX(0.5 * (pt.y - m_Anterior.y), 1, nullptr);
+        m_Anterior = pt;
+        Invalidate();
+    }
+    void OnLButtonDblClk(UINT, CPoint pt) override {
+        m_pGL->OnZoomCentrado(pt);
+        Invalidate();
+    }
+    BOOL OnMouseWheel(UINT, short delta, CPoint) override {
+        m_pGL->SetZoom(m_pGL->GetZoom() * (delta > 0 ? 1.25 : 0.8));
+        Invalidate();
+        return TRUE;
+    }
+    void OnKeyDown(UINT tecla, UINT, UINT) override {
+        if (tecla != 'P') return;
+        m_Impresion.m_sFichero = L"hill.pdf";
+        std::puts(OnFilePrint() ? "The page is in hill.pdf" : "minimal_view: hill.pdf can't be written");
+    }
+
+  private:
+    CPoint m_Anterior;
+};
+
+int main() {
+    constexpr unsigned N = 101;
+    Vertiz::CDEM dem(N, N, 10, 10, 0, 0);  // a square kilometre
+    for (unsigned fila = 0; fila < N; ++fila)
+        for (unsigned columna = 0; columna < N; ++columna) {
+            const double d = std::hypot(fila - 50.0, columna - 50.0);
+            dem.Matriz().Set(fila, columna, static_cast<float>(300 * std::exp(-d * d / 600) + 5 * std::cos(d / 4)));
+        }
+    dem.ActualizaCantidades();
+
+    Ventana ventana(dem);
+    if (!ventana.Create(nullptr, L"Hill", WS_OVERLAPPEDWINDOW | WS_VISIBLE, CRect(100, 100, 900, 700))) {
+        std::fprintf(stderr, "minimal_view: no window (lumbra info --gl tells why)\n");
+        return 1;
+    }
+    if (ventana.VentanaNativa() == 0) {
+        std::fprintf(stderr, "minimal_view: there is no display, so nobody could see the window; set DISPLAY\n");
+        return 1;
+    }
+    while (ventana.GetSafeHwnd())
+        CWnd::DespachaEventos(-1);
+    return 0;
+}

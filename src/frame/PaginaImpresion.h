@@ -1,0 +1,43 @@
+#pragma once
+// Internal. How large a window's picture is printed, and where it lies on the page. The ratio of a window's sides is
+// kept in single precision: a page of 10000 x 7000 pixels and a window of 10 to 7 have to give 10000 x 7000 again.
+
+#include "platform/CPoint.h"
+
+#include <algorithm>
+#include <cstdint>
+
+/// Pixels of the largest picture that is printed.
+constexpr std::int64_t kPixelesPagina = 20'000'000;
+
+/// Height over width.
+inline float Razon(const CSize& s) {
+    return static_cast<float>(s.cy) / static_cast<float>(s.cx);
+}
+
+/// The largest size of a ratio that fits a page. @param pagina sides of 1 pixel or more
+inline CSize Encaja(const CSize& pagina, float r) {
+    const float ancho = static_cast<float>(pagina.cx), alto = static_cast<float>(pagina.cy);
+    if (alto > ancho * r) return CSize(pagina.cx, std::max(1, static_cast<int>(ancho * r)));
+    return CSize(std::max(1, static_cast<int>(alto / r)), pagina.cy);
+}
+
+inline CSize Mitad(const CSize& s) {
+    return CSize(s.cx / 2, s.cy / 2);
+}
+
+/// Halves a picture until it isn't too large.
+inline CSize Limita(CSize s) {
+    while (std::int64_t{s.cx} * s.cy > kPixelesPagina)
+        s = Mitad(s);
+    return s;
+}
+
+/// The size at which a picture lies on a page: over its whole width or height, whichever leaves it whole.
+inline CSize SobrePagina(const CSize& imagen, const CSize& pagina) {
+    const float r = Razon(imagen);
+    const CSize aLoAncho(pagina.cx, static_cast<int>(static_cast<float>(pagina.cx) * r));
+    const CSize aLoAlto(static_cast<int>(static_cast<float>(pagina.cy) / r), pagina.cy);
+    if (r < 1.0F) return aLoAncho.cy <= pagina.cy ? aLoAncho : aLoAlto;
+    return aLoAlto.cx <= pagina.cx ? aLoAlto : aLoAncho;
+}
