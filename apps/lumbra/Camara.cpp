@@ -13,6 +13,8 @@ namespace {
 using Punto = Vertiz::CCoor3D<double>;
 using Caja = Vertiz::CMaximas<double>;
 
+constexpr double kMargen = 0.94;  // of a picture that a model fills
+
 double Producto(const Punto& a, const Punto& b) {
     return a.x * b.x + a.y * b.y + a.z * b.z;
 }
@@ -64,16 +66,23 @@ double Centro(const std::vector<Esquina>& esquinas, double distancia) {
     return (desde + hasta) / 2.0;
 }
 
+// What is on the right, up and before a viewer.
+struct Ejes {
+    explicit Ejes(const CCamera& camara) : frente(camara.View() - camara.Position()) {
+        frente.Normaliza();
+        derecha = frente * camara.UpVector();
+        derecha.Normaliza();
+        arriba = derecha * frente;
+    }
+    Punto frente, derecha, arriba;
+};
+
 // Moves a camera in perspective to where the model just fills the picture, in its middle but for some margin. The
 // scene's own fit is the distance of a sphere, and lets near corners leave the picture.
 void EncuadraPerspectiva(CEscenaDEM& escena, const Caja& extension, double aspecto) {
-    constexpr double kMargen = 0.94, kAntesDelOjo = 0.05;
     CCamera& camara = escena.GetCamara();
-    Punto frente = camara.View() - camara.Position();
-    frente.Normaliza();
-    Punto derecha = frente * camara.UpVector();
-    derecha.Normaliza();
-    const Punto arriba = derecha * frente;
+    const auto [frente, derecha, arriba] = Ejes(camara);
+    constexpr double kAntesDelOjo = 0.05;
     const double alto = std::tan(ARadianes(escena.GetAnguloVista() / 2.0)) * kMargen, ancho = alto * aspecto;
     std::vector<Esquina> horizontal, vertical;
     double distancia = 0.0;
@@ -85,6 +94,28 @@ void EncuadraPerspectiva(CEscenaDEM& escena, const Caja& extension, double aspec
     distancia = std::max({distancia, DistanciaQueCabe(horizontal, ancho), DistanciaQueCabe(vertical, alto)});
     const Punto vista = derecha * Centro(horizontal, distancia) + arriba * Centro(vertical, distancia);
     camara.PositionCamera(vista - frente * distancia, vista, camara.UpVector());
+}
+
+// Scales an orthographic view to where the model just fills it, in its middle but for some margin. What a pixel
+// measures is read from the projection, so that it doesn't matter what was zoomed before.
+void EncuadraOrto(CEscenaDEM& escena, const Caja& extension, int ancho, int alto) {
+    CCamera& camara = escena.GetCamara();
+    Punto a, b;
+    if (!escena.PantallaZATerreno(CPoint(0, 0), a, 0.5, true) ||
+        !escena.PantallaZATerreno(CPoint(0, alto), b, 0.5, true))
+        return;
+    const double pixel = a.Distancia(b, 1) / alto;
+    const Ejes ejes(camara);
+    Caja vista;
+    for (const Punto& p : EsquinasVistas(escena, extension, ejes.derecha, ejes.arriba, ejes.frente))
+        vista.Nuevo(p);
+    const Punto lados = vista.Maxima() - vista.Minima(), medio = vista.Centro(true);
+    const double pedido = std::max(lados.x / ancho, lados.y / alto) / kMargen;
+    if (!(pixel > 0.0) || !(pedido > 0.0)) return;
+    const double distancia = camara.Position().Distancia(camara.View(), 1);
+    const Punto centro = ejes.derecha * medio.x + ejes.arriba * medio.y + ejes.frente * medio.z;
+    camara.PositionCamera(centro - ejes.frente * distancia, centro, camara.UpVector());
+    escena.SetZoom(escena.GetZoom() * pixel / pedido);
 }
 
 }  // namespace
@@ -111,9 +142,15 @@ void PonCamara(CGL& escena, double azimut, double elevacion) {
 }
 
 void Encuadra(CEscenaDEM& escena, const Caja& extension, double aspecto) {
-    constexpr double kMargen = 0.94;
     if (escena.GetOrtogonal() != 0)
         escena.SetZoom(escena.GetZoom() * kMargen);
     else
         EncuadraPerspectiva(escena, extension, aspecto);
+}
+
+void EncuadraVentana(CEscenaDEM& escena, const Caja& extension, int ancho, int alto) {
+    if (escena.GetOrtogonal() != 0)
+        EncuadraOrto(escena, extension, ancho, alto);
+    else
+        EncuadraPerspectiva(escena, extension, static_cast<double>(ancho) / alto);
 }

@@ -21,3 +21,8 @@ void PonCamara(CGL& escena, double azimut, double elevacion);
 /// @param extension  of the model, local terrain units
 /// @param aspecto    the picture's width over its height
 void Encuadra(CEscenaDEM& escena, const Vertiz::CMaximas<double>& extension, double aspecto);
+
+/// Brings a model to fill a window but for some margin, seen from the same side, however it was zoomed before. The
+/// scene has been drawn, or fitted, since its projection was made.
+/// @param ancho, alto  of the window, pixels
+void EncuadraVentana(CEscenaDEM& escena, const Vertiz::CMaximas<double>& extension, int ancho, int alto);

@@ -2,6 +2,7 @@
 
 #include "Opciones.h"
 
+#include "Ajustes.h"
 #include "Convierte.h"
 #include "model/CDataGamaColor.h"
 #include "platform/Conversiones.h"
@@ -9,6 +10,7 @@
 
 #include <CLI/CLI.hpp>
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <initializer_list>
@@ -22,7 +24,7 @@ namespace {
 
 // Options that are texts until all of them are known.
 struct Textos {
-    std::string tamano = "1200x900", luz, fondo, superficie, mirada;
+    std::string tamano, luz, fondo, superficie, mirada;
     bool cenital = false, ortografica = false, sinBase = false, sinLuz = false;
 };
 
@@ -125,6 +127,13 @@ std::pair<int, int> Tamano(std::string_view texto) {
     return tamano;
 }
 
+void TamanoVentana(std::string_view texto) {
+    constexpr int kMayor = 16384;
+    const auto [ancho, alto] = Tamano(texto);
+    if (std::max(ancho, alto) > kMayor)
+        throw std::invalid_argument("a window's side has at most " + std::to_string(kMayor) + " pixels");
+}
+
 std::pair<double, double> Direccion(std::string_view texto) {
     const auto [azimut, elevacion] = Parte(texto, ',');
     return {Real(azimut), Real(elevacion)};
@@ -156,7 +165,7 @@ std::string SalidaPorDefecto(const std::string& fichero) {
 
 void Completa(Orden& orden, const Textos& textos) {
     OpcionesVista& v = orden.montaje.vista;
-    std::tie(v.lienzo.ancho, v.lienzo.alto) = Tamano(textos.tamano);
+    if (!textos.tamano.empty()) std::tie(v.lienzo.ancho, v.lienzo.alto) = Tamano(textos.tamano);
     if (!textos.mirada.empty()) {
         const auto [azimut, elevacion] = Mirada(textos.mirada);
         orden.panorama.mirada = {azimut, elevacion};
@@ -168,10 +177,11 @@ void Completa(Orden& orden, const Textos& textos) {
         v.azimut = 180.0;
         v.elevacion = 90.0;
     }
-    v.perspectiva = !textos.ortografica;
-    v.base = !textos.sinBase;
-    v.luz = !textos.sinLuz;
-    if (orden.salida.empty()) orden.salida = SalidaPorDefecto(orden.montaje.fichero);
+    // Flags only take away: without them a window has what it had the last time.
+    v.perspectiva = v.perspectiva && !textos.ortografica;
+    v.base = v.base && !textos.sinBase;
+    v.luz = v.luz && !textos.sinLuz;
+    if (orden.tarea == Tarea::kDibuja && orden.salida.empty()) orden.salida = SalidaPorDefecto(orden.montaje.fichero);
 }
 
 void DeclaraLectura(CLI::App& orden, Orden& o) {
@@ -322,6 +332,16 @@ void DeclaraPanorama(CLI::App& orden, Orden& o, Textos& t) {
         ->group("Panorama");
 }
 
+// What renders and windows have in common.
+void DeclaraModelo(CLI::App& orden, Orden& o, Textos& t) {
+    DeclaraLectura(orden, o);
+    DeclaraVista(orden, o, t);
+    DeclaraAspecto(orden, o, t);
+    DeclaraEscenario(orden, o);
+    DeclaraComposicion(orden, o);
+    DeclaraPanorama(orden, o, t);
+}
+
 void DeclaraDibujo(CLI::App& orden, Orden& o, Textos& t) {
     orden
         .add_option(
@@ -335,18 +355,13 @@ void DeclaraDibujo(CLI::App& orden, Orden& o, Textos& t) {
     orden.add_option("--size", t.tamano, "Width and height in pixels; a picture keeps its own, or is fitted in")
         ->check(Regla("", [](const std::string& texto) { Tamano(texto); }))
         ->type_name("WxH")
-        ->capture_default_str();
+        ->default_str("1200x900");
     orden
         .add_option("--smooth", o.montaje.vista.lienzo.muestreo,
                     "Draw 1 to 4 times as large and average, for smooth edges; by default 2 where that fits")
         ->check(EsEntero(1, 4))
         ->type_name("N");
-    DeclaraLectura(orden, o);
-    DeclaraVista(orden, o, t);
-    DeclaraAspecto(orden, o, t);
-    DeclaraEscenario(orden, o);
-    DeclaraComposicion(orden, o);
-    DeclaraPanorama(orden, o, t);
+    DeclaraModelo(orden, o, t);
     orden.footer(
         "Examples:\n"
         "  lumbra render dem.tif\n"
@@ -355,6 +370,30 @@ void DeclaraDibujo(CLI::App& orden, Orden& o, Textos& t) {
         "  lumbra render dem.tif --drape ortho.tif --buildings houses.gpkg --trees trees.gpkg --sky sky.jpg\n"
         "  lumbra render dem.tif --reference older.tif --link next.tif\n"
         "  lumbra render panorama.jpg --sphere --look 90,10 --fov 75");
+}
+
+void DeclaraVentana(CLI::App& orden, Orden& o, Textos& t) {
+    // What earlier windows left is the default of what the command line says.
+    orden.preparse_callback([&o](std::size_t) {
+        o.montaje.vista.lienzo = {1000, 750, 1};
+        RecuerdaAjustes(o.montaje.vista);
+    });
+    orden
+        .add_option("file", o.ficheros,
+                    "Elevation grid (GeoTIFF, ESRI ASCII grid, SRTM, USGS DEM ...), and others to show beside it; or, "
+                    "with --sphere, a panorama")
+        ->check(NoVacio("name an elevation grid or a panorama"))
+        ->required();
+    orden.add_option("--size", t.tamano, "Width and height of the window; by default as it was the last time")
+        ->check(Regla("", [](const std::string& texto) { TamanoVentana(texto); }))
+        ->type_name("WxH");
+    DeclaraModelo(orden, o, t);
+    orden.footer(
+        "In the window, ? lists what mouse and keys do.\n"
+        "Examples:\n"
+        "  lumbra view dem.tif\n"
+        "  lumbra view dem.tif next.tif --drape ortho.tif --buildings houses.gpkg\n"
+        "  lumbra view panorama.jpg --sphere");
 }
 
 void DeclaraConversion(CLI::App& orden, Orden& o) {
@@ -368,6 +407,16 @@ void DeclaraConversion(CLI::App& orden, Orden& o) {
                               throw std::invalid_argument("'" + ruta + "' doesn't end in .bmp, .tif, .jpg or .png");
                       }))
         ->required();
+}
+
+// What goes with a terrain doesn't go with a panorama.
+void CompruebaPanorama(const Orden& orden) {
+    const OpcionesMontaje& m = orden.montaje;
+    const char* const opcion = m.escenario.Primera() != nullptr ? m.escenario.Primera() : m.composicion.Primera();
+    if (!orden.esfera || opcion == nullptr) return;
+    throw std::invalid_argument(orden.ficheros.size() > 1
+                                    ? std::string("a panorama is shown alone; name one file")
+                                    : std::string(opcion) + " goes with an elevation grid, not with --sphere");
 }
 
 // The parser's fault in one line, with where to read on.
@@ -387,12 +436,17 @@ Orden LeeOrden(int argc, char** argv) {
     Orden orden;
     Textos textos;
     CLI::App programa{
-        "Draws elevation grids and panoramas, tells about files, and converts pictures. Needs no display.", "lumbra"};
+        "Shows and draws elevation grids and panoramas, tells about files, and converts pictures. Only view needs a "
+        "display.",
+        "lumbra"};
     programa.require_subcommand(0, 1);
     programa.set_version_flag("--version", "lumbra " LUMBRA_VERSION);
     CLI::App* dibuja = programa.add_subcommand(
         "render", "Draw an elevation grid, a picture as itself, or a view from inside a panorama, into a PNG");
     DeclaraDibujo(*dibuja, orden, textos);
+    CLI::App* mira =
+        programa.add_subcommand("view", "Show an elevation grid, or the inside of a panorama, in a window");
+    DeclaraVentana(*mira, orden, textos);
     CLI::App* cuenta =
         programa.add_subcommand("info", "Tell about an elevation grid, a picture, or the machine's OpenGL");
     cuenta->add_option("file", orden.montaje.fichero, "Elevation grid or picture")->check(NoVacio("name a file"));
@@ -412,6 +466,13 @@ Orden LeeOrden(int argc, char** argv) {
         orden.tarea = Tarea::kDibuja;
         orden.tamanoPedido = dibuja->count("--size") > 0;
         Completa(orden, textos);
+    } else if (mira->parsed()) {
+        orden.tarea = Tarea::kMira;
+        orden.montaje.fichero = orden.ficheros.front();
+        orden.montaje.composicion.vinculos.insert(orden.montaje.composicion.vinculos.begin(),
+                                                  orden.ficheros.begin() + 1, orden.ficheros.end());
+        Completa(orden, textos);
+        CompruebaPanorama(orden);
     } else if (cuenta->parsed()) {
         orden.tarea = Tarea::kCuenta;
         if (orden.montaje.fichero.empty() && !orden.gl)
@@ -420,7 +481,8 @@ Orden LeeOrden(int argc, char** argv) {
         orden.tarea = Tarea::kConvierte;
     } else {
         throw std::invalid_argument(
-            "say what to do: lumbra render FILE, lumbra info FILE, or lumbra convert FILE OUTPUT (lumbra --help tells "
+            "say what to do: lumbra view FILE, lumbra render FILE, lumbra info FILE, or lumbra convert FILE OUTPUT "
+            "(lumbra --help tells "
             "more)");
     }
     return orden;

@@ -6,11 +6,13 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
-enum class Tarea { kDibuja, kCuenta, kConvierte, kNada };  // kNada: help or version was asked for, and given
+enum class Tarea { kDibuja, kMira, kCuenta, kConvierte, kNada };  // kNada: help or version was asked for, and given
 
 struct Orden {
     Tarea tarea = Tarea::kNada;
+    std::vector<std::string> ficheros;  ///< of a window: the first one is in `montaje` too
     std::string salida;
     bool gl = false;            ///< tell about OpenGL
     bool tamanoPedido = false;  ///< the picture's size is the user's, not the usual one

@@ -3,12 +3,9 @@
 #include "Panorama.h"
 
 #include "Camara.h"
-#include "Cobertura.h"
 #include "Convierte.h"
-#include "raster/CTiff.h"
 #include "platform/DiagnosticoGL.h"
 #include "platform/Tipos.h"
-#include "sphere/CEscenaImagen360.h"
 
 #include <algorithm>
 #include <memory>
@@ -47,46 +44,51 @@ std::unique_ptr<Vertiz::CTiff> EnUnaVuelta(const Foto& foto, const Cobertura& co
 
 }  // namespace
 
-ResultadoPanorama DibujaPanorama(const Foto& foto, const std::string& ruta, const OpcionesPanorama& opciones,
-                                 const Lienzo& lienzo, int colorFondo) {
-    const Cobertura cobertura = LeeCobertura(ruta, foto.Ancho(), foto.Alto());
+Panorama::Panorama(const Foto& foto, const std::string& ruta, const OpcionesPanorama& opciones, int colorFondo)
+    : m_Cobertura(LeeCobertura(ruta, foto.Ancho(), foto.Alto())),
+      m_pRaster(&foto.Raster()),
+      m_dCampo(opciones.campo),
+      m_nColorFondo(colorFondo) {
     const CDiagnosticoGL gl = DiagnosticoGL();
-    Vertiz::IRaster* raster = &foto.Raster();
-    std::unique_ptr<Vertiz::CTiff> entera;
-    if (cobertura.ancho < 1.0 || (gl.m_bHay && std::max(foto.Ancho(), foto.Alto()) > gl.m_nMaxTextura)) {
-        entera = EnUnaVuelta(foto, cobertura, gl.m_nMaxTextura, colorFondo);
-        raster = entera.get();
+    if (m_Cobertura.ancho < 1.0 || (gl.m_bHay && std::max(foto.Ancho(), foto.Alto()) > gl.m_nMaxTextura)) {
+        m_pEntera = EnUnaVuelta(foto, m_Cobertura, gl.m_nMaxTextura, colorFondo);
+        m_pRaster = m_pEntera.get();
     }
+    m_nAncho = static_cast<int>(m_pRaster->Ancho() * m_Cobertura.ancho + 0.5);
+    m_nAlto = m_pRaster->Alto100() / m_pRaster->Factor100();
+    const double medio =
+        m_Cobertura.rumbo.value_or(0.0) + 360.0 * (m_Cobertura.izquierda + m_Cobertura.ancho / 2.0 - 0.5);
+    m_Mirada = opciones.mirada.value_or(OpcionesPanorama::Mirada{medio, 0.0});
+}
 
-    ResultadoPanorama resultado;
-    resultado.bNorte = cobertura.rumbo.has_value();
-    resultado.ancho = static_cast<int>(raster->Ancho() * cobertura.ancho + 0.5);
-    resultado.alto = raster->Alto100() / raster->Factor100();
-    const double rumbo = cobertura.rumbo.value_or(0.0);
-    const double medio = rumbo + 360.0 * (cobertura.izquierda + cobertura.ancho / 2.0 - 0.5);
-    resultado.mirada = opciones.mirada.value_or(OpcionesPanorama::Mirada{medio, 0.0});
-
-    Cuadro cuadro(lienzo);
-    CEscenaImagen360 escena(CEscenaImagen360(), raster, Vertiz::CDataImagen(), 0);
-    Vertiz::CGeoImagen& imagen = *escena.GetImagen();
+std::unique_ptr<CEscenaImagen360> Panorama::HazEscena() const {
+    auto escena = std::make_unique<CEscenaImagen360>(CEscenaImagen360(), m_pRaster, Vertiz::CDataImagen(), 0);
+    Vertiz::CGeoImagen& imagen = *escena->GetImagen();
     imagen.m_bDirecta = true;
-    imagen.m_Correcciones[2] = 180.0 - rumbo;
-    imagen.m_dPolarInicio = 180.0 * cobertura.abajo;
-    imagen.m_dPolarFin = 180.0 * (cobertura.abajo + cobertura.alto);
-    CDataGL data = escena.GetData();
-    data.m_nColorFondo = colorFondo;
+    imagen.m_Correcciones[2] = 180.0 - m_Cobertura.rumbo.value_or(0.0);
+    imagen.m_dPolarInicio = 180.0 * m_Cobertura.abajo;
+    imagen.m_dPolarFin = 180.0 * (m_Cobertura.abajo + m_Cobertura.alto);
+    CDataGL data = escena->GetData();
+    data.m_nColorFondo = m_nColorFondo;
     data.m_nEjes = 0;
-    escena.SetData(data);
-    escena.SetAnguloVista(static_cast<float>(opciones.campo));
+    escena->SetData(data);
+    escena->SetAnguloVista(static_cast<float>(m_dCampo));
+    return escena;
+}
 
-    cuadro.Crea(escena);
-    const auto& [azimut, elevacion] = resultado.mirada;
-    escena.GetCamara().PositionCamera({0, 0, 0, 0}, Direccion(azimut, elevacion), Arriba(azimut, elevacion));
-    escena.OnZoomExtension();
-    if (!escena.Iniciar()) FallaGL("can't build the panorama");
-    cuadro.Ajusta(escena);
-    escena.OnZoomExtension();
-    resultado.imagen = cuadro.Dibuja(escena);
-    escena.Destruir();
-    return resultado;
+void Panorama::PonMirada(CGL& escena) const {
+    escena.GetCamara().PositionCamera({0, 0, 0, 0}, Direccion(m_Mirada.azimut, m_Mirada.elevacion),
+                                      Arriba(m_Mirada.azimut, m_Mirada.elevacion));
+}
+
+Imagen DibujaPanorama(const Panorama& panorama, const Lienzo& lienzo) {
+    Cuadro cuadro(lienzo);
+    const std::unique_ptr<CEscenaImagen360> escena = panorama.HazEscena();
+    cuadro.Crea(*escena);
+    panorama.PonMirada(*escena);
+    escena->OnZoomExtension();
+    if (!escena->Iniciar()) FallaGL("can't build the panorama");
+    cuadro.Ajusta(*escena);
+    escena->OnZoomExtension();
+    return cuadro.Dibuja(*escena);
 }

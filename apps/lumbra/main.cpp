@@ -1,5 +1,8 @@
-// lumbra: draws elevation grids and panoramas, tells about files and converts pictures, from the command line.
+// lumbra: shows elevation grids and panoramas in a window or draws them into pictures, tells about files, and converts
+// pictures.
 
+#include "ContenidoPanorama.h"
+#include "ContenidoTerreno.h"
 #include "Convierte.h"
 #include "Foto.h"
 #include "Informacion.h"
@@ -7,6 +10,7 @@
 #include "Png.h"
 #include "Progreso.h"
 #include "Salida.h"
+#include "Ventana.h"
 #include "Vista.h"
 #include "platform/Conversiones.h"
 #include "platform/Numeros.h"
@@ -21,6 +25,12 @@ namespace {
 
 void Avisa(const std::string& texto) {
     std::fprintf(stderr, "%s\n", texto.c_str());
+}
+
+void AvisaReduccion(const std::string& ruta, const Foto& foto, const Panorama& panorama) {
+    if (panorama.Ancho() < foto.Ancho())
+        Avisa(ruta + ": larger than OpenGL takes here; shown as " + std::to_string(panorama.Ancho()) + " x " +
+              std::to_string(panorama.Alto()) + " pixels");
 }
 
 bool HayFoto(const Orden& orden, Progreso& progreso) {
@@ -39,16 +49,14 @@ void DibujaFoto(const Orden& orden, Progreso& progreso) {
 void DibujaEsfera(const Orden& orden, Progreso& progreso) {
     Muestreo(orden.montaje.vista.lienzo);  // a size that can't be drawn is told before the reading
     const Foto foto(orden.montaje.fichero, progreso);
-    const ResultadoPanorama vista = DibujaPanorama(foto, orden.montaje.fichero, orden.panorama,
-                                                   orden.montaje.vista.lienzo, orden.montaje.vista.colorFondo);
-    if (vista.ancho < foto.Ancho())
-        std::fprintf(stderr, "%s: larger than OpenGL takes here; shown as %d x %d pixels\n",
-                     orden.montaje.fichero.c_str(), vista.ancho, vista.alto);
-    EscribePng(orden.salida, vista.imagen);
+    const Panorama panorama(foto, orden.montaje.fichero, orden.panorama, orden.montaje.vista.colorFondo);
+    AvisaReduccion(orden.montaje.fichero, foto, panorama);
+    const Imagen imagen = DibujaPanorama(panorama, orden.montaje.vista.lienzo);
+    EscribePng(orden.salida, imagen);
     std::printf("%s -> %s: %d x %d pixels, to azimuth %s from %s, elevation %s\n", orden.montaje.fichero.c_str(),
-                orden.salida.c_str(), vista.imagen.ancho, vista.imagen.alto,
-                TextoGeneral(vista.mirada.azimut, 6).c_str(), vista.bNorte ? "north" : "the panorama's middle",
-                TextoGeneral(vista.mirada.elevacion, 6).c_str());
+                orden.salida.c_str(), imagen.ancho, imagen.alto, TextoGeneral(panorama.Mirada().azimut, 6).c_str(),
+                panorama.HayNorte() ? "north" : "the panorama's middle",
+                TextoGeneral(panorama.Mirada().elevacion, 6).c_str());
 }
 
 void DibujaTerreno(const Orden& orden, Progreso& progreso) {
@@ -78,6 +86,24 @@ void Dibuja(const Orden& orden, Progreso& progreso) {
         DibujaFoto(orden, progreso);
 }
 
+void Mira(const Orden& orden, Progreso& progreso) {
+    CompruebaPantalla();  // before the reading, not after it
+    const std::string& fichero = orden.montaje.fichero;
+    if (orden.esfera) {
+        const Foto foto(fichero, progreso);
+        ContenidoPanorama contenido(Panorama(foto, fichero, orden.panorama, orden.montaje.vista.colorFondo));
+        AvisaReduccion(fichero, foto, contenido.Vuelta());
+        Muestra(contenido, orden.montaje);
+    } else if (HayFoto(orden, progreso)) {
+        throw std::invalid_argument(fichero +
+                                    " is a picture: view looks round in a panorama with --sphere; render draws "
+                                    "a picture as itself");
+    } else {
+        ContenidoTerreno contenido(orden.montaje, progreso, Avisa);
+        Muestra(contenido, orden.montaje);
+    }
+}
+
 void Convierte(const Orden& orden, Progreso& progreso) {
     CompruebaSalida(orden.salida, orden.montaje.fichero);
     const Foto foto(orden.montaje.fichero, progreso);
@@ -101,9 +127,9 @@ void Cuenta(const Orden& orden, Progreso& progreso) {
     CuentaDEM(leido);
 }
 
-void Cumple(const Orden& orden) {
-    Progreso progreso;
+void Cumple(const Orden& orden, Progreso& progreso) {
     if (orden.tarea == Tarea::kDibuja) Dibuja(orden, progreso);
+    if (orden.tarea == Tarea::kMira) Mira(orden, progreso);
     if (orden.tarea == Tarea::kCuenta) Cuenta(orden, progreso);
     if (orden.tarea == Tarea::kConvierte) Convierte(orden, progreso);
     if (std::fflush(stdout) != 0) throw std::runtime_error("can't write to standard output");
@@ -114,7 +140,8 @@ void Cumple(const Orden& orden) {
 int main(int argc, char** argv) {
     constexpr int kFallo = 1, kMalUso = 2;
     try {
-        Cumple(LeeOrden(argc, argv));
+        Progreso progreso;  // the application object: the command line's defaults are in its settings
+        Cumple(LeeOrden(argc, argv), progreso);
     } catch (const std::invalid_argument& error) {
         std::fprintf(stderr, "lumbra: %s\n", error.what());
         return kMalUso;

@@ -5,19 +5,22 @@
 #include "frame/CVistaGL.h"
 #include "model/CTexto.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 
 using Punto = Vertiz::CCoor3D<double>;
 
-// Texts are drawn by a scene that asks for fonts.
+// Texts are drawn by a scene that asks for glyphs.
 class EscenaCerro : public CEscenaDEM {
   public:
     using CEscenaDEM::operator=;
     explicit EscenaCerro(Vertiz::CDEM& dem) : CEscenaDEM(&dem) {
         m_bFuentes = 1;
         m_Data.m_bMarcasTerreno = 1;
+        SetQuad(1);     // a surface, not points
         SetRelleno(1);  // lit
+        SetColorFondo(RGB(60, 90, 130));
         NuevaMarca(Vertiz::CTexto<double>(L"top", Punto(500, 500, 305), L"305 m", 25));
     }
 };
@@ -31,16 +34,18 @@ class Ventana : public CVistaGL {
     // space.
     void OnInitialUpdate() override {
         m_pGL->OnZoomExtension();
+        m_pGL->CreaFuentes();  // before the lists of the marks, which call its glyphs
         CVistaGL::OnInitialUpdate();
-        m_pGL->SumaAnguloX(-50, 1, nullptr);
+        m_pGL->SetBkColor();  // the first frame's; each frame sets that of the next
+        Mira();
     }
     void OnLButtonDown(UINT, CPoint pt) override { m_Anterior = pt; }
     void OnMouseMove(UINT flags, CPoint pt) override {
         if (!(flags & MK_LBUTTON)) return;
-        m_pGL->SumaAnguloZ(0.5 * (pt.x - m_Anterior.x), 1, nullptr);
-        m_pGL->SumaAnguloX(0.5 * (pt.y - m_Anterior.y), 1, nullptr);
+        m_dAzimut -= 0.01 * (pt.x - m_Anterior.x);
+        m_dAltura = std::clamp(m_dAltura + 0.01 * (pt.y - m_Anterior.y), -1.5, 1.5);
         m_Anterior = pt;
-        Invalidate();
+        Mira();
     }
     void OnLButtonDblClk(UINT, CPoint pt) override {
         m_pGL->OnZoomCentrado(pt);
@@ -58,7 +63,17 @@ class Ventana : public CVistaGL {
     }
 
   private:
+    // From that side, at the point looked at. In this space y is up, x is east and z is south.
+    void Mira() {
+        const Punto centro = m_pGL->GetTrans();
+        const Punto lado(std::sin(m_dAzimut) * std::cos(m_dAltura), std::sin(m_dAltura),
+                         std::cos(m_dAzimut) * std::cos(m_dAltura));
+        m_pGL->GetCamara().PositionCamera(centro + lado, centro, Punto(0, 1, 0));
+        Invalidate();
+    }
+
     CPoint m_Anterior;
+    double m_dAzimut = 0, m_dAltura = 0.6;  // radians: from the south, and over the horizon
 };
 
 int main() {

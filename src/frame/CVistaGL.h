@@ -12,6 +12,7 @@
 //         void OnInitialUpdate() override {
 //             m_pGL->OnZoomExtension();     // the GL space from the model's extents, and the view on them
 //             CVistaGL::OnInitialUpdate();  // compiles the lists
+//             m_pGL->SetBkColor();          // the first frame's background: each frame sets that of the next one
 //         }
 //     };
 //

@@ -57,7 +57,10 @@ constexpr UINT VK_INSERT = 0x2D;
 constexpr UINT VK_DELETE = 0x2E;
 constexpr UINT VK_ADD = 0x6B;
 constexpr UINT VK_SUBTRACT = 0x6D;
-constexpr UINT VK_F1 = 0x70;  ///< F2 to F12 follow
+constexpr UINT VK_F1 = 0x70;         ///< F2 to F12 follow
+constexpr UINT VK_OEM_PLUS = 0xBB;   ///< + or = beside the letters
+constexpr UINT VK_OEM_MINUS = 0xBD;  ///< - beside the letters
+constexpr UINT VK_OEM_2 = 0xBF;      ///< / or ?
 
 /// What a window is made with; `PreCreateWindow` may change it.
 struct CREATESTRUCT {

@@ -3,8 +3,10 @@
 #include "VistaPrueba.h"
 #include "support/Contexto.h"
 #include "support/RegistroGL.h"
+#include "support/Temporales.h"
 
 #include <algorithm>
+#include <cstdlib>
 #include <functional>
 
 namespace {
@@ -336,4 +338,34 @@ TEST_F(Impresion, AFormatThatNobodyHasFallsBackOnTheFirst) {
     ASSERT_NE(DescribePixelFormat(*tela.DC(), GetPixelFormat(*tela.DC()), sizeof d, &d), 0);
     EXPECT_EQ(d.cColorBits, 24);
     EXPECT_GE(d.cDepthBits, 16);
+}
+
+TEST_F(Impresion, AFileOfPagesHasTheWholeFrameAtThePrintersResolution) {
+    const CarpetaTemporal carpeta;
+    const auto pdf = carpeta.Ruta() / "página.pdf";
+    m_pVista->m_Impresion.m_sFichero = CString(pdf.c_str());
+    m_pVista->m_Impresion.m_nResolucion = 72;
+    ASSERT_TRUE(m_pVista->OnFilePrint());
+    EXPECT_EQ(m_pEscena->m_Imagen, CSize(595, 446)) << "the width of an upright page, in the window's shape";
+    EXPECT_TRUE(m_pEscena->NadaQueda());
+
+    const auto png = carpeta.Ruta() / "página";
+    const std::string orden = "pdftoppm -r 72 -png -singlefile '" + pdf.string() + "' '" + png.string() + "' 2>&1";
+    if (std::system(orden.c_str()) != 0) GTEST_SKIP() << "pdftoppm isn't there: the page was written and not looked at";
+    const Imagen pagina = LeePng(png.string() + ".png");
+    ASSERT_NEAR(pagina.ancho, 595, 1);
+    ASSERT_NEAR(pagina.alto, 842, 1);
+    const std::array<std::uint8_t, 3> blanco{255, 255, 255}, fondo{0xE0, 0xF1, 0xFE}, verde{0, 255, 0};
+    int arriba = pagina.alto, abajo = -1;
+    for (int y = 0; y < pagina.alto; ++y)
+        if (pagina.Pixel(5, y) != blanco) {
+            arriba = std::min(arriba, y);
+            abajo = std::max(abajo, y);
+        }
+    EXPECT_NEAR(abajo - arriba + 1, 446, 2);
+    EXPECT_NEAR(arriba, pagina.alto - 1 - abajo, 2) << "in the middle";
+    EXPECT_EQ(pagina.Pixel(5, (arriba + abajo) / 2), fondo);
+    // The triangle's right angle is below, on the left.
+    EXPECT_EQ(pagina.Pixel(200, abajo - 60), verde);
+    EXPECT_EQ(pagina.Pixel(400, arriba + 60), fondo);
 }

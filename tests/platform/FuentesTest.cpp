@@ -4,10 +4,12 @@
 #include "platform/CDC.h"
 #include "platform/CFont.h"
 #include "platform/DiagnosticoGL.h"
+#include "support/Temporales.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <thread>
 
@@ -163,6 +165,18 @@ TEST(CFontTest, IsSelectedByObject) {
     EXPECT_EQ(dc.SelectObject(static_cast<CFont*>(nullptr)), nullptr);
     CFont vacia;
     EXPECT_EQ(dc.SelectObject(&vacia), nullptr);
+}
+
+// In a process of its own: fontconfig reads its settings once.
+TEST(FuentesSinCaras, AreRefusedWithWhatToInstall) {
+    GTEST_FLAG_SET(death_test_style, "threadsafe");
+    const auto busca = [] {
+        const CarpetaTemporal carpeta;
+        const std::string ninguna = "<fontconfig><dir>" + carpeta.Ruta().string() + "</dir></fontconfig>";
+        setenv("FONTCONFIG_FILE", carpeta.Escribe("fonts.conf", ninguna).c_str(), 1);
+        return !Cara::Abre(Pedida(-16)) && UltimoFalloGL().find("fonts-liberation") != std::string::npos;
+    };
+    EXPECT_EXIT(std::_Exit(busca() ? 7 : 1), testing::ExitedWithCode(7), "");
 }
 
 TEST_F(FuentesCara, WeightAndSlantChooseAmongTheInstalledFaces) {

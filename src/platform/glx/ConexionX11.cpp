@@ -94,7 +94,10 @@ unsigned Tecla(KeySym s) {
                                     {XK_Left, VK_LEFT},         {XK_Up, VK_UP},
                                     {XK_Right, VK_RIGHT},       {XK_Down, VK_DOWN},
                                     {XK_Insert, VK_INSERT},     {XK_Delete, VK_DELETE},
-                                    {XK_KP_Add, VK_ADD},        {XK_KP_Subtract, VK_SUBTRACT}};
+                                    {XK_KP_Add, VK_ADD},        {XK_KP_Subtract, VK_SUBTRACT},
+                                    {XK_plus, VK_OEM_PLUS},     {XK_equal, VK_OEM_PLUS},
+                                    {XK_minus, VK_OEM_MINUS},   {XK_slash, VK_OEM_2},
+                                    {XK_question, VK_OEM_2}};
     if (s >= XK_a && s <= XK_z) return static_cast<unsigned>(s - XK_a + 'A');
     if ((s >= XK_A && s <= XK_Z) || (s >= XK_0 && s <= XK_9)) return static_cast<unsigned>(s);
     if (s >= XK_F1 && s <= XK_F12) return static_cast<unsigned>(s - XK_F1 + VK_F1);
@@ -156,6 +159,8 @@ Evento Traduce(XEvent& x, const ConexionX11& conexion) {
         case KeyPress:
         case KeyRelease:
             e.m_nTecla = Tecla(XLookupKeysym(&x.xkey, 0));
+            // Keyboards differ in where signs stand: one that has no number of its own may be another one with Shift.
+            if (e.m_nTecla == 0 && (x.xkey.state & ShiftMask) != 0) e.m_nTecla = Tecla(XLookupKeysym(&x.xkey, 1));
             e.m_nEstado = Estado(x.xkey.state);
             if (e.m_nTecla) e.m_Tipo = x.type == KeyPress ? TipoEvento::tecla : TipoEvento::teclaArriba;
             break;
