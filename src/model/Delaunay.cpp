@@ -18,42 +18,40 @@ constexpr int kCadaCuantos = 4096;      // points between two questions
 
 CDelaunay::CDelaunay(std::span<const CLugar> puntos) : m_Vertices(puntos.size()) {
     const std::vector<std::uint32_t> orden = OrdenEspacial(puntos);
-    m_Lugares.reserve(puntos.size());
-    m_Puntos.reserve(puntos.size());
+    m_Lugares.reserve(puntos.size() + 1);
+    m_Puntos.reserve(puntos.size() + 1);
+    m_Lugares.emplace_back();
+    m_Puntos.push_back(-1);
     for (const std::uint32_t i : orden) {
-        if (m_Lugares.empty() || m_Lugares.back() != puntos[i]) {
+        if (CantidadVertices() == 0 || m_Lugares.back() != puntos[i]) {
             m_Lugares.push_back(puntos[i]);
             m_Puntos.push_back(static_cast<int>(i));
         }
-        m_Vertices[i] = static_cast<int>(m_Puntos.size()) - 1;
+        m_Vertices[i] = CantidadVertices();
     }
 }
 
 // The first triangle, of the first two vertices and the next one that isn't in line with them, which it returns.
 int CDelaunay::Empieza() {
-    const int cuantos = static_cast<int>(m_Lugares.size());
-    int c = 2;
-    while (c < cuantos && Giro(0, 1, c) == 0)
+    int c = 3;
+    while (c <= CantidadVertices() && Giro(1, 2, c) == 0)
         ++c;
-    if (c >= cuantos) return 0;
-    const int a = Giro(0, 1, c) > 0 ? 0 : 1, b = 1 - a, f = kInfinito;
-    const auto triangulo = [](int u, int v, int w, CPuerta x, CPuerta y, CPuerta z) {
-        return CTriangulo{{u, v, w}, 0, {x, y, z}, 0};
-    };
+    if (c > CantidadVertices()) return 0;
+    const int a = Giro(1, 2, c) > 0 ? 1 : 2, b = 3 - a, f = kInfinito;
     m_Triangulos.reserve(2 * m_Lugares.size());
-    m_Triangulos.push_back(triangulo(a, b, c, Puerta(1, 2), Puerta(2, 2), Puerta(3, 2)));
-    m_Triangulos.push_back(triangulo(c, b, f, Puerta(3, 1), Puerta(2, 0), Puerta(0, 0)));
-    m_Triangulos.push_back(triangulo(a, c, f, Puerta(1, 1), Puerta(3, 0), Puerta(0, 1)));
-    m_Triangulos.push_back(triangulo(b, a, f, Puerta(2, 1), Puerta(1, 0), Puerta(0, 2)));
+    m_Triangulos.push_back(Fila(a, b, c, Puerta(1, 2), Puerta(2, 2), Puerta(3, 2)));
+    m_Triangulos.push_back(Fila(c, b, f, Puerta(3, 1), Puerta(2, 0), Puerta(0, 0)));
+    m_Triangulos.push_back(Fila(a, c, f, Puerta(1, 1), Puerta(3, 0), Puerta(0, 1)));
+    m_Triangulos.push_back(Fila(b, a, f, Puerta(2, 1), Puerta(1, 0), Puerta(0, 2)));
     return c;
 }
 
 bool CDelaunay::Triangula(const std::function<bool(int)>& sigue) {
-    const int tercero = m_Lugares.size() < 3 ? 0 : Empieza();
+    const int tercero = Empieza();
     if (tercero == 0) return true;
-    for (int i = 2; i < static_cast<int>(m_Lugares.size()); ++i) {
-        if (i % kCadaCuantos == 0 && !sigue(i)) return false;
-        if (i != tercero) Inserta(i);
+    for (int v = 3; v <= CantidadVertices(); ++v) {
+        if (v != tercero) Inserta(v);
+        if (v % kCadaCuantos == 0 && !sigue(v)) return false;
     }
     return true;
 }
@@ -62,29 +60,31 @@ bool CDelaunay::Triangula(const std::function<bool(int)>& sigue) {
 // a side that parts the triangle from the place; in a Delaunay triangulation such a walk never comes back.
 int CDelaunay::Localiza(const CLugar& p) {
     int t = m_nUltimo;
-    const auto fuera = [&](const CTriangulo& triangulo, int k) {
-        return predicados::Giro(P(triangulo.v[kOtro[k]]), P(triangulo.v[kTercero[k]]), p) < 0;
+    const auto fuera = [&](const CFila& triangulo, int k) {
+        return predicados::Giro(P(V(triangulo, kOtro[k])), P(V(triangulo, kTercero[k])), p) < 0;
     };
     int k = 0;
     while (k < 3 && !fuera(T(t), k))
         ++k;
     while (k < 3) {
-        const CPuerta puerta = T(t).n[k];
+        const CPuerta puerta = N(T(t), k);
         t = Triangulo(puerta);
-        const CTriangulo& triangulo = T(t);
+        const CFila& triangulo = T(t);
         if (Infinito(triangulo)) break;
         const int entrada = Lado(puerta);
-        k = fuera(triangulo, kOtro[entrada]) ? kOtro[entrada] : fuera(triangulo, kTercero[entrada]) ? kTercero[entrada] : 3;
+        k = fuera(triangulo, kOtro[entrada])      ? kOtro[entrada]
+            : fuera(triangulo, kTercero[entrada]) ? kTercero[entrada]
+                                                  : 3;
     }
     return t;
 }
 
 // The circle of the triangle holds the place. That of an infinite one is the open half-plane beyond its side of the
 // hull, with the side itself.
-bool CDelaunay::EnConflicto(const CTriangulo& t, const CLugar& p) const {
-    if (!Infinito(t)) return predicados::EnCirculoUnico(P(t.v[0]), P(t.v[1]), P(t.v[2]), p);
+bool CDelaunay::EnConflicto(const CFila& t, const CLugar& p) const {
+    if (!Infinito(t)) return predicados::EnCirculoUnico(P(V(t, 0)), P(V(t, 1)), P(V(t, 2)), p);
     const int k = Sitio(t, kInfinito);
-    const CLugar &a = P(t.v[kOtro[k]]), &b = P(t.v[kTercero[k]]);
+    const CLugar &a = P(V(t, kOtro[k])), &b = P(V(t, kTercero[k]));
     const int giro = predicados::Giro(a, b, p);
     return giro > 0 || (giro == 0 && std::min(a, b) < p && p < std::max(a, b));
 }
@@ -96,18 +96,18 @@ void CDelaunay::Inserta(int p) {
     const int primero = Localiza(lugar);
     m_Cavidad.assign(1, primero);
     m_Bordes.clear();
-    m_Puertas.assign({T(primero).n[2], T(primero).n[1], T(primero).n[0]});
+    m_Puertas.assign({N(T(primero), 2), N(T(primero), 1), N(T(primero), 0)});
     while (!m_Puertas.empty()) {
         const CPuerta puerta = m_Puertas.back();
         m_Puertas.pop_back();
         const int t = Triangulo(puerta), k = Lado(puerta);
-        const CTriangulo& triangulo = T(t);
+        const CFila& triangulo = T(t);
         if (EnConflicto(triangulo, lugar)) {
             m_Cavidad.push_back(t);
-            m_Puertas.push_back(triangulo.n[kTercero[k]]);
-            m_Puertas.push_back(triangulo.n[kOtro[k]]);
+            m_Puertas.push_back(N(triangulo, kTercero[k]));
+            m_Puertas.push_back(N(triangulo, kOtro[k]));
         } else {
-            m_Bordes.push_back({triangulo.v[kTercero[k]], puerta});
+            m_Bordes.push_back({V(triangulo, kTercero[k]), puerta});
         }
     }
     // The fan takes the places of the triangles that go; it has two more.
@@ -120,14 +120,40 @@ void CDelaunay::Inserta(int p) {
         const CBorde borde = m_Bordes[static_cast<std::size_t>(i)];
         const int siguiente = i + 1 < lados ? i + 1 : 0;
         const int t = m_Cavidad[static_cast<std::size_t>(i)], despues = m_Cavidad[static_cast<std::size_t>(siguiente)];
-        T(t) = {{p, borde.a, m_Bordes[static_cast<std::size_t>(siguiente)].a},
-                0,
-                {borde.otra, Puerta(despues, 2), Puerta(previo, 1)},
-                0};
-        T(Triangulo(borde.otra)).n[Lado(borde.otra)] = Puerta(t, 0);
+        T(t) = Fila(p, borde.a, m_Bordes[static_cast<std::size_t>(siguiente)].a, borde.otra, Puerta(despues, 2),
+                    Puerta(previo, 1));
+        PonVecino(T(Triangulo(borde.otra)), Lado(borde.otra), Puerta(t, 0));
         previo = t;
         if (!Infinito(T(t))) m_nUltimo = t;
     }
+}
+
+// In place: first the numbers that triangles will have go into their second words, then neighbours and marks are put
+// in terms of them, and what is infinite drops out.
+std::vector<CDelaunay::CFila> CDelaunay::Entrega(std::span<const int> numeros) {
+    std::uint32_t cuantos = 0;
+    for (CFila& t : m_Triangulos)
+        t.SetPalabra(1, Infinito(t) ? 0 : ++cuantos);
+    for (CFila& t : m_Triangulos) {
+        if (Infinito(t)) continue;
+        CFila nueva;
+        nueva.SetPalabra(1, t.GetPalabra(1));
+        nueva.SetBorrado((t.GetPalabra(0) & kBorrado) != 0);
+        for (int k = 0; k < 3; ++k) {
+            nueva.m_nVertices[static_cast<unsigned>(k)] = static_cast<std::uint32_t>(
+                numeros[static_cast<std::size_t>(m_Puntos[static_cast<std::size_t>(V(t, k))])]);
+            // Side k of the result begins at vertex k: it lies opposite to the vertex before.
+            const int opuesto = kTercero[k];
+            PonVecino(nueva, k, static_cast<int>(T(Triangulo(N(t, opuesto))).GetPalabra(1)) - 1);
+            if ((Bits(t, opuesto) & LADO_FIJO) != 0) nueva.SetRuptura(k);
+            if ((Bits(t, opuesto) & LADO_LIMITE) != 0) nueva.SetLimite(k);
+        }
+        t = nueva;
+    }
+    std::erase_if(m_Triangulos, [](const CFila& t) { return Infinito(t); });
+    for (CFila& t : m_Triangulos)
+        t.SetPalabra(1, 0);
+    return std::move(m_Triangulos);
 }
 
 }  // namespace Vertiz::geometria

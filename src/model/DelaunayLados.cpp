@@ -10,7 +10,7 @@ namespace {
 
 constexpr int kOtro[3] = {1, 2, 0};     // the next place in a triangle
 constexpr int kTercero[3] = {2, 0, 1};  // and the one after it
-constexpr std::uint32_t kNinguna = 0xFFFFFFFFU;
+constexpr std::int32_t kNinguna = -1;
 
 // p lies between a and b, with which it is in line, or at b.
 bool EntreLugares(const predicados::CLugar& p, const predicados::CLugar& a, const predicados::CLugar& b) {
@@ -20,28 +20,28 @@ bool EntreLugares(const predicados::CLugar& p, const predicados::CLugar& a, cons
 }  // namespace
 
 void CDelaunay::AnotaTriangulos() {
-    m_Desde.assign(m_Lugares.size() + 1, 0);
-    m_Grados.assign(m_Lugares.size() + 1, 0);
+    m_Desde.assign(m_Lugares.size(), 0);
+    m_Grados.assign(m_Lugares.size(), 0);
     for (int t = 0; t < Cantidad(); ++t)
-        for (const int v : T(t).v) {
-            Desde(v) = t;
-            ++m_Grados[static_cast<std::size_t>(v + 1)];
+        for (const std::uint32_t v : T(t).m_nVertices) {
+            m_Desde[v] = t;
+            ++m_Grados[v];
         }
 }
 
 bool CDelaunay::InsertaLado(int puntoA, int puntoB, std::uint32_t marcas) {
     if (m_Desde.empty()) AnotaTriangulos();
-    int a = m_Vertices[static_cast<std::size_t>(puntoA)], b = m_Vertices[static_cast<std::size_t>(puntoB)];
+    int a = Vertice(puntoA), b = Vertice(puntoB);
     // The search goes round the vertex: better round the one that has fewer triangles.
-    if (m_Grados[static_cast<std::size_t>(a + 1)] > m_Grados[static_cast<std::size_t>(b + 1)]) std::swap(a, b);
+    if (m_Grados[static_cast<std::size_t>(a)] > m_Grados[static_cast<std::size_t>(b)]) std::swap(a, b);
     m_Cruzados.clear();
     m_Piezas.clear();
-    while (a != b && m_Cruzados.empty()) {
+    while (a != b) {
         CPuerta puerta = Camina(a, b);
         if (!m_Cruzados.empty()) break;
         if (puerta == kNinguna) puerta = Rellena(a, m_Izquierda.back());
-        const CTriangulo& t = T(Triangulo(puerta));
-        const int k = Lado(puerta), siguiente = t.v[kOtro[k]] == a ? t.v[kTercero[k]] : t.v[kOtro[k]];
+        const CFila& t = T(Triangulo(puerta));
+        const int k = Lado(puerta), siguiente = V(t, kOtro[k]) == a ? V(t, kTercero[k]) : V(t, kOtro[k]);
         m_Piezas.push_back({a, siguiente, Bits(t, k)});
         Marca(puerta, (Bits(t, k) | LADO_FIJO) ^ marcas);
         a = siguiente;
@@ -54,8 +54,8 @@ bool CDelaunay::InsertaLado(int puntoA, int puntoB, std::uint32_t marcas) {
 
 void CDelaunay::Cruzados(int puntoA, int puntoB, std::vector<CLado>& lados) {
     if (m_Desde.empty()) AnotaTriangulos();
-    int a = m_Vertices[static_cast<std::size_t>(puntoA)];
-    const int b = m_Vertices[static_cast<std::size_t>(puntoB)];
+    int a = Vertice(puntoA);
+    const int b = Vertice(puntoB);
     while (a != b) {
         m_Cruzados.clear();
         const CPuerta puerta = Camina(a, b);
@@ -65,16 +65,16 @@ void CDelaunay::Cruzados(int puntoA, int puntoB, std::vector<CLado>& lados) {
             a = m_Izquierda.back();
             continue;
         }
-        const CTriangulo& t = T(Triangulo(puerta));
+        const CFila& t = T(Triangulo(puerta));
         const int k = Lado(puerta);
-        a = t.v[kOtro[k]] == a ? t.v[kTercero[k]] : t.v[kOtro[k]];
+        a = V(t, kOtro[k]) == a ? V(t, kTercero[k]) : V(t, kOtro[k]);
     }
 }
 
 // Sets the marks of both sides of a side.
 void CDelaunay::Marca(CPuerta puerta, std::uint32_t marcas) {
-    CTriangulo& t = T(Triangulo(puerta));
-    const CPuerta otra = t.n[Lado(puerta)];
+    CFila& t = T(Triangulo(puerta));
+    const CPuerta otra = N(t, Lado(puerta));
     PonBits(t, Lado(puerta), marcas);
     PonBits(T(Triangulo(otra)), Lado(otra), marcas);
 }
@@ -83,14 +83,14 @@ void CDelaunay::Marca(CPuerta puerta, std::uint32_t marcas) {
 CDelaunay::CPuerta CDelaunay::Sale(int desde, int hasta) {
     int t = Desde(desde);
     for (;;) {
-        const int k = Sitio(T(t), desde), p = T(t).v[kOtro[k]], q = T(t).v[kTercero[k]];
+        const int k = Sitio(T(t), desde), p = V(T(t), kOtro[k]), q = V(T(t), kTercero[k]);
         if (p == hasta) return Puerta(t, kTercero[k]);
         if (p != kInfinito) {
             const int giro = Giro(desde, hasta, p);
             if (giro == 0 && EntreLugares(P(p), P(desde), P(hasta))) return Puerta(t, kTercero[k]);
             if (giro < 0 && q != kInfinito && q != hasta && Giro(desde, hasta, q) > 0) return Puerta(t, k);
         }
-        t = Triangulo(T(t).n[kOtro[k]]);
+        t = Triangulo(N(T(t), kOtro[k]));
     }
 }
 
@@ -98,8 +98,8 @@ CDelaunay::CPuerta CDelaunay::BuscaLado(int a, int b) {
     int t = Desde(a);
     for (;;) {
         const int k = Sitio(T(t), a);
-        if (T(t).v[kOtro[k]] == b) return Puerta(t, kTercero[k]);
-        t = Triangulo(T(t).n[kOtro[k]]);
+        if (V(T(t), kOtro[k]) == b) return Puerta(t, kTercero[k]);
+        t = Triangulo(N(T(t), kOtro[k]));
     }
 }
 
@@ -108,17 +108,17 @@ CDelaunay::CPuerta CDelaunay::BuscaLado(int a, int b) {
 CDelaunay::CPuerta CDelaunay::Camina(int desde, int hasta) {
     CPuerta puerta = Sale(desde, hasta);
     int t = Triangulo(puerta), k = Lado(puerta);
-    if (T(t).v[k] != desde) return puerta;
-    int derecha = T(t).v[kOtro[k]], izquierda = T(t).v[kTercero[k]];
+    if (V(T(t), k) != desde) return puerta;
+    int derecha = V(T(t), kOtro[k]), izquierda = V(T(t), kTercero[k]);
     m_Cavidad.assign(1, t);
     m_Derecha.assign({desde, derecha});
     m_Izquierda.assign({desde, izquierda});
     for (;;) {
         if ((Bits(T(t), k) & LADO_FIJO) != 0) m_Cruzados.emplace_back(derecha, izquierda);
-        puerta = T(t).n[k];
+        puerta = N(T(t), k);
         t = Triangulo(puerta);
         m_Cavidad.push_back(t);
-        const int v = T(t).v[Lado(puerta)];
+        const int v = V(T(t), Lado(puerta));
         const int giro = v == hasta ? 0 : Giro(desde, hasta, v);
         if (giro >= 0) m_Izquierda.push_back(v);
         if (giro <= 0) m_Derecha.push_back(v);
@@ -132,15 +132,16 @@ CDelaunay::CPuerta CDelaunay::Camina(int desde, int hasta) {
 CDelaunay::CPuerta CDelaunay::Rellena(int a, int b) {
     ++m_nNota;
     for (const int t : m_Cavidad)
-        T(t).nota = m_nNota;
+        T(t).SetPalabra(1, m_nNota);
     // Sides put in may end inside the cavity: they have triangles of it on both sides, and keep their marks.
     m_Enlaces.clear();
     for (const int t : m_Cavidad)
         for (int k = 0; k < 3; ++k) {
-            const CPuerta otra = T(t).n[k];
-            const bool bBorde = T(Triangulo(otra)).nota != m_nNota;
+            const CPuerta otra = N(T(t), k);
+            const bool bBorde = !EnCavidad(Triangulo(otra));
             if (bBorde || Bits(T(t), k) != 0)
-                m_Enlaces.push_back({Clave(T(t).v[kOtro[k]], T(t).v[kTercero[k]]), bBorde ? otra : kNinguna, Bits(T(t), k)});
+                m_Enlaces.push_back(
+                    {Clave(V(T(t), kOtro[k]), V(T(t), kTercero[k])), bBorde ? otra : kNinguna, Bits(T(t), k)});
         }
     m_nHechos = 0;
     RellenaCadena(m_Izquierda);
@@ -162,10 +163,10 @@ void CDelaunay::RellenaCadena(const std::vector<int>& cadena) {
     for (const int v : cadena) {
         while (m_Pila.size() >= 2 && Giro(m_Pila[m_Pila.size() - 2], m_Pila.back(), v) < 0) {
             const int t = m_Cavidad[m_nHechos++];
-            T(t) = {{m_Pila[m_Pila.size() - 2], v, m_Pila.back()}, m_nNota, {}, 0};
+            T(t) = Fila(m_Pila[m_Pila.size() - 2], v, m_Pila.back(), 0, 0, 0, m_nNota);
             for (int k = 0; k < 3; ++k) {
-                m_Enlaces.push_back({Clave(T(t).v[kOtro[k]], T(t).v[kTercero[k]]), Puerta(t, k), 0});
-                Desde(T(t).v[k]) = t;
+                m_Enlaces.push_back({Clave(V(T(t), kOtro[k]), V(T(t), kTercero[k])), Puerta(t, k), 0});
+                Desde(V(T(t), k)) = t;
             }
             m_Pila.pop_back();
         }
@@ -188,8 +189,8 @@ CDelaunay::CPuerta CDelaunay::Enlaza(std::uint64_t ladoNuevo) {
             if (m_Enlaces[i].puerta != kNinguna) puertas[cuantas++] = m_Enlaces[i].puerta;
         }
         for (const int j : {0, 1}) {
-            CTriangulo& t = T(Triangulo(puertas[j]));
-            t.n[Lado(puertas[j])] = puertas[1 - j];
+            CFila& t = T(Triangulo(puertas[j]));
+            PonVecino(t, Lado(puertas[j]), puertas[1 - j]);
             PonBits(t, Lado(puertas[j]), marcas);
         }
         if (clave == ladoNuevo) nuevo = puertas[0];
@@ -205,12 +206,12 @@ void CDelaunay::Mejora() {
         const int t = m_Pila.back();
         m_Pila.pop_back();
         for (int k = 0; k < 3; ++k) {
-            const CTriangulo& triangulo = T(t);
-            const CPuerta otra = triangulo.n[k];
-            const CTriangulo& vecino = T(Triangulo(otra));
-            if (vecino.nota != m_nNota || Bits(triangulo, k) != 0) continue;
-            const auto& v = triangulo.v;
-            if (!predicados::EnCirculoUnico(P(v[0]), P(v[1]), P(v[2]), P(vecino.v[Lado(otra)]))) continue;
+            const CFila& triangulo = T(t);
+            const CPuerta otra = N(triangulo, k);
+            if (!EnCavidad(Triangulo(otra)) || Bits(triangulo, k) != 0) continue;
+            if (!predicados::EnCirculoUnico(P(V(triangulo, 0)), P(V(triangulo, 1)), P(V(triangulo, 2)),
+                                            P(V(T(Triangulo(otra)), Lado(otra)))))
+                continue;
             m_Pila.push_back(Triangulo(otra));
             m_Pila.push_back(t);
             Voltea(t, k);
@@ -221,19 +222,19 @@ void CDelaunay::Mejora() {
 
 // Puts the other diagonal in place of side k of a triangle.
 void CDelaunay::Voltea(int t, int k) {
-    const int u = Triangulo(T(t).n[k]), j = Lado(T(t).n[k]);
-    const CTriangulo viejo = T(t), otro = T(u);
-    const int a = viejo.v[k], b = viejo.v[kOtro[k]], c = viejo.v[kTercero[k]], d = otro.v[j];
-    T(t) = {{a, b, d}, m_nNota, {}, 0};
-    T(u) = {{a, d, c}, m_nNota, {}, 0};
-    const auto une = [this](int mio, int lado, const CTriangulo& antes, int sitio) {
-        const CPuerta otra = antes.n[sitio];
-        T(mio).n[lado] = otra;
+    const int u = Triangulo(N(T(t), k)), j = Lado(N(T(t), k));
+    const CFila viejo = T(t), otro = T(u);
+    const int a = V(viejo, k), b = V(viejo, kOtro[k]), c = V(viejo, kTercero[k]), d = V(otro, j);
+    T(t) = Fila(a, b, d, 0, 0, 0, m_nNota);
+    T(u) = Fila(a, d, c, 0, 0, 0, m_nNota);
+    const auto une = [this](int mio, int lado, const CFila& antes, int sitio) {
+        const CPuerta otra = N(antes, sitio);
+        PonVecino(T(mio), lado, otra);
         PonBits(T(mio), lado, Bits(antes, sitio));
-        T(Triangulo(otra)).n[Lado(otra)] = Puerta(mio, lado);
+        PonVecino(T(Triangulo(otra)), Lado(otra), Puerta(mio, lado));
     };
-    T(t).n[1] = Puerta(u, 2);
-    T(u).n[2] = Puerta(t, 1);
+    PonVecino(T(t), 1, Puerta(u, 2));
+    PonVecino(T(u), 2, Puerta(t, 1));
     une(t, 0, otro, kOtro[j]);
     une(t, 2, viejo, kTercero[k]);
     une(u, 0, otro, kTercero[j]);

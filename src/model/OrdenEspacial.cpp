@@ -12,7 +12,8 @@ namespace {
 
 using predicados::CLugar;
 
-// ---- Hilbert's curve over the whole range of the integers, four bits of x and y at a time -----------------------------
+// ---- Hilbert's curve over the whole range of the integers, four bits of x and y at a time
+// -----------------------------
 
 struct CTrozo {
     std::uint8_t lugar;   // 8 bits of the place on the curve
@@ -54,7 +55,8 @@ std::uint64_t EnHilbert(const CLugar& p) {
     return lugar;
 }
 
-// ---- Rounds ------------------------------------------------------------------------------------------------------------
+// ---- Rounds
+// ------------------------------------------------------------------------------------------------------------
 
 constexpr unsigned kVueltas = 22;
 
@@ -85,9 +87,7 @@ std::vector<std::uint32_t> OrdenEspacial(std::span<const CLugar> puntos) {
     auto siguiente = inicios;
     for (std::size_t i = 0; i < puntos.size(); ++i)
         puestos[siguiente[Vuelta(puntos[i])]++] = {EnHilbert(puntos[i]), static_cast<std::uint32_t>(i)};
-    const auto lugar = [&](unsigned vuelta) {
-        return puestos.begin() + static_cast<std::ptrdiff_t>(inicios[vuelta]);
-    };
+    const auto lugar = [&](unsigned vuelta) { return puestos.begin() + static_cast<std::ptrdiff_t>(inicios[vuelta]); };
     for (unsigned i = 0; i < kVueltas; ++i)
         std::sort(lugar(i), lugar(i + 1), [](const CPuesto& a, const CPuesto& b) {
             return a.lugar != b.lugar ? a.lugar < b.lugar : a.indice < b.indice;

@@ -12,7 +12,8 @@
 
 namespace Vertiz::predicados {
 
-// ---- On integers: exact, and quick enough for the inner loops of a triangulation -------------------------------------
+// ---- On integers: exact, and quick enough for the inner loops of a triangulation
+// -------------------------------------
 
 __extension__ using Entero128 = __int128;
 
@@ -81,7 +82,8 @@ struct CLugar {
 /// The segment a b passes through what is rounded to p: a square of one unit round it, with its left and lower sides.
 [[nodiscard]] bool PasaPor(const CLugar& a, const CLugar& b, const CLugar& p);
 
-// ---- On doubles ------------------------------------------------------------------------------------------------------
+// ---- On doubles
+// ------------------------------------------------------------------------------------------------------
 
 using CPlano = CCoor2D<double>;
 
