@@ -461,6 +461,8 @@ class LUMBRA_API CGL : public CGLPropio {
     bool EsDeLaFamilia(const CGL& otra) const { return Contiene(otra) || otra.Contiene(*this); }
     /// All children: references first, then links.
     std::vector<CGL*> Hijos() const;
+    /// Fixes the point of the sketch that follows the cursor at a pixel, and starts the next one there.
+    void SumaALineaNueva(const CPoint& pt);
 
   private:
     struct Pulsacion;
@@ -498,14 +500,15 @@ class LUMBRA_API CGL : public CGLPropio {
     struct ProfundidadFondo;
     int ProyectaOrto(int& cx, int& cy, const double* vieja);
     ProfundidadFondo MideFondo(const MatricesGL& matrices) const;
-    void LeeProfundidad(const MatricesGL& matrices, int x, int y);
-    bool BuscaPixel(const ProfundidadFondo& fondo, float& z, int& i, int& j) const;
+    struct BloqueProfundidad;
+    bool BuscaPixel(const ProfundidadFondo& fondo, const BloqueProfundidad& bloque, float& z, int& i, int& j) const;
     bool ProyectaPixel(const MatricesGL& matrices, int x, int y, Vertiz::CCoor3D<double>& c, bool& bHallado) const;
     Vertiz::CMaximas<double> EnImagen(const Vertiz::CMaximas<double>& m) const;
     int GetMaximasHijos(const std::vector<CGL*>& hijos, Vertiz::CMaximas<double>& m, int fondo) const;
 
     // CGLNavegacion.cpp
     int EscalaProyeccion(double plano, double fondo);
+    double EscalaVista();
     void ApuntaACaja(const Vertiz::CMaximas<double>& m);
     bool AjustaOrto(const Vertiz::CMaximas<double>& cajaGL);
     bool AjustaPerspectiva(const Vertiz::CMaximas<double>& cajaGL);
@@ -515,7 +518,7 @@ class LUMBRA_API CGL : public CGLPropio {
     void DesplazaX(int sentido);
     void DesplazaZ(int sentido);
     template <class Traza>
-    void DibujaXor(Traza traza);
+    bool DibujaXor(Traza traza);
 
     // CGLSuperpuestos.cpp, CGLCielo.cpp
     void RestauraModo() const;
@@ -545,7 +548,6 @@ class LUMBRA_API CGL : public CGLPropio {
     unsigned SeleccionaEnHijos(const Pulsacion& s, bool bReferencias, bool bVinculos);
     static bool PreguntaHijos(const std::vector<CGL*>& hijos, int primero, const Pulsacion& s, unsigned& r,
                               Vertiz::CCoor3D<double>& p);
-    void SumaALineaNueva(const CPoint& pt);
     template <class Pregunta>
     unsigned SumaHijos(bool bReferencias, bool bVinculos, Pregunta pregunta) const;
 
@@ -557,8 +559,10 @@ class LUMBRA_API CGL : public CGLPropio {
     void BorraUltimoPuntoSeleccion();
     void BorraUltimoDigitado(bool bGoma);
     Vertiz::CCoor3D<double> SinSemilla(const Vertiz::CCoor3D<double>& p) const;
+    int DibujaLineaNueva(unsigned primero) const;
     int EstiloLineaNueva() const;
     void TrazaLineaNueva(unsigned primero) const;
+    Vertiz::CCoor3D<double> PuntoBoceto(unsigned i, bool bGuardado, double escala) const;
 
     // CGLImpresion.cpp
     bool PreparaPagina(const CSize& imagen, CView* pView);

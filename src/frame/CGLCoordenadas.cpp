@@ -25,21 +25,61 @@ double Rango(double minimo, double maximo) {
     return std::max(maximo < minimo ? 0.0 : maximo - minimo, kRangoMinimo);
 }
 
-// Walks the cells of a square block from its middle outwards, turn by turn: one to the right, one up, two left, two
-// down, three right... until `parar(i, j)` says so or the walk leaves the block.
-template <class Parar>
-void Espiral(int lado, Parar parar) {
-    int i = lado / 2, j = lado / 2;
-    int tramos[2] = {1, 1};
-    for (int eje = 0; i >= 0 && i < lado && j >= 0 && j < lado; eje = 1 - eje) {
+// A square block of depths, of which a rectangle of cells lies in the window. Only that counts, and only that is looked
+// at: the others hold what was there before.
+struct Bloque {
+    const float* celdas;
+    int lado;
+    int i0, i1, j0, j1;  // of the rectangle, the ends past it
+
+    const float* Fila(int j) const { return celdas + static_cast<std::size_t>(j) * lado; }
+    bool Dentro(int i, int j) const { return i >= i0 && i < i1 && j >= j0 && j < j1; }
+};
+
+// How far from the block's middle the nearest cell is that is so: the larger of its two distances, in cells; `lado`
+// without any. Whole rows are looked at, since a compiler makes that quick.
+template <class Condicion>
+int Cercania(const Bloque& bloque, Condicion es) {
+    const int medio = bloque.lado / 2;
+    int cerca = bloque.lado;
+    for (int d = 0; d < cerca && d <= medio; ++d)
+        for (const int j : {medio - d, medio + d}) {
+            if (j < bloque.j0 || j >= bloque.j1) continue;
+            const float* fila = bloque.Fila(j);
+            const int desde = std::max(bloque.i0, medio - cerca + 1), hasta = std::min(bloque.i1, medio + cerca);
+            unsigned alguna = 0;
+            for (int i = desde; i < hasta; ++i)
+                alguna |= static_cast<unsigned>(es(fila[i]));
+            for (int i = desde; alguna != 0 && i < hasta; ++i)
+                if (es(fila[i])) cerca = std::min(cerca, std::max(d, std::abs(i - medio)));
+        }
+    return cerca;
+}
+
+// Looks for the first cell that is so, from the middle outwards, turn by turn: one to the right, one up, two left, two
+// down, three right... Turns without such a cell are passed over.
+// @return false when the walk leaves the block first
+template <class Condicion>
+bool BuscaEnEspiral(const Bloque& bloque, Condicion es, int& i, int& j) {
+    const int lado = bloque.lado, cerca = Cercania(bloque, es);
+    if (cerca == lado) return false;
+    const int vueltas = std::max(0, cerca - 1);
+    int x = lado / 2 - vueltas, y = x;
+    int tramos[2] = {2 * vueltas + 1, 2 * vueltas + 1};
+    for (int eje = 0; x >= 0 && x < lado && y >= 0 && y < lado; eje = 1 - eje) {
         int& tramo = tramos[eje];
         const int sentido = tramo > 0 ? 1 : -1;
-        for (int paso = 0; paso != tramo && i >= 0 && i < lado && j >= 0 && j < lado; paso += sentido) {
-            if (parar(i, j)) return;
-            (eje == 0 ? i : j) += sentido;
+        for (int paso = 0; paso != tramo && x >= 0 && x < lado && y >= 0 && y < lado; paso += sentido) {
+            if (bloque.Dentro(x, y) && es(bloque.Fila(y)[x])) {
+                i = x;
+                j = y;
+                return true;
+            }
+            (eje == 0 ? x : y) += sentido;
         }
         tramo = -(tramo + sentido);
     }
+    return false;
 }
 
 }  // namespace
@@ -254,37 +294,38 @@ CGL::ProfundidadFondo CGL::MideFondo(const MatricesGL& matrices) const {
     return fondo;
 }
 
-// Reads the depth block round a window point. Cells outside the window count as empty; a block that has no others isn't
-// read at all, since drivers go astray far from the window.
-void CGL::LeeProfundidad(const MatricesGL& matrices, int x, int y) {
-    std::fill_n(m_pBufferProfundidad.get(), kLadoProfundidad * kLadoProfundidad, 1.0F);
-    const auto fuera = [](int v, int lado) { return v < -kLadoProfundidad / 2 || v > lado + kLadoProfundidad / 2; };
-    if (fuera(x, matrices.viewport[2]) || fuera(y, matrices.viewport[3])) return;
-    glReadPixels(x - kLadoProfundidad / 2, y - kLadoProfundidad / 2, kLadoProfundidad, kLadoProfundidad,
-                 GL_DEPTH_COMPONENT, GL_FLOAT, m_pBufferProfundidad.get());
-}
+// The depth block round a window point, read. One without a cell in the window isn't read at all, since drivers go
+// astray far from the window.
+struct CGL::BloqueProfundidad : Bloque {
+    BloqueProfundidad(float* destino, const MatricesGL& matrices, int x, int y) : Bloque{destino, kLado, 0, 0, 0, 0} {
+        const int izquierda = x - kLado / 2, abajo = y - kLado / 2;
+        i0 = std::clamp(-izquierda, 0, kLado);
+        j0 = std::clamp(-abajo, 0, kLado);
+        i1 = std::clamp(matrices.viewport[2] - izquierda, i0, kLado);
+        j1 = std::clamp(matrices.viewport[3] - abajo, j0, kLado);
+        if (i0 == i1 || j0 == j1) return;
+        glReadPixels(izquierda, abajo, kLado, kLado, GL_DEPTH_COMPONENT, GL_FLOAT, destino);
+    }
+    static constexpr int kLado = kLadoProfundidad;
+};
 
 // Looks for geometry round the middle of the depth block. z is the depth that stands for an empty block, and comes back
 // as that of the cell that was hit, or of the first one that holds anything.
-bool CGL::BuscaPixel(const ProfundidadFondo& fondo, float& z, int& i, int& j) const {
-    const float inicial = z;
-    bool hallado = false;
-    Espiral(kLadoProfundidad, [&](int columna, int fila) {
-        const float v = m_pBufferProfundidad[static_cast<std::size_t>(fila) * kLadoProfundidad + columna];
-        if (std::abs(v) >= 1.0F) return false;
-        if (std::abs(z - inicial) <= 1e-7F) z = v;
-        if (m_nTipoImagenFondo == 0)
-            hallado = true;
-        else if (m_nTipoImagenFondo == 5 || m_nTipoImagenFondo == 6)
-            hallado = std::abs(v - fondo.centro) > fondo.tolerancia;
-        else
-            hallado = fondo.suelo > v;  // in front of the image
-        if (!hallado) return false;
-        z = v;
-        i = columna;
-        j = fila;
+bool CGL::BuscaPixel(const ProfundidadFondo& fondo, const BloqueProfundidad& bloque, float& z, int& i, int& j) const {
+    const auto busca = [&](auto es, int& columna, int& fila) {
+        if (!BuscaEnEspiral(bloque, es, columna, fila)) return false;
+        z = bloque.Fila(fila)[columna];
         return true;
-    });
+    };
+    const auto hay = [](float v) { return std::abs(v) < 1.0F; };
+    if (m_nTipoImagenFondo == 0) return busca(hay, i, j);
+    const bool hallado =
+        m_nTipoImagenFondo == 5 || m_nTipoImagenFondo == 6
+            ? busca([&](float v) { return hay(v) && std::abs(v - fondo.centro) > fondo.tolerancia; }, i, j)
+            : busca([&](float v) { return hay(v) && fondo.suelo > v; }, i, j);  // in front of the image
+    int columna = 0, fila = 0;
+    if (!hallado)
+        busca([inicial = z, &hay](float v) { return hay(v) && std::abs(v - inicial) > 1e-7F; }, columna, fila);
     return hallado;
 }
 
@@ -293,8 +334,9 @@ bool CGL::BuscaPixel(const ProfundidadFondo& fondo, float& z, int& i, int& j) co
 bool CGL::ProyectaPixel(const MatricesGL& matrices, int x, int y, CCoor3D<double>& c, bool& bHallado) const {
     CCoor3D<double> ventana;
     if (!matrices.Proyecta(m_PuntoGL, ventana) || !matrices.Desproyecta(x, y, ventana.z, c)) return false;
+    const double escala = EscalaModelo(matrices.modelview);
     const CCoor3D<double> ojo = m_Camara.Position();
-    bHallado = ProyectaVector(c, EsOrtografica() ? c + m_Camara.View() - ojo : ojo);
+    bHallado = ProyectaVector(c, EsOrtografica() ? c + m_Camara.View() - ojo : ojo / escala);
     return true;
 }
 
@@ -306,11 +348,11 @@ int CGL::PantallaATerreno(const CPoint& pt, CCoor3D<double>& c, bool bGL, bool b
     int y = matrices.viewport[3] - std::clamp<int>(pt.y, -kPixelLejano, kPixelLejano);
     int i = kLadoProfundidad / 2, j = kLadoProfundidad / 2;
     const ProfundidadFondo fondo = MideFondo(matrices);
-    LeeProfundidad(matrices, x, y);
+    const BloqueProfundidad bloque(m_pBufferProfundidad.get(), matrices, x, y);
     bool hallado = true;
     if (!HayErrorGL()) {
         float z = 1.0F - m_fPlanoCerca;
-        if (BuscaPixel(fondo, z, i, j) && bPixelHallado) {
+        if (BuscaPixel(fondo, bloque, z, i, j) && bPixelHallado) {
             x += i - kLadoProfundidad / 2;
             y += j - kLadoProfundidad / 2;
         }
@@ -403,9 +445,10 @@ void CGL::CalculaCamaraDesdeMatrices() {
         for (unsigned j = 0; j < 4; ++j)
             a.Set(i, j, m[4 * i + j]);
     if (!a.InversaPivote(inversa)) return;
-    const CCoor3D<double> ojo(inversa.Get(3, 0), inversa.Get(3, 1), inversa.Get(3, 2), 0);
-    const CCoor3D<double> atras(a.Get(0, 2), a.Get(1, 2), a.Get(2, 2), 0);
-    const CCoor3D<double> derecha(a.Get(0, 0), a.Get(1, 0), a.Get(2, 0), 0);
+    const double escala = EscalaModelo(m);
+    const CCoor3D<double> ojo = CCoor3D<double>(inversa.Get(3, 0), inversa.Get(3, 1), inversa.Get(3, 2), 0) * escala;
+    const CCoor3D<double> atras = CCoor3D<double>(a.Get(0, 2), a.Get(1, 2), a.Get(2, 2), 0) / escala;
+    const CCoor3D<double> derecha = CCoor3D<double>(a.Get(0, 0), a.Get(1, 0), a.Get(2, 0), 0) / escala;
     m_Camara.PositionCamera(ojo, ojo - atras, atras * derecha);
 }
 

@@ -41,17 +41,21 @@ int CGL::OnIniciarLineaNueva(int bDirecto) {
     }
     if (m_LineaNueva.NPuntos() < 2) return 1;
     if (!bDirecto && !AbreLista(m_nListaLineaNueva)) return 0;
-    LapizXor lapiz;
-    lapiz.Empieza();
-    if (!lapiz.Activa() || !EstiloLineaNueva()) return 0;
-    TrazaLineaNueva(bDirecto ? m_LineaNueva.NPuntos() - 2 : 0);
-    lapiz.Restaura();
+    if (!DibujaLineaNueva(bDirecto ? m_LineaNueva.NPuntos() - 2 : 0)) return 0;
     if (bDirecto) {
         glFlush();
         return 1;
     }
     glEndList();
     return HayErrorGL() ? 0 : 1;
+}
+
+// Draws from a point on; what it changed but for style and light is put back, also after an error.
+int CGL::DibujaLineaNueva(unsigned primero) const {
+    const LapizXor lapiz;
+    if (!lapiz.Activa() || !EstiloLineaNueva()) return 0;
+    TrazaLineaNueva(primero);
+    return 1;
 }
 
 int CGL::EstiloLineaNueva() const {
@@ -151,8 +155,9 @@ bool CGL::ModificaUltimoPuntoLineaNueva(const CPoint& pt, int bGoma) {
     PantallaATerreno(pt, c, true, false, false);
     CambiaUltimo(m_LineaNueva, c);
     if (SobreFoto()) {
-        BuscaCotaProxima(pt, c, true);
-        m_LineaNuevaTerreno.ModificaPunto(m_LineaNueva.NPuntos() - 1, c, true);
+        CCoor3D<double> terreno;
+        BuscaCotaProxima(pt, terreno, true);
+        m_LineaNuevaTerreno.ModificaPunto(m_LineaNueva.NPuntos() - 1, terreno, true);
     }
     entrada.Acaba(RehazLineaNueva(bGoma != 0));
     return true;
@@ -214,7 +219,7 @@ void CGL::BorraUltimoPuntoSeleccion() {
         if (!m_Seleccion.empty()) m_Seleccion.pop_back();
     } else {
         const std::vector<CGL*> hijos = Hijos();
-        const auto i = static_cast<std::size_t>(dueno - 1);
+        const std::size_t i = static_cast<std::size_t>(dueno) - 1;  // past the end for a negative one
         if (i < hijos.size()) hijos[i]->BorraUltimoPuntoLineaNueva(1);
     }
     m_PuntosSeleccion.pop_back();
@@ -222,7 +227,7 @@ void CGL::BorraUltimoPuntoSeleccion() {
 
 // Deletes the last point or, with bGoma, the one before it, so that the point that follows the cursor stays.
 void CGL::BorraUltimoDigitado(bool bGoma) {
-    const bool bTerreno = SobreFoto();
+    const bool bTerreno = SobreFoto() && m_LineaNuevaTerreno.NPuntos() > 0;
     const CCoor3D<double> a = m_LineaNueva.end();
     const CCoor3D<double> b = m_LineaNuevaTerreno.end();
     OnIniciarLineaNueva(1);
@@ -243,33 +248,26 @@ void CGL::BorraUltimoDigitado(bool bGoma) {
 
 // ---- Reading -------------------------------------------------------------------------------------------------------
 
+// Point i of the sketch in terrain units divided by escala: the one that was kept, when asked for and there is one.
+CCoor3D<double> CGL::PuntoBoceto(unsigned i, bool bGuardado, double escala) const {
+    if (bGuardado && i < m_LineaNuevaTerreno.NPuntos()) return m_LineaNuevaTerreno.Punto(static_cast<int>(i)) / escala;
+    const CCoor3D<double>& p = m_LineaNueva.Punto(static_cast<int>(i));
+    CCoor3D<double> c;
+    GLATerreno(c, p.x, p.y, p.z, escala);
+    return c;
+}
+
 void CGL::DameLineaNuevaTerreno(CLinea<double>& l) const {
     const bool bTerreno = SobreFoto();
-    for (unsigned i = 0; i < m_LineaNueva.NPuntos(); ++i) {
-        if (bTerreno) {
-            l << m_LineaNuevaTerreno.Punto(static_cast<int>(i));
-            continue;
-        }
-        const CCoor3D<double>& p = m_LineaNueva.Punto(static_cast<int>(i));
-        CCoor3D<double> c;
-        GLATerreno(c, p.x, p.y, p.z, 1.0);
-        l << c;
-    }
+    for (unsigned i = 0; i < m_LineaNueva.NPuntos(); ++i)
+        l << PuntoBoceto(i, bTerreno, 1.0);
 }
 
 void CGL::DameLineaNuevaTerreno(CLinea<int>& l) {
     const double escala = 1.0 / Precision();
     const bool bTerreno = HayImagen();
-    for (unsigned i = 0; i < m_LineaNueva.NPuntos(); ++i) {
-        CCoor3D<double> c;
-        if (bTerreno) {
-            c = m_LineaNuevaTerreno.Punto(static_cast<int>(i)) / escala;
-        } else {
-            const CCoor3D<double>& p = m_LineaNueva.Punto(static_cast<int>(i));
-            GLATerreno(c, p.x, p.y, p.z, escala);
-        }
-        l << CCoor3D<int>(c);
-    }
+    for (unsigned i = 0; i < m_LineaNueva.NPuntos(); ++i)
+        l << CCoor3D<int>(PuntoBoceto(i, bTerreno, escala));
 }
 
 void CGL::DameLineaNuevaPantalla(CLinea<int>& l) {

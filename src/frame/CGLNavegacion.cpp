@@ -1,6 +1,9 @@
 // The user's moves: zoom, pan, turn, fit, and the rubber-band shapes. They change the camera or the projection; the
 // host renders afterwards. In perspective a zoom moves the camera; in orthographic and spherical views it multiplies
 // the projection, and a spherical view never pans, since its eye is the sphere's centre.
+//
+// What is found under a pixel is a point of the model. A view narrower than high shows the model smaller: to the camera
+// such a point lies at its coordinates times that scale (EscalaVista).
 
 #include "frame/Angulos.h"
 #include "frame/CGL.h"
@@ -12,6 +15,7 @@
 #include <algorithm>
 #include <cmath>
 #include <limits>
+#include <utility>
 
 using Vertiz::CCoor3D;
 using Vertiz::CMaximas;
@@ -43,6 +47,15 @@ int CGL::EscalaProyeccion(double plano, double fondo) {
     glMultMatrixd(m);
     wglMakeCurrent(nullptr, nullptr);
     return 1;
+}
+
+// The scale at which the last frame shows the model.
+double CGL::EscalaVista() {
+    if (m_dAspecto >= 1.0 || !MakeCurrent(nullptr)) return 1.0;
+    GLdouble modelview[16];
+    glGetDoublev(GL_MODELVIEW_MATRIX, modelview);
+    wglMakeCurrent(nullptr, nullptr);
+    return EscalaModelo(modelview);
 }
 
 void CGL::OnZoomIn(double paso) {
@@ -80,22 +93,31 @@ CCoor3D<double> CGL::OnZoomCentrado(const CPoint& pt) {
     CCoor3D<double> punto, medio;
     PantallaATerreno(pt, punto, true, false, false);
     PantallaATerreno(centro, medio, true, false, false);
-    const CCoor3D<double> d = medio - punto;
-    m_Camara.PositionCamera(m_Camara.Position() - d, m_Camara.View() - d, m_Camara.UpVector());
+    const CCoor3D<double> d = (medio - punto) * EscalaVista();
+    const CCoor3D<double> ojo = m_Camara.Position(), vista = m_Camara.View();
+    if (EsEsferica()) {  // the eye stays, and the target goes as far as it lies beyond the middle's point, or before it
+        const double distancia = ojo.Distancia(medio, 1);
+        const double lejos = distancia > 0.0 ? ojo.Distancia(vista, 1) / distancia : 1.0;
+        m_Camara.PositionCamera(ojo, vista - d * lejos, m_Camara.UpVector());
+    } else {
+        m_Camara.PositionCamera(ojo - d, vista - d, m_Camara.UpVector());
+    }
     return punto;
 }
 
 void CGL::OnZoomVentana(int arriba, int abajo, int izquierda, int derecha) {
+    if (arriba == abajo || izquierda == derecha) return;
+    if (arriba > abajo) std::swap(arriba, abajo);
+    if (izquierda > derecha) std::swap(izquierda, derecha);
     const CPoint centro(APixel(izquierda * 0.5 + derecha * 0.5), APixel(arriba * 0.5 + abajo * 0.5));
     const CCoor3D<double> p = OnZoomCentrado(centro);
-    if (derecha == izquierda || abajo == arriba) return;
     const double z = std::min(m_nAncho / (static_cast<double>(derecha) - izquierda),
                               m_nAlto / (static_cast<double>(abajo) - arriba));
     if (z == 0.0) return;
-    if (EsOrtografica()) {
+    if (EsOrtografica() || EsEsferica()) {
         if (EscalaProyeccion(z, 1.0)) m_dZoom = z;  // replaced, not multiplied
     } else {
-        const double distancia = m_Camara.Position().Distancia(p, 1);
+        const double distancia = m_Camara.Position().Distancia(p * EscalaVista(), 1);
         m_Camara.MoveCamera(distancia - distancia / z);
     }
 }
@@ -132,7 +154,9 @@ void CGL::OnZoomVentana(const CMaximas<double>& m) {
 void CGL::ApuntaACaja(const CMaximas<double>& m) {
     CCoor3D<double> vista;
     TerrenoAGL(m.Centro(true), vista.x, vista.y, vista.z, 1.0, true);
-    m_Camara.PositionCamera(m_Camara.Position(), vista, m_Camara.UpVector());
+    // A box round the eye lies in no direction.
+    if (vista.Distancia(m_Camara.Position(), 1) > 0.0)
+        m_Camara.PositionCamera(m_Camara.Position(), vista, m_Camara.UpVector());
     Render();
     GLint viewport[4] = {};
     if (!MakeCurrent(nullptr)) return;
@@ -144,9 +168,13 @@ void CGL::ApuntaACaja(const CMaximas<double>& m) {
         return TerrenoAPantalla(pt, esquina, nullptr, false) != 0 && pt.x >= viewport[0] && pt.y >= viewport[1] &&
                pt.x <= viewport[0] + viewport[2] && pt.y <= viewport[1] + viewport[3];
     };
-    // A box of one point would fit for ever.
-    for (int paso = 0; paso < 100 && dentro(m.Minima()) && dentro(m.Maxima()); ++paso)
+    // A box of one point would fit for ever, and a large step zooms the wrong way.
+    bool bCrece = true;
+    for (int paso = 0; paso < 100 && bCrece && dentro(m.Minima()) && dentro(m.Maxima()); ++paso) {
+        const double zoom = m_dZoom;
         OnZoomIn(0);
+        bCrece = m_dZoom > zoom;
+    }
     OnZoomOut(0);
 }
 
@@ -165,11 +193,11 @@ void CGL::ZoomExtension(const CMaximas<double>& m) {
     glLoadIdentity();
     if (HayErrorGL()) return;
 
-    const CCoor3D<double> origen(0, 0, 0, 0);
-    if (EsEsferica())
-        m_Camara.PositionCamera(origen, m_Camara.View(), m_Camara.UpVector());
-    else
-        m_Camara.PositionCamera(m_Camara.Position() - m_Camara.View(), origen, m_Camara.UpVector());
+    const CCoor3D<double> origen(0, 0, 0, 0), vista = m_Camara.View(), ojo = m_Camara.Position();
+    if (!EsEsferica())
+        m_Camara.PositionCamera(ojo - vista, origen, m_Camara.UpVector());
+    else  // where a fit of the scene without its sphere left the target, the direction is kept
+        m_Camara.PositionCamera(origen, vista == origen ? vista - ojo : vista, m_Camara.UpVector());
     m_Camara.Look();
 
     const CCoor3D<double> mitad(m_dRangoX * 0.5 * m_dFactor, m_dRangoZ * 0.5 * m_dFactor * m_fExageracionVertical,
@@ -240,7 +268,7 @@ void CGL::OnZoomExtensionSeleccion() {
 }
 
 void CGL::SetZoom(double zoom) {
-    if (!EsOrtografica()) return;
+    if (!EsOrtografica() || zoom == 0.0 || !std::isfinite(zoom)) return;  // there would be no way back
     if (EscalaProyeccion(zoom / m_dZoom, 1.0)) m_dZoom = zoom;
 }
 
@@ -278,7 +306,7 @@ void CGL::GiraVista(double grados, CCoor3D<double> eje, int bVista, const CCoor3
     const auto fijo = [&] { return bVista != 0 ? m_Camara.View() : m_Camara.Position(); };
     CPoint pixel;
     double z = 0;
-    if (pivote != nullptr) TerrenoAPantalla(pixel, *pivote, &z, true);
+    if (pivote != nullptr && TerrenoAPantalla(pixel, *pivote, &z, true) == 0) pivote = nullptr;
     const CCoor3D<double> antes = pivote != nullptr ? *pivote : fijo();
     eje.Normaliza();
     if (!MakeCurrent(nullptr)) return;
@@ -291,7 +319,12 @@ void CGL::GiraVista(double grados, CCoor3D<double> eje, int bVista, const CCoor3
     if (!MakeCurrent(nullptr)) return;
     glMatrixMode(GL_MODELVIEW);
     if (HayErrorGL()) return;
-    const CCoor3D<double> d = despues - antes;
+    CCoor3D<double> d = despues - antes;
+    if (pivote == nullptr) {
+        GLdouble modelview[16];
+        glGetDoublev(GL_MODELVIEW_MATRIX, modelview);
+        d = d / EscalaModelo(modelview);
+    }
     glTranslated(d.x, d.y, d.z);
     CalculaCamaraDesdeMatrices();
     wglMakeCurrent(nullptr, nullptr);
@@ -346,10 +379,10 @@ CGL::Paso CGL::MidePaso(int dx, int dy, CCoor3D<double>& d) {
     wglMakeCurrent(nullptr, nullptr);
     const CPoint centro(viewport[2] / 2, viewport[3] / 2);
     CCoor3D<double> a, b;
-    if (PantallaATerreno(centro, a, true, false, false) == 0 ||
-        PantallaATerreno(CPoint(centro.x + dx, centro.y + dy), b, true, false, false) == 0)
-        return Paso::SinPunto;
-    d = b - a;
+    const int ra = PantallaATerreno(centro, a, true, false, false);
+    const int rb = PantallaATerreno(CPoint(centro.x + dx, centro.y + dy), b, true, false, false);
+    if (ra == 0 || rb == 0) return Paso::SinPunto;
+    d = (b - a) * EscalaVista();
     return Paso::Hallado;
 }
 
@@ -373,33 +406,32 @@ void CGL::CompruebaCotaCamara() {
     if (EsEsferica()) return;
     if (!MakeCurrent(nullptr)) return;
     MatricesGL matrices;
+    if (!matrices.Lee()) return;
+    const double escala = EscalaModelo(matrices.modelview);
     CCoor3D<double> ventana, c;
-    if (!matrices.Lee() || !matrices.Proyecta(m_Camara.View(), ventana)) return;
+    if (!matrices.Proyecta(m_Camara.View() / escala, ventana)) return;
     wglMakeCurrent(nullptr, nullptr);
-    const CPoint pt(static_cast<int>(ventana.x), matrices.viewport[3] - static_cast<int>(ventana.y));
+    const CPoint pt(Trunca(ventana.x), matrices.viewport[3] - Trunca(ventana.y));
     if (PantallaATerreno(pt, c, true, false, false) != 0)
-        m_Camara.PositionCamera(m_Camara.Position(), c, m_Camara.UpVector());
+        m_Camara.PositionCamera(m_Camara.Position(), c * escala, m_Camara.UpVector());
 }
 
 // Runs traza(matrices, z) with a wide yellow pen in XOR on the front buffer; z is the window depth to draw at, just
-// behind the near plane.
+// before the far plane.
 template <class Traza>
-void CGL::DibujaXor(Traza traza) {
-    if (!MakeCurrent(nullptr)) return;
+bool CGL::DibujaXor(Traza traza) {
+    if (!MakeCurrent(nullptr)) return false;
     glLineWidth(3.0F);
-    LapizXor lapiz;
-    lapiz.Empieza();
+    const LapizXor lapiz;
     MatricesGL matrices;
-    if (!matrices.Lee()) return;
-    if (!lapiz.Activa()) return;
+    if (!matrices.Lee() || !lapiz.Activa()) return false;
     glColor3f(1.0F, 1.0F, 0.0F);
     traza(matrices, 1.0F - m_fPlanoCerca);
-    lapiz.Restaura();
-    wglMakeCurrent(nullptr, nullptr);
+    return true;
 }
 
 void CGL::DrawZoomRect(int arriba, int abajo, int izquierda, int derecha) {
-    DibujaXor([&](const MatricesGL& matrices, float z) {
+    const bool bDibujado = DibujaXor([&](const MatricesGL& matrices, float z) {
         const int esquinas[4][2] = {{izquierda, arriba}, {derecha, arriba}, {derecha, abajo}, {izquierda, abajo}};
         glBegin(GL_LINE_LOOP);
         for (const auto& [x, y] : esquinas) {
@@ -408,14 +440,16 @@ void CGL::DrawZoomRect(int arriba, int abajo, int izquierda, int derecha) {
         }
         glEnd();
     });
+    if (bDibujado) wglMakeCurrent(nullptr, nullptr);
 }
 
 void CGL::DrawSelCircle(int x0, int y0, int x1, int y1) {
-    DibujaXor([&](const MatricesGL& matrices, float z) {
+    const bool bDibujado = DibujaXor([&](const MatricesGL& matrices, float z) {
         const int alto = matrices.viewport[3];
         CCoor3D<double> centro, borde;
         if (!matrices.Desproyecta(x0, alto - y0, z, centro) || !matrices.Desproyecta(x1, alto - y1, z, borde)) return;
         const double radio = centro.Distancia(borde, 1);
+        glMatrixMode(GL_MODELVIEW);  // a zoom leaves the projection's
         glPushMatrix();
         glTranslated(centro.x, centro.y, centro.z);
         glRotated(90.0, 1.0, 0.0, 0.0);
@@ -423,4 +457,5 @@ void CGL::DrawSelCircle(int x0, int y0, int x1, int y1) {
         gluDisk(cuadrica, radio, radio, 20, 1);
         glPopMatrix();
     });
+    if (bDibujado) wglMakeCurrent(nullptr, nullptr);
 }

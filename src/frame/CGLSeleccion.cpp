@@ -220,8 +220,9 @@ unsigned CGL::SeleccionaEnHijos(const Pulsacion& s, bool bReferencias, bool bVin
     }
     if (!s.bPuntoLibre || s.modo < 2) return r;
     const CPoint pt(s.x, s.y);
-    BuscaCotaProxima(pt, p, true);
-    if (s.modo != 3) m_PuntosSeleccion.push_back(p);
+    CCoor3D<double> libre;  // this scene's, whatever a child said before
+    BuscaCotaProxima(pt, libre, true);
+    if (s.modo != 3) m_PuntosSeleccion.push_back(libre);
     SumaALineaNueva(pt);
     return 1;
 }
@@ -246,7 +247,6 @@ bool CGL::PreguntaHijos(const std::vector<CGL*>& hijos, int primero, const Pulsa
     return true;
 }
 
-// Fixes the point that follows the cursor at a pixel, and starts the next one there.
 void CGL::SumaALineaNueva(const CPoint& pt) {
     if (!ModificaUltimoPuntoLineaNueva(pt, 1)) InsertaPuntoLineaNueva(pt, true);
     InsertaPuntoLineaNueva(pt, true);

@@ -3,39 +3,35 @@
 
 #include "platform/OpenGL.h"
 
-/// What the pen changes in OpenGL it puts back in Restaura, but for GL_COLOR_LOGIC_OP, which CGL::Render turns off. Not
-/// in a destructor: an error leaves everything as it is.
+/// From its making on, drawing goes to the visible buffer, where depth doesn't count. At its end the hidden buffer,
+/// depth testing and the logical operation are back as they were, also after an error. They are kept on OpenGL's own
+/// stack: a list that is compiled with the pen saves what it finds when it is called, not what stood when it was
+/// compiled. GL_COLOR_LOGIC_OP stays on; CGL::Render turns it off.
 class LapizXor {
   public:
-    /// Turns to the visible buffer, where depth doesn't count.
-    void Empieza() {
+    LapizXor() {
+        glPushAttrib(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
         glDrawBuffer(GL_FRONT);
-        m_bProfundidad = glIsEnabled(GL_DEPTH_TEST);
         glDisable(GL_DEPTH_TEST);
-        glGetIntegerv(GL_DEPTH_FUNC, &m_nFuncion);
         glDepthFunc(GL_LEQUAL);
     }
+    ~LapizXor() {
+        glPopAttrib();
+        glDrawBuffer(GL_BACK);
+        glEnable(GL_COLOR_LOGIC_OP);
+    }
+    LapizXor(const LapizXor&) = delete;
+    LapizXor& operator=(const LapizXor&) = delete;
+
     /// Turns light and texture off and XOR on. @return false on a GL error
-    [[nodiscard]] bool Activa() {
+    [[nodiscard]] bool Activa() const {
         glDisable(GL_LIGHTING);
         if (HayErrorGL()) return false;
         glDisable(GL_LIGHT0);
         if (HayErrorGL()) return false;
         glDisable(GL_TEXTURE_2D);  // the sky leaves it on
         glEnable(GL_COLOR_LOGIC_OP);
-        glGetIntegerv(GL_LOGIC_OP_MODE, &m_nOperacion);
         glLogicOp(GL_XOR);
         return true;
     }
-    void Restaura() const {
-        glDrawBuffer(GL_BACK);
-        if (m_bProfundidad == GL_TRUE) glEnable(GL_DEPTH_TEST);
-        glDepthFunc(static_cast<GLenum>(m_nFuncion));
-        glLogicOp(static_cast<GLenum>(m_nOperacion));
-    }
-
-  private:
-    GLboolean m_bProfundidad = GL_FALSE;
-    GLint m_nFuncion = GL_LESS;
-    GLint m_nOperacion = GL_COPY;
 };

@@ -10,10 +10,22 @@
 /// Beyond any window, and where sums and differences of two pixels still fit in an int.
 constexpr int kPixelLejano = 1'000'000'000;
 
-/// A window coordinate as a whole pixel: v + 0.5 without its fraction. Points next to the eye's plane project to far
-/// beyond any window.
+/// A window coordinate without its fraction. Points next to the eye's plane project to far beyond any window.
+inline int Trunca(double v) {
+    return static_cast<int>(std::clamp<double>(std::isnan(v) ? 0.0 : v, -kPixelLejano, kPixelLejano));
+}
+
+/// A window coordinate as a whole pixel: v + 0.5 without its fraction.
 inline int APixel(double v) {
-    return static_cast<int>(std::clamp<double>(std::isnan(v) ? 0.0 : v + 0.5, -kPixelLejano, kPixelLejano));
+    return Trunca(v + 0.5);
+}
+
+/// How large a modelview matrix shows the model: below 1 in views narrower than high, which shrink it so that it fits
+/// (EmpiezaCuadro). The camera's coordinates are the model's times this.
+/// @return 1.0 exactly where only OpenGL's rounding tells it from that
+inline double EscalaModelo(const double* modelview) {
+    const double escala = std::hypot(modelview[2], modelview[6], modelview[10]);
+    return std::abs(escala - 1.0) < 1e-5 ? 1.0 : escala;
 }
 
 /// What GLU needs to go between GL space and window coordinates.

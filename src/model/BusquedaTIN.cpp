@@ -21,6 +21,7 @@ bool TieneVertices(const CTIN::CFila& fila) {
 
 CBusquedaTIN::CBusquedaTIN(const CTIN& tin) {
     const unsigned cuantos = tin.CantidadTriangulos();
+    m_nPasosMaximos = 100 + 10 * unsigned(std::sqrt(double(cuantos)));
     CMaximas<int> caja;
     for (const CPuntoTIN& p : tin.Puntos())
         caja.Nuevo(p);

@@ -24,12 +24,15 @@ class CBusquedaTIN {
 
     /// A triangle near a point, stored units; there has to be one.
     [[nodiscard]] unsigned Cerca(double x, double y) const;
+    /// How many steps a walk may take before it is given up: more than it needs in any ordinary triangulation.
+    [[nodiscard]] unsigned PasosMaximos() const { return m_nPasosMaximos; }
     /// All border sides that have a point between two heights y, some others, and perhaps one of them twice.
     [[nodiscard]] std::span<const CBorde> Bordes(double y1, double y2) const;
 
   private:
     [[nodiscard]] std::size_t Banda(double y) const;
 
+    unsigned m_nPasosMaximos = 0;
     CCoor2D<double> m_Origen;
     double m_dCeldasX = 0.0, m_dCeldasY = 0.0;  // cells in a stored unit
     unsigned m_nColumnas = 1, m_nFilas = 1;

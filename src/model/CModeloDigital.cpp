@@ -11,6 +11,10 @@ std::unique_ptr<CTIN> Copia(const std::unique_ptr<CTIN>& tin) {
     return tin ? std::make_unique<CTIN>(*tin) : nullptr;
 }
 
+CCoor3D<double> Origen(const CTIN& tin) {
+    return {tin.GetSemilla().GetX(), tin.GetSemilla().GetY(), tin.GetSemilla().GetZ()};
+}
+
 }  // namespace
 
 CModeloDigital::CModeloDigital(const CModeloDigital& otro) : CObjetoFichero(otro), m_pTIN(Copia(otro.m_pTIN)) {
@@ -45,7 +49,8 @@ CMaximas<double> CModeloDigital::GetMaximasDouble() const {
     CMaximas<double> maximas;
     if (m_pTIN) maximas = m_pTIN->GetMaximasDouble();
     for (const auto& objeto : m_Objetos)
-        if (objeto) maximas.Nuevo(objeto->GetMaximasDouble());
+        if (objeto)
+            maximas.Nuevo(objeto->GetMaximasDouble() -= (m_pTIN ? Origen(*m_pTIN) : Origen(*objeto)) - Origen(*objeto));
     return maximas;
 }
 

@@ -40,7 +40,7 @@ class LUMBRA_API CModeloDigital : public CObjetoFichero {
     // ---- CObjetoFichero ----
     /// Without terrain and objects.
     void Clear() override;
-    /// The extents of terrain and objects, local in the terrain's seed.
+    /// The extents of terrain and objects, local to the terrain, or each to its own origin without one.
     [[nodiscard]] CMaximas<double> GetMaximasDouble() const override;
     /// Those of the terrain alone.
     void SetMaximasDouble(const CMaximas<double>& maximas) override;

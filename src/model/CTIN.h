@@ -86,7 +86,10 @@ class LUMBRA_API CTIN : public CObjetoFichero {
     }
     /// The triangle is shown.
     [[nodiscard]] bool EsVisible(unsigned i) const;
-    /// How many are.
+    /// The side of the shown triangle beyond side k that is the same side, or -1 for a border of the surface.
+    /// @param i  shown  @param k  0 to 2
+    [[nodiscard]] int LadoVecino(unsigned i, unsigned k) const;
+    /// How many triangles are shown.
     [[nodiscard]] unsigned CantidadVisibles() const;
 
     /// Takes over points and triangles in place of those that it has. Points get their numbers, and deleted ones stay

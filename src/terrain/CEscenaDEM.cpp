@@ -1,6 +1,7 @@
 // The grid's scene: its life, the order in which its lists are built, the surface of a cell list, the render pass, and
 // the way from points and rays to the surface. The mesh of a matrix is in CEscenaDEMMalla.cpp, walls and floor in
-// CEscenaDEMBase.cpp, images in CEscenaDEMTexturas.cpp, trees in CEscenaDEMArboles.cpp.
+// CEscenaDEMBase.cpp, images in CEscenaDEMTexturas.cpp, trees in CEscenaDEMArboles.cpp, picking in
+// CEscenaDEMSeleccion.cpp, what is read and written of single samples in CEscenaDEMEdicion.cpp.
 
 #include "terrain/CEscenaDEM.h"
 
@@ -173,46 +174,59 @@ CCoor3D<double> CEscenaDEM::PosicionLista(double x, double y, float h) const {
             -((y - o.y - s.GetY()) * m_dFactor - m_dFactor * m_dRangoY * 0.5), 0};
 }
 
-void CEscenaDEM::CompilaCeldas() const {
-    constexpr int kOrden[4] = {1, 0, 3, 2};  // north-west, south-west, south-east, north-east
+// @return false for a cell with a void corner, or with one that isn't there
+bool CEscenaDEM::ColocaCelda(const CDEM::CCelda& celda, CeldaGL& enGL) const {
+    constexpr int kOrden[4] = {1, 0, 3, 2};
     const std::vector<CDEM::CPunto>& puntos = m_pDEM->Puntos();
+    const auto visible = [&](std::uint32_t i) { return i < puntos.size() && EsPuntoVisible(puntos[i]); };
+    if (!std::ranges::all_of(celda.m_nPuntos, visible)) return false;
     const double sz = m_pDEM->GetSemilla().GetZ();
+    const auto punto = [&](int i) -> const CDEM::CPunto& { return puntos[celda.m_nPuntos[i]]; };
+    const double oeste = m_pDEM->ListaX()[punto(0).m_nX], este = m_pDEM->ListaX()[punto(3).m_nX];
+    const double sur = m_pDEM->ListaY()[punto(0).m_nY], norte = m_pDEM->ListaY()[punto(1).m_nY];
+    for (std::size_t i = 0; i < 4; ++i) {
+        enGL.h[i] = static_cast<float>(punto(kOrden[i]).m_fCota - sz);
+        enGL.v[i] = PosicionLista(i < 2 ? oeste : este, i == 0 || i == 3 ? norte : sur, enGL.h[i]);
+    }
+    return true;
+}
+
+// @return false for a void
+bool CEscenaDEM::ColocaPunto(const CDEM::CPunto& punto, CCoor3D<double>& gl, float& h) const {
+    if (!EsPuntoVisible(punto)) return false;
+    // Here the origin's height is added where the quads take it away: so this form has always been.
+    h = static_cast<float>(punto.m_fCota + m_pDEM->GetSemilla().GetZ());
+    gl = PosicionLista(m_pDEM->ListaX()[punto.m_nX], m_pDEM->ListaY()[punto.m_nY], h);
+    return true;
+}
+
+void CEscenaDEM::CompilaCeldas() const {
     const bool porAltura = ColorPorAltura();
     CTintaAlturas tinta(m_Data.m_GamaColor.Paradas());
-    const auto visible = [&](std::uint32_t i) { return i < puntos.size() && EsPuntoVisible(puntos[i]); };
     for (const CDEM::CCelda& celda : m_pDEM->Celdas()) {
-        if (!std::ranges::all_of(celda.m_nPuntos, visible)) continue;
-        const auto punto = [&](int i) -> const CDEM::CPunto& { return puntos[celda.m_nPuntos[i]]; };
-        const double oeste = m_pDEM->ListaX()[punto(0).m_nX], este = m_pDEM->ListaX()[punto(3).m_nX];
-        const double sur = m_pDEM->ListaY()[punto(0).m_nY], norte = m_pDEM->ListaY()[punto(1).m_nY];
-        float h[4];
-        CCoor3D<double> v[4];
-        for (int i = 0; i < 4; ++i) {
-            h[i] = static_cast<float>(punto(kOrden[i]).m_fCota - sz);
-            v[i] = PosicionLista(i < 2 ? oeste : este, i == 0 || i == 3 ? norte : sur, h[i]);
-        }
-        CCoor3D<double> normal = (v[0] - v[1]) * (v[3] - v[0]);
+        CeldaGL c;
+        if (!ColocaCelda(celda, c)) continue;
+        CCoor3D<double> normal = (c.v[0] - c.v[1]) * (c.v[3] - c.v[0]);
         normal.Normaliza();
         glNormal3d(normal.x, normal.y, normal.z);
         for (int i = 0; i < 4; ++i) {
+            const auto lugar = static_cast<std::size_t>(i);
             if (porAltura || m_Data.m_nSombraCeldas != 0) {
-                const Color color = porAltura ? ColorAltura(h[i], tinta) : Tinte(i);
+                const Color color = porAltura ? ColorAltura(c.h[lugar], tinta) : Tinte(i);
                 glColor3f(color[0], color[1], color[2]);
             }
-            glVertex3d(v[i].x, v[i].y, v[i].z);
+            glVertex3d(c.v[lugar].x, c.v[lugar].y, c.v[lugar].z);
         }
     }
 }
 
 void CEscenaDEM::CompilaPuntos() const {
-    const double sz = m_pDEM->GetSemilla().GetZ();
     const bool porAltura = ColorPorAltura();
     CTintaAlturas tinta(m_Data.m_GamaColor.Paradas());
     for (const CDEM::CPunto& punto : m_pDEM->Puntos()) {
-        if (!EsPuntoVisible(punto)) continue;
-        // Here the origin's height is added where the quads take it away: so this form has always been.
-        const auto h = static_cast<float>(punto.m_fCota + sz);
-        const CCoor3D<double> p = PosicionLista(m_pDEM->ListaX()[punto.m_nX], m_pDEM->ListaY()[punto.m_nY], h);
+        CCoor3D<double> p;
+        float h = 0.0F;
+        if (!ColocaPunto(punto, p, h)) continue;
         if (porAltura) {
             const Color color = ColorAltura(h, tinta);
             glColor3f(color[0], color[1], color[2]);
@@ -252,11 +266,6 @@ int CEscenaDEM::OnIniciarLimites() {
 int CEscenaDEM::OnIniciarRupturas() {
     if (m_pDEM == nullptr) return 0;
     return DibujarRupturas(m_pDEM->Rupturas(), m_Maximas);
-}
-
-// The grid's own picking comes with its selection; until something can be picked there is no list to build.
-int CEscenaDEM::OnIniciarSeleccion() {
-    return 1;
 }
 
 // ---- Drawing -------------------------------------------------------------------------------------------------------
@@ -316,18 +325,6 @@ int CEscenaDEM::GetMaximasObjeto(CMaximas<double>& m) const {
     if (m_pDEM == nullptr || m_pDEM->DameCeldas() == 0) return 0;
     m = m_pDEM->GetMaximasDouble();
     return 1;
-}
-
-int CEscenaDEM::GetMaximasSeleccion(CMaximas<double>& /*m*/) const {
-    return 0;
-}
-
-bool CEscenaDEM::HaySeleccion(int bReferencias, int bVinculos) const {
-    return CantidadSeleccion(bReferencias, bVinculos) != 0 || !m_SeleccionCeldas.empty();
-}
-
-bool CEscenaDEM::DamePuntoSeleccion2(CCoor3D<double>& /*c*/, int /*i*/) {
-    return false;
 }
 
 // Plan of the matrix, in local coordinates.

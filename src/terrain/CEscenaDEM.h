@@ -86,7 +86,6 @@ class LUMBRA_API CEscenaDEM : public CEscenaMDT {
     int OnIniciarBase() override;
     int OnIniciarLimites() override;
     int OnIniciarRupturas() override;
-    int OnIniciarSeleccion() override;
 
     bool Proyecta(Vertiz::CCoor3D<double>& p) const override;
     /// Moves a GL point along the ray that comes from b until it meets the surface. A grid in cell-list form leaves it.
@@ -98,12 +97,65 @@ class LUMBRA_API CEscenaDEM : public CEscenaMDT {
     bool HaySuavizado() const override;
     bool HayRupturas() const override;
     int GetMaximasObjeto(Vertiz::CMaximas<double>& m) const override;
-    int GetMaximasSeleccion(Vertiz::CMaximas<double>& m) const override;
+
+    // ---- Picking ---------------------------------------------------------------------------------------------------
+    // What is picked are cells or samples, told apart by GetTipoSeleccion: those of the matrix by row from the north
+    // and column (a cell by its north-west sample), those of a cell list by index in CGL's selection. It shows in red.
+    // Positions are checked when they are read: they may be of another grid.
+
+    /// Picks the first cell or sample under a pixel, by rows from the north; what hides it doesn't count. Without a hit
+    /// references and links are asked, and the rest is as in CGL. A cell counts when its first sample is valid and the
+    /// pixel is in it or on its border, a sample within 8 pixels.
+    /// @param desdeInicio  0 goes on behind the first thing picked so far, so that clicks in one place walk through
+    /// what
+    ///                     lies there; also tells whether the references' selection is emptied (acumular 0)
+    /// @param tipo         0 cells, or samples in points mode; 1 samples; others cells
+    /// @param modo         0 picks; 1 and 3 record the point too; 2 also adds it to the sketch
+    /// @param f            not 0: the sketch is emptied too (acumular 0)
+    /// @return how many things more are selected, references' and links' counted; 0 also without grid or context
+    unsigned OnSeleccion(int x, int y, int desdeInicio, unsigned tipo, int acumular, int bReferencias, int bVinculos,
+                         unsigned modo, int bPuntoLibre, int e, int f) override;
+    using CGL::OnSeleccion;
+    /// Picks all cells that lie with their four corners in the sketch, as it is seen, or all samples. Border counts as
+    /// inside. The sketch is closed; cells and samples of a matrix picked before are let go, also when it returns 0.
+    /// @return how many; 0 without a sketch of two points, a surface, a grid or a context
+    unsigned OnSeleccionConLineaNueva(unsigned tipo);
+    void Deselecciona(int bReferencias, int bVinculos, int bLinea) override;
+    /// Compiles what is picked as it lies now; nothing to do when nothing is. Called by the above; a host calls
+    /// IniciarSeleccion after Iniciar with another exaggeration or extent.
+    int OnIniciarSeleccion() override;
+    using CGL::CantidadSeleccion;
+    /// All that is picked, here and in references and links; 0 without a grid.
+    unsigned CantidadSeleccion() const;
     bool HaySeleccion(int bReferencias, int bVinculos) const override;
+    /// As DamePunto, of the picked thing i; in a cell list the point of that index, for cells too.
+    /// @return false without a grid, and past the end
     bool DamePuntoSeleccion2(Vertiz::CCoor3D<double>& c, int i) override;
-    /// The picked cells, rows from the north.
+    /// Grows m by the valid corners of picked cells, by picked samples. In a cell list a cell counts when it is valid,
+    /// and coordinates are as stored. @return 0 without a grid or cells
+    int GetMaximasSeleccion(Vertiz::CMaximas<double>& m) const override;
+    /// The picked cells or samples of a matrix, rows from the north.
     std::vector<Vertiz::CDEM::CPosicion> GetSeleccionCeldas() const { return m_SeleccionCeldas; }
 
+    // ---- Reading and editing samples -------------------------------------------------------------------------------
+    // Rows from the north; in a cell list `fila` is the index and `col` isn't read. Outside the grid a matrix gives 0
+    // and takes nothing, and nothing happens in a cell list. Vectors are read and written with smoothing only. What is
+    // written shows after the grid's ActualizaCantidades and an Iniciar.
+
+    /// A cell: its sides, and its corners north-west, north-east, south-west, south-east (four of each array).
+    ///
+    /// A matrix: local coordinates; of a cell whose north-west sample is a void only the vectors are set, to 0. A cell
+    /// list: as stored; of a cell with a void corner the vectors (0) and z.
+    void DameCelda(unsigned fila, unsigned col, double& yS, double& yN, double& xE, double& xW, float* z, float* nx,
+                   float* ny, float* nz) const;
+    /// Writes what DameCelda reads. Heights are absolute here: the seed's height isn't added.
+    void ModificaCelda(unsigned fila, unsigned col, const float* z, const float* nx, const float* ny, const float* nz);
+    /// A sample: its point, local in a matrix, as stored in a cell list, and its vector.
+    void DamePunto(unsigned fila, unsigned col, Vertiz::CCoor3D<double>& p, Vertiz::CCoor3D<double>& n) const;
+    /// Writes the height, absolute, and the vector of a sample.
+    void ModificaPunto(unsigned fila, unsigned col, float z, const Vertiz::CCoor3D<double>& n);
+
+    // ---- Breaklines and trees --------------------------------------------------------------------------------------
     /// Reads breaklines from a drawing's file into the grid; they show after the next Iniciar.
     /// @return 1, 2 when the user cancelled (what was read so far stays), 0 when the file couldn't be read
     int InsertaRupturas(const CString& fichero);
@@ -151,6 +203,13 @@ class LUMBRA_API CEscenaDEM : public CEscenaMDT {
     void PreparaColorUnico() const;
     bool EsPuntoVisible(const Vertiz::CDEM::CPunto& punto) const;
     Vertiz::CCoor3D<double> PosicionLista(double x, double y, float h) const;
+    // A cell of the list: corners in GL space and their heights, north-west, south-west, south-east, north-east.
+    struct CeldaGL {
+        std::array<Vertiz::CCoor3D<double>, 4> v;
+        std::array<float, 4> h;
+    };
+    bool ColocaCelda(const Vertiz::CDEM::CCelda& celda, CeldaGL& enGL) const;
+    bool ColocaPunto(const Vertiz::CDEM::CPunto& punto, Vertiz::CCoor3D<double>& gl, float& h) const;
     void CompilaCeldas() const;
     void CompilaPuntos() const;
     bool ColorPorAltura() const { return GetTipoColorMDT() == 2 || GetTipoColorMDT() == 6; }
@@ -158,6 +217,31 @@ class LUMBRA_API CEscenaDEM : public CEscenaMDT {
     const Color& ColorDesnivel(double h) const;
     static const Color& Tinte(int lugar);
     Marco DameMarco() const;
+
+    // CEscenaDEMSeleccion.cpp
+    using Esquinas = std::array<Vertiz::CCoor3D<double>, 4>;
+    class Muestras;
+    std::size_t SeleccionPropia() const;
+    void BorraListaSeleccion();
+    void FijaTipoSeleccion(unsigned tipo);
+    bool MuestraAGL(const Marco& marco, std::size_t r, std::size_t c, Vertiz::CCoor3D<double>& gl) const;
+    bool CeldaAGL(const Marco& marco, std::size_t r, std::size_t c, Esquinas& gl) const;
+    bool CeldaListaAGL(int i, Esquinas& gl) const;
+    bool PuntoListaAGL(int i, Vertiz::CCoor3D<double>& gl) const;
+    int Pulsa(int x, int y, unsigned tipo, Vertiz::CDEM::CPosicion desde, std::int64_t indice);
+    void PulsaCeldas(const MatricesGL& matrices, const Vertiz::CCoor3D<double>& clic, Vertiz::CDEM::CPosicion desde);
+    void PulsaMuestras(const MatricesGL& matrices, const Vertiz::CCoor3D<double>& clic, Vertiz::CDEM::CPosicion desde);
+    void PulsaLista(const MatricesGL& matrices, const Vertiz::CCoor3D<double>& clic, std::int64_t indice);
+    void EncierraMatriz(const MatricesGL& matrices, const Vertiz::CLinea<double>& poligono);
+    void EncierraLista(const MatricesGL& matrices, const Vertiz::CLinea<double>& poligono);
+    void CompilaCeldasSeleccion() const;
+    void CompilaPuntosSeleccion() const;
+
+    // CEscenaDEMEdicion.cpp
+    const Vertiz::CDEM::CPunto* PuntoLista(std::size_t i) const;
+    bool CeldaLista(std::size_t i, std::array<const Vertiz::CDEM::CPunto*, 4>& puntos) const;
+    void SumaMatriz(Vertiz::CMaximas<double>& m) const;
+    void SumaLista(Vertiz::CMaximas<double>& m) const;
 
     // CEscenaDEMTexturas.cpp
     bool DisponeTeselas(const Vertiz::IRaster& raster, const Vertiz::CDataImagen& imagen, CDataTexturas& registro);

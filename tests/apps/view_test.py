@@ -251,6 +251,22 @@ class Measuring(WindowTest):
             x, y, z = map(float, window.prints("500", count)[-1].split()[:3])
             self.assertAlmostEqual(z, height(heights, x, y), delta=0.02)
 
+    def test_the_cell_is_told_and_shown(self):
+        self.grid("dem.asc", hill())
+        window = self.window("dem.asc", *PLAN)
+        before = window.still()
+        x, y = 500043, 4000121
+        window.click(*map(round, place(x, y)))
+        line = window.prints("500")[-1]
+        self.assertIn(f" row {int((4000195 - y) / 10)} column {int((x - 500005) / 10)}", line)
+        shown = window.changed(before).where(red)
+        self.assertIsNotNone(shown)
+        for found, wanted in zip(middle(shown), place(500040, 4000120)):
+            self.assertAlmostEqual(found, wanted, delta=3)
+        window.click(5, 5)
+        window.says("nothing there")
+        self.assertIsNone(window.still().where(red))
+
     def test_a_click_on_nothing_says_so(self):
         self.grid("dem.asc", hill())
         window = self.window("dem.asc", *PLAN)

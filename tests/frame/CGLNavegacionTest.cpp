@@ -1,9 +1,10 @@
-// Zoom, pan, turn and fit: what each does to camera and projection, and the feedback drawn in XOR.
+// Zoom, pan, turn and fit: what each does to camera and projection.
 
 #include "EscenaVista.h"
 #include "support/RegistroGL.h"
 
 #include <cmath>
+#include <limits>
 #include <numbers>
 
 using Punto = EscenaPrueba::Punto;
@@ -23,6 +24,13 @@ class ConNavegacion : public testing::Test {
 
     void EnPerspectiva() {
         m_Escena.SetOrtogonal(0);
+        ASSERT_EQ(m_Escena.Resize(200, 150), 1);
+        m_Escena.OnZoomExtension();
+        ASSERT_EQ(m_Escena.Render(), 1);
+    }
+    /// The eye in the middle of the box, looking down at its floor.
+    void EnEsfera() {
+        m_Escena.SetTipo(8);
         ASSERT_EQ(m_Escena.Resize(200, 150), 1);
         m_Escena.OnZoomExtension();
         ASSERT_EQ(m_Escena.Render(), 1);
@@ -113,6 +121,14 @@ TEST_F(ConNavegacion, TheZoomIsOneInPerspectiveWhateverIsKept) {
     EXPECT_EQ(m_Escena.m_dZoom, 6);
 }
 
+TEST_F(ConNavegacion, AZoomThatNothingLeadsBackFromIsRefused) {
+    m_Escena.m_dZoom = 3;
+    for (const double zoom : {0.0, std::numeric_limits<double>::infinity(), std::nan("")}) {
+        EXPECT_EQ(Ampliacion([&] { m_Escena.SetZoom(zoom); }), 1.0);
+        EXPECT_EQ(m_Escena.GetZoom(), 3);
+    }
+}
+
 TEST_F(ConNavegacion, AZoomAtAPixelBringsItsPointToTheMiddle) {
     const CPoint pt = Pixel(Punto(80, 30, 0));
     const Punto gl = m_Escena.EnGL(Punto(80, 30, 0));
@@ -147,8 +163,6 @@ TEST_F(ConNavegacion, ARectangleFillsTheWindowByItsLongerSideAndTheZoomKeptIsIts
     EXPECT_DOUBLE_EQ(m_Escena.GetZoom(), 200.0 / 160);
     EXPECT_NEAR(Ampliacion([&] { m_Escena.OnZoomVentana(25, 125, 90, 110); }), 150.0 / 100, 1e-5);
     EXPECT_DOUBLE_EQ(m_Escena.GetZoom(), 150.0 / 100);
-    m_Escena.OnZoomVentana(10, 60, 50, 50);
-    EXPECT_DOUBLE_EQ(m_Escena.GetZoom(), 150.0 / 100) << "nothing was zoomed";
     const FallaGL falla("glMatrixMode", 1);
     m_Escena.OnZoomVentana(60, 90, 20, 180);
     EXPECT_TRUE(falla.Ocurrida());
@@ -156,8 +170,25 @@ TEST_F(ConNavegacion, ARectangleFillsTheWindowByItsLongerSideAndTheZoomKeptIsIts
     wglMakeCurrent(nullptr, nullptr);
 }
 
-TEST_F(ConNavegacion, ARectangleWithoutWidthOnlyCentres) {
+TEST_F(ConNavegacion, AnEmptyRectangleIsIgnored) {
+    const Punto ojo = m_Escena.m_Camara.Position();
     EXPECT_EQ(Ampliacion([&] { m_Escena.OnZoomVentana(10, 60, 50, 50); }), 1.0);
+    EXPECT_EQ(Ampliacion([&] { m_Escena.OnZoomVentana(60, 60, 50, 90); }), 1.0);
+    EXPECT_EQ(m_Escena.m_Camara.Position(), ojo);
+}
+
+TEST_F(ConNavegacion, ARectangleMayBeDrawnFromAnyCorner) {
+    const auto vista = [&](int arriba, int abajo, int izquierda, int derecha) {
+        m_Escena.OnZoomExtension();
+        EXPECT_EQ(m_Escena.Render(), 1);
+        m_Escena.OnZoomVentana(arriba, abajo, izquierda, derecha);
+        EXPECT_DOUBLE_EQ(m_Escena.GetZoom(), 200.0 / 60);
+        return m_Escena.GetTrans();
+    };
+    const Punto esperada = vista(30, 70, 40, 100);
+    EsperaCerca(vista(70, 30, 40, 100), esperada, 1e-6);
+    EsperaCerca(vista(30, 70, 100, 40), esperada, 1e-6);
+    EsperaCerca(vista(70, 30, 100, 40), esperada, 1e-6);
 }
 
 TEST_F(ConNavegacion, InPerspectiveARectangleBringsTheCameraNearer) {
@@ -203,19 +234,62 @@ TEST_F(ConNavegacion, InASphereTheViewTurnsToTheBoxAndZoomsUntilItNoLongerFits) 
     EXPECT_FALSE(c.x >= 0 && c.y <= 150 && d.x <= 200 && d.y >= 0) << "one step more and it is out";
 }
 
-TEST_F(ConNavegacion, InASphereABoxThatAlwaysFitsEnds) {
-    m_Escena.SetTipo(8);
-    ASSERT_EQ(m_Escena.Resize(200, 150), 1);
+TEST_F(ConNavegacion, InASphereAStepThatDoesNotZoomInEndsAtOnce) {
+    EnEsfera();
+    const Maximas caja(Punto(49, 49, 0), Punto(51, 51, 0));
     m_Escena.m_Data.m_fVelocidad = 1.0F;  // a step that zooms by nothing
-    m_Escena.OnZoomVentana(Maximas(Punto(49, 49, 0), Punto(51, 51, 0)));
+    EXPECT_EQ(Ampliacion([&] { m_Escena.OnZoomVentana(caja); }), 1.0);
+    m_Escena.m_Data.m_fVelocidad = 10.0F;  // one that zooms out
+    EXPECT_NEAR(Ampliacion([&] { m_Escena.OnZoomVentana(caja); }), 1.0, 1e-6) << "and is taken back";
+}
+
+TEST_F(ConNavegacion, InASphereAPointIsZoomedAtForAHundredRoundsAtMost) {
+    EnEsfera();
+    m_Escena.m_Data.m_fVelocidad = 7.5F;  // 1 / (0.4375 * 1.2): rounds of about 1.9
+    const RegistroGL registro;
+    m_Escena.OnZoomVentana(Maximas(Punto(50, 50, 0), Punto(50, 50, 0)));
+    EXPECT_LE(registro.Cuenta("glMultMatrixd"), 101U);
+    EXPECT_GE(registro.Cuenta("glMultMatrixd"), 10U);
+}
+
+TEST_F(ConNavegacion, InASphereABoxThatHasNoPixelsEndsAtOnce) {
+    EnEsfera();
+    m_Escena.m_DataTransformacion = Esfera(Punto(0, 0, 0));
+    m_Escena.m_dDistanciaEsferica = 1;
+    EXPECT_NEAR(Ampliacion([&] { m_Escena.OnZoomVentana(Maximas(Punto(49, 49, 0), Punto(51, 51, 0))); }), FactorDe(0.2),
+                1e-6);
+    wglMakeCurrent(nullptr, nullptr);
+}
+
+TEST_F(ConNavegacion, InASphereABoxRoundTheEyeKeepsTheView) {
+    EnEsfera();
+    const Punto vista = m_Escena.GetTrans();
+    m_Escena.OnZoomVentana(Maximas(Punto(0, 0, 0), Punto(100, 100, 50)));
+    EXPECT_EQ(m_Escena.GetTrans(), vista);
+    EXPECT_NE(vista, m_Escena.m_Camara.Position());
+}
+
+TEST_F(ConNavegacion, InASphereCentringAndRectanglesLeaveTheEyeWhereItIs) {
+    EnEsfera();
+    m_Escena.OnZoomCentrado(Pixel(Punto(60, 45, 0)));
+    ASSERT_EQ(m_Escena.Render(), 1);
+    EXPECT_EQ(m_Escena.m_Camara.Position(), Punto(0, 0, 0));
+    EXPECT_NEAR(Pixel(Punto(60, 45, 0)).x, 100, 1);
+    EXPECT_NEAR(Pixel(Punto(60, 45, 0)).y, 75, 1);
+    m_Escena.m_dZoom = 3;
+    EXPECT_NEAR(Ampliacion([&] { m_Escena.OnZoomVentana(60, 90, 80, 120); }), 200.0 / 40, 1e-5);
+    EXPECT_DOUBLE_EQ(m_Escena.m_dZoom, 200.0 / 40);
+    EXPECT_EQ(m_Escena.m_Camara.Position(), Punto(0, 0, 0));
 }
 
 // ---- Fit -----------------------------------------------------------------------------------------------------------
 
 TEST_F(ConNavegacion, FittingFillsTheWindowAndBringsTheTargetToTheMiddle) {
     m_Escena.SumaTrans(Punto(0.3, 0.1, -0.2));
-    m_Escena.OnZoomIn(3);
     m_Escena.OnZoomExtension();
+    m_Escena.m_dZoom = 3;
+    m_Escena.OnZoomExtension();
+    EXPECT_NEAR(m_Escena.m_dZoom, 1.0, 1e-3) << "what this fit zoomed by, not what had been";
     ASSERT_EQ(m_Escena.Render(), 1);
     EsperaCerca(m_Escena.m_Camara.View(), Punto(0, 0, 0), 1e-12);
     EsperaCerca(m_Escena.m_Camara.Position(), Punto(0, 1, 0), 1e-12);
@@ -240,6 +314,9 @@ TEST_F(ConNavegacion, ASphericalSceneIsFittedWithTheEyeAtItsCentre) {
     m_Escena.OnZoomExtension();
     EsperaCerca(m_Escena.m_Camara.Position(), Punto(0, 0, 0), 0);
     EsperaCerca(m_Escena.m_Camara.View(), Punto(1, 1, 0), 0);
+    m_Escena.m_Camara.PositionCamera(Punto(0, 0, 2), Punto(0, 0, 0), Punto(0, 1, 0));
+    m_Escena.OnZoomExtension();
+    EsperaCerca(m_Escena.m_Camara.View(), Punto(0, 0, -2), 0);  // not the eye: it goes on looking where it did
 }
 
 TEST_F(ConNavegacion, OneBoxTwiceCompilesAtMostOnce) {
@@ -263,11 +340,13 @@ TEST_F(ConNavegacion, AnEmptyBoxIsASpaceOfTwoThousand) {
 
 TEST_F(ConNavegacion, AModelThatCannotBeCompiledEndsTheFit) {
     m_Escena.SetEscala(5);
-    const FallaGL falla("glNewList", 1);
+    m_Escena.SumaTrans(Punto(0.3, 0, 0));
+    const FallaGL falla("glColor3f", 1);
     m_Escena.OnZoomIn(3);
     EXPECT_EQ(Ampliacion([&] { m_Escena.ZoomExtension(Maximas(Punto(0, 0, 0), Punto(7, 7, 7))); }), 1.0);
     EXPECT_TRUE(falla.Ocurrida());
     EXPECT_EQ(m_Escena.GetEscala(), 1.0F);
+    EXPECT_EQ(m_Escena.GetTrans(), Punto(0.3, 0, 0)) << "the view stays";
 }
 
 TEST(CGLAjusteSinVentana, WithoutAWindowSizeOnlyTheSpaceIsBuilt) {
@@ -282,6 +361,7 @@ TEST_F(ConNavegacion, PartsAreFittedOnlyWhenTheyAreThere) {
     m_Escena.OnZoomExtensionSeleccion();
     m_Escena.OnZoomExtensionReferencia();
     m_Escena.m_nHayCaja = 0;
+    m_Escena.m_Caja = Maximas(Punto(0, 0, 0), Punto(7, 7, 7));
     m_Escena.OnZoomExtensionObjeto();
     EXPECT_EQ(m_Escena.m_Maximas, antes);
     m_Escena.m_CajaSeleccion = Maximas(Punto(1, 1, 1), Punto(2, 2, 2));
@@ -332,6 +412,24 @@ TEST_F(ConNavegacion, EachTurnHasItsAxis) {
     EXPECT_EQ(eje([&] { m_Escena.SetAnguloX(25, 1); })[0], -25);
 }
 
+TEST_F(ConNavegacion, InASphereATurnIsAlwaysRoundTheEye) {
+    EnEsfera();
+    Punto pivote(0.1, -0.25, 0.1);
+    for (Punto* p : {static_cast<Punto*>(nullptr), &pivote}) {
+        m_Escena.SumaAnguloX(10, 1, p);
+        EsperaCerca(m_Escena.m_Camara.Position(), Punto(0, 0, 0), 1e-5);
+        ASSERT_EQ(m_Escena.Render(), 1);
+    }
+}
+
+TEST_F(ConNavegacion, AnAngleIsSetByTheDifferenceToThePresentOne) {
+    m_Escena.SetAngulos(10, 0, 0);
+    ASSERT_EQ(m_Escena.Render(), 1);
+    const RegistroGL registro;
+    m_Escena.SetAnguloX(25, 1);
+    EXPECT_NEAR(registro.Numeros("glRotated").at(0)[0], -15, 1e-5);
+}
+
 TEST_F(ConNavegacion, APivotKeepsItsPixel) {
     Punto pivote = m_Escena.EnGL(Punto(70, 40, 0));
     const CPoint antes = Pixel(Punto(70, 40, 0));
@@ -370,6 +468,7 @@ TEST_F(ConNavegacion, APanWithoutAPointUsesTheSizeOfAPixel) {
         ASSERT_TRUE(falla.Ocurrida());
     }
     EsperaCerca(m_Escena.GetTrans(), Punto(10.0 / 200, 0, 0), 1e-9);
+    m_Escena.SumaTrans(Punto(0, 0, 0.3));
     CCamera esperada = m_Escena.GetCamara();
     esperada.SumaZTrans(-10.0 / 200 + esperada.View().z);
     const FallaGL falla("glReadPixels", 1);
@@ -402,74 +501,4 @@ TEST_F(ConNavegacion, TheTargetIsLaidOnTheModel) {
     m_Escena.CompruebaCotaCamara();
     EsperaCerca(m_Escena.m_Camara.View(), m_Escena.EnGL(Punto(50, 50, 0)), 1e-3);
     EsperaCerca(m_Escena.m_Camara.Position(), Punto(0, 1, 0), 1e-12);
-}
-
-// ---- Feedback ------------------------------------------------------------------------------------------------------
-
-TEST_F(ConNavegacion, TheRubberBandIsDrawnInXorOnTheFrontBuffer) {
-    const RegistroGL registro;
-    m_Escena.DrawZoomRect(10, 60, 20, 90);
-    EXPECT_LLAMADAS(Sin(registro.Ejecutadas(), {"glVertex3d", "gluUnProject"}), {"glGetIntegerv(GL_LIST_INDEX)",
-                                                                                 "glLineWidth(3)",
-                                                                                 "glDrawBuffer(GL_FRONT)",
-                                                                                 "glIsEnabled(GL_DEPTH_TEST)",
-                                                                                 "glDisable(GL_DEPTH_TEST)",
-                                                                                 "glGetIntegerv(GL_DEPTH_FUNC)",
-                                                                                 "glDepthFunc(GL_LEQUAL)",
-                                                                                 "glGetIntegerv(GL_VIEWPORT)",
-                                                                                 "glGetDoublev(GL_MODELVIEW_MATRIX)",
-                                                                                 "glGetDoublev(GL_PROJECTION_MATRIX)",
-                                                                                 "glDisable(GL_LIGHTING)",
-                                                                                 "glDisable(GL_LIGHT0)",
-                                                                                 "glDisable(GL_TEXTURE_2D)",
-                                                                                 "glEnable(GL_COLOR_LOGIC_OP)",
-                                                                                 "glGetIntegerv(GL_LOGIC_OP_MODE)",
-                                                                                 "glLogicOp(GL_XOR)",
-                                                                                 "glColor3f(1, 1, 0)",
-                                                                                 "glBegin(GL_LINE_LOOP)",
-                                                                                 "glEnd()",
-                                                                                 "glDrawBuffer(GL_BACK)",
-                                                                                 "glEnable(GL_DEPTH_TEST)",
-                                                                                 "glDepthFunc(GL_LESS)",
-                                                                                 "glLogicOp(GL_COPY)"});
-    const double z = 1.0F - 0.0001F;
-    EXPECT_EQ(registro.Numeros("gluUnProject"),
-              (std::vector<std::vector<double>>{{20, 140, z}, {90, 140, z}, {90, 90, z}, {20, 90, z}}));
-    EXPECT_EQ(registro.Numeros("glVertex3d").size(), 4U);
-}
-
-TEST_F(ConNavegacion, DrawingTheRubberBandTwiceWipesIt) {
-    const auto delante = [&] {
-        const Prestado prestado(m_Escena);
-        std::vector<GLubyte> pixeles(200 * 150 * 3);
-        glPixelStorei(GL_PACK_ALIGNMENT, 1);
-        glReadBuffer(GL_FRONT);
-        glReadPixels(0, 0, 200, 150, GL_RGB, GL_UNSIGNED_BYTE, pixeles.data());
-        glReadBuffer(GL_BACK);
-        return pixeles;
-    };
-    const auto antes = delante();
-    m_Escena.DrawZoomRect(40, 100, 60, 140);
-    const auto con = delante();
-    m_Escena.DrawZoomRect(40, 100, 60, 140);
-    EXPECT_NE(con, antes);
-    EXPECT_EQ(delante(), antes);
-}
-
-TEST_F(ConNavegacion, TheSelectionCircleHasTheDistanceOfTheTwoPixelsAsItsRadius) {
-    const RegistroGL registro;
-    m_Escena.DrawSelCircle(100, 75, 130, 35);
-    EXPECT_LLAMADAS(Solo(registro.Ejecutadas(), {"glPushMatrix", "glRotated", "gluDisk", "glPopMatrix",
-                                                 "gluQuadricDrawStyle", "gluQuadricNormals", "glDrawBuffer"}),
-                    {"glDrawBuffer(GL_FRONT)", "glPushMatrix()", "glRotated(90, 1, 0, 0)",
-                     "gluQuadricDrawStyle(GLU_LINE)", "gluQuadricNormals(GLU_NONE)",
-                     Solo(registro.Ejecutadas(), {"gluDisk"}).at(0), "glPopMatrix()", "glDrawBuffer(GL_BACK)"});
-    const auto disco = registro.Numeros("gluDisk").at(0);
-    EXPECT_NEAR(disco[0], 50.0 / 150, 1e-6);
-    EXPECT_EQ(disco[1], disco[0]);
-    EXPECT_EQ(disco[2], 20);
-    EXPECT_EQ(disco[3], 1);
-    const auto centro = registro.Numeros("glTranslated").at(0);
-    EXPECT_NEAR(centro[0], 0, 1e-6);
-    EXPECT_NEAR(centro[2], 0, 1e-6);
 }

@@ -75,6 +75,56 @@ TEST_F(ConHijos, LinksAreAskedEvenAfterAHitInAReferenceAndTheLastAnswerStands) {
     EXPECT_EQ(Pulsa(0), 0U);
 }
 
+TEST_F(ConHijos, AFreePointAfterAHitThatTheLinksOverwroteIsThisScenesOwn) {
+    m_pR2->m_nResponde = 5;
+    EXPECT_EQ(Pulsa(2, 1), 1U) << "the links' answer stands";
+    ASSERT_EQ(m_Escena.m_PuntosSeleccion.size(), 1U);
+    EXPECT_EQ(TipoGrabado(), 0) << "undoing it reaches no child";
+    Punto bajoElPixel;
+    m_Escena.BuscaCotaProxima(CPoint(25, 33), bajoElPixel, true);
+    EXPECT_EQ(m_Escena.m_PuntosSeleccion[0], bajoElPixel);
+}
+
+TEST_F(ConHijos, TheSketchGetsThePixelOfTheChildsPointNotThatOfTheClick) {
+    m_pV1->m_nResponde = 5;
+    m_pV1->m_PuntoQueDa = Punto(20, 60, 0);
+    EXPECT_EQ(Pulsa(3), 5U);
+    CPoint pt;
+    ASSERT_EQ(m_Escena.TerrenoAPantalla(pt, Punto(20, 60, 0), nullptr, false), 1);
+    Vertiz::CLinea<int> pantalla;
+    m_Escena.DameLineaNuevaPantalla(pantalla);
+    ASSERT_EQ(pantalla.NPuntos(), 2U);
+    for (const int i : {0, 1}) {
+        EXPECT_NEAR(pantalla.Punto(i).x, pt.x, 1);
+        EXPECT_NEAR(pantalla.Punto(i).y, pt.y, 1);
+    }
+}
+
+TEST_F(ConHijos, ThePointIsTheLastThatTheChildRecorded) {
+    m_pR1->m_nResponde = 5;
+    m_pR1->m_PuntosSeleccion = {Punto(9, 9, 9)};
+    m_pR1->m_PuntoQueDa = Punto(20, 60, 0);
+    EXPECT_EQ(m_Escena.OnSeleccionEnReferencias(25, 33, 1, 7, 0, 1, 0, 0), 5U);
+    EXPECT_EQ(m_Escena.m_PuntosSeleccion.at(0), Punto(20, 60, 0));
+    EXPECT_EQ(TipoGrabado(), 1);
+}
+
+TEST_F(ConHijos, ClearingReachesGrandchildrenWithoutAskingTheHooks) {
+    auto* nieta = new EscenaPrueba;
+    m_pR1->VinculoNuevo(nieta);
+    for (EscenaPrueba* escena : {&m_Escena, m_pR1, nieta, m_pV2}) {
+        escena->m_Seleccion = {CPosicionEntidad(1)};
+        escena->m_PuntosSeleccion = {Punto()};
+    }
+    EXPECT_EQ(m_Escena.CantidadSeleccion(1, 1), 4U);
+    m_Escena.ClearSeleccion();
+    EXPECT_EQ(m_Escena.CantidadSeleccion(1, 1), 0U);
+    EXPECT_EQ(nieta->m_PuntosSeleccion.size(), 1U);
+    m_Escena.ClearPuntosSeleccion();
+    EXPECT_THAT(nieta->m_PuntosSeleccion, IsEmpty());
+    EXPECT_THAT(m_pV2->m_PuntosSeleccion, IsEmpty());
+}
+
 TEST_F(ConHijos, Modo0SelectsWithoutAskingForThePoint) {
     m_pR1->m_nResponde = 5;
     m_pR1->m_bDaPunto = false;

@@ -209,3 +209,21 @@ TEST(CVistaGL, MessagesReachTheScene) {
     EXPECT_EQ(vista.SendMessage(WM_QUERYNEWPALETTE), 1);
     vista.SendMessage(WM_PALETTECHANGED, 0);
 }
+
+TEST(CVistaGL, OnlyPalettesOfOtherWindowsCallForItsOwn) {
+    class Cuenta : public VistaPrueba {
+      public:
+        BOOL OnQueryNewPalette() override {
+            ++m_nVeces;
+            return VistaPrueba::OnQueryNewPalette();
+        }
+        int m_nVeces = 0;
+    };
+    Cuenta vista;
+    VistaPrueba otra;
+    ASSERT_TRUE(vista.Abre());
+    vista.OnPaletteChanged(&vista);
+    EXPECT_EQ(vista.m_nVeces, 0);
+    vista.OnPaletteChanged(&otra);
+    EXPECT_EQ(vista.m_nVeces, 1);
+}

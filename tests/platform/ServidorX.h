@@ -1,6 +1,7 @@
 #pragma once
 // An X server of a test's own, with nobody at it.
 
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -17,15 +18,18 @@ class Servidor {
         if (pipe(canal) != 0) return;
         m_Proceso = fork();
         if (m_Proceso == 0) {
-            const std::string fd = std::to_string(canal[1]);
-            if (!freopen("/dev/null", "w", stderr)) _exit(127);
-            execlp("Xvfb", "Xvfb", "-displayfd", fd.c_str(), "-screen", "0", "800x600x24", nullptr);
+            // It ends with a test that crashes too, and holds nothing of the test's open, which somebody may wait for.
+            prctl(PR_SET_PDEATHSIG, SIGKILL);
+            if (!freopen("/dev/null", "w", stderr) || dup2(canal[1], 3) < 0 || close_range(4, ~0u, 0) != 0) _exit(127);
+            execlp("Xvfb", "Xvfb", "-displayfd", "3", "-screen", "0", "800x600x24", nullptr);
             _exit(127);
         }
         close(canal[1]);
-        char numero[16] = {};
-        if (read(canal[0], numero, sizeof numero - 1) > 0)
-            m_Nombre = std::string(":").append(std::to_string(std::atoi(numero)));
+        // To the end of the line: a server that can't write all of it gives up.
+        std::string numero;
+        for (char c = 0; read(canal[0], &c, 1) == 1 && c != '\n';)
+            numero += c;
+        if (!numero.empty()) m_Nombre = ":" + numero;
         close(canal[0]);
     }
     ~Servidor() { Mata(); }

@@ -31,6 +31,7 @@ class EscenaTerreno : public CEscenaDEM {
     using CEscenaDEM::m_dRangoX;
     using CEscenaDEM::m_dRangoY;
     using CEscenaDEM::m_dRangoZ;
+    using CEscenaDEM::m_LineaNueva;
     using CEscenaDEM::m_Maximas;
     using CEscenaDEM::m_nEjeX;
     using CEscenaDEM::m_nEjeY;

@@ -18,6 +18,8 @@ class ContextoGLX : public ContextoNativo {
   public:
     ContextoGLX(Display* display, GLXContext contexto) : m_Display(display), m_Contexto(contexto) {}
     ~ContextoGLX() override {
+        // The driver may have been drawing when the display was lost, and is in no state to be asked anything.
+        if (EstaRota(m_Display)) return;
         GuardaErroresX guarda(m_Display);
         glXDestroyContext(m_Display, m_Contexto);
     }

@@ -41,11 +41,6 @@ bool EsNuestra(Display* display) {
     return std::ranges::count(Errores().m_Nuestras, display) != 0;
 }
 
-bool EstaRota(Display* display) {
-    std::lock_guard cierre(Errores().m_Cerrojo);
-    return std::ranges::count(Errores().m_Rotas, display) != 0;
-}
-
 int Manejador(Display* display, XErrorEvent* error) {
     ErroresX& e = Errores();
     if (EsNuestra(display)) {
@@ -62,6 +57,15 @@ int ManejadorRotura(Display* display) {
     if (EsNuestra(display)) return 0;
     const XIOErrorHandler ajena = Errores().m_pRoturaAjena;
     return ajena ? ajena(display) : 0;
+}
+
+// The server of a connection has gone.
+void Pierde(Display* display, void*) {
+    {
+        std::lock_guard cierre(Errores().m_Cerrojo);
+        if (std::ranges::count(Errores().m_Rotas, display) == 0) Errores().m_Rotas.push_back(display);
+    }
+    DevuelveCerrojos(display);
 }
 
 // Puts our handler first. It stays there: what OpenGL sends to the display fails at any later time, when the window of
@@ -172,6 +176,11 @@ Evento Traduce(XEvent& x, const ConexionX11& conexion) {
 
 }  // namespace
 
+bool EstaRota(Display* display) {
+    std::lock_guard cierre(Errores().m_Cerrojo);
+    return std::ranges::count(Errores().m_Rotas, display) != 0;
+}
+
 std::unique_ptr<ConexionX11> ConexionX11::Abre(std::string& motivo) {
     static const bool hilos = XInitThreads() != 0;  // before any other call of Xlib
     if (!hilos) {
@@ -200,13 +209,7 @@ ConexionX11::ConexionX11(Display* display)
     // A server that goes away would end the process too. Calls to Xlib then return without having done anything.
     const XIOErrorHandler rotura = XSetIOErrorHandler(ManejadorRotura);
     if (rotura != ManejadorRotura) Errores().m_pRoturaAjena = rotura;
-    XSetIOErrorExitHandler(
-        display,
-        [](Display* rota, void*) {
-            std::lock_guard cierre(Errores().m_Cerrojo);
-            Errores().m_Rotas.push_back(rota);
-        },
-        nullptr);
+    XSetIOErrorExitHandler(display, Pierde, nullptr);
     m_Protocolos = XInternAtom(display, "WM_PROTOCOLS", False);
     m_Borra = XInternAtom(display, "WM_DELETE_WINDOW", False);
 }

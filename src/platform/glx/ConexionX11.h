@@ -41,7 +41,13 @@ class ConexionX11 {
     Atom m_Protocolos, m_Borra;
 };
 
+/// Leaves Xlib's locks as its functions expect them, from within the handler of a lost connection.
+void DevuelveCerrojos(Display* display);
+
 constexpr int kServidorPerdido = -1;
+
+/// The server of one of our connections has gone away.
+bool EstaRota(Display* display);
 
 /// An error of the server, for a person.
 std::string TextoErrorX(int error);
