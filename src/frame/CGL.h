@@ -142,7 +142,8 @@ class LUMBRA_API CGL : public CGLPropio {
     virtual void OnZoomIn(const CPoint& pt, double paso);
     virtual void OnZoomOut(double paso);
     virtual void OnZoomOut(const CPoint& pt, double paso);
-    /// Brings the point under a pixel to the middle of the window. @return that point, in GL space
+    /// Brings the point under a pixel to the middle of the window; in a spherical view towards it, since the target
+    /// alone is shifted. @return that point, in GL space
     virtual Vertiz::CCoor3D<double> OnZoomCentrado(const CPoint& pt);
     /// Hands settings, camera, selections and view selection on to another scene; to itself only the settings.
     virtual void IgualaVariables(CGL* r) const;
