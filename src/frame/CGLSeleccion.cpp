@@ -357,5 +357,7 @@ void CGL::SetVistaSeleccion(std::vector<CPosicionEntidad>& vista, bool bIniciar)
     const EntradaPublica entrada;
     m_VistaSeleccion = vista;
     m_bVistaSeleccion = 1;
-    if (bIniciar && MakeCurrent(nullptr)) entrada.Acaba(OnIniciarVista());
+    if (!bIniciar) return;
+    MakeCurrent(nullptr);
+    entrada.Acaba(OnIniciarVista());
 }
