@@ -86,8 +86,9 @@ void CEscenaDEM::ModificaCelda(unsigned fila, unsigned col, const float* z, cons
                                const float* nz) {
     if (m_pDEM == nullptr) return;
     if (m_pDEM->EsListaCeldas() && fila >= m_pDEM->Celdas().size()) return;
+    const bool suave = m_pDEM->HaySuavizado();  // without it there may be no vectors to read
     for (std::size_t i = 0; i < 4; ++i) {
-        const CCoor3D<double> n(nx[i], ny[i], nz[i], 0);
+        const CCoor3D<double> n = suave ? CCoor3D<double>(nx[i], ny[i], nz[i], 0) : CCoor3D<double>();
         if (m_pDEM->EsListaCeldas())
             ModificaPunto(m_pDEM->Celdas()[fila].m_nPuntos[kLugarLista[i]], 0, z[i], n);
         else

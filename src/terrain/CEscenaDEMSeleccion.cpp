@@ -381,7 +381,10 @@ void CEscenaDEM::BorraListaSeleccion() {
 }
 
 int CEscenaDEM::OnIniciarSeleccion() {
-    if (m_pDEM == nullptr || SeleccionPropia() == 0) return 1;
+    if (m_pDEM == nullptr || SeleccionPropia() == 0) {
+        BorraListaSeleccion();  // an undone pick shows no longer
+        return 1;
+    }
     if (!MakeCurrent(nullptr) || !AbreLista(m_nListaSeleccion)) return 0;
     glColor3f(1.0F, 0.0F, 0.0F);
     glDisable(GL_TEXTURE_2D);
