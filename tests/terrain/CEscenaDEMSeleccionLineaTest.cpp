@@ -216,6 +216,9 @@ TEST_F(SeleccionEnLista, TheListHasThemWhereTheSurfaceIs) {
     for (std::size_t j = 0; j < 3; ++j)
         EXPECT_NEAR(v[0][j], gl[j], 1e-6) << j;
     EXPECT_EQ(Solo(registro.Lista(m_escena.m_nListaSeleccion), {"glBegin"}).at(0), "glBegin(GL_QUADS)");
+    const auto n = registro.Numeros("glNormal3d").at(0);
+    EXPECT_LT(n[1], -0.9) << "into the terrain";
+    EXPECT_NEAR(n[0] * n[0] + n[1] * n[1] + n[2] * n[2], 1.0, 1e-9);
     m_escena.SetSeleccion({{2, -1}, {-1, -1}, {99, -1}, {5 + 1, -1}});
     registro.Olvida();
     ASSERT_EQ(m_escena.OnSeleccion(64, 96, 1, 1, 1, 0, 0, 0, 0, 0, 0), 1u);
