@@ -44,7 +44,7 @@ bool Escala(const CDEM& dem, CEscala& escala) {
             --decimales;
         escala = {CDataSemilla(decimales, x, y, z), std::pow(10.0, decimales)};
         // Neighbouring samples have to stay apart.
-        return celda * escala.precision >= 2.0;
+        return celda * escala.precision >= 2.0 && alcance * escala.precision < extremo;
     };
     const CDataSemilla& propia = dem.GetSemilla();
     if (intenta(propia.GetX(), propia.GetY(), propia.GetZ()) && escala.semilla.GetDecimales() >= habituales)

@@ -63,12 +63,12 @@ void Compara(const CTIN& tin, const CCoor3D<int>& p, int desde) {
 TEST(CTINLocaliza, FindsWhatAPlainSearchFindsOnBrokenSurfaces) {
     std::mt19937 azar(5);
     std::array<int, 3> veces{};
-    for (int vez = 0; vez < 60; ++vez) {
+    for (int vez = 0; vez < 30; ++vez) {
         const CTIN tin = Recortada(azar, vez);
         const int alcance = vez % 2 == 0 ? 13 : 105000;
         std::uniform_int_distribution<int> dado(-alcance, alcance), cual(0, int(tin.CantidadPuntos()) - 1),
             triangulo(-1, int(tin.CantidadTriangulos()) - 1);
-        for (int i = 0; i < 300; ++i) {
+        for (int i = 0; i < 200; ++i) {
             CCoor3D<int> p(dado(azar), dado(azar), 0);
             if (i % 3 == 0) p = tin.Punto(unsigned(cual(azar)));
             if (i % 3 == 1) {
@@ -81,7 +81,7 @@ TEST(CTINLocaliza, FindsWhatAPlainSearchFindsOnBrokenSurfaces) {
         }
     }
     for (const int n : veces)
-        EXPECT_GT(n, 1000);
+        EXPECT_GT(n, 300);
 }
 
 TEST(CTINLocaliza, RealPlacesAreDecidedExactly) {
