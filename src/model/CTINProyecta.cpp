@@ -213,17 +213,21 @@ int Comienzo(const unsigned* triangulo) {
 
 }  // namespace
 
+// The height of a triangle's plane, stored units. @param i  has area in plan
+double CTIN::AlturaEn(unsigned i, double x, double y) const {
+    const CCoor3D<double> a(Vertice(i, 0));
+    const CCoor3D<double> u = CCoor3D<double>(Vertice(i, 1)) - a, v = CCoor3D<double>(Vertice(i, 2)) - a;
+    const double dx = x - a.x, dy = y - a.y, area = u.x * v.y - u.y * v.x;
+    return a.z + ((dx * v.y - dy * v.x) * u.z + (u.x * dy - u.y * dx) * v.z) / area;
+}
+
 bool CTIN::Proyecta(CCoor3D<double>& punto, bool bBorde, unsigned modo, unsigned* triangulo) const {
     const double precision = Precision();
     const double x = punto.x * precision, y = punto.y * precision;
     const int t = Localiza(x, y, bBorde, modo, Comienzo(triangulo));
     if (t < 0) return false;
     Anota(triangulo, t);
-    const CCoor3D<double> a(Vertice(unsigned(t), 0));
-    const CCoor3D<double> u = CCoor3D<double>(Vertice(unsigned(t), 1)) - a;
-    const CCoor3D<double> v = CCoor3D<double>(Vertice(unsigned(t), 2)) - a;
-    const double dx = x - a.x, dy = y - a.y, area = u.x * v.y - u.y * v.x;
-    punto.z = (a.z + ((dx * v.y - dy * v.x) * u.z + (u.x * dy - u.y * dx) * v.z) / area) / precision;
+    punto.z = AlturaEn(unsigned(t), x, y) / precision;
     return true;
 }
 
