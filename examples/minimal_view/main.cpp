@@ -58,7 +58,10 @@ class Ventana : public CVistaGL {
     }
     void OnKeyDown(UINT tecla, UINT, UINT) override {
         if (tecla != 'P') return;
+        CRect cliente;
+        GetClientRect(&cliente);
         m_Impresion.m_sFichero = L"hill.pdf";
+        m_Impresion.m_bApaisada = cliente.Height() > cliente.Width();  // upright paper holds a wide picture whole
         std::puts(OnFilePrint() ? "The page is in hill.pdf" : "minimal_view: hill.pdf can't be written");
     }
 

