@@ -117,6 +117,13 @@ TEST(CTINLocaliza, WallsWithoutAreaHoldNoPlace) {
         EXPECT_TRUE(tin.Proyecta(q, true, 0, nullptr));
         EXPECT_EQ(q.z, x < 10 ? 0 : 50);
     }
+    for (int desde = 0; desde < 5; ++desde)
+        EXPECT_TRUE(tin.Localiza(10, 5, true, 0, desde) == 0 || tin.Localiza(10, 5, true, 0, desde) == 4) << desde;
+    // In line with a wall, but beyond its end, lies ground.
+    const CTIN otra = Malla({{0, 0, 0}, {10, 0, 0}, {10, 10, 0}, {10, 0, 50}, {10, 20, 0}, {20, 15, 0}, {0, 15, 0}},
+                            {{1, 2, 3}, {2, 4, 3}, {3, 6, 5}, {3, 5, 7}});
+    for (int desde = 0; desde < 4; ++desde)
+        EXPECT_GE(otra.Localiza(10, 15, true, 0, desde), 2) << desde;
 }
 
 TEST(CTINLocaliza, AChangedTerrainIsSafeToAskBeforeItIsCountedAgain) {
