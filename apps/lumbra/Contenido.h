@@ -27,8 +27,6 @@ class Contenido {
     /// Once it has a context: all but Iniciar.
     /// @throw std::runtime_error with a sentence for the user
     virtual void Prepara(CGL& escena) = 0;
-    /// Once the lists are built.
-    virtual void Aligera() {}
 
     /// The viewer stands where he stood at first.
     virtual void PonVista(CGL& escena) = 0;

@@ -12,7 +12,6 @@ class ContenidoTerreno : public Contenido {
 
     std::unique_ptr<CGL> HazEscena() override { return m_Montaje.HazEscena(); }
     void Prepara(CGL& escena) override;
-    void Aligera() override { m_Montaje.Aligera(); }
     void PonVista(CGL& escena) override;
     void Encuadra(CGL& escena, int ancho, int alto) override;
     bool Rehaz(CGL& escena) override;

@@ -45,7 +45,7 @@ class Montaje {
     /// What is left to do is Iniciar.
     void Prepara(CEscenaDEM& escena);
 
-    /// Once the lists are built: what was needed for them alone goes.
+    /// Once the lists are built for good: what was needed for them alone goes.
     void Aligera() { m_Escenario.cielo.reset(); }
 
     /// What is to be seen as the scene's settings are now, local terrain units.

@@ -8,6 +8,7 @@
 #include "platform/DiagnosticoGL.h"
 
 #include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <filesystem>
 #include <stdexcept>
@@ -16,6 +17,12 @@
 namespace {
 
 constexpr const char* kPista = "? lists the keys";
+
+volatile std::sig_atomic_t g_bFin = 0;
+
+extern "C" void PideFin(int /*senal*/) {
+    g_bFin = 1;
+}
 
 }  // namespace
 
@@ -36,9 +43,14 @@ void Visor::Abre() {
     Titula(kPista);
 }
 
-void Visor::Atiende(const Visor& visor) {
-    while (visor.GetSafeHwnd() != nullptr)
-        DespachaEventos(-1);
+// Who ends the program from its terminal closes the window: temporary files go, and the settings are kept.
+void Visor::Atiende(Visor& visor) {
+    constexpr int kPaciencia = 250;  // milliseconds until such an end is noticed
+    for (const int senal : {SIGINT, SIGTERM, SIGHUP})
+        std::signal(senal, PideFin);
+    while (visor.GetSafeHwnd() != nullptr && g_bFin == 0)
+        DespachaEventos(kPaciencia);
+    visor.DestroyWindow();
 }
 
 int Visor::OnCreate(LPCREATESTRUCT cs) {
@@ -54,7 +66,6 @@ int Visor::OnCreate(LPCREATESTRUCT cs) {
 
 void Visor::OnInitialUpdate() {
     CVistaGL::OnInitialUpdate();
-    m_Contenido.Aligera();
     if (m_bIniciado == 0) return;
     CRect cliente;
     GetClientRect(&cliente);

@@ -24,7 +24,7 @@ class Visor : public CVistaGL {
     /// Makes the window and shows it. @throw std::runtime_error with a sentence for the user
     void Abre();
     /// Serves the user until the window is gone.
-    static void Atiende(const Visor& visor);
+    static void Atiende(Visor& visor);
 
     /// How the window is, or was before it was closed.
     const CGL& Escena() const { return *m_pGL; }

@@ -48,9 +48,9 @@ bool Cubre(const MatricesGL& matrices, const std::array<CCoor3D<double>, 4>& gl,
 }
 
 bool EstaCerca(const MatricesGL& matrices, const CCoor3D<double>& gl, const CCoor3D<double>& clic) {
+    constexpr double k = kPixelesMuestra;
     CCoor3D<double> v;
-    return EnVentana(matrices, gl, v) && std::abs(v.x - clic.x) < kPixelesMuestra &&
-           std::abs(v.y - clic.y) < kPixelesMuestra;
+    return EnVentana(matrices, gl, v) && v.x > clic.x - k && v.x < clic.x + k && v.y > clic.y - k && v.y < clic.y + k;
 }
 
 CajaVentana CajaDe(const CLinea<double>& poligono) {

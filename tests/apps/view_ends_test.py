@@ -7,7 +7,7 @@ import subprocess
 import unittest
 
 from host import PROGRAM, environment, hill
-from files import tiff
+from files import bmp, tiff
 from window import Display, WindowTest, main, wait
 
 
@@ -50,6 +50,17 @@ class Closing(WindowTest):
         window = self.window("dem.asc", "--size", "400x300")
         self.send(window, destroy=True)
         self.assertEqual((window.ends(), window.errors()), (0, ""))
+
+    def test_from_its_terminal_nothing_is_left_behind(self):
+        temporary = self.folder / "tmp"
+        temporary.mkdir()
+        (self.folder / "sky.bmp").write_bytes(bmp([[(90, 120, 200)] * 64] * 32, 24))
+        for ending in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+            window = self.window("dem.asc", "--sky", "sky.bmp", "--size", "400x300", TMPDIR=str(temporary))
+            self.assertEqual(len(list(temporary.iterdir())), 1)
+            window.process.send_signal(ending)
+            self.assertEqual((window.ends(), window.errors()), (0, ""))
+            self.assertEqual(list(temporary.iterdir()), [])
 
     def test_in_the_middle_of_a_sketch(self):
         window = self.window("dem.asc", "--size", "400x300")

@@ -72,7 +72,8 @@ class Pixels:
         self.data = (int.from_bytes(raw, "big") & seen).to_bytes(len(raw), "big")
 
     def at(self, x, y):
-        b, g, r = self.data[y * self.line + 4 * x:][:3]
+        first = y * self.line + 4 * x
+        b, g, r = self.data[first:first + 3]
         return r, g, b
 
     def where(self, holds):

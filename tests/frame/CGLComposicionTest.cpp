@@ -170,7 +170,11 @@ TEST(CGLComposicion, ASceneThatStandsAboveIsNotTakenAsAChild) {
 }
 
 TEST(CGLComposicion, IgualaVariablesHandsSelectionsOnAndToItselfOnlyTheSettings) {
-    EscenaPrueba a, b;
+    struct Escena : EscenaPrueba {
+        using CGL::operator=;
+        using CGL::m_bVistaSeleccion;
+    };
+    Escena a, b;
     a.SetQuad(0);
     a.SumaSeleccion(Vertiz::CPosicionEntidad(1, 2));
     a.m_PuntosSeleccion.emplace_back(1, 2, 3);
@@ -182,6 +186,8 @@ TEST(CGLComposicion, IgualaVariablesHandsSelectionsOnAndToItselfOnlyTheSettings)
     EXPECT_EQ(b.GetSeleccion(), a.GetSeleccion());
     EXPECT_EQ(b.GetPuntosSeleccion().size(), 1U);
     EXPECT_EQ(b.GetVistaSeleccion(), vista);
+    EXPECT_EQ(a.m_bVistaSeleccion, 1);
+    EXPECT_EQ(b.m_bVistaSeleccion, 1);
     EXPECT_TRUE(b.GetSeleccion2().empty());
     a.IgualaVariables(&a);
     EXPECT_EQ(a.GetSeleccion().size(), 1U);
@@ -408,8 +414,10 @@ TEST(CGLComposicion, DestroyingASceneDestroysItsWholeFamily) {
 }
 
 TEST_F(ConEscena, AConicBackgroundSetsTheProjectionAnewAndFitsTheView) {
+    m_Escena.SumaTrans(Punto(0.3, 0, 0));
     RegistroGL registro;
     m_Escena.ReferenciaNuevo(Fondo(2));
+    EXPECT_LT(m_Escena.GetTrans().x, 0.2) << "fitted";
     EXPECT_GE(registro.Cuenta("glViewport"), 1U);
     registro.Olvida();
     m_Escena.ReferenciaNuevo(Fondo(4));

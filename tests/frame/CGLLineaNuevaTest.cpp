@@ -241,6 +241,14 @@ TEST_F(ConBoceto, TheSeedIsTakenOffOnlyWhereAPhotographTakesPart) {
     EXPECT_EQ(m_Escena.m_LineaNuevaTerreno.end(), Punto(50, 60, 70));
 }
 
+TEST_F(ConBoceto, ATransformationOfAPhotographOrASphereTakesTheSeedOffToo) {
+    m_Escena.m_Semilla = Vertiz::CDataSemilla(0, 1000, 2000, 3000);
+    m_Escena.m_DataTransformacion = FotoCenital(Punto(50, 50, 1000));
+    m_Escena.InsertaPuntoLineaNueva(Punto(1050, 2060, 3000));
+    EXPECT_NEAR(Terreno(m_Escena.m_LineaNueva.end()).x, 50, 1e-6);
+    EXPECT_NEAR(Terreno(m_Escena.m_LineaNueva.end()).y, 60, 1e-6);
+}
+
 TEST_F(ConBoceto, TheLastPointFollowsTheCursor) {
     EXPECT_FALSE(m_Escena.ModificaUltimoPuntoLineaNueva(CPoint(10, 10), 1));
     EXPECT_FALSE(m_Escena.ModificaUltimoPuntoLineaNueva(Punto(10, 10, 0), 1));

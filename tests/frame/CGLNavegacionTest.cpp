@@ -286,8 +286,10 @@ TEST_F(ConNavegacion, InASphereCentringAndRectanglesLeaveTheEyeWhereItIs) {
 
 TEST_F(ConNavegacion, FittingFillsTheWindowAndBringsTheTargetToTheMiddle) {
     m_Escena.SumaTrans(Punto(0.3, 0.1, -0.2));
-    m_Escena.OnZoomIn(3);
     m_Escena.OnZoomExtension();
+    m_Escena.m_dZoom = 3;
+    m_Escena.OnZoomExtension();
+    EXPECT_NEAR(m_Escena.m_dZoom, 1.0, 1e-3) << "what this fit zoomed by, not what had been";
     ASSERT_EQ(m_Escena.Render(), 1);
     EsperaCerca(m_Escena.m_Camara.View(), Punto(0, 0, 0), 1e-12);
     EsperaCerca(m_Escena.m_Camara.Position(), Punto(0, 1, 0), 1e-12);
@@ -338,11 +340,13 @@ TEST_F(ConNavegacion, AnEmptyBoxIsASpaceOfTwoThousand) {
 
 TEST_F(ConNavegacion, AModelThatCannotBeCompiledEndsTheFit) {
     m_Escena.SetEscala(5);
-    const FallaGL falla("glNewList", 1);
+    m_Escena.SumaTrans(Punto(0.3, 0, 0));
+    const FallaGL falla("glColor3f", 1);
     m_Escena.OnZoomIn(3);
     EXPECT_EQ(Ampliacion([&] { m_Escena.ZoomExtension(Maximas(Punto(0, 0, 0), Punto(7, 7, 7))); }), 1.0);
     EXPECT_TRUE(falla.Ocurrida());
     EXPECT_EQ(m_Escena.GetEscala(), 1.0F);
+    EXPECT_EQ(m_Escena.GetTrans(), Punto(0.3, 0, 0)) << "the view stays";
 }
 
 TEST(CGLAjusteSinVentana, WithoutAWindowSizeOnlyTheSpaceIsBuilt) {
@@ -357,6 +361,7 @@ TEST_F(ConNavegacion, PartsAreFittedOnlyWhenTheyAreThere) {
     m_Escena.OnZoomExtensionSeleccion();
     m_Escena.OnZoomExtensionReferencia();
     m_Escena.m_nHayCaja = 0;
+    m_Escena.m_Caja = Maximas(Punto(0, 0, 0), Punto(7, 7, 7));
     m_Escena.OnZoomExtensionObjeto();
     EXPECT_EQ(m_Escena.m_Maximas, antes);
     m_Escena.m_CajaSeleccion = Maximas(Punto(1, 1, 1), Punto(2, 2, 2));
@@ -407,6 +412,24 @@ TEST_F(ConNavegacion, EachTurnHasItsAxis) {
     EXPECT_EQ(eje([&] { m_Escena.SetAnguloX(25, 1); })[0], -25);
 }
 
+TEST_F(ConNavegacion, InASphereATurnIsAlwaysRoundTheEye) {
+    EnEsfera();
+    Punto pivote(0.1, -0.25, 0.1);
+    for (Punto* p : {static_cast<Punto*>(nullptr), &pivote}) {
+        m_Escena.SumaAnguloX(10, 1, p);
+        EsperaCerca(m_Escena.m_Camara.Position(), Punto(0, 0, 0), 1e-5);
+        ASSERT_EQ(m_Escena.Render(), 1);
+    }
+}
+
+TEST_F(ConNavegacion, AnAngleIsSetByTheDifferenceToThePresentOne) {
+    m_Escena.SetAngulos(10, 0, 0);
+    ASSERT_EQ(m_Escena.Render(), 1);
+    const RegistroGL registro;
+    m_Escena.SetAnguloX(25, 1);
+    EXPECT_NEAR(registro.Numeros("glRotated").at(0)[0], -15, 1e-5);
+}
+
 TEST_F(ConNavegacion, APivotKeepsItsPixel) {
     Punto pivote = m_Escena.EnGL(Punto(70, 40, 0));
     const CPoint antes = Pixel(Punto(70, 40, 0));
@@ -445,6 +468,7 @@ TEST_F(ConNavegacion, APanWithoutAPointUsesTheSizeOfAPixel) {
         ASSERT_TRUE(falla.Ocurrida());
     }
     EsperaCerca(m_Escena.GetTrans(), Punto(10.0 / 200, 0, 0), 1e-9);
+    m_Escena.SumaTrans(Punto(0, 0, 0.3));
     CCamera esperada = m_Escena.GetCamara();
     esperada.SumaZTrans(-10.0 / 200 + esperada.View().z);
     const FallaGL falla("glReadPixels", 1);

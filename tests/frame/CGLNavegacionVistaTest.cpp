@@ -181,6 +181,22 @@ TEST_P(ConVistas, ABoxFillsTheWindowBarOneStep) {
     EXPECT_NEAR(enVentana.Maxima().y + enVentana.Minima().y, GetParam().alto, 8);
 }
 
+TEST_P(ConVistas, ABoxOfOnePixelIsWidenedByOneOnEachSide) {
+    if (!GetParam().bOrto) return;
+    m_Escena.m_Data.m_fVelocidad = 1.0F;
+    m_Escena.OnZoomVentana(Maximas(Punto(50, 50, 10), Punto(50, 50, 10)));
+    EXPECT_DOUBLE_EQ(m_Escena.GetZoom(), std::min(GetParam().ancho, GetParam().alto) / 2.0);
+}
+
+TEST_P(ConVistas, WhereTheTurnHasNoPivotsPixelItGoesRoundTheTarget) {
+    const Punto vista = m_Escena.GetTrans();
+    Punto pivote = m_Escena.EnGL(Punto(70, 40, 0));
+    m_Escena.m_Maximas = Maximas();
+    m_Escena.SumaAnguloX(20, 1, &pivote);
+    EsperaCerca(m_Escena.GetTrans(), vista, 1e-5);
+    EXPECT_GT(m_Escena.GetCamara().UpVector().Distancia(Punto(0, 0, -1), 1), 0.1);
+}
+
 TEST_P(ConVistas, APanBringsWhatWasAStepAwayToTheMiddle) {
     for (const bool bLadeada : {false, true}) {
         if (bLadeada) Ladea();

@@ -80,7 +80,9 @@ TEST_F(ConHijos, AFreePointAfterAHitThatTheLinksOverwroteIsThisScenesOwn) {
     EXPECT_EQ(Pulsa(2, 1), 1U) << "the links' answer stands";
     ASSERT_EQ(m_Escena.m_PuntosSeleccion.size(), 1U);
     EXPECT_EQ(TipoGrabado(), 0) << "undoing it reaches no child";
-    EXPECT_NE(m_Escena.m_PuntosSeleccion[0], Punto(50, 50, 0));
+    Punto bajoElPixel;
+    m_Escena.BuscaCotaProxima(CPoint(25, 33), bajoElPixel, true);
+    EXPECT_EQ(m_Escena.m_PuntosSeleccion[0], bajoElPixel);
 }
 
 TEST_F(ConHijos, TheSketchGetsThePixelOfTheChildsPointNotThatOfTheClick) {

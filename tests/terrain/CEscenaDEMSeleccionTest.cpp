@@ -464,6 +464,44 @@ TEST_F(Seleccion, TheQuickWalkPicksWhatAPlainOneDoes) {
     EXPECT_GT(vacios, 400);
 }
 
+TEST_F(Seleccion, OnBordersThatRoundingDecidesItStillDoes) {
+    std::mt19937 azar(9);
+    const auto uno = [&] { return std::uniform_real_distribution<>(-1, 1)(azar); };
+    Vertiz::CDEM dem = modelos::Rejilla(31, 31, [&](int, int) { return float(7 * uno()); });
+    Monta(dem);
+    constexpr GLint kViewport[4] = {0, 0, 300, 300};
+    for (int vista = 0; vista < 300; ++vista) {
+        ASSERT_TRUE(m_escena.MakeCurrent(nullptr));
+        glMatrixMode(GL_MODELVIEW);
+        glLoadIdentity();
+        glRotated(60 + 30 * uno(), 1, 0, 0);
+        glRotated(180 * uno(), 0, 1, 0);
+        GLdouble modelo[16], proyeccion[16] = {2, 0, 0, 0, 0, 2, 0, 0, 0, 0, -0.1, 0, 0, 0, 0, 1};
+        glGetDoublev(GL_MODELVIEW_MATRIX, modelo);
+        // Moved so that a sample comes as near to a whole pixel as OpenGL's matrices, of floats, let it.
+        const unsigned r = azar() % 31, c = azar() % 31;
+        const auto gl = EnGL(10.0 * c, 10.0 * (30 - r), dem.Matriz().Get(30 - r, c));
+        Vertiz::CCoor3D<double> v;
+        gluProject(gl[0], gl[1], gl[2], modelo, proyeccion, kViewport, &v.x, &v.y, &v.z);
+        proyeccion[12] = (std::round(v.x) - v.x) / 150;
+        proyeccion[13] = (std::round(v.y) - v.y) / 150;
+        Coloca(modelo, proyeccion, 0, 0, 300, 300);
+        ASSERT_TRUE(m_escena.MakeCurrent(nullptr));
+        glGetDoublev(GL_PROJECTION_MATRIX, proyeccion);
+        wglMakeCurrent(nullptr, nullptr);
+        for (const int borde : {0, 8, -8}) {
+            const int x = int(std::round(v.x)) + borde, y = 300 - int(std::round(v.y)) + borde;
+            const auto esperada = Paseo(m_escena, dem, modelo, proyeccion, kViewport, x, y, borde == 0);
+            Pulsa(x, y, borde == 0 ? 2 : 1);
+            const Celdas picadas = Picadas();
+            ASSERT_EQ(picadas.empty(), !esperada) << "view " << vista;
+            if (esperada) {
+                ASSERT_EQ(picadas[0], *esperada) << "view " << vista;
+            }
+        }
+    }
+}
+
 TEST_F(Seleccion, AMissProjectsAlmostNothing) {
     Vertiz::CDEM dem = modelos::Rejilla(200, 200, [](int r, int c) { return float((r * 7 + c * 13) % 40); });
     Mira(dem);
