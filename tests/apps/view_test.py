@@ -267,6 +267,19 @@ class Measuring(WindowTest):
         window.says("nothing there")
         self.assertIsNone(window.still().where(red))
 
+    def test_a_hole_is_no_cell(self):
+        # A table seen from the south, with a sample missing in its last row: through the gap one sees the table's side.
+        heights = [[50] * 20 for _ in range(20)]
+        heights[0][0], heights[19][10] = 0, -9999
+        self.grid("dem.asc", heights)
+        window = self.window("dem.asc", "--azimuth", 180, "--elevation", 30, "--orthographic", "--exaggeration", 1,
+                             "--size", "400x300")
+        for count, y in enumerate(range(190, 240, 5), 1):
+            window.click(207, y)
+            places = [line.split() for line in window.prints("500", count)]
+        self.assertTrue(any(float(place[2]) < 40 for place in places), "the side was met")
+        self.assertFalse([place for place in places if place[3:5] == ["row", "18"]])
+
     def test_a_click_on_nothing_says_so(self):
         self.grid("dem.asc", hill())
         window = self.window("dem.asc", *PLAN)
