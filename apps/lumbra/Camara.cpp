@@ -15,10 +15,6 @@ using Caja = Vertiz::CMaximas<double>;
 
 constexpr double kMargen = 0.94;  // of a picture that a model fills
 
-double Producto(const Punto& a, const Punto& b) {
-    return a.x * b.x + a.y * b.y + a.z * b.z;
-}
-
 // The model's corners as the viewer has them: x to his right, y upwards, z away from him.
 std::vector<Punto> EsquinasVistas(const CEscenaDEM& escena, const Caja& extension, const Punto& derecha,
                                   const Punto& arriba, const Punto& frente) {
@@ -122,6 +118,10 @@ void EncuadraOrto(CEscenaDEM& escena, const Caja& extension, int ancho, int alto
 
 double ARadianes(double grados) {
     return grados * std::numbers::pi / 180.0;
+}
+
+double Producto(const Punto& a, const Punto& b) {
+    return a.x * b.x + a.y * b.y + a.z * b.z;
 }
 
 Punto Direccion(double azimut, double elevacion) {

@@ -5,6 +5,9 @@
 
 double ARadianes(double grados);
 
+/// The scalar product.
+double Producto(const Vertiz::CCoor3D<double>& a, const Vertiz::CCoor3D<double>& b);
+
 /// A direction in GL space: x east, y up, z south.
 /// @param azimut     degrees clockwise from north
 /// @param elevacion  degrees over the horizon

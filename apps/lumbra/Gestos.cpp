@@ -16,10 +16,6 @@ using Punto = Vertiz::CCoor3D<double>;
 
 namespace {
 
-double Producto(const Punto& a, const Punto& b) {
-    return a.x * b.x + a.y * b.y + a.z * b.z;
-}
-
 Punto Unidad(Punto v) {
     v.Normaliza();
     return v;

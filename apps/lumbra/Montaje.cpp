@@ -73,9 +73,10 @@ double Hueco(const Caja& a, const Caja& b) {
 
 }  // namespace
 
-const char* OpcionesComposicion::Primera() const {
-    if (!referencias.empty()) return "--reference";
-    return vinculos.empty() ? nullptr : "--link";
+const char* OpcionesMontaje::DelTerreno() const {
+    if (const char* opcion = escenario.Primera()) return opcion;
+    if (!composicion.referencias.empty()) return "--reference";
+    return composicion.vinculos.empty() ? nullptr : "--link";
 }
 
 Montaje::Montaje(const OpcionesMontaje& opciones, Progreso& progreso, const Aviso& avisa)

@@ -1,5 +1,6 @@
 // The mouse: turning, panning, nearing, picking.
 
+#include "Camara.h"
 #include "Visor.h"
 
 #include <algorithm>
@@ -141,8 +142,8 @@ void Visor::PulsaDosVeces(CPoint pt) {
     const Mirada m = DameMirada();
     const Punto d = bajo.punto - m.vista, frente = m.vista - m.ojo;
     // Sideways only: what is in the middle keeps its size.
-    const double l2 = frente.x * frente.x + frente.y * frente.y + frente.z * frente.z;
-    const double t = l2 > 0.0 ? (d.x * frente.x + d.y * frente.y + d.z * frente.z) / l2 : 0.0;
+    const double l2 = Producto(frente, frente);
+    const double t = l2 > 0.0 ? Producto(d, frente) / l2 : 0.0;
     const Punto lado = d - frente * t;
     PonMirada({m.ojo + lado, m.vista + lado, m.arriba});
 }

@@ -229,8 +229,8 @@ class LUMBRA_API CGL : public CGLPropio {
     /// Draws a frame into a bitmap of the page's, in a context of its own. On failure nothing of it is left. No context
     /// is current afterwards, so that an OnRender that follows draws nothing.
     virtual void OnPrint1(CDC* pDC, CPrintInfo* pInfo, CView* pView);
-    /// Lays that bitmap on the page, in the middle and whole, frees it, and takes again the context that was current
-    /// before OnPrint1.
+    /// Lays that bitmap on the middle of the page, frees it, and takes again the context that was current before
+    /// OnPrint1. A page that is longer for its width than the window cuts it.
     virtual void OnPrint2(CDC* pDC);
     /// Sets the pixel format of the page's device context. @param flags PFD_... flags
     virtual bool SetDCPixelFormat(HDC hdc, DWORD flags);
@@ -537,7 +537,7 @@ class LUMBRA_API CGL : public CGLPropio {
     template <class Cambio>
     void CambiaMarcas(Cambio cambio);
 
-    // CGLSeleccion.cpp
+    // CGLComposicion.cpp
     void TomaHijo(CGL& r);
     void HeredaImagen(CGL& r, int fondo) const;
     void AjustaProyeccion(const CGL& r);
@@ -545,6 +545,8 @@ class LUMBRA_API CGL : public CGLPropio {
     void AjustaFondoSin(const CGL& r);
     static CGL* SueltaHijo(std::vector<CGL*>& lista, std::size_t i);
     static void DestruirHijos(std::vector<CGL*>& lista);
+
+    // CGLSeleccion.cpp
     unsigned SeleccionaEnHijos(const Pulsacion& s, bool bReferencias, bool bVinculos);
     static bool PreguntaHijos(const std::vector<CGL*>& hijos, int primero, const Pulsacion& s, unsigned& r,
                               Vertiz::CCoor3D<double>& p);

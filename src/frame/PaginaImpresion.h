@@ -33,8 +33,8 @@ inline CSize Limita(CSize s) {
     return s;
 }
 
-/// The size at which a picture lies on a page: one that is wider than high over the page's whole width, another over its
-/// whole height. A page that is narrower still than the picture, the same way round, cuts it.
+/// The size at which a picture lies on a page: one that is wider than high over the page's whole width, another over
+/// its whole height. A page that is narrower still than the picture, the same way round, cuts it.
 inline CSize SobrePagina(const CSize& imagen, const CSize& pagina) {
     const float r = Razon(imagen);
     if (r < 1.0F) return CSize(pagina.cx, static_cast<int>(static_cast<float>(pagina.cx) * r));
