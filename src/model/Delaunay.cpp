@@ -1,338 +1,159 @@
 // Points go in one by one: the triangles whose circle holds the new point give way to a fan round it (A. Bowyer,
-// D. F. Watson, 1981). The order, drawn at random in rounds that double and sorted along a curve inside each (N.
-// Amenta, S. Choi, G. Rote: Incremental constructions con BRIO, 2003), keeps both the way to the next point and the
-// fans short. Sides come after all points: the triangles that one cuts give way to two polygons along it, which are
-// triangulated anew (M. V. Anglada: An improved incremental algorithm for constructing restricted Delaunay
-// triangulations, 1997).
+// D. F. Watson, 1981). Their order (OrdenEspacial.h) keeps both the way to the next point and the fans short.
 
 #include "model/Delaunay.h"
 
-#include "model/Predicados.h"
+#include "model/OrdenEspacial.h"
 
 #include <algorithm>
-#include <bit>
 
 namespace Vertiz::geometria {
 namespace {
 
 constexpr int kOtro[3] = {1, 2, 0};     // the next place in a triangle
 constexpr int kTercero[3] = {2, 0, 1};  // and the one after it
-
-int Lugar(const CDelaunay::CTriangulo& t, int v) {
-    return t.v[0] == v ? 0 : t.v[1] == v ? 1 : 2;
-}
-
-// Place of a point on the curve of Hilbert that fills the whole range of the integers.
-std::uint64_t EnHilbert(const CCoor2D<int>& p) {
-    std::uint32_t x = static_cast<std::uint32_t>(p.x) ^ 0x80000000U, y = static_cast<std::uint32_t>(p.y) ^ 0x80000000U;
-    std::uint64_t lugar = 0;
-    for (int bit = 31; bit >= 0; --bit) {
-        const std::uint32_t este = x >> bit & 1U, norte = y >> bit & 1U;
-        lugar = lugar << 2 | ((3U * este) ^ norte);
-        if (norte == 0) {
-            if (este != 0) x = ~x, y = ~y;
-            std::swap(x, y);
-        }
-    }
-    return lugar;
-}
-
-// The round of a point: the last one takes half of them, the one before a quarter ... Scrambles the index by the
-// method of D. Lea and others ("Fast splittable pseudorandom number generators", 2014).
-int Vuelta(std::uint64_t i) {
-    i += 0x9E3779B97F4A7C15U;
-    i = (i ^ i >> 30) * 0xBF58476D1CE4E5B9U;
-    i = (i ^ i >> 27) * 0x94D049BB133111EBU;
-    return -std::countr_zero(i ^ i >> 31);
-}
+constexpr int kCadaCuantos = 4096;      // points between two questions
 
 }  // namespace
 
-CDelaunay::CDelaunay(std::vector<CCoor2D<int>> puntos)
-    : m_Puntos(std::move(puntos)), m_nInfinito(static_cast<int>(m_Puntos.size())) {}
-
-int CDelaunay::Giro(int a, int b, int c) const {
-    return predicados::Orientacion(P(a), P(b), P(c));
+CDelaunay::CDelaunay(std::span<const CLugar> puntos) : m_Vertices(puntos.size()) {
+    const std::vector<std::uint32_t> orden = OrdenEspacial(puntos);
+    m_Lugares.reserve(puntos.size() + 1);
+    m_Puntos.reserve(puntos.size() + 1);
+    m_Lugares.emplace_back();
+    m_Puntos.push_back(-1);
+    for (const std::uint32_t i : orden) {
+        if (CantidadVertices() == 0 || m_Lugares.back() != puntos[i]) {
+            m_Lugares.push_back(puntos[i]);
+            m_Puntos.push_back(static_cast<int>(i));
+        }
+        m_Vertices[i] = CantidadVertices();
+    }
 }
 
-// Which side of t its neighbour is beyond.
-int CDelaunay::LadoHacia(int t, int vecino) const {
-    const auto& n = T(t).n;
-    return n[0] == vecino ? 0 : n[1] == vecino ? 1 : 2;
-}
-
-bool CDelaunay::EsLimite(int a, int b) const {
-    const auto fijo = m_Fijos.find(Clave(a, b));
-    return fijo != m_Fijos.end() && fijo->second;
-}
-
-// ---- Points --------------------------------------------------------------------------------------------------------
-
-std::vector<int> CDelaunay::Orden() const {
-    struct CPuesto {
-        int vuelta, indice;
-        std::uint64_t lugar;
-    };
-    std::vector<CPuesto> puestos(m_Puntos.size());
-    for (std::size_t i = 0; i < puestos.size(); ++i)
-        puestos[i] = {Vuelta(i), static_cast<int>(i), EnHilbert(m_Puntos[i])};
-    std::ranges::sort(puestos, [](const CPuesto& a, const CPuesto& b) {
-        return a.vuelta != b.vuelta ? a.vuelta < b.vuelta : a.lugar < b.lugar;
-    });
-    std::vector<int> orden;
-    orden.reserve(puestos.size());
-    for (const CPuesto& puesto : puestos)
-        orden.push_back(puesto.indice);
-    return orden;
-}
-
-// The first triangle, of the first two points and the next one that isn't in line with them; they come to the front.
-bool CDelaunay::Empieza(std::vector<int>& orden) {
-    if (orden.size() < 3) return false;
-    const auto tercero =
-        std::find_if(orden.begin() + 2, orden.end(), [&](int v) { return Giro(orden[0], orden[1], v) != 0; });
-    if (tercero == orden.end()) return false;
-    std::swap(orden[2], *tercero);
-    if (Giro(orden[0], orden[1], orden[2]) < 0) std::swap(orden[0], orden[1]);
-    const int a = orden[0], b = orden[1], c = orden[2], f = m_nInfinito;
-    m_Triangulos = {{{a, b, c}, {1, 2, 3}}, {{c, b, f}, {3, 2, 0}}, {{a, c, f}, {1, 3, 0}}, {{b, a, f}, {2, 1, 0}}};
-    m_Marcas.assign(4, -1);
-    return true;
+// The first triangle, of the first two vertices and the next one that isn't in line with them, which it returns.
+int CDelaunay::Empieza() {
+    int c = 3;
+    while (c <= CantidadVertices() && Giro(1, 2, c) == 0)
+        ++c;
+    if (c > CantidadVertices()) return 0;
+    const int a = Giro(1, 2, c) > 0 ? 1 : 2, b = 3 - a, f = kInfinito;
+    m_Triangulos.reserve(2 * m_Lugares.size());
+    m_Triangulos.push_back(Fila(a, b, c, Puerta(1, 2), Puerta(2, 2), Puerta(3, 2)));
+    m_Triangulos.push_back(Fila(c, b, f, Puerta(3, 1), Puerta(2, 0), Puerta(0, 0)));
+    m_Triangulos.push_back(Fila(a, c, f, Puerta(1, 1), Puerta(3, 0), Puerta(0, 1)));
+    m_Triangulos.push_back(Fila(b, a, f, Puerta(2, 1), Puerta(1, 0), Puerta(0, 2)));
+    return c;
 }
 
 bool CDelaunay::Triangula(const std::function<bool(int)>& sigue) {
-    std::vector<int> orden = Orden();
-    if (!Empieza(orden)) return true;
-    m_Triangulos.reserve(2 * m_Puntos.size() + 2);
-    m_Marcas.reserve(m_Triangulos.capacity());
-    m_Desde.assign(m_Puntos.size() + 1, 0);
-    constexpr std::size_t kCadaCuantos = 4096;
-    for (std::size_t i = 3; i < orden.size(); ++i) {
-        if (i % kCadaCuantos == 0 && !sigue(static_cast<int>(i))) return false;
-        Inserta(orden[i]);
+    const int tercero = Empieza();
+    if (tercero == 0) return true;
+    for (int v = 3; v <= CantidadVertices(); ++v) {
+        if (v != tercero) Inserta(v);
+        if (v % kCadaCuantos == 0 && !sigue(v)) return false;
     }
-    AnotaTriangulos();
     return true;
 }
 
-// The triangle that holds a point, or the infinite one beyond the side of the hull that faces it. Each step goes across
-// a side that parts the triangle from the point; in a Delaunay triangulation such a walk never comes back.
-int CDelaunay::Localiza(int p) const {
-    int t = m_nUltimo, previo = -1;
-    while (!EsInfinito(T(t))) {
-        const CTriangulo& triangulo = T(t);
-        int k = 0;
-        while (k < 3 && (triangulo.n[k] == previo || Giro(triangulo.v[kOtro[k]], triangulo.v[kTercero[k]], p) >= 0))
-            ++k;
-        if (k == 3) break;
-        previo = t;
-        t = triangulo.n[k];
+// The triangle that holds a place, or the infinite one beyond the side of the hull that faces it. Each step goes across
+// a side that parts the triangle from the place; in a Delaunay triangulation such a walk never comes back.
+int CDelaunay::Localiza(const CLugar& p) {
+    int t = m_nUltimo;
+    const auto fuera = [&](const CFila& triangulo, int k) {
+        return predicados::Giro(P(V(triangulo, kOtro[k])), P(V(triangulo, kTercero[k])), p) < 0;
+    };
+    int k = 0;
+    while (k < 3 && !fuera(T(t), k))
+        ++k;
+    while (k < 3) {
+        const CPuerta puerta = N(T(t), k);
+        t = Triangulo(puerta);
+        const CFila& triangulo = T(t);
+        if (Infinito(triangulo)) break;
+        const int entrada = Lado(puerta);
+        k = fuera(triangulo, kOtro[entrada])      ? kOtro[entrada]
+            : fuera(triangulo, kTercero[entrada]) ? kTercero[entrada]
+                                                  : 3;
     }
     return t;
 }
 
-// The circle of the triangle holds the point. That of an infinite one is the open half-plane beyond its side of the
+// The circle of the triangle holds the place. That of an infinite one is the open half-plane beyond its side of the
 // hull, with the side itself.
-bool CDelaunay::EnConflicto(int t, int p) const {
-    const auto& v = T(t).v;
-    if (!EsInfinito(T(t))) return predicados::EnCirculo(P(v[0]), P(v[1]), P(v[2]), P(p)) > 0;
-    const int k = Lugar(T(t), m_nInfinito), a = v[kOtro[k]], b = v[kTercero[k]];
-    const int giro = Giro(a, b, p);
-    return giro > 0 || (giro == 0 && predicados::EnSegmento(P(p), P(a), P(b)));
+bool CDelaunay::EnConflicto(const CFila& t, const CLugar& p) const {
+    if (!Infinito(t)) return predicados::EnCirculoUnico(P(V(t, 0)), P(V(t, 1)), P(V(t, 2)), p);
+    const int k = Sitio(t, kInfinito);
+    const CLugar &a = P(V(t, kOtro[k])), &b = P(V(t, kTercero[k]));
+    const int giro = predicados::Giro(a, b, p);
+    return giro > 0 || (giro == 0 && std::min(a, b) < p && p < std::max(a, b));
 }
 
+// The cavity is looked through counterclockwise along its border. Its triangles hang together as a tree, for no vertex
+// lies inside: so none is met twice.
 void CDelaunay::Inserta(int p) {
-    m_Cavidad.assign(1, Localiza(p));
-    m_Marcas[static_cast<std::size_t>(m_Cavidad[0])] = p;
+    const CLugar lugar = P(p);
+    const int primero = Localiza(lugar);
+    m_Cavidad.assign(1, primero);
     m_Bordes.clear();
-    for (std::size_t i = 0; i < m_Cavidad.size(); ++i) {
-        const int t = m_Cavidad[i];
-        for (int k = 0; k < 3; ++k) {
-            const int vecino = T(t).n[k];
-            if (m_Marcas[static_cast<std::size_t>(vecino)] == p) continue;
-            if (EnConflicto(vecino, p)) {
-                m_Marcas[static_cast<std::size_t>(vecino)] = p;
-                m_Cavidad.push_back(vecino);
-            } else {
-                m_Bordes.push_back({T(t).v[kOtro[k]], T(t).v[kTercero[k]], vecino, LadoHacia(vecino, t)});
-            }
+    m_Puertas.assign({N(T(primero), 2), N(T(primero), 1), N(T(primero), 0)});
+    while (!m_Puertas.empty()) {
+        const CPuerta puerta = m_Puertas.back();
+        m_Puertas.pop_back();
+        const int t = Triangulo(puerta), k = Lado(puerta);
+        const CFila& triangulo = T(t);
+        if (EnConflicto(triangulo, lugar)) {
+            m_Cavidad.push_back(t);
+            m_Puertas.push_back(N(triangulo, kTercero[k]));
+            m_Puertas.push_back(N(triangulo, kOtro[k]));
+        } else {
+            m_Bordes.push_back({V(triangulo, kTercero[k]), puerta});
         }
     }
     // The fan takes the places of the triangles that go; it has two more.
-    m_Nuevos.clear();
-    for (std::size_t i = 0; i < m_Bordes.size(); ++i) {
-        const CBorde& borde = m_Bordes[i];
-        int t = static_cast<int>(m_Triangulos.size());
-        if (i < m_Cavidad.size()) {
-            t = m_Cavidad[i];
-        } else {
-            m_Triangulos.emplace_back();
-            m_Marcas.push_back(-1);
-        }
-        T(t) = {{p, borde.a, borde.b}, {borde.t, -1, -1}};
-        T(borde.t).n[borde.lado] = t;
-        m_Desde[static_cast<std::size_t>(borde.a)] = t;
-        m_Nuevos.push_back(t);
-    }
-    for (const int t : m_Nuevos) {
-        const int siguiente = m_Desde[static_cast<std::size_t>(T(t).v[2])];
-        T(t).n[1] = siguiente;
-        T(siguiente).n[2] = t;
-        if (!EsInfinito(T(t))) m_nUltimo = t;
+    const int lados = static_cast<int>(m_Bordes.size());
+    m_Cavidad.push_back(Cantidad());
+    m_Cavidad.push_back(Cantidad() + 1);
+    m_Triangulos.resize(m_Triangulos.size() + 2);
+    int previo = m_Cavidad[static_cast<std::size_t>(lados - 1)];
+    for (int i = 0; i < lados; ++i) {
+        const CBorde borde = m_Bordes[static_cast<std::size_t>(i)];
+        const int siguiente = i + 1 < lados ? i + 1 : 0;
+        const int t = m_Cavidad[static_cast<std::size_t>(i)], despues = m_Cavidad[static_cast<std::size_t>(siguiente)];
+        T(t) = Fila(p, borde.a, m_Bordes[static_cast<std::size_t>(siguiente)].a, borde.otra, Puerta(despues, 2),
+                    Puerta(previo, 1));
+        PonVecino(T(Triangulo(borde.otra)), Lado(borde.otra), Puerta(t, 0));
+        previo = t;
+        if (!Infinito(T(t))) m_nUltimo = t;
     }
 }
 
-void CDelaunay::AnotaTriangulos() {
-    m_Grados.assign(m_Puntos.size() + 1, 0);
-    for (std::size_t t = 0; t < m_Triangulos.size(); ++t)
-        for (const int v : m_Triangulos[t].v) {
-            m_Desde[static_cast<std::size_t>(v)] = static_cast<int>(t);
-            ++m_Grados[static_cast<std::size_t>(v)];
-        }
-}
-
-// ---- Sides ---------------------------------------------------------------------------------------------------------
-
-void CDelaunay::Fija(int a, int b, bool bLimite) {
-    bool& limite = m_Fijos[Clave(a, b)];
-    limite = limite != bLimite;
-}
-
-std::optional<CDelaunay::CLado> CDelaunay::InsertaLado(int a, int b, bool bLimite) {
-    // The search goes round the vertex: better round the one that has fewer triangles.
-    if (m_Grados[static_cast<std::size_t>(a)] > m_Grados[static_cast<std::size_t>(b)]) std::swap(a, b);
-    std::optional<CLado> cruce;
-    while (a != b) {
-        const int siguiente = Avanza(a, b, cruce);
-        if (cruce) break;
-        Fija(a, siguiente, bLimite);
-        a = siguiente;
-    }
-    return cruce;
-}
-
-// Makes the side from a vertex to the first one on the way to `hasta`, and tells which that is.
-int CDelaunay::Avanza(int desde, int hasta, std::optional<CLado>& cruce) {
-    // Round the vertex, to the triangle that the way leads through. A vertex in line is ahead if it is no further than
-    // `hasta` on the same side, which a box tells.
-    int t = m_Desde[static_cast<std::size_t>(desde)];
-    for (;;) {
-        const int k = Lugar(T(t), desde), p = T(t).v[kOtro[k]], q = T(t).v[kTercero[k]];
-        if (p == hasta) return p;
-        if (p != m_nInfinito) {
-            const int giro = Giro(desde, hasta, p);
-            if (giro == 0 && predicados::EnSegmento(P(p), P(desde), P(hasta))) return p;
-            if (giro < 0 && q != m_nInfinito && q != hasta && Giro(desde, hasta, q) > 0) break;
-        }
-        t = T(t).n[kOtro[k]];
-    }
-    // Through the triangles that it cuts, to the vertex where it comes out; what lies on either side makes a chain.
-    const int k = Lugar(T(t), desde);
-    int derecha = T(t).v[kOtro[k]], izquierda = T(t).v[kTercero[k]], enfrente = k;
-    m_Cavidad.assign(1, t);
-    m_Derecha = {desde, derecha};
-    m_Izquierda = {desde, izquierda};
-    for (;;) {
-        if (EsFijo(derecha, izquierda)) {
-            cruce = CLado{derecha, izquierda};
-            return desde;
-        }
-        const int siguiente = T(t).n[enfrente], lado = LadoHacia(siguiente, t);
-        const int v = T(siguiente).v[lado];
-        t = siguiente;
-        m_Cavidad.push_back(t);
-        const int giro = v == hasta ? 0 : Giro(desde, hasta, v);
-        if (giro >= 0) m_Izquierda.push_back(v);
-        if (giro <= 0) m_Derecha.push_back(v);
-        if (giro == 0) {
-            Rellena(desde, v);
-            return v;
-        }
-        enfrente = Lugar(T(t), giro > 0 ? izquierda : derecha);
-        (giro > 0 ? izquierda : derecha) = v;
-    }
-}
-
-// Puts triangles along a new side a b in place of those that it cut, as many as they were.
-void CDelaunay::Rellena(int a, int b) {
-    const int marca = --m_nMarca;
-    for (const int t : m_Cavidad)
-        m_Marcas[static_cast<std::size_t>(t)] = marca;
-    m_Enlaces.clear();
-    for (const int t : m_Cavidad)
+// In place: first the numbers that triangles will have go into their second words, then neighbours and marks are put
+// in terms of them, and what is infinite drops out.
+std::vector<CDelaunay::CFila> CDelaunay::Entrega(std::span<const int> numeros) {
+    std::uint32_t cuantos = 0;
+    for (CFila& t : m_Triangulos)
+        t.SetPalabra(1, Infinito(t) ? 0 : ++cuantos);
+    for (CFila& t : m_Triangulos) {
+        if (Infinito(t)) continue;
+        CFila nueva;
+        nueva.SetPalabra(1, t.GetPalabra(1));
+        nueva.SetBorrado((t.GetPalabra(0) & kBorrado) != 0);
         for (int k = 0; k < 3; ++k) {
-            const int vecino = T(t).n[k];
-            if (m_Marcas[static_cast<std::size_t>(vecino)] != marca)
-                m_Enlaces.push_back({Clave(T(t).v[kOtro[k]], T(t).v[kTercero[k]]), vecino, LadoHacia(vecino, t)});
+            nueva.m_nVertices[static_cast<unsigned>(k)] = static_cast<std::uint32_t>(
+                numeros[static_cast<std::size_t>(m_Puntos[static_cast<std::size_t>(V(t, k))])]);
+            // Side k of the result begins at vertex k: it lies opposite to the vertex before.
+            const int opuesto = kTercero[k];
+            PonVecino(nueva, k, static_cast<int>(T(Triangulo(N(t, opuesto))).GetPalabra(1)) - 1);
+            if ((Bits(t, opuesto) & LADO_FIJO) != 0) nueva.SetRuptura(k);
+            if ((Bits(t, opuesto) & LADO_LIMITE) != 0) nueva.SetLimite(k);
         }
-    m_nHechos = 0;
-    RellenaCadena(m_Izquierda);
-    std::ranges::reverse(m_Derecha);
-    RellenaCadena(m_Derecha);
-    // The two triangles at each side have entries of one key.
-    std::ranges::sort(m_Enlaces, {}, &CEnlace::clave);
-    for (std::size_t i = 0; i + 1 < m_Enlaces.size(); i += 2) {
-        const CEnlace &e = m_Enlaces[i], &f = m_Enlaces[i + 1];
-        T(e.t).n[e.lado] = f.t;
-        T(f.t).n[f.lado] = e.t;
+        t = nueva;
     }
-    Mejora(Clave(a, b));
-}
-
-// Triangulates the polygon between a chain and the way from its first vertex to its last, to the left of which it lies.
-// All of the chain is seen from that way, so that each corner that turns towards it can be cut off as it comes (G.
-// Toussaint, D. Avis: On a convex hull algorithm for polygons and its application to triangulation problems, 1982). A
-// vertex may come twice, where a side ends inside the polygon.
-void CDelaunay::RellenaCadena(const std::vector<int>& cadena) {
-    m_Pila.clear();
-    for (const int v : cadena) {
-        while (m_Pila.size() >= 2 && Giro(m_Pila[m_Pila.size() - 2], m_Pila.back(), v) < 0) {
-            const int t = m_Cavidad[m_nHechos++];
-            T(t).v = {m_Pila[m_Pila.size() - 2], v, m_Pila.back()};
-            for (int k = 0; k < 3; ++k) {
-                m_Enlaces.push_back({Clave(T(t).v[kOtro[k]], T(t).v[kTercero[k]]), t, k});
-                m_Desde[static_cast<std::size_t>(T(t).v[k])] = t;
-            }
-            m_Pila.pop_back();
-        }
-        m_Pila.push_back(v);
-    }
-}
-
-// Makes the triangles of the cavity Delaunay's by turning the sides between them, all but the new one (C. L. Lawson:
-// Software for C1 surface interpolation, 1977).
-void CDelaunay::Mejora(std::uint64_t ladoNuevo) {
-    m_Pila = m_Cavidad;
-    while (!m_Pila.empty()) {
-        const int t = m_Pila.back();
-        m_Pila.pop_back();
-        for (int k = 0; k < 3; ++k) {
-            const CTriangulo& triangulo = T(t);
-            const int vecino = triangulo.n[k], b = triangulo.v[kOtro[k]], c = triangulo.v[kTercero[k]];
-            const std::uint64_t clave = Clave(b, c);
-            if (m_Marcas[static_cast<std::size_t>(vecino)] != m_nMarca || clave == ladoNuevo) continue;
-            const int d = T(vecino).v[LadoHacia(vecino, t)];
-            if (predicados::EnCirculo(P(triangulo.v[k]), P(b), P(c), P(d)) <= 0 || m_Fijos.contains(clave)) continue;
-            Voltea(t, k);
-            m_Pila.push_back(t);
-            m_Pila.push_back(vecino);
-            break;
-        }
-    }
-}
-
-// Puts the other diagonal in place of side k of a triangle.
-void CDelaunay::Voltea(int t, int k) {
-    const int u = T(t).n[k], j = LadoHacia(u, t);
-    const CTriangulo viejo = T(t), otro = T(u);
-    const int a = viejo.v[k], b = viejo.v[kOtro[k]], c = viejo.v[kTercero[k]], d = otro.v[j];
-    const int ca = viejo.n[kOtro[k]], ab = viejo.n[kTercero[k]], bd = otro.n[kOtro[j]], dc = otro.n[kTercero[j]];
-    T(t) = {{a, b, d}, {bd, u, ab}};
-    T(u) = {{a, d, c}, {dc, ca, t}};
-    T(bd).n[LadoHacia(bd, u)] = t;
-    T(ca).n[LadoHacia(ca, t)] = u;
-    m_Desde[static_cast<std::size_t>(a)] = m_Desde[static_cast<std::size_t>(b)] = t;
-    m_Desde[static_cast<std::size_t>(c)] = m_Desde[static_cast<std::size_t>(d)] = u;
+    std::erase_if(m_Triangulos, [](const CFila& t) { return Infinito(t); });
+    for (CFila& t : m_Triangulos)
+        t.SetPalabra(1, 0);
+    return std::move(m_Triangulos);
 }
 
 }  // namespace Vertiz::geometria

@@ -1,97 +1,164 @@
 #pragma once
-// Internal. The triangulation by itself: points in plan and sides that it must have, by index.
+// Internal. The triangulation by itself: places in plan and sides that it must have, by index.
 
-#include "model/CCoor.h"
+#include "model/CTIN.h"
+#include "model/Predicados.h"
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <functional>
-#include <optional>
-#include <unordered_map>
+#include <span>
 #include <utility>
 #include <vector>
 
 namespace Vertiz::geometria {
 
-/// Constrained Delaunay triangulation of different points. Beyond each side of the convex hull lies a triangle whose
-/// third vertex is the infinite one: so every triangle has three neighbours, and no coordinate is beyond the integers.
+/// What a side of a triangle is, besides a side: bits.
+enum : std::uint32_t {
+    LADO_FIJO = 1,    ///< it was put in
+    LADO_LIMITE = 2,  ///< an odd number of limits runs along it
+    LADO_ISLA = 4     ///< and an odd number of islands
+};
+
+/// Constrained Delaunay triangulation. Beyond each side of the convex hull lies a triangle whose third vertex is the
+/// infinite one: so every triangle has three neighbours, and no coordinate is beyond the integers. It depends on the
+/// places and the sides put in alone, whatever their order: where several triangulations are Delaunay's, a rule takes
+/// one (predicados::EnCirculoUnico).
+///
+/// It works on the records that a terrain stores, and hands them over in the end: millions of triangles aren't held
+/// twice. While it works, the second word of a triangle's marks and its neighbours have other meanings.
 class CDelaunay {
   public:
-    /// Vertices, counterclockwise, and the triangle across the side that lies opposite to each.
-    struct CTriangulo {
-        std::array<int, 3> v;
-        std::array<int, 3> n;
-    };
+    using CLugar = predicados::CLugar;
+    /// Two vertices, by the indices of their points.
     using CLado = std::pair<int, int>;
+    using CFila = CTIN::CFila;
 
-    /// @param puntos  all different
-    explicit CDelaunay(std::vector<CCoor2D<int>> puntos);
+    /// @param puntos  fewer than 2^28, which may be equal; points of one place are one vertex, the first of them
+    explicit CDelaunay(std::span<const CLugar> puntos);
 
     /// Triangulates the points; once, before any side.
-    /// @param sigue  asked now and then with the points done so far; false ends the work
+    /// @param sigue  asked now and then with the vertices done so far; false ends the work
     /// @return false when ended so. Points in line, and fewer than three, give no triangles
     bool Triangula(const std::function<bool(int)>& sigue);
-    /// Puts a side in, in pieces where it passes through points. Not without triangles.
-    /// @param a,b      different points
-    /// @param bLimite  whether it bounds the surface, besides
-    /// @return the side put in before that this one crosses, and can't go on
-    std::optional<CLado> InsertaLado(int a, int b, bool bLimite);
 
-    const std::vector<CTriangulo>& Triangulos() const { return m_Triangulos; }
-    bool EsInfinito(const CTriangulo& t) const {
-        return t.v[0] == m_nInfinito || t.v[1] == m_nInfinito || t.v[2] == m_nInfinito;
-    }
-    /// The side was put in.
-    bool EsFijo(int a, int b) const { return m_Fijos.contains(Clave(a, b)); }
-    /// An odd number of those put in there bounds the surface.
-    bool EsLimite(int a, int b) const;
+    /// Puts a side in, in pieces where it passes through points. Not without triangles.
+    /// @param a,b     points; nothing happens when they are of one place
+    /// @param marcas  LADO_LIMITE and LADO_ISLA, which two of them on one side take away again
+    /// @return false when it crosses one that was put in before: it isn't put in then. The triangulation serves for
+    ///         more sides and questions still, but need not be Delaunay's where it would have passed
+    bool InsertaLado(int a, int b, std::uint32_t marcas);
+    /// The sides put in that the way from a to b crosses between their vertices, appended.
+    void Cruzados(int a, int b, std::vector<CLado>& lados);
+
+    /// How many different places there are.
+    [[nodiscard]] int CantidadVertices() const { return static_cast<int>(m_Lugares.size()) - 1; }
+    /// The first point of the place of a point.
+    [[nodiscard]] int Primero(int punto) const { return m_Puntos[static_cast<std::size_t>(Vertice(punto))]; }
+    /// Those with the infinite vertex included.
+    [[nodiscard]] int Cantidad() const { return static_cast<int>(m_Triangulos.size()); }
+    [[nodiscard]] bool EsInfinito(int t) const { return Infinito(T(t)); }
+    /// Where vertex k of a finite triangle is; they go round counterclockwise.
+    [[nodiscard]] const CLugar& Lugar(int t, int k) const { return P(V(T(t), k)); }
+    /// The triangle beyond side k, which lies opposite to vertex k.
+    [[nodiscard]] int Vecino(int t, int k) const { return Triangulo(N(T(t), k)); }
+    /// LADO_ bits of side k.
+    [[nodiscard]] std::uint32_t Marcas(int t, int k) const { return Bits(T(t), k); }
+    [[nodiscard]] bool EsBorrado(int t) const { return (T(t).GetPalabra(0) & kBorrado) != 0; }
+    void Borra(int t) { T(t).SetPalabra(0, T(t).GetPalabra(0) | kBorrado); }
+
+    /// Hands over the finite triangles and is without any afterwards.
+    /// @param numeros  of each point the number by which triangles name it
+    std::vector<CFila> Entrega(std::span<const int> numeros);
 
   private:
+    // A side of a triangle, in four times the triangle's index plus its place. A triangle names by it, as its
+    // neighbour, the other side of side k, which lies opposite to vertex k.
+    using CPuerta = std::int32_t;
+    static constexpr int kInfinito = 0;  // vertices are numbered from 1 as they go in: so those of a triangle lie close
+    static constexpr std::uint32_t kBorrado = 1U << 12;  // below it, four bits for each side
+
     struct CBorde {
-        int a, b;     // a side of a cavity, counterclockwise seen from inside
-        int t, lado;  // the triangle beyond, and which of its sides it is
+        int a;         // where a side of a cavity begins, counterclockwise seen from inside
+        CPuerta otra;  // and its other side
     };
     struct CEnlace {
         std::uint64_t clave;
-        int t, lado;
+        CPuerta puerta;
+        std::uint32_t marcas;
+    };
+    struct CPieza {
+        int a, b;
+        std::uint32_t antes;
     };
 
+    static CPuerta Puerta(int t, int k) { return t << 2 | k; }
+    static int Triangulo(CPuerta puerta) { return puerta >> 2; }
+    static int Lado(CPuerta puerta) { return puerta & 3; }
+    static int V(const CFila& t, int k) { return static_cast<int>(t.m_nVertices[static_cast<unsigned>(k)]); }
+    static CPuerta N(const CFila& t, int k) { return t.m_nVecinos[static_cast<unsigned>(k)]; }
+    static void PonVecino(CFila& t, int k, CPuerta puerta) { t.m_nVecinos[static_cast<unsigned>(k)] = puerta; }
+    static bool Infinito(const CFila& t) { return V(t, 0) == 0 || V(t, 1) == 0 || V(t, 2) == 0; }
+    static int Sitio(const CFila& t, int v) { return V(t, 0) == v ? 0 : V(t, 1) == v ? 1 : 2; }
+    static std::uint32_t Bits(const CFila& t, int k) { return t.GetPalabra(0) >> 4 * k & 15U; }
+    static void PonBits(CFila& t, int k, std::uint32_t bits) {
+        t.SetPalabra(0, (t.GetPalabra(0) & ~(15U << 4 * k)) | bits << 4 * k);
+    }
+    static CFila Fila(int a, int b, int c, CPuerta na = 0, CPuerta nb = 0, CPuerta nc = 0, std::uint32_t nota = 0) {
+        CFila fila;
+        fila.m_nVertices = {static_cast<std::uint32_t>(a), static_cast<std::uint32_t>(b),
+                            static_cast<std::uint32_t>(c)};
+        fila.m_nVecinos = {na, nb, nc};
+        fila.SetPalabra(1, nota);
+        return fila;
+    }
     static std::uint64_t Clave(int a, int b) {
         return std::uint64_t(std::uint32_t(a < b ? a : b)) << 32 | std::uint32_t(a < b ? b : a);
     }
-    const CCoor2D<int>& P(int v) const { return m_Puntos[std::size_t(v)]; }
-    CTriangulo& T(int t) { return m_Triangulos[std::size_t(t)]; }
-    const CTriangulo& T(int t) const { return m_Triangulos[std::size_t(t)]; }
-    int Giro(int a, int b, int c) const;
-    int LadoHacia(int t, int vecino) const;
-    std::vector<int> Orden() const;
-    bool Empieza(std::vector<int>& orden);
-    int Localiza(int p) const;
-    bool EnConflicto(int t, int p) const;
+
+    int Vertice(int punto) const { return m_Vertices[static_cast<std::size_t>(punto)]; }
+    const CLugar& P(int v) const { return m_Lugares[static_cast<std::size_t>(v)]; }
+    CFila& T(int t) { return m_Triangulos[static_cast<std::size_t>(t)]; }
+    const CFila& T(int t) const { return m_Triangulos[static_cast<std::size_t>(t)]; }
+    int& Desde(int v) { return m_Desde[static_cast<std::size_t>(v)]; }
+    bool EnCavidad(int t) const { return T(t).GetPalabra(1) == m_nNota; }
+    int Giro(int a, int b, int c) const { return predicados::Giro(P(a), P(b), P(c)); }
+
+    // Points
+    int Empieza();
+    int Localiza(const CLugar& p);
+    bool EnConflicto(const CFila& t, const CLugar& p) const;
     void Inserta(int p);
+
+    // Sides
     void AnotaTriangulos();
-    void Fija(int a, int b, bool bLimite);
-    int Avanza(int desde, int hasta, std::optional<CLado>& cruce);
-    void Rellena(int a, int b);
+    CPuerta Camina(int desde, int hasta);
+    CPuerta Sale(int desde, int hasta);
+    CPuerta BuscaLado(int a, int b);
+    void Marca(CPuerta puerta, std::uint32_t marcas);
+    CPuerta Rellena(int a, int b);
     void RellenaCadena(const std::vector<int>& cadena);
-    void Mejora(std::uint64_t ladoNuevo);
+    CPuerta Enlaza(std::uint64_t ladoNuevo);
+    void Mejora();
     void Voltea(int t, int k);
 
-    std::vector<CCoor2D<int>> m_Puntos;
-    int m_nInfinito;
-    std::vector<CTriangulo> m_Triangulos;
-    std::vector<int> m_Marcas;                        // of each triangle: the last point or cavity that took it
-    std::vector<int> m_Desde;                         // of each vertex: a triangle that has it
-    std::vector<int> m_Grados;                        // of each vertex: how many triangles had it before the first side
-    int m_nMarca = -1;                                // of the last cavity of a side; those of points are not negative
-    int m_nUltimo = 0;                                // where the next search begins
-    std::unordered_map<std::uint64_t, bool> m_Fijos;  // sides put in; true: bounds the surface
+    // The infinite vertex has a place of its own in these, the first.
+    std::vector<CLugar> m_Lugares;  // of the vertices
+    std::vector<int> m_Puntos;      // of each vertex: its point
+    std::vector<int> m_Desde;       // of each vertex: a triangle that has it
+    std::vector<int> m_Grados;      // of each vertex: how many triangles had it before the first side
+    std::vector<int> m_Vertices;    // of each point: its vertex
+    std::vector<CFila> m_Triangulos;
+    std::uint32_t m_nNota = 0;  // of the last cavity of a side; its triangles have it in their second word
+    int m_nUltimo = 0;          // where the next search begins
 
     // What one insertion works with, kept to spare allocations.
-    std::vector<int> m_Cavidad, m_Izquierda, m_Derecha, m_Nuevos, m_Pila;
+    std::vector<int> m_Cavidad, m_Izquierda, m_Derecha, m_Pila;
+    std::vector<CPuerta> m_Puertas;
     std::vector<CBorde> m_Bordes;
     std::vector<CEnlace> m_Enlaces;
+    std::vector<CLado> m_Cruzados;
+    std::vector<CPieza> m_Piezas;
     std::size_t m_nHechos = 0;
 };
 

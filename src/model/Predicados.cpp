@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdint>
 
 namespace Vertiz::predicados {
 namespace {
@@ -70,33 +69,6 @@ int Orientacion(const CPlano& a, const CPlano& b, const CPlano& c) {
     if (std::isfinite(izquierda) && std::isfinite(derecha)) return OrientacionExacta(a, b, c);
     constexpr double chico = 0x1p-520;  // a power of two: scales without rounding
     return OrientacionExacta(a * chico, b * chico, c * chico);
-}
-
-// The determinant of a - d, b - d, c - d and their squared lengths. Differences of coordinates take 33 bits, so that
-// squares and cross products fit in 67; their products would need 134. The squares are cut in two, 32 bits below, and
-// what is multiplied by either half is summed on its own.
-int EnCirculo(const CCoor2D<int>& a, const CCoor2D<int>& b, const CCoor2D<int>& c, const CCoor2D<int>& d) {
-    __extension__ using Entero = __int128;
-    struct CVector {
-        std::int64_t x, y;
-    };
-    const auto desde = [&d](const CCoor2D<int>& p) {
-        return CVector{std::int64_t{p.x} - d.x, std::int64_t{p.y} - d.y};
-    };
-    const CVector u = desde(a), v = desde(b), w = desde(c);
-    const auto cruz = [](const CVector& p, const CVector& q) { return Entero{p.x} * q.y - Entero{p.y} * q.x; };
-    Entero alta = 0, baja = 0;
-    const auto suma = [&](const CVector& p, Entero factor) {
-        const Entero cuadrado = Entero{p.x} * p.x + Entero{p.y} * p.y;
-        alta += (cuadrado >> 32) * factor;
-        baja += (cuadrado & 0xFFFFFFFF) * factor;
-    };
-    suma(u, cruz(v, w));
-    suma(v, cruz(w, u));
-    suma(w, cruz(u, v));
-    alta += baja >> 32;  // rounds down, so that what is left of the lower sum is not negative
-    if (alta != 0) return alta > 0 ? 1 : -1;
-    return (baja & 0xFFFFFFFF) != 0 ? 1 : 0;
 }
 
 bool EnSegmento(const CPlano& p, const CPlano& a, const CPlano& b) {

@@ -15,7 +15,9 @@ void CEdificios::AgregaEdificio(CDataEdificio& edificio) {
     }
     edificio.m_Tejado = Vertiz::CDibujo<int>(semilla);
     Vertiz::CTIN tin(semilla);
-    if (Vertiz::CTriangulacion().Run(contorno, tin, 0, nullptr, 0.1, nullptr) == 1) {
+    Vertiz::CDataTriangulacion data;
+    data.m_bResuelveCruces = false;  // outlines that cross bound nothing that could be told for sure
+    if (Vertiz::CTriangulacion(data).Run(contorno, tin, 0, nullptr, 0.1, nullptr) == 1) {
         tin.BorraTriangulosSegunLimite();
         tin.DameTriangulos(edificio.m_Tejado);
     }

@@ -184,11 +184,11 @@ TEST(CTriangulacion, LinesThatCrossAreRefusedAndTold) {
     CDibujo<int> dibujo = Dibujo({{{0, 0}, {10, 10}, {10, 0}, {0, 10}}}), cruces;
     CTIN tin;
     ASSERT_EQ(Triangula(Dibujo({{{0, 0}, {1, 0}, {0, 1}}}), tin), 1);
-    EXPECT_EQ(Vertiz::CTriangulacion().Run(dibujo, tin, 0, nullptr, 0.1, &cruces), 0);
+    EXPECT_EQ(TriangulaSinCruces(dibujo, tin, &cruces), 0);
     EXPECT_EQ(tin.CantidadTriangulos(), 0u);
     EXPECT_EQ(tin.CantidadPuntos(), 0u);
     ASSERT_EQ(cruces.Cantidad(), 1u);
-    EXPECT_EQ(cruces[0]->Punto(0), CCoor3D<int>(5, 5, 0));
+    EXPECT_EQ(cruces[0]->Punto(0), CCoor3D<int>(5, 5, 7));
     EXPECT_EQ(cruces[0]->GetCodigo(), CString(L"CRUCE"));
     EXPECT_EQ(Triangula(dibujo, tin, 1), 1) << "points alone don't cross";
     EXPECT_EQ(tin.CantidadTriangulos(), 2u);
@@ -203,10 +203,10 @@ TEST(CTriangulacion, EveryCrossingIsTold) {
     dibujo.Inserta(Linea({{12, 51}, {18, 51}}, false));
     dibujo.Inserta(Linea({{22, 51}, {28, 51}}, false));
     CTIN tin;
-    EXPECT_EQ(Vertiz::CTriangulacion().Run(dibujo, tin, 0, nullptr, 0.1, &cruces), 0);
+    EXPECT_EQ(TriangulaSinCruces(dibujo, tin, &cruces), 0);
     ASSERT_EQ(cruces.Cantidad(), 3u);
     for (int i = 0; i < 3; ++i)
-        EXPECT_EQ(cruces[unsigned(i)]->Punto(0), CCoor3D<int>(10 * i + 5, 51, 0));
+        EXPECT_EQ(cruces[unsigned(i)]->Punto(0), CCoor3D<int>(10 * i + 5, 51, 7));
 }
 
 TEST(CTriangulacion, CrossingsAreFoundHoweverNarrow) {
@@ -215,7 +215,7 @@ TEST(CTriangulacion, CrossingsAreFoundHoweverNarrow) {
     dibujo.Inserta(Linea({{INT_MIN, 0}, {INT_MAX, 1}}, false));
     dibujo.Inserta(Linea({{INT_MIN, 1}, {INT_MAX, 0}}, false));
     CTIN tin;
-    EXPECT_EQ(Vertiz::CTriangulacion().Run(dibujo, tin, 0, nullptr, 0.1, &cruces), 0);
+    EXPECT_EQ(TriangulaSinCruces(dibujo, tin, &cruces), 0);
     EXPECT_EQ(cruces.Cantidad(), 1u);
     dibujo.Clear();
     dibujo.Inserta(Linea({{INT_MIN, 0}, {INT_MAX - 1, 1}}, false));
@@ -264,7 +264,7 @@ TEST(CTriangulacion, RandomSegmentsAreFollowedExactlyWhenNoneCross) {
             if (vez % 4 == 0 && HayCruce(dibujo)) break;
         }
         CTIN tin;
-        const int resultado = Triangula(dibujo, tin);
+        const int resultado = TriangulaSinCruces(dibujo, tin);
         ASSERT_EQ(resultado, HayCruce(dibujo) ? 0 : 1) << vez;
         ++veces[std::size_t(resultado)];
         ASSERT_NO_FATAL_FAILURE(EsperaValida(tin)) << vez;

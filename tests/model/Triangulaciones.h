@@ -44,6 +44,13 @@ inline int Triangula(const CDibujo<int>& dibujo, CTIN& tin, int modo = 0) {
     return Vertiz::CTriangulacion().Run(dibujo, tin, modo, nullptr, 0.1, nullptr);
 }
 
+/// Refuses lines that cross.
+inline int TriangulaSinCruces(const CDibujo<int>& dibujo, CTIN& tin, CDibujo<int>* cruces = nullptr) {
+    Vertiz::CDataTriangulacion data;
+    data.m_bResuelveCruces = false;
+    return Vertiz::CTriangulacion(data).Run(dibujo, tin, 0, nullptr, 0.1, cruces);
+}
+
 /// Twice the area of the triangles that are not deleted.
 inline Entero DobleArea(const CTIN& tin) {
     Entero area = 0;
