@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <numbers>
 #include <vector>
@@ -132,6 +133,14 @@ Punto Direccion(double azimut, double elevacion) {
 Punto Arriba(double azimut, double elevacion) {
     const double a = ARadianes(azimut), e = ARadianes(elevacion);
     return {-std::sin(a) * std::sin(e), std::cos(e), std::cos(a) * std::sin(e), 0};
+}
+
+bool HallaBajo(CGL& escena, const CPoint& pt, Punto& gl, double* profundidad) {
+    constexpr int kCerca = 3;  // pixels
+    CPoint pixel;
+    return escena.PantallaATerreno(pt, gl, true, true, false) != 0 &&
+           escena.TerrenoAPantalla(pixel, gl, profundidad, true) != 0 &&
+           std::max(std::abs(pixel.x - pt.x), std::abs(pixel.y - pt.y)) <= kCerca;
 }
 
 void PonCamara(CGL& escena, double azimut, double elevacion) {

@@ -99,7 +99,7 @@ std::string NombreLibre(const std::string& entrada, const std::string& extension
     const std::string base = std::filesystem::path(entrada).stem().string();
     std::string nombre = base + extension;
     for (int n = 1; hay(nombre); ++n)
-        nombre = base + "-" + std::to_string(n) + extension;
+        nombre.assign(base).append("-").append(std::to_string(n)).append(extension);
     return nombre;
 }
 

@@ -62,14 +62,11 @@ void Visor::Agarra(Arrastre que, CPoint pt) {
 // Finds what is under a pixel, for a gesture to hold. Where nothing is, the middle of the view gives the depth.
 // @return false with the middle, or when there is no depth at all
 bool Visor::Situa(CPoint pt, Agarre& agarre) {
-    constexpr int kCerca = 3;  // pixels
     AlDia();
-    CPoint pixel;
     Punto hallado;
-    const bool bHay = m_pGL->PantallaATerreno(pt, hallado, true, true, false) != 0 &&
-                      m_pGL->TerrenoAPantalla(pixel, hallado, &agarre.profundidad, true) != 0 &&
-                      std::max(std::abs(pixel.x - pt.x), std::abs(pixel.y - pt.y)) <= kCerca;
+    const bool bHay = HallaBajo(*m_pGL, pt, hallado, &agarre.profundidad);
     if (!bHay) {
+        CPoint pixel;
         const Mirada m = DameMirada();
         agarre.punto = Punto(0, 0, 0, 0);
         if (m_pGL->TerrenoAPantalla(pixel, m.vista, &agarre.profundidad, true) == 0) return false;
