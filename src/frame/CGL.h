@@ -229,8 +229,8 @@ class LUMBRA_API CGL : public CGLPropio {
     /// Draws a frame into a bitmap of the page's, in a context of its own. On failure nothing of it is left. No context
     /// is current afterwards, so that an OnRender that follows draws nothing.
     virtual void OnPrint1(CDC* pDC, CPrintInfo* pInfo, CView* pView);
-    /// Lays that bitmap on the middle of the page, frees it, and takes again the context that was current before
-    /// OnPrint1. A page that is longer for its width than the window cuts it.
+    /// Lays that bitmap on the page, in the middle (a page narrower still than the bitmap cuts it), frees it, and takes
+    /// again the context that was current before OnPrint1.
     virtual void OnPrint2(CDC* pDC);
     /// Sets the pixel format of the page's device context. @param flags PFD_... flags
     virtual bool SetDCPixelFormat(HDC hdc, DWORD flags);
@@ -455,6 +455,9 @@ class LUMBRA_API CGL : public CGLPropio {
   protected:
     static constexpr unsigned kGlifos = 1024;  ///< glyph lists of a font block, for UTF-16 codes from 0
 
+    /// CreatePalette for a device context of that format. No display that is served here has one that needs a palette.
+    int CreaPaleta(const PIXELFORMATDESCRIPTOR& descriptor);
+
     /// A scene is this one, or stands below it.
     bool Contiene(const CGL& escena) const;
     /// What assignment leaves alone: itself, and a scene above or below.
@@ -537,7 +540,7 @@ class LUMBRA_API CGL : public CGLPropio {
     template <class Cambio>
     void CambiaMarcas(Cambio cambio);
 
-    // CGLComposicion.cpp
+    // CGLSeleccion.cpp
     void TomaHijo(CGL& r);
     void HeredaImagen(CGL& r, int fondo) const;
     void AjustaProyeccion(const CGL& r);
@@ -545,8 +548,6 @@ class LUMBRA_API CGL : public CGLPropio {
     void AjustaFondoSin(const CGL& r);
     static CGL* SueltaHijo(std::vector<CGL*>& lista, std::size_t i);
     static void DestruirHijos(std::vector<CGL*>& lista);
-
-    // CGLSeleccion.cpp
     unsigned SeleccionaEnHijos(const Pulsacion& s, bool bReferencias, bool bVinculos);
     static bool PreguntaHijos(const std::vector<CGL*>& hijos, int primero, const Pulsacion& s, unsigned& r,
                               Vertiz::CCoor3D<double>& p);
