@@ -79,7 +79,10 @@ std::optional<Vertiz::CDEM::CPosicion> ContenidoTerreno::Celda(CEscenaDEM& escen
         if (celdas.empty()) break;
         constexpr double kHolgura = 0.05;  // of a cell: both are found by pixels
         const double df = fila - celdas.front().m_nFila, dc = columna - celdas.front().m_nColumna;
-        if (df > -kHolgura && df < 1.0 + kHolgura && dc > -kHolgura && dc < 1.0 + kHolgura) return celdas.front();
+        if (df <= -kHolgura || df >= 1.0 + kHolgura || dc <= -kHolgura || dc >= 1.0 + kHolgura) continue;
+        // A cell with a void corner is a hole: what is seen there are the walls or the floor.
+        const auto [r, c] = celdas.front();
+        if (dem.EsCeldaValida(dem.GetFilas() - 2 - r, c, 1)) return celdas.front();
     }
     escena.Deselecciona(0, 0, 0);
     return {};

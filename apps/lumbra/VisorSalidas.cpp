@@ -5,6 +5,7 @@
 #include "platform/Conversiones.h"
 #include "platform/DiagnosticoGL.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <stdexcept>
 #include <vector>
@@ -16,12 +17,16 @@ std::string Visor::Libre(const char* extension) const {
     });
 }
 
-// A page that lies or stands as the window does.
+// Paper of the window's proportions, as long as A4: the picture fills it, and nothing is cut.
 void Visor::Imprime() {
     AlDia();
     const std::string nombre = Libre(".pdf");
     m_Impresion.m_sFichero = CString(DeUtf8(nombre));
     m_Impresion.m_sTitulo = CString(DeUtf8(m_Titulo));
+    constexpr double kLargo = 297.0, kMinimo = 1.0;  // millimetres
+    const auto [corto, largo] = std::minmax(m_nAncho, m_nAlto);
+    m_Impresion.m_dAltoPapel = kLargo;
+    m_Impresion.m_dAnchoPapel = std::max(kMinimo, kLargo * corto / largo);
     m_Impresion.m_bApaisada = m_nAncho > m_nAlto;
     if (OnFilePrintDirect())
         Di("printed to " + nombre);

@@ -53,7 +53,11 @@ class CArbol {
             return Coordenada(p.lugar, eje) < Coordenada(q.lugar, eje);
         });
         Ordena(desde, medio, 1 - eje);
-        Ordena(medio, hasta, 1 - eje);
+        Ordena(medio + 1, hasta, 1 - eje);
+    }
+
+    static void Prueba(const CPregunta& pregunta, const CNodo& nodo) {
+        if (predicados::PasaPor(pregunta.a, pregunta.b, nodo.lugar)) pregunta.encontrados.push_back(nodo);
     }
 
     // t0 to t1 is the part of the segment that may come near the places of this branch. Each branch takes a unit more
@@ -62,25 +66,25 @@ class CArbol {
         if (t0 > t1) return;
         if (hasta - desde <= kHoja) {
             for (std::size_t i = desde; i < hasta; ++i)
-                if (predicados::PasaPor(pregunta.a, pregunta.b, m_Nodos[i].lugar))
-                    pregunta.encontrados.push_back(m_Nodos[i]);
+                Prueba(pregunta, m_Nodos[i]);
             return;
         }
         const std::size_t medio = desde + (hasta - desde) / 2;
+        Prueba(pregunta, m_Nodos[medio]);
         const double corte = Coordenada(m_Nodos[medio].lugar, eje), a = Coordenada(pregunta.a, eje);
         const double avance = Coordenada(pregunta.b, eje) - a;
         if (avance == 0.0) {
             if (a <= corte + 1.0) Busca(pregunta, desde, medio, 1 - eje, t0, t1);
-            if (a >= corte - 1.0) Busca(pregunta, medio, hasta, 1 - eje, t0, t1);
+            if (a >= corte - 1.0) Busca(pregunta, medio + 1, hasta, 1 - eje, t0, t1);
             return;
         }
         const double bajo = (corte + 1.0 - a) / avance, alto = (corte - 1.0 - a) / avance;
         if (avance > 0.0) {
             Busca(pregunta, desde, medio, 1 - eje, t0, std::min(t1, bajo));
-            Busca(pregunta, medio, hasta, 1 - eje, std::max(t0, alto), t1);
+            Busca(pregunta, medio + 1, hasta, 1 - eje, std::max(t0, alto), t1);
         } else {
             Busca(pregunta, desde, medio, 1 - eje, std::max(t0, bajo), t1);
-            Busca(pregunta, medio, hasta, 1 - eje, t0, std::min(t1, alto));
+            Busca(pregunta, medio + 1, hasta, 1 - eje, t0, std::min(t1, alto));
         }
     }
 
