@@ -1,6 +1,7 @@
 #pragma once
 // An X server of a test's own, with nobody at it.
 
+#include <gtest/gtest.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -46,3 +47,12 @@ class Servidor {
     pid_t m_Proceso = 0;
     std::string m_Nombre;  ///< empty when it didn't start
 };
+
+/// Ends the process of a death test: with 0 when all went well; what went wrong is on the error stream.
+[[noreturn]] inline void AcabaProceso() {
+    const auto& resultado = *testing::UnitTest::GetInstance()->current_test_info()->result();
+    for (int i = 0; i < resultado.total_part_count(); ++i)
+        std::fprintf(stderr, "line %d: %s\n", resultado.GetTestPartResult(i).line_number(),
+                     resultado.GetTestPartResult(i).message());
+    _exit(testing::Test::HasFailure() ? 1 : 0);
+}
