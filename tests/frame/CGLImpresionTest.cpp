@@ -103,6 +103,9 @@ class EscenaImpresa : public EscenaPrueba {
     bool m_bPideContexto = false;
 
     using CGL::m_CabeceraImpresion;
+    using CGL::m_hBitmapImpresion;
+    using CGL::m_hDCMemoria;
+    using CGL::m_hRCImpresion;
     using CGL::m_nAltoImpresora;
     using CGL::m_nAnchoImpresora;
 };
@@ -316,6 +319,25 @@ TEST_F(Impresion, APageThatIsNeverLaidIsFreedWithTheNextOneOrTheScene) {
     EXPECT_FALSE(wglDeleteContext(hRC) || ::DeleteDC(hDC) || ::DeleteObject(hBitmap));
     m_pVista.reset();
     EXPECT_FALSE(wglDeleteContext(otroRC) || ::DeleteDC(otroDC) || ::DeleteObject(otroBitmap));
+}
+
+TEST_F(Impresion, AnularForgetsAPageWithoutFreeingIt) {
+    Tela tela;
+    EscenaImpresa escena;
+    ASSERT_TRUE(escena.Monta(tela));
+    Hoja hoja(80, 60);
+    CPrintInfo info;
+    escena.OnPrint1(hoja.DC(), &info, m_pVista.get());
+    ASSERT_NE(escena.m_hRCUsado, nullptr);
+    const HGLRC principal = escena.m_hRC;
+    escena.Anular();
+    EXPECT_EQ(escena.m_hRCImpresion, nullptr);
+    EXPECT_EQ(escena.m_hDCMemoria, nullptr);
+    EXPECT_EQ(escena.m_hBitmapImpresion, nullptr);
+    EXPECT_TRUE(wglDeleteContext(escena.m_hRCUsado));
+    EXPECT_TRUE(::DeleteDC(escena.m_hDCUsado));
+    EXPECT_TRUE(::DeleteObject(escena.m_hBitmapUsado));
+    EXPECT_TRUE(wglDeleteContext(principal));
 }
 
 TEST_F(Impresion, PagesCanFollowEachOther) {
