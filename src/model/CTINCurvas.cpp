@@ -30,9 +30,7 @@ class CNiveles {
     // The first number whose height is above z.
     [[nodiscard]] std::int64_t Sobre(int z) const {
         auto n = std::int64_t(std::floor((double(z) - m_dBase) / m_dPaso));
-        while (Cota(n) > z)
-            --n;
-        while (Cota(n) <= z)
+        while (Cota(n) <= z)  // more than once where rounding brings the next one down to z
             ++n;
         return n;
     }

@@ -110,6 +110,10 @@ TEST(CTINCurvas, IntervalsThatCannotBeAreRefused) {
     EXPECT_EQ(tin.GeneraCurvas(Cada(1, 1e300)), 0);
     EXPECT_EQ(tin.GeneraCurvas(Cada(0.1)), 0) << "far too many pieces";
     EXPECT_EQ(tin.GetDataCurvas()->m_dEquidistancia, 1e6) << "those before stay";
+    CTIN bajo = Cuadricula(
+        2, 2, 10, [](int x, int) { return x; }, CDataSemilla(1));
+    EXPECT_EQ(bajo.GeneraCurvas(Cada(0.09)), 0) << "less than a stored unit";
+    EXPECT_EQ(bajo.GeneraCurvas(Cada(0.1)), 1);
 }
 
 TEST(CTINCurvas, MajorOnesHaveTheirCode) {
@@ -152,6 +156,17 @@ TEST(CTINCurvas, HeightsAreRoundedOneByOne) {
     int n = 1;
     for (const int cota : cotas)
         EXPECT_EQ(cota, int(std::round(n++ * 100.0 / 3.0)));
+}
+
+TEST(CTINCurvas, ALowestVertexAtARoundedHeightIsNotBelowIt) {
+    // 33.3 is rounded down to the height of the lowest vertex.
+    CTIN tin = Malla({{0, 0, 33}, {1000, 0, 50}, {0, 1000, 50}}, {{1, 2, 3}}, CDataSemilla(2));
+    ASSERT_EQ(tin.GeneraCurvas(Cada(1.0 / 3.0)), 1);
+    CDibujo<int> dibujo;
+    tin.DameCurvasTriangulo(0, dibujo, L"X");
+    EXPECT_EQ(dibujo.Cantidad(), 0u);
+    ASSERT_EQ(tin.DameCurvas(dibujo, nullptr), 1);
+    EXPECT_EQ(dibujo.Cantidad(), 0u);
 }
 
 TEST(CTINCurvas, AConesContoursAreClosedAndTurnRoundTheTop) {
