@@ -1,6 +1,7 @@
 // Lines that cross: what takes their place stays close to them, misses nothing and doesn't depend on their order.
 
 #include "Triangulaciones.h"
+#include "support/Progreso.h"
 
 #include <algorithm>
 #include <climits>
@@ -273,6 +274,25 @@ TEST(CTriangulacion, AGridOfLinesCrossesEverywhere) {
     ASSERT_NO_FATAL_FAILURE(EsperaValida(tin));
     ASSERT_NO_FATAL_FAILURE(EsperaSeguida(tin, dibujo));
     ASSERT_EQ(TriangulaSinCruces(dibujo, tin), 0);
+}
+
+TEST(CTriangulacion, ItCanBeCancelledAtAnyStepAmongCrossings) {
+    std::mt19937 azar(5);
+    std::uniform_int_distribution<int> dado(-1000, 1000);
+    const CDibujo<int> dibujo = Sopa(azar, 300, [&] { return dado(azar); });
+    CTIN tin;
+    Progreso entero;
+    ASSERT_EQ(CTriangulacion().Run(dibujo, tin, 0, &entero, 0.1, nullptr), 1);
+    const int pasos = int(entero.m_Pasos.size());
+    ASSERT_GT(pasos, 5);
+    for (int i = 1; i <= pasos; ++i) {
+        Progreso cancela(i);
+        CTriangulacion triangulacion;
+        ASSERT_EQ(triangulacion.Run(dibujo, tin, 0, &cancela, 0.1, nullptr), 2) << i;
+        EXPECT_EQ(int(cancela.m_Pasos.size()), i);
+        EXPECT_EQ(tin.CantidadPuntos(), 0u);
+        EXPECT_FALSE(triangulacion.GetInforme().m_bDemasiadosCruces);
+    }
 }
 
 }  // namespace
