@@ -229,8 +229,8 @@ class LUMBRA_API CGL : public CGLPropio {
     /// Draws a frame into a bitmap of the page's, in a context of its own. On failure nothing of it is left. No context
     /// is current afterwards, so that an OnRender that follows draws nothing.
     virtual void OnPrint1(CDC* pDC, CPrintInfo* pInfo, CView* pView);
-    /// Lays that bitmap on the page, in the middle and whole, frees it, and takes again the context that was current
-    /// before OnPrint1.
+    /// Lays that bitmap on the page, in the middle (a page narrower still than the bitmap cuts it), frees it, and takes
+    /// again the context that was current before OnPrint1.
     virtual void OnPrint2(CDC* pDC);
     /// Sets the pixel format of the page's device context. @param flags PFD_... flags
     virtual bool SetDCPixelFormat(HDC hdc, DWORD flags);
@@ -454,6 +454,9 @@ class LUMBRA_API CGL : public CGLPropio {
 
   protected:
     static constexpr unsigned kGlifos = 1024;  ///< glyph lists of a font block, for UTF-16 codes from 0
+
+    /// CreatePalette for a device context of that format. No display that is served here has one that needs a palette.
+    int CreaPaleta(const PIXELFORMATDESCRIPTOR& descriptor);
 
     /// A scene is this one, or stands below it.
     bool Contiene(const CGL& escena) const;

@@ -12,9 +12,11 @@
 int CGL::CreatePalette() {
     const HDC hdc = m_pDC ? m_pDC->GetSafeHdc() : nullptr;
     PIXELFORMATDESCRIPTOR d{};
-    if (!DescribePixelFormat(hdc, GetPixelFormat(hdc), sizeof(d), &d)) return 0;
-    if (!NecesitaPaleta(d, m_bDCExterno != 0)) return 0;
+    return DescribePixelFormat(hdc, GetPixelFormat(hdc), sizeof(d), &d) ? CreaPaleta(d) : 0;
+}
 
+int CGL::CreaPaleta(const PIXELFORMATDESCRIPTOR& d) {
+    if (!NecesitaPaleta(d, m_bDCExterno != 0)) return 0;
     // A record with room for its entries behind the one that it declares.
     std::vector<std::byte> memoria(sizeof(LOGPALETTE) + (kEntradasPaleta - 1) * sizeof(PALETTEENTRY));
     LOGPALETTE* registro = new (memoria.data()) LOGPALETTE{};

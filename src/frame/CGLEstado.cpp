@@ -35,7 +35,7 @@ constexpr PALETTEENTRY CGLEstado::m_defaultPalEntry[20] = {
 };
 
 unsigned char CGLEstado::ComponentFromIndex(int i, unsigned nbits, unsigned shift) {
-    const unsigned v = shift < 32 ? static_cast<unsigned>(i) >> shift : 0;
+    const int v = shift < 32 ? i >> shift : 0;
     switch (nbits) {
         case 1:
             return m_oneto8[v & 1];

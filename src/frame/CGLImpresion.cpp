@@ -99,19 +99,7 @@ bool CGL::PreparaPagina(const CSize& imagen, CView* pView) {
 }
 
 bool CGL::SetDCPixelFormat(HDC hdc, DWORD flags) {
-    PIXELFORMATDESCRIPTOR d{};
-    d.nSize = sizeof(d);
-    d.nVersion = 1;
-    d.dwFlags = flags;
-    d.iPixelType = PFD_TYPE_RGBA;
-    d.cColorBits = 24;
-    d.cRedBits = d.cGreenBits = d.cBlueBits = 8;
-    d.cRedShift = 16;
-    d.cGreenShift = 8;
-    d.cAccumBits = 64;
-    d.cAccumRedBits = d.cAccumGreenBits = d.cAccumBlueBits = 16;
-    d.cDepthBits = 32;
-    d.cStencilBits = 8;
+    PIXELFORMATDESCRIPTOR d = DescriptorPagina(flags);
     int formato = ChoosePixelFormat(hdc, &d);
     if (formato == 0) {
         formato = 1;

@@ -44,7 +44,7 @@ bool Escala(const CDEM& dem, CEscala& escala) {
             --decimales;
         escala = {CDataSemilla(decimales, x, y, z), std::pow(10.0, decimales)};
         // Neighbouring samples have to stay apart.
-        return celda * escala.precision >= 2.0;
+        return celda * escala.precision >= 2.0 && alcance * escala.precision < extremo;
     };
     const CDataSemilla& propia = dem.GetSemilla();
     if (intenta(propia.GetX(), propia.GetY(), propia.GetZ()) && escala.semilla.GetDecimales() >= habituales)
@@ -62,10 +62,6 @@ CDEM Reticula(const CDEM& dem) {
     return reticula;
 }
 
-CElementoDigiTab Fila(const wchar_t* codigo) {
-    return CElementoDigiTab(CTipoEntidad::Linea, codigo, 70, 70, 70, 0.0F, 0, CString(), 1);
-}
-
 // A grid being thinned.
 class CMallaCreciente {
   public:
@@ -77,9 +73,6 @@ class CMallaCreciente {
         const double x = std::round(dem.GetCeldaX() / menor * pasos), y = std::round(dem.GetCeldaY() / menor * pasos);
         if (dem.GetCeldaX() != dem.GetCeldaY() && x * dem.GetColumnas() < extremo && y * dem.GetFilas() < extremo)
             m_nPasoX = int(x), m_nPasoY = int(y);
-        CDigiTab limites;
-        limites.Inserta(Fila(L"LIMITE"), true);
-        m_Data.m_Rupturas = m_Data.m_Limites = limites;
     }
 
     // Begins with the outlines, their corners only. @return false without any
@@ -87,20 +80,18 @@ class CMallaCreciente {
         CDibujo<int> base;
         Reticula(m_Dem).DameBase(base);
         for (unsigned i = 0; i < base.Cantidad(); ++i)
-            m_Dibujo.Inserta(Esquinas(*base[i]));
-        return m_Dibujo.Cantidad() > 0;
+            m_Contornos.Inserta(Esquinas(*base[i]));
+        return m_Contornos.Cantidad() > 0;
     }
 
     // Triangulates, and looks for samples to add. @return 1 none is left, 2 some were added, 0 it can't be done
     int Ronda() {
-        CDibujo<int> dibujo(m_Dibujo);
-        dibujo.Inserta(m_Puntos);
-        if (CTriangulacion(m_Data).Run(dibujo, m_Tin, 0, nullptr, 0.1, nullptr) != 1) return 0;
+        if (CTriangulacion().Run(m_Puntos, m_Contornos, m_Tin, nullptr, nullptr) != 1) return 0;
         if (m_Tin.BorraTriangulosSegunLimite() == 0) return 0;
-        const unsigned antes = m_Puntos.NPuntos();
+        const std::size_t antes = m_Puntos.size();
         for (unsigned i = 0; i < m_Tin.CantidadTriangulos(); ++i)
             if (!m_Tin.Fila(i).EsBorrado()) BuscaPeor(i);
-        return m_Puntos.NPuntos() == antes ? 1 : 2;
+        return m_Puntos.size() == antes ? 1 : 2;
     }
 
     // The triangles on the terrain's coordinates.
@@ -185,16 +176,15 @@ class CMallaCreciente {
             }
         }
         const auto esVertice = [&](const CVertice& w) { return w.f == peorF && w.c == peorC; };
-        if (peorF >= 0 && std::ranges::none_of(v, esVertice)) m_Puntos << Lugar(peorF, peorC);
+        if (peorF >= 0 && std::ranges::none_of(v, esVertice)) m_Puntos.emplace_back(Lugar(peorF, peorC));
     }
 
     const CDEM& m_Dem;
     CEscala m_Escala;
     double m_dTolerancia;  // stored units
     int m_nPasoX = 1, m_nPasoY = 1;
-    CDataTriangulacion m_Data;
-    CDibujo<int> m_Dibujo;  // the outlines
-    CLinea<int> m_Puntos{CString(L"PUNTOS")};
+    CDibujo<int> m_Contornos;
+    std::vector<CPuntoTIN> m_Puntos;  // samples within them
     CTIN m_Tin;
 };
 

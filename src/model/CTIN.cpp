@@ -197,7 +197,7 @@ void CTIN::GetTiposTriangulos(std::vector<int>& tipos, std::vector<unsigned>* ca
     std::array<double, 256> areas{};
     for (unsigned i = 0; i < CantidadTriangulos(); ++i) {
         const unsigned tipo = m_Triangulos[i].GetTipoTriangulo();
-        if (tipo == 0 || m_Triangulos[i].EsBorrado()) continue;
+        if (m_Triangulos[i].EsBorrado()) continue;
         ++cuantos[tipo];
         if (superficies != nullptr && EsVisible(i)) areas[tipo] += Triangulo(i).SuperficiePlana();
     }

@@ -224,7 +224,8 @@ class LUMBRA_API CTIN : public CObjetoFichero {
     int Cubica(const CTIN& original, const CTIN& proyecto, IPorcentaje* porcentaje);
 
   private:
-    friend class CBusquedaTIN;
+    [[nodiscard]] double AlturaEn(unsigned i, double x, double y) const;
+
     std::uint8_t m_nTipo = tipoTerreno;
     CDataSemilla m_Semilla;
     CDataTIN m_Data;

@@ -213,17 +213,21 @@ int Comienzo(const unsigned* triangulo) {
 
 }  // namespace
 
+// The height of a triangle's plane, stored units. @param i  has area in plan
+double CTIN::AlturaEn(unsigned i, double x, double y) const {
+    const CCoor3D<double> a(Vertice(i, 0));
+    const CCoor3D<double> u = CCoor3D<double>(Vertice(i, 1)) - a, v = CCoor3D<double>(Vertice(i, 2)) - a;
+    const double dx = x - a.x, dy = y - a.y, area = u.x * v.y - u.y * v.x;
+    return a.z + ((dx * v.y - dy * v.x) * u.z + (u.x * dy - u.y * dx) * v.z) / area;
+}
+
 bool CTIN::Proyecta(CCoor3D<double>& punto, bool bBorde, unsigned modo, unsigned* triangulo) const {
     const double precision = Precision();
     const double x = punto.x * precision, y = punto.y * precision;
     const int t = Localiza(x, y, bBorde, modo, Comienzo(triangulo));
     if (t < 0) return false;
     Anota(triangulo, t);
-    const CCoor3D<double> a(Vertice(unsigned(t), 0));
-    const CCoor3D<double> u = CCoor3D<double>(Vertice(unsigned(t), 1)) - a;
-    const CCoor3D<double> v = CCoor3D<double>(Vertice(unsigned(t), 2)) - a;
-    const double dx = x - a.x, dy = y - a.y, area = u.x * v.y - u.y * v.x;
-    punto.z = (a.z + ((dx * v.y - dy * v.x) * u.z + (u.x * dy - u.y * dx) * v.z) / area) / precision;
+    punto.z = AlturaEn(unsigned(t), x, y) / precision;
     return true;
 }
 
@@ -247,20 +251,19 @@ class CCortes {
     // The places between the ends of a segment, in its order.
     const std::vector<CCoor3D<int>>& Busca(const CCoor3D<int>& a, const CCoor3D<int>& b) {
         m_Lugares.clear(), m_Puntos.clear(), m_Vistos.clear(), m_Pendientes.clear();
-        for (const CCoor3D<int>& p : {a, b}) {
-            const int t = m_Tin.Localiza(p.x, p.y, true, 1);
-            if (t >= 0) Visita(unsigned(t));
-        }
+        // From an end, and from each border: parts without a border between them hang together.
+        const int t = m_Tin.Localiza(a.x, a.y, true, 1);
+        if (t >= 0) Visita(unsigned(t));
         for (const CBusquedaTIN::CBorde& borde : m_Busqueda.Bordes(std::min(a.y, b.y), std::max(a.y, b.y)))
             if (TieneVertices(m_Tin, borde.m_nTriangulo) && Toca(a, b, borde.m_nTriangulo, borde.m_nLado, false))
                 Visita(borde.m_nTriangulo);
         while (!m_Pendientes.empty()) {
-            const unsigned t = m_Pendientes.back();
+            const unsigned u = m_Pendientes.back();
             m_Pendientes.pop_back();
-            const bool bCuenta = m_nModo != 0 || m_Tin.EsVisible(t);
+            const bool bCuenta = m_nModo != 0 || m_Tin.EsVisible(u);
             for (unsigned k = 0; k < 3; ++k) {
-                const std::int32_t vecino = m_Tin.Fila(t).m_nVecinos[k];
-                if (Toca(a, b, t, k, bCuenta) && vecino >= 0) Visita(unsigned(vecino));
+                const std::int32_t vecino = m_Tin.Fila(u).m_nVecinos[k];
+                if (Toca(a, b, u, k, bCuenta) && vecino >= 0) Visita(unsigned(vecino));
             }
         }
         std::ranges::stable_sort(m_Lugares, [](const auto& p, const auto& q) { return p.first < q.first; });
@@ -285,8 +288,7 @@ class CCortes {
         const Entero ladoA = Cruz(c, d, a), ladoB = Cruz(c, d, b);
         if (Signo(ladoA) * Signo(ladoB) > 0) return false;
         if (!bAnota) return true;
-        if (ladoC == 0) AnotaVertice(a, b, c);
-        if (ladoD == 0) AnotaVertice(a, b, d);
+        if (ladoC == 0) AnotaVertice(a, b, c);  // the other end begins the triangle's next side
         if (Signo(ladoC) * Signo(ladoD) < 0 && Signo(ladoA) * Signo(ladoB) < 0) {
             const Entero total = ladoA - ladoB, ancho = ladoC - ladoD;
             const auto en = [&](int p, int q) {

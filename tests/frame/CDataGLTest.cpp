@@ -131,4 +131,13 @@ TEST(CDataGL, ComparisonSeesEveryOtherSetting) {
     EXPECT_TRUE(difiere([](D& d) { d.m_SzImagenFondo = L"cielo.jpg"; }));
     EXPECT_TRUE(difiere([](D& d) { d.m_GamaColor = Vertiz::CDataGamaColor(L"0 1 2 3"); }));
     EXPECT_TRUE(difiere([](D& d) { d.m_VerObjetosMDT.resize(1); }));
+
+    CDataGL a;
+    a.m_VerObjetosMDT = {{3, true}, {4, true}};
+    for (const Vertiz::CInfoClasificacion& otro : {Vertiz::CInfoClasificacion{5, true}, {4, false}}) {
+        CDataGL b = a;
+        EXPECT_TRUE(a == b);
+        b.m_VerObjetosMDT.back() = otro;
+        EXPECT_FALSE(a == b);
+    }
 }

@@ -1,41 +1,82 @@
 // Palettes of displays with few colours, and the copy of the picture.
 
-#include "EscenaPrueba.h"
+#include "VistaPrueba.h"
 #include "support/RegistroGL.h"
 
+#include <algorithm>
 #include <array>
 #include <cstring>
+#include <iterator>
+#include <memory>
+#include <span>
 #include <vector>
 
 namespace {
 
 using Entradas = std::array<PALETTEENTRY, 256>;
 
+unsigned Color(const PALETTEENTRY& e) {
+    return static_cast<unsigned>(e.peRed << 16 | e.peGreen << 8 | e.peBlue);
+}
+
+std::vector<unsigned> Colores(const Entradas& entradas) {
+    std::vector<unsigned> colores;
+    std::ranges::transform(entradas, std::back_inserter(colores), Color);
+    return colores;
+}
+
 // Shows what the frame keeps for palettes.
 class ConTablas : public EscenaPrueba {
   public:
     using EscenaPrueba::operator=;
+    using CGL::CreaPaleta;
     using CGL::LlenaPaleta;
+    using CGL::m_defaultOverride;
+    using CGL::m_defaultPalEntry;
+    using CGL::m_oneto8;
+    using CGL::m_pDC;
+    using CGL::m_pPaletaAnterior;
+    using CGL::m_threeto8;
+    using CGL::m_twoto8;
     using CGL::NecesitaPaleta;
 
-    // The palette of 3 bits of red, 3 of green, 2 of blue.
-    static Entradas De332(int nDesplazaRojo = 0) {
+    // A format of 3 bits of red, 3 of green, 2 of blue.
+    static PIXELFORMATDESCRIPTOR Formato332() {
         PIXELFORMATDESCRIPTOR d{};
         d.cColorBits = 8;
         d.cRedBits = d.cGreenBits = 3;
         d.cBlueBits = 2;
-        d.cRedShift = static_cast<BYTE>(nDesplazaRojo);
         d.cGreenShift = 3;
         d.cBlueShift = 6;
+        return d;
+    }
+    static Entradas De(const PIXELFORMATDESCRIPTOR& d) {
         Entradas e{};
         LlenaPaleta(d, e.data());
         return e;
     }
-};
+    static Entradas De332() { return De(Formato332()); }
+    Entradas DeLaPaleta() {
+        Entradas e{};
+        EXPECT_EQ(GetPalette()->GetEntryCount(), 256);
+        GetPalette()->GetPaletteEntries(0, 256, e.data());
+        return e;
+    }
 
-unsigned Color(const PALETTEENTRY& e) {
-    return static_cast<unsigned>(e.peRed << 16 | e.peGreen << 8 | e.peBlue);
-}
+    // Half of the entries of a palette of indices.
+    int OnCreatePaletteCI(LOGPALETTE* registro) override {
+        m_nVersion = registro->palVersion;
+        m_nEntradas = registro->palNumEntries;
+        const std::span<PALETTEENTRY> entradas(registro->palPalEntry, registro->palNumEntries);
+        m_bEnBlanco = std::ranges::all_of(entradas, [](const auto& e) { return Color(e) == 0 && e.peFlags == 0; });
+        for (BYTE i = 0; i < 128; ++i)
+            entradas[i] = {i, 2, 3, 4};
+        return 1;
+    }
+
+    int m_nVersion = 0, m_nEntradas = 0;
+    bool m_bEnBlanco = false;
+};
 
 // Colour of a pixel of a capture; rows take multiples of 4 bytes.
 unsigned Pixel(const std::vector<char>& captura, int ancho, int x, int y) {
@@ -61,6 +102,20 @@ TEST(CGLPaleta, AChannelIsSpreadOverAByte) {
     EXPECT_EQ(escena.ComponentFromIndex(0b101'000, 3, 3), 0xB6);
     EXPECT_EQ(escena.ComponentFromIndex(0xFF, 4, 0), 0);
     EXPECT_EQ(escena.ComponentFromIndex(0xFF, 0, 0), 0);
+}
+
+TEST(CGLPaleta, TheTablesAreThoseOfTheSystem) {
+    using T = ConTablas;
+    EXPECT_THAT(T::m_oneto8, testing::ElementsAre(0, 255));
+    EXPECT_THAT(T::m_twoto8, testing::ElementsAre(0, 0x55, 0xAA, 0xFF));
+    EXPECT_THAT(T::m_threeto8, testing::ElementsAre(0, 0x24, 0x49, 0x6D, 0x92, 0xB6, 0xDB, 0xFF));
+    EXPECT_THAT(T::m_defaultOverride, testing::ElementsAre(0, 3, 24, 27, 64, 67, 88, 173, 181, 236, 247, 164, 91));
+    const unsigned colores[] = {0x000000, 0x800000, 0x008000, 0x808000, 0x000080, 0x800080, 0x008080,
+                                0xC0C0C0, 0xC0DCC0, 0xA6CAF0, 0xFFFBF0, 0xA0A0A4, 0x808080, 0xFF0000,
+                                0x00FF00, 0xFFFF00, 0x0000FF, 0xFF00FF, 0x00FFFF, 0xFFFFFF};
+    ASSERT_EQ(std::size(T::m_defaultPalEntry), std::size(colores));
+    for (std::size_t i = 0; i < std::size(colores); ++i)
+        EXPECT_EQ(Color(T::m_defaultPalEntry[i]), colores[i]) << i;
 }
 
 TEST(CGLPaleta, ShiftsBeyondTheNumberGiveNothing) {
@@ -92,21 +147,29 @@ TEST(CGLPaleta, ThePlacesOfTheSystemsColoursKeepThem) {
     EXPECT_EQ(Color(e[0b100'000]), 0x009200U);
     EXPECT_EQ(Color(e[0b1000'0000]), 0x0000AAU);
     EXPECT_EQ(Color(e[255]), 0xFFFFFFU);
-    // The first of the list is black as it is, and stays.
-    EXPECT_EQ(Color(e[3]), 0x800000U);
-    EXPECT_EQ(Color(e[24]), 0x008000U);
-    EXPECT_EQ(Color(e[88]), 0x008080U);
-    EXPECT_EQ(Color(e[173]), 0xC0C0C0U);
-    EXPECT_EQ(Color(e[247]), 0xFFFBF0U);
-    EXPECT_EQ(Color(e[164]), 0xA0A0A4U);
-    EXPECT_EQ(Color(e[91]), 0x808080U);
+    for (int i = 1; i <= 12; ++i)
+        EXPECT_EQ(Color(e[static_cast<std::size_t>(ConTablas::m_defaultOverride[i])]),
+                  Color(ConTablas::m_defaultPalEntry[i]))
+            << i;
     for (const PALETTEENTRY& entrada : e)
         EXPECT_EQ(entrada.peFlags, 0);
 }
 
 TEST(CGLPaleta, OtherFormatsHaveNoPlacesForThem) {
-    const Entradas e = ConTablas::De332(1);
-    EXPECT_NE(Color(e[3]), 0x800000U);
+    const auto esPropio = [](auto cambia) {
+        PIXELFORMATDESCRIPTOR d = ConTablas::Formato332();
+        cambia(d);
+        return Color(ConTablas::De(d)[164]) == 0xA0A0A4U;
+    };
+    using D = PIXELFORMATDESCRIPTOR;
+    EXPECT_TRUE(esPropio([](D&) {}));
+    EXPECT_FALSE(esPropio([](D& d) { d.cColorBits = 9; }));
+    EXPECT_FALSE(esPropio([](D& d) { d.cRedBits = 2; }));
+    EXPECT_FALSE(esPropio([](D& d) { d.cRedShift = 1; }));
+    EXPECT_FALSE(esPropio([](D& d) { d.cGreenBits = 2; }));
+    EXPECT_FALSE(esPropio([](D& d) { d.cGreenShift = 2; }));
+    EXPECT_FALSE(esPropio([](D& d) { d.cBlueBits = 3; }));
+    EXPECT_FALSE(esPropio([](D& d) { d.cBlueShift = 5; }));
 }
 
 TEST(CGLPaleta, AFormatOfFourBitsFillsSixteenEntries) {
@@ -120,6 +183,73 @@ TEST(CGLPaleta, AFormatOfFourBitsFillsSixteenEntries) {
     EXPECT_EQ(Color(e[5]), 0xFF00FFU);
     EXPECT_EQ(Color(e[15]), 0xFFFFFFU);
     EXPECT_EQ(Color(e[16]), 0U);
+}
+
+TEST(CGLPaleta, AWindowsPaletteIsSelectedAndTheFormerOneKept) {
+    auto* escena = new ConTablas;
+    VistaPrueba vista(escena);
+    ASSERT_TRUE(vista.Abre());
+    const LOGPALETTE una{0x300, 1, {{1, 2, 3, 0}}};
+    CPalette previa, otra;
+    previa.CreatePalette(&una);
+    otra.CreatePalette(&una);
+    ASSERT_NE(escena->m_pDC->SelectPalette(&previa, FALSE), nullptr);
+    PIXELFORMATDESCRIPTOR d = ConTablas::Formato332();
+    d.dwFlags = PFD_NEED_PALETTE;
+    ASSERT_EQ(escena->CreaPaleta(d), 1);
+    EXPECT_EQ(Colores(escena->DeLaPaleta()), Colores(ConTablas::De332()));
+    EXPECT_EQ(escena->m_pPaletaAnterior, &previa);
+    EXPECT_EQ(escena->m_pDC->SelectPalette(escena->GetPalette(), FALSE), escena->GetPalette());
+    EXPECT_EQ(escena->Render(), 1);
+
+    // The device context gets its palette back at the end: here it outlives the scene, to be asked.
+    const std::unique_ptr<CDC> dc(escena->m_pDC);
+    escena->m_bDCExterno = 1;
+    escena->Destruir();
+    EXPECT_EQ(escena->GetPalette(), nullptr);
+    EXPECT_EQ(escena->m_pPaletaAnterior, nullptr);
+    EXPECT_EQ(dc->SelectPalette(&otra, FALSE), &previa);
+}
+
+TEST(CGLPaleta, ABorrowedDeviceContextKeepsItsOwn) {
+    Tela tela;
+    ConTablas escena;
+    ASSERT_EQ(escena.CreaEn(tela), 1);
+    const LOGPALETTE una{0x300, 1, {{1, 2, 3, 0}}};
+    CPalette previa;
+    previa.CreatePalette(&una);
+    tela.DC()->SelectPalette(&previa, FALSE);
+    ASSERT_EQ(escena.CreaPaleta(ConTablas::Formato332()), 1);
+    EXPECT_EQ(Colores(escena.DeLaPaleta()), Colores(ConTablas::De332()));
+    EXPECT_EQ(escena.m_pPaletaAnterior, nullptr);
+    ASSERT_EQ(escena.MakeCurrent(nullptr), 1);
+    wglMakeCurrent(nullptr, nullptr);
+    EXPECT_EQ(tela.DC()->SelectPalette(&previa, FALSE), &previa);
+}
+
+TEST(CGLPaleta, APaletteOfIndicesIsFilledByTheScene) {
+    Tela tela;
+    ConTablas escena;
+    ASSERT_EQ(escena.CreaEn(tela), 1);
+    ASSERT_EQ(escena.CreaPaleta(ConTablas::Formato332()), 1);
+    PIXELFORMATDESCRIPTOR d = ConTablas::Formato332();
+    d.iPixelType = PFD_TYPE_COLORINDEX;
+    ASSERT_EQ(escena.CreaPaleta(d), 1);
+    EXPECT_EQ(escena.m_nVersion, 0x0A00);
+    EXPECT_EQ(escena.m_nEntradas, 256);
+    EXPECT_TRUE(escena.m_bEnBlanco);
+    const Entradas e = escena.DeLaPaleta();
+    EXPECT_EQ(Color(e[127]), 0x7F0203U);
+    EXPECT_EQ(e[127].peFlags, 4);
+    EXPECT_EQ(Color(e[128]), 0U);
+}
+
+TEST(CGLPaleta, AFormatThatNeedsNoneLeavesNone) {
+    PIXELFORMATDESCRIPTOR d{};
+    d.cColorBits = 16;
+    ConTablas escena;
+    EXPECT_EQ(escena.CreaPaleta(d), 0);
+    EXPECT_EQ(escena.GetPalette(), nullptr);
 }
 
 TEST_F(ConEscena, ATrueColourDisplayNeedsNoPalette) {

@@ -60,6 +60,7 @@ class EscenaImpresa : public EscenaPrueba {
     }
     bool SetDCPixelFormat(HDC hdc, DWORD flags) override {
         m_nFlags = flags;
+        m_Intentos.emplace_back(m_CabeceraImpresion.biWidth, m_CabeceraImpresion.biHeight);
         return m_nFormatosQueFallan-- <= 0 && CGL::SetDCPixelFormat(hdc, flags);
     }
     int OnRender() override {
@@ -67,7 +68,18 @@ class EscenaImpresa : public EscenaPrueba {
             EXPECT_EQ(MakeCurrent(nullptr), 1);
         }
         m_Contextos.push_back(wglGetCurrentContext());
+        if (m_hRCImpresion && m_hRCImpresion == wglGetCurrentContext()) m_Heredado = LeeInterruptores();
         return EscenaPrueba::OnRender();
+    }
+    /// What a frame may leave switched on or off to the next one, and the mode of polygons.
+    static std::vector<int> LeeInterruptores() {
+        std::vector<int> v;
+        for (const GLenum cual : kInterruptores)
+            v.push_back(glIsEnabled(cual));
+        GLint modo[2] = {};
+        glGetIntegerv(GL_POLYGON_MODE, modo);
+        v.push_back(modo[0]);
+        return v;
     }
     bool NadaQueda() const { return !m_hRCImpresion && !m_hDCMemoria && !m_hBitmapImpresion && !m_pBitsImpresion; }
     /// What was used is gone, and not just forgotten.
@@ -75,15 +87,21 @@ class EscenaImpresa : public EscenaPrueba {
         return !wglDeleteContext(m_hRCUsado) && !::DeleteDC(m_hDCUsado) && !::DeleteObject(m_hBitmapUsado);
     }
 
+    static constexpr GLenum kInterruptores[] = {GL_DEPTH_TEST,     GL_LIGHTING,   GL_LIGHT0,       GL_LIGHT1,
+                                                GL_COLOR_MATERIAL, GL_TEXTURE_2D, GL_LINE_STIPPLE, GL_BLEND};
+
+    std::vector<int> m_Heredado;     ///< as the page's frame began
     std::vector<HGLRC> m_Contextos;  ///< current in each OnRender, and after OnPrint1
     HGLRC m_hRCUsado = nullptr;
     HDC m_hDCUsado = nullptr;
     HBITMAP m_hBitmapUsado = nullptr;
     CSize m_Imagen;
+    std::vector<CSize> m_Intentos;  ///< sizes of the pictures that were tried
     DWORD m_nFlags = 0;
     int m_nFormatosQueFallan = 0;
     bool m_bPideContexto = false;
 
+    using CGL::m_CabeceraImpresion;
     using CGL::m_nAltoImpresora;
     using CGL::m_nAnchoImpresora;
 };
@@ -192,6 +210,52 @@ TEST_F(Impresion, APreviewIsAsLargeAsTheWindow) {
     const Zona z = hoja.Impreso();
     EXPECT_EQ(z.Ancho(), 400);
     EXPECT_EQ(z.Alto(), 300);
+}
+
+TEST_F(Impresion, APictureOverTheLimitIsHalved) {
+    m_pEscena->m_nFormatosQueFallan = 1000;  // to see what is tried, without drawing it
+    CDataImpresion datos;
+    datos.m_sFichero = L"sin empezar.pdf";
+    datos.m_nResolucion = 700;
+    CDC hoja;
+    ASSERT_TRUE(hoja.CreatePrinterDC(datos));
+    CPrintInfo info;
+    m_pVista->OnPrint(&hoja, &info);
+    ASSERT_FALSE(m_pEscena->m_Intentos.empty());
+    EXPECT_EQ(m_pEscena->m_Intentos.front(), CSize(2893, 2170)) << "of 5787 x 4340";
+
+    VistaPrueba grande;
+    ASSERT_TRUE(grande.Abre(6000, 4000));
+    m_pEscena->m_Intentos.clear();
+    info.m_bPreview = TRUE;
+    m_pEscena->OnPrint(&hoja, &info, &grande);
+    ASSERT_FALSE(m_pEscena->m_Intentos.empty());
+    EXPECT_EQ(m_pEscena->m_Intentos.front(), CSize(3000, 2000));
+}
+
+TEST_F(Impresion, TheBitmapHas24Bits) {
+    Hoja hoja(400, 300);
+    Imprime(hoja);
+    const BITMAPINFOHEADER& h = m_pEscena->m_CabeceraImpresion;
+    EXPECT_EQ(h.biSize, 40U);
+    EXPECT_EQ(h.biPlanes, 1);
+    EXPECT_EQ(h.biBitCount, 24);
+    EXPECT_EQ(h.biCompression, BI_RGB);
+    EXPECT_EQ(h.biSizeImage, 400U * 300U * 3U);
+}
+
+TEST_F(Impresion, ThePageBeginsWithWhatTheLastFrameLeft) {
+    for (const bool encendido : {true, false}) {
+        ASSERT_EQ(m_pEscena->MakeCurrent(nullptr), 1);
+        for (const GLenum cual : EscenaImpresa::kInterruptores)
+            encendido ? glEnable(cual) : glDisable(cual);
+        glPolygonMode(GL_FRONT_AND_BACK, encendido ? GL_LINE : GL_FILL);
+        const std::vector<int> antes = EscenaImpresa::LeeInterruptores();
+        wglMakeCurrent(nullptr, nullptr);
+        Hoja hoja(64, 48);
+        Imprime(hoja);
+        EXPECT_EQ(m_pEscena->m_Heredado, antes);
+    }
 }
 
 TEST_F(Impresion, TheFrameIsDrawnOnceInAContextOfItsOwn) {
@@ -343,13 +407,15 @@ TEST_F(Impresion, ThereMayBeNoPageNoWindowAndNoContext) {
 }
 
 TEST_F(Impresion, AFormatThatNobodyHasFallsBackOnTheFirst) {
-    EXPECT_FALSE(m_pEscena->SetDCPixelFormat(nullptr, 0)) << "no device context";
+    EXPECT_FALSE(m_pEscena->SetDCPixelFormat(nullptr, 0x28)) << "no device context";
+    CDC sinBitmap;
+    ASSERT_TRUE(sinBitmap.CreateCompatibleDC(nullptr));
+    EXPECT_FALSE(m_pEscena->SetDCPixelFormat(sinBitmap, 0x28));
     Tela tela;
-    EXPECT_TRUE(m_pEscena->SetDCPixelFormat(*tela.DC(), 0x80000028));
-    PIXELFORMATDESCRIPTOR d{};
-    ASSERT_NE(DescribePixelFormat(*tela.DC(), GetPixelFormat(*tela.DC()), sizeof d, &d), 0);
-    EXPECT_EQ(d.cColorBits, 24);
-    EXPECT_GE(d.cDepthBits, 16);
+    const PIXELFORMATDESCRIPTOR estereo = DescriptorPagina(0x28 | PFD_STEREO);
+    ASSERT_EQ(ChoosePixelFormat(*tela.DC(), &estereo), 0);
+    EXPECT_TRUE(m_pEscena->SetDCPixelFormat(*tela.DC(), estereo.dwFlags));
+    EXPECT_EQ(GetPixelFormat(*tela.DC()), 1);
 }
 
 TEST_F(Impresion, AFileOfPagesHasTheWholeFrameAtThePrintersResolution) {

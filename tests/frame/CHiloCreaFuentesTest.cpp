@@ -7,7 +7,9 @@
 #include "platform/Fuentes.h"
 #include "platform/Hilos.h"
 
+#include <algorithm>
 #include <memory>
+#include <vector>
 
 using Vertiz::CHiloCreaFuentes;
 
@@ -32,6 +34,21 @@ class ConHilosFuentes : public ConEscena {
         for (unsigned i = desde; i < hasta; ++i)
             n += glIsList(m_nBase + i) == GL_TRUE;
         return n;
+    }
+
+    // What list i of the block draws, as the renderer gets it.
+    std::vector<float> Dibuja(unsigned i) const {
+        std::vector<float> v(1 << 16);
+        glMatrixMode(GL_MODELVIEW);
+        glPushMatrix();
+        glLoadIdentity();
+        glScalef(0.3F, 0.3F, 0.3F);
+        glFeedbackBuffer(static_cast<GLsizei>(v.size()), GL_3D, v.data());
+        glRenderMode(GL_FEEDBACK);
+        glCallList(m_nBase + i);
+        v.resize(static_cast<std::size_t>(std::max(0, glRenderMode(GL_RENDER))));
+        glPopMatrix();
+        return v;
     }
 
     CCriticalSection m_Seccion;
@@ -73,6 +90,36 @@ TEST_F(ConHilosFuentes, TheLastCodeIsACount) {
     hilo.Stop();
     EXPECT_EQ(Hechas(0, 70), 70);
     EXPECT_EQ(Hechas(70), 0);
+}
+
+TEST_F(ConHilosFuentes, AreSolidsATenthOfAnEmDeepOfTheDeviationThatIsAskedFor) {
+    CHiloCreaFuentes hilo;
+    hilo.Start(0, nullptr, &m_Escena, m_Escena.m_phRCShared[0], 'R', 2, m_nBase, 0.02F, &m_Seccion);
+    hilo.Stop();
+    const Prestado prestado(m_Escena);
+    const std::vector<float> letra = Dibuja(0), siguiente = Dibuja(1);
+    ASSERT_FALSE(letra.empty());
+    ASSERT_TRUE(
+        wglUseFontOutlinesW(m_Tela.DC()->GetSafeHdc(), 'R', 2, m_nBase, 0.02F, 0.1F, WGL_FONT_POLYGONS, nullptr));
+    EXPECT_EQ(letra, Dibuja(0));
+    EXPECT_EQ(siguiente, Dibuja(1));
+}
+
+TEST_F(ConHilosFuentes, OnlyTheTakingOfTheContextIsGuarded) {
+    CHiloCreaFuentes hilo;
+    bool bMientras = false;
+    for (int intento = 0; intento < 20 && !bMientras; ++intento) {
+        hilo.Start(0, nullptr, &m_Escena, m_Escena.m_phRCShared[0], 0, kCodigos, m_nBase, 0.0F, &m_Seccion);
+        for (int n = 0; n < kCodigos && !bMientras;) {
+            const CSingleLock cierre(&m_Seccion, TRUE);
+            n = Hechas();
+            bMientras = n > 0 && n < kCodigos;
+        }
+        hilo.Stop();
+        const Prestado prestado(m_Escena);
+        glDeleteLists(m_nBase, kCodigos);
+    }
+    EXPECT_TRUE(bMientras) << "lists are made while another holds the section";
 }
 
 TEST_F(ConHilosFuentes, AreOfTheFontThatIsSelected) {

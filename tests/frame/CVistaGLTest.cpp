@@ -20,6 +20,9 @@ TEST(CVistaGL, TheWindowLeavesOutSiblingsAndChildren) {
     VistaPrueba vista;
     ASSERT_TRUE(vista.Abre());
     EXPECT_EQ(vista.m_nEstilo, WS_CLIPSIBLINGS | WS_CLIPCHILDREN);
+    VistaPrueba visible;
+    ASSERT_TRUE(visible.Abre(64, 48, WS_VISIBLE));
+    EXPECT_EQ(visible.m_nEstilo, WS_VISIBLE | WS_CLIPSIBLINGS | WS_CLIPCHILDREN);
 }
 
 TEST(CVistaGL, TheSceneIsCreatedThenSizedThenInitialised) {
@@ -86,6 +89,24 @@ TEST(CVistaGL, AnInvalidWindowIsDrawn) {
     vista.Escena().GetPasos().clear();
     Pinta(vista);
     EXPECT_EQ(vista.Escena().GetPasos(), Pasos{"OnRender"});
+}
+
+TEST(CVistaGL, ANewWindowIsInvalid) {
+    VistaPrueba vista(new EscenaPrueba);
+    ASSERT_TRUE(vista.Abre());
+    vista.Escena().GetPasos().clear();
+    vista.UpdateWindow();
+    EXPECT_EQ(vista.Escena().GetPasos(), Pasos{"OnRender"});
+}
+
+TEST(CVistaGL, APageThatCannotBeHadEndsPrinting) {
+    VistaPrueba vista(new EscenaPrueba);
+    ASSERT_TRUE(vista.Abre());
+    CPrintInfo info;
+    info.m_bPreview = TRUE;
+    EXPECT_TRUE(vista.OnPreparePrinting(&info));
+    info.m_Datos.m_nResolucionVista = 0;
+    EXPECT_FALSE(vista.OnPreparePrinting(&info));
 }
 
 TEST(CVistaGL, AWholeWindowIsNotDrawnAgain) {

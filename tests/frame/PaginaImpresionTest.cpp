@@ -58,3 +58,26 @@ TEST(PaginaImpresion, APageThatIsNarrowerThanThePictureCutsIt) {
     EXPECT_EQ(SobrePagina(CSize(800, 600), CSize(1600, 900)), CSize(1600, 1200));
     EXPECT_EQ(SobrePagina(CSize(600, 800), CSize(900, 1600)), CSize(1200, 1600));
 }
+
+TEST(PaginaImpresion, APageIsOf24BitsWithDepthStencilAndAccumulation) {
+    const PIXELFORMATDESCRIPTOR d = DescriptorPagina(0x80000028);
+    EXPECT_EQ(d.nSize, 40);
+    EXPECT_EQ(d.nVersion, 1);
+    EXPECT_EQ(d.dwFlags, 0x80000028U);
+    EXPECT_EQ(d.iPixelType, PFD_TYPE_RGBA);
+    EXPECT_EQ(d.cColorBits, 24);
+    EXPECT_EQ(d.cRedBits, 8);
+    EXPECT_EQ(d.cRedShift, 16);
+    EXPECT_EQ(d.cGreenBits, 8);
+    EXPECT_EQ(d.cGreenShift, 8);
+    EXPECT_EQ(d.cBlueBits, 8);
+    EXPECT_EQ(d.cBlueShift, 0);
+    EXPECT_EQ(d.cAlphaBits, 0);
+    EXPECT_EQ(d.cAccumBits, 64);
+    EXPECT_EQ(d.cAccumRedBits, 16);
+    EXPECT_EQ(d.cAccumGreenBits, 16);
+    EXPECT_EQ(d.cAccumBlueBits, 16);
+    EXPECT_EQ(d.cAccumAlphaBits, 0);
+    EXPECT_EQ(d.cDepthBits, 32);
+    EXPECT_EQ(d.cStencilBits, 8);
+}

@@ -32,6 +32,7 @@ class VistaPrueba : public CVistaGL {
     using CVistaGL::OnDraw;
     using CVistaGL::OnEraseBkgnd;
     using CVistaGL::OnPaletteChanged;
+    using CVistaGL::OnPreparePrinting;
     using CVistaGL::OnPrint;
     using CVistaGL::OnQueryNewPalette;
     using CVistaGL::OnSize;

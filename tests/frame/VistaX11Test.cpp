@@ -164,6 +164,11 @@ TEST_F(VistaX11, ACaptureIsWhatTheUserSees) {
             const auto* p = reinterpret_cast<unsigned char*>(buffer.data()) + ((kAlto - 1 - y) * kAncho + x) * 3;
             ASSERT_EQ(static_cast<unsigned>(p[2] << 16 | p[1] << 8 | p[0]), En(v, x, y)) << x << ", " << y;
         }
+    ASSERT_EQ(m_pEscena->MakeCurrent(nullptr), 1);
+    GLint bufer = 0;
+    glGetIntegerv(GL_READ_BUFFER, &bufer);
+    wglMakeCurrent(nullptr, nullptr);
+    EXPECT_EQ(bufer, GL_BACK) << "the host reads what it read before";
 }
 
 TEST_F(VistaX11, PrintingLeavesTheWindowAsItIs) {

@@ -217,7 +217,7 @@ TEST(CTINCurvas, ContoursThroughVerticesGoOn) {
 TEST(CTINCurvas, RandomSurfacesAgreeWithTheMarchAndContoursJoin) {
     std::mt19937 azar(9);
     std::size_t piezas = 0, cerradas = 0, abiertas = 0;
-    for (int vez = 0; vez < 40; ++vez) {
+    for (int vez = 0; vez < 24; ++vez) {
         const int rango = vez % 2 == 0 ? 30 : 1000000, alto = vez % 4 < 2 ? 6 : 1000, cada = vez % 4 < 2 ? 2 : 37;
         CTIN tin = Azarosa(azar, 30 + vez * 10, rango, alto);
         std::uniform_int_distribution<int> dado(0, 9);
@@ -230,6 +230,11 @@ TEST(CTINCurvas, RandomSurfacesAgreeWithTheMarchAndContoursJoin) {
         ASSERT_EQ(tin.DameCurvas(dibujo, nullptr), 1);
         ASSERT_EQ(PorCurvas(dibujo), esperadas) << vez;
         piezas += esperadas.size();
+        std::vector<std::pair<CCoor3D<int>, CCoor3D<int>>> bordes;
+        for (unsigned t = 0; t < tin.CantidadTriangulos(); ++t)
+            for (unsigned k = 0; k < 3 && tin.EsVisible(t); ++k)
+                if (tin.LadoVecino(t, k) < 0)
+                    bordes.emplace_back(tin.Vertice(t, int(k)), tin.Vertice(t, int((k + 1) % 3)));
         // What is open ends at a border of the surface.
         for (unsigned i = 0; i < dibujo.Cantidad(); ++i) {
             if (L(dibujo[i]->Punto(0)) == L(dibujo[i]->Punto(int(dibujo[i]->NPuntos()) - 1))) {
@@ -239,19 +244,15 @@ TEST(CTINCurvas, RandomSurfacesAgreeWithTheMarchAndContoursJoin) {
             ++abiertas;
             for (const int j : {0, int(dibujo[i]->NPuntos()) - 1}) {
                 const CCoor3D<int>& p = dibujo[i]->Punto(j);
-                bool bBorde = false;
-                for (unsigned t = 0; t < tin.CantidadTriangulos() && !bBorde; ++t)
-                    for (unsigned k = 0; k < 3 && tin.EsVisible(t); ++k) {
-                        const CPuntoTIN &a = tin.Vertice(t, int(k)), &b = tin.Vertice(t, int((k + 1) % 3));
-                        if (tin.LadoVecino(t, k) < 0 && p.DistanciaARecta(a, b) < 1.0) bBorde = true;
-                    }
+                const bool bBorde = std::ranges::any_of(
+                    bordes, [&p](const auto& lado) { return p.DistanciaARecta(lado.first, lado.second) < 1.0; });
                 ASSERT_TRUE(bBorde) << vez << ", contour " << i;
             }
         }
     }
-    EXPECT_GT(piezas, 20000u);
-    EXPECT_GT(cerradas, 1000u);
-    EXPECT_GT(abiertas, 500u);
+    EXPECT_GT(piezas, 8000u);
+    EXPECT_GT(cerradas, 400u);
+    EXPECT_GT(abiertas, 200u);
 }
 
 TEST(CTINCurvas, HeightsAtTheEndsOfTheRangeAreReached) {

@@ -52,6 +52,12 @@ TEST(CTIN, OfThreeTrianglesOnASideOneHasNoNeighbourThere) {
     EXPECT_EQ(tin.Triangulo(0).Vecino(0), 1);
     EXPECT_EQ(tin.Triangulo(1).Vecino(0), 0);
     EXPECT_EQ(tin.Triangulo(2).Vecino(0), -1);
+    // Two that run the same way along a side aren't neighbours.
+    const CTIN otra =
+        Malla({{0, 0, 0}, {10, 0, 0}, {5, 9, 0}, {6, 20, 0}, {5, -9, 0}}, {{1, 2, 3}, {1, 2, 4}, {2, 1, 5}});
+    EXPECT_EQ(otra.Triangulo(0).Vecino(0), 2);
+    EXPECT_EQ(otra.Triangulo(1).Vecino(0), -1);
+    EXPECT_EQ(otra.Triangulo(2).Vecino(0), 0);
 }
 
 TEST(CTIN, WhatDoesNotExistBecomesNone) {
@@ -69,6 +75,16 @@ TEST(CTIN, WhatDoesNotExistBecomesNone) {
     CDibujo<int> dibujo;
     tin.DameTriangulos(dibujo);
     EXPECT_EQ(dibujo.Cantidad(), 0u);
+}
+
+TEST(CTIN, PointsAreNumberedAndDeletedOnesStaySo) {
+    CPuntoTIN borrado(5, 5, 5);
+    borrado.SetNumero(-77);
+    CTIN tin;
+    tin.Toma({{0, 0, 0}, borrado, {9, 0, 0}}, {});
+    EXPECT_EQ(tin.Punto(0).GetNumero(), 1);
+    EXPECT_EQ(tin.Punto(1).GetNumero(), -2);
+    EXPECT_EQ(tin.Punto(2).GetNumero(), 3);
 }
 
 TEST(CTIN, PointsAndTrianglesAreReplacedOneByOne) {

@@ -34,10 +34,10 @@ TEST(CMarcasTriangulo, MarksAreReadBackAndLeaveTheOthersAlone) {
     CMarcasTriangulo m;
     m.SetPalabra(0, ~0U), m.SetPalabra(1, ~0U);
     EXPECT_TRUE(m.EsBorrado() && m.EsPared() && m.EsRuptura(1) && m.EsLimite(2) && m.TieneRuptura());
-    m.SetIndiceTextura(300), m.SetFilaTextura(41), m.SetColumnaTextura(22), m.SetTipoTextura(2), m.SetTipoTriangulo(7);
+    m.SetIndiceTextura(300), m.SetFilaTextura(40), m.SetColumnaTextura(22), m.SetTipoTextura(2), m.SetTipoTriangulo(7);
     m.SetBorrado(false), m.SetPared(false), m.SetRuptura(1, false), m.SetLimite(2, false);
     EXPECT_EQ(m.GetIndiceTextura(), 300u);
-    EXPECT_EQ(m.GetFilaTextura(), 41u);
+    EXPECT_EQ(m.GetFilaTextura(), 40u);
     EXPECT_EQ(m.GetColumnaTextura(), 22u);
     EXPECT_EQ(m.GetTipoTextura(), 2u);
     EXPECT_EQ(m.GetTipoTriangulo(), 7u);
@@ -47,7 +47,7 @@ TEST(CMarcasTriangulo, MarksAreReadBackAndLeaveTheOthersAlone) {
     EXPECT_EQ(m.GetPalabra(1) >> 17, 0x7FFFu);
     m.SetIndiceTextura(512 + 5);
     EXPECT_EQ(m.GetIndiceTextura(), 5u);
-    EXPECT_EQ(m.GetFilaTextura(), 41u);
+    EXPECT_EQ(m.GetFilaTextura(), 40u);
 }
 
 TEST(CPuntoTIN, TakesIntensityClassAndColourFromACloud) {

@@ -6,12 +6,22 @@
 #include "platform/CWinApp.h"
 #include "platform/Perfil.h"
 
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
 namespace {
 
 class Aplicacion : public CWinApp {
   public:
     explicit Aplicacion(const CarpetaTemporal& carpeta) { m_pszProfileName = Ancha(carpeta / "perfil.ini"); }
 };
+
+std::string Contenido(const std::filesystem::path& ruta) {
+    std::stringstream s;
+    s << std::ifstream(ruta, std::ios::binary).rdbuf();
+    return s.str();
+}
 
 constexpr CDataCargarImagen kOpciones{0.5, 1, 2};
 
@@ -37,6 +47,15 @@ TEST(CDataCargarImagen, GoThroughTheApplicationsStoreUnderPrefixedKeys) {
     EXPECT_EQ(leida.m_bPiramidales, 1);
     EXPECT_EQ(leida.m_nInterpolacion, 2);
     EXPECT_EQ(leida.m_dResolucion, 7.0);
+}
+
+TEST(CDataCargarImagen, AreWrittenInTheirOrder) {
+    const CarpetaTemporal carpeta;
+    Aplicacion aplicacion(carpeta);
+    kOpciones.WriteProfile(L"Imagen", L"Orto");
+    kOpciones.WritePrivateProfile(Ancha(carpeta / "a.ini"), L"Imagen");
+    EXPECT_EQ(Contenido(carpeta / "perfil.ini"), "[Imagen]\nOrtoPiramidales=1\nOrtoInterpolacion=2\n");
+    EXPECT_EQ(Contenido(carpeta / "a.ini"), "[Imagen]\nPiramidales=1\nInterpolacion=2\n");
 }
 
 TEST(CDataCargarImagen, GoThroughAnIniFileUnderPlainKeys) {
