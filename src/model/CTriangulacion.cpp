@@ -23,8 +23,9 @@ using predicados::CLugar;
 namespace {
 
 constexpr int kNivelProgreso = 3;
-// From here on the sides of triangles, four places for each of two triangles a point, would not fit in an int.
-constexpr std::size_t kPuntosMaximos = std::size_t{1} << 28;
+// The sides of triangles, four places for each of two triangles a point, have to fit in an int; and so do the points of
+// crossings, of which there are fewer than 17 million.
+constexpr std::size_t kPuntosMaximos = 250'000'000;
 constexpr int kLadosPorPaso = 4096;
 
 CDigiTab TodosLosCodigos() {
@@ -292,7 +293,7 @@ int CTriangulacion::Corre(std::vector<CPuntoTIN> puntos, const CDibujo<int>& dib
                           IPorcentaje* porcentaje, CDibujo<int>* cruces) {
     tin.Clear();
     m_Informe = {};
-    if (puntos.size() + dibujo.CantidadPuntos() >= kPuntosMaximos) return 0;
+    if (puntos.size() + dibujo.CantidadPuntos() > kPuntosMaximos) return 0;
     CMaterial material{std::move(puntos), {}};
     std::erase_if(material.puntos, [this](const CPuntoTIN& p) {
         return p.EsBorrado() || p.z < m_Data.m_dCotaMinima || p.z > m_Data.m_dCotaMaxima;
