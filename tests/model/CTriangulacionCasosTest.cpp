@@ -6,10 +6,8 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <climits>
 #include <random>
-#include <set>
 
 namespace triangulaciones {
 namespace {
@@ -30,18 +28,6 @@ std::vector<CPuntoTIN> Rejilla(int columnas, int filas, int paso) {
         for (int j = 0; j < columnas; ++j)
             puntos.emplace_back(j * paso, i * paso, 5);
     return puntos;
-}
-
-std::multiset<std::array<std::pair<int, int>, 3>> Conjunto(const CTIN& tin) {
-    std::multiset<std::array<std::pair<int, int>, 3>> conjunto;
-    for (unsigned i = 0; i < tin.CantidadTriangulos(); ++i) {
-        std::array<std::pair<int, int>, 3> t;
-        for (int k = 0; k < 3; ++k)
-            t[std::size_t(k)] = {tin.Vertice(i, k).x, tin.Vertice(i, k).y};
-        std::ranges::rotate(t, std::ranges::min_element(t));
-        conjunto.insert(t);
-    }
-    return conjunto;
 }
 
 TEST(CTriangulacion, PointsOfOnePlaceWithOtherHeightsAreReported) {
