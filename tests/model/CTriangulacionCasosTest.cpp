@@ -49,6 +49,17 @@ TEST(CTriangulacion, PointsOfOnePlaceWithOtherHeightsAreReported) {
     EXPECT_TRUE(callado.m_Mensajes.empty());
 }
 
+TEST(CTriangulacion, OfThousandsOfPointsOnOnePlaceTheFirstCounts) {
+    std::vector<CPuntoTIN> puntos;
+    for (int i = 0; i < 20000; ++i)
+        puntos.emplace_back(i % 3, i % 2, i);
+    CTIN tin;
+    ASSERT_EQ(CTriangulacion().Run(puntos, CDibujo<int>(), tin, nullptr, nullptr), 1);
+    ASSERT_EQ(tin.CantidadPuntos(), 6u);
+    for (unsigned i = 0; i < 6; ++i)
+        EXPECT_EQ(tin.Punto(i).z, int(i));
+}
+
 TEST(CTriangulacion, PointsThatMakeNoTriangleGiveAMessage) {
     CTIN tin;
     CTriangulacion triangulacion;
