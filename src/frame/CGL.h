@@ -541,7 +541,7 @@ class LUMBRA_API CGL : public CGLPropio {
     template <class Cambio>
     void CambiaMarcas(Cambio cambio);
 
-    // CGLSeleccion.cpp
+    // CGLComposicion.cpp
     void TomaHijo(CGL& r);
     void HeredaImagen(CGL& r, int fondo) const;
     void AjustaProyeccion(const CGL& r);
@@ -549,6 +549,8 @@ class LUMBRA_API CGL : public CGLPropio {
     void AjustaFondoSin(const CGL& r);
     static CGL* SueltaHijo(std::vector<CGL*>& lista, std::size_t i);
     static void DestruirHijos(std::vector<CGL*>& lista);
+
+    // CGLSeleccion.cpp
     unsigned SeleccionaEnHijos(const Pulsacion& s, bool bReferencias, bool bVinculos);
     static bool PreguntaHijos(const std::vector<CGL*>& hijos, int primero, const Pulsacion& s, unsigned& r,
                               Vertiz::CCoor3D<double>& p);

@@ -23,8 +23,9 @@ using predicados::CLugar;
 namespace {
 
 constexpr int kNivelProgreso = 3;
-// From here on the sides of triangles, four places for each of two triangles a point, would not fit in an int.
-constexpr std::size_t kPuntosMaximos = std::size_t{1} << 28;
+// The sides of triangles, four places for each of two triangles a point, have to fit in an int; and so do the points of
+// crossings, of which there are fewer than 17 million.
+constexpr std::size_t kPuntosMaximos = 250'000'000;
 constexpr int kLadosPorPaso = 4096;
 
 CDigiTab TodosLosCodigos() {
@@ -116,7 +117,7 @@ class CCarrera {
     int Corre(CTIN& tin) {
         if (const int resultado = Triangula(); resultado != 1) return resultado;
         if (!m_Rechazados.empty()) {
-            if (!ResuelveCruces()) return 0;
+            if (!ResuelveCruces()) return m_bCancelada ? 2 : 0;
             if (const int resultado = Triangula(); resultado != 1) return resultado;
             if (!m_Rechazados.empty()) return 0;
         }
@@ -152,12 +153,18 @@ class CCarrera {
 
     bool ResuelveCruces() {
         const std::vector<CLugar> lugares = Lugares();
-        const auto cruces = geometria::LugaresDeCruce(*m_pDelaunay, lugares, m_Tramos, std::move(m_Rechazados));
-        m_pDelaunay.reset();
-        m_Informe.m_bDemasiadosCruces = !cruces;
+        const int hechos = m_pDelaunay->CantidadVertices() + static_cast<int>(m_Tramos.size());
+        const auto sigue = [&] {
+            m_bCancelada = m_bCancelada || !Sigue(hechos);
+            return !m_bCancelada;
+        };
+        const auto cruces = geometria::LugaresDeCruce(*m_pDelaunay, lugares, m_Tramos, std::move(m_Rechazados), sigue);
+        m_Informe.m_bDemasiadosCruces = !cruces && !m_bCancelada;
         if (!cruces) return false;
         std::vector<CLugar> nuevos;
-        const std::vector<geometria::CTrozoLado> trozos = geometria::ResuelveCruces(lugares, m_Tramos, *cruces, nuevos);
+        const auto resueltos = geometria::ResuelveCruces(lugares, m_Tramos, *cruces, nuevos, sigue);
+        if (!resueltos) return false;
+        const std::vector<geometria::CTrozoLado>& trozos = *resueltos;
         const std::size_t viejos = m_Puntos.size();
         AgregaPuntos(nuevos, trozos);
         AnotaCruces(*cruces, viejos);
@@ -244,6 +251,7 @@ class CCarrera {
     CInformeTriangulacion& m_Informe;
     std::optional<CDelaunay> m_pDelaunay;
     std::vector<int> m_Rechazados;
+    bool m_bCancelada = false;
 };
 
 void Cuenta(const CInformeTriangulacion& informe, bool bRechaza, CNivelMensajes nivel, IPorcentaje& porcentaje) {
@@ -285,7 +293,7 @@ int CTriangulacion::Corre(std::vector<CPuntoTIN> puntos, const CDibujo<int>& dib
                           IPorcentaje* porcentaje, CDibujo<int>* cruces) {
     tin.Clear();
     m_Informe = {};
-    if (puntos.size() + dibujo.CantidadPuntos() >= kPuntosMaximos) return 0;
+    if (puntos.size() + dibujo.CantidadPuntos() > kPuntosMaximos) return 0;
     CMaterial material{std::move(puntos), {}};
     std::erase_if(material.puntos, [this](const CPuntoTIN& p) {
         return p.EsBorrado() || p.z < m_Data.m_dCotaMinima || p.z > m_Data.m_dCotaMaxima;

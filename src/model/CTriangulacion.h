@@ -41,8 +41,8 @@ class LUMBRA_API CTriangulacion {
     ///                    apart: the usual 0.1, as any value up to 1, joins equal points only; larger ones are refused
     /// @param cruces      may be null: gets a line of one point, of code "CRUCE", for each place where lines cross
     ///                    between points
-    /// @return 1 done; 0 lines cross and may not, or too often, distancia is too large, or there are 2^28 points and
-    ///         more: tin is empty then; 2 cancelled, tin is empty
+    /// @return 1 done; 0 lines cross and may not, or too often, distancia is too large, or there are more than 250
+    ///         million points: tin is empty then; 2 cancelled, tin is empty
     int Run(const CDibujo<int>& dibujo, CTIN& tin, int modo, IPorcentaje* porcentaje, double distancia,
             CDibujo<int>* cruces);
 

@@ -16,6 +16,7 @@ using predicados::Entero128;
 
 constexpr std::size_t kCrucesMaximos = std::size_t{1} << 24;
 constexpr int kRondas = 16;
+constexpr std::size_t kCadaCuantos = 256;  // sides between two questions
 
 void OrdenaSinRepetir(std::vector<CLugar>& lugares) {
     std::ranges::sort(lugares);
@@ -190,11 +191,14 @@ std::vector<CArbol::CNodo> Todos(std::span<const CLugar> puntos, std::span<const
 }  // namespace
 
 std::optional<std::vector<CLugar>> LugaresDeCruce(CDelaunay& delaunay, std::span<const CLugar> puntos,
-                                                  std::span<const CLadoPedido> tramos, std::vector<int> rechazados) {
+                                                  std::span<const CLadoPedido> tramos, std::vector<int> rechazados,
+                                                  const std::function<bool()>& sigue) {
     std::vector<CLugar> cruces;
     std::vector<CDelaunay::CLado> lados;
     const auto cruza = [&](CDelaunay& d, const CParte& parte) {
-        for (const CLadoPedido& tramo : parte.tramos) {
+        for (std::size_t i = 0; i < parte.tramos.size(); ++i) {
+            if (i % kCadaCuantos == 0 && !sigue()) return false;
+            const CLadoPedido& tramo = parte.tramos[i];
             lados.clear();
             d.Cruzados(tramo.a, tramo.b, lados);
             for (const auto& [u, v] : lados)
@@ -230,13 +234,16 @@ std::optional<std::vector<CLugar>> LugaresDeCruce(CDelaunay& delaunay, std::span
     return cruces;
 }
 
-std::vector<CTrozoLado> ResuelveCruces(std::span<const CLugar> puntos, std::span<const CLadoPedido> tramos,
-                                       std::span<const CLugar> cruces, std::vector<CLugar>& nuevos) {
+std::optional<std::vector<CTrozoLado>> ResuelveCruces(std::span<const CLugar> puntos,
+                                                      std::span<const CLadoPedido> tramos,
+                                                      std::span<const CLugar> cruces, std::vector<CLugar>& nuevos,
+                                                      const std::function<bool()>& sigue) {
     const CArbol todos(Todos(puntos, cruces, nuevos));
     const std::vector<bool> doblados = CDobleces(puntos, tramos, todos).Busca(cruces);
     std::vector<CTrozoLado> trozos;
     std::vector<CArbol::CNodo> paso;
     for (std::size_t i = 0; i < tramos.size(); ++i) {
+        if (i % kCadaCuantos == 0 && !sigue()) return std::nullopt;
         const int tramo = static_cast<int>(i);
         if (!doblados[i]) {
             trozos.push_back({tramos[i].a, tramos[i].b, tramo});

@@ -4,6 +4,7 @@
 #include "model/Delaunay.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <span>
 #include <vector>
@@ -26,11 +27,13 @@ struct CTrozoLado {
 /// often they cross.
 /// @param delaunay    the points, with all sides put in that could be
 /// @param rechazados  the others, by index
-/// @return nothing when sides cross more than some ten million times
+/// @param sigue       asked now and then; false ends the work
+/// @return nothing when ended so, or when sides cross more than some ten million times
 [[nodiscard]] std::optional<std::vector<predicados::CLugar>> LugaresDeCruce(CDelaunay& delaunay,
                                                                             std::span<const predicados::CLugar> puntos,
                                                                             std::span<const CLadoPedido> tramos,
-                                                                            std::vector<int> rechazados);
+                                                                            std::vector<int> rechazados,
+                                                                            const std::function<bool()>& sigue);
 
 /// Leads sides through the rounded places where they cross, and gives the pieces, which don't cross.
 ///
@@ -41,9 +44,12 @@ struct CTrozoLado {
 /// L. Guibas, D. Marimont, 1998), only round the crossings.
 /// @param cruces  LugaresDeCruce
 /// @param nuevos  out: the places that no point had, sorted
-[[nodiscard]] std::vector<CTrozoLado> ResuelveCruces(std::span<const predicados::CLugar> puntos,
-                                                     std::span<const CLadoPedido> tramos,
-                                                     std::span<const predicados::CLugar> cruces,
-                                                     std::vector<predicados::CLugar>& nuevos);
+/// @param sigue   as above
+/// @return nothing when ended so
+[[nodiscard]] std::optional<std::vector<CTrozoLado>> ResuelveCruces(std::span<const predicados::CLugar> puntos,
+                                                                    std::span<const CLadoPedido> tramos,
+                                                                    std::span<const predicados::CLugar> cruces,
+                                                                    std::vector<predicados::CLugar>& nuevos,
+                                                                    const std::function<bool()>& sigue);
 
 }  // namespace Vertiz::geometria

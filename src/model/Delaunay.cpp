@@ -10,9 +10,7 @@
 namespace Vertiz::geometria {
 namespace {
 
-constexpr int kOtro[3] = {1, 2, 0};     // the next place in a triangle
-constexpr int kTercero[3] = {2, 0, 1};  // and the one after it
-constexpr int kCadaCuantos = 4096;      // points between two questions
+constexpr int kCadaCuantos = 4096;  // points between two questions
 
 }  // namespace
 

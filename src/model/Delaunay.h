@@ -76,6 +76,8 @@ class CDelaunay {
     // neighbour, the other side of side k, which lies opposite to vertex k.
     using CPuerta = std::int32_t;
     static constexpr int kInfinito = 0;  // vertices are numbered from 1 as they go in: so those of a triangle lie close
+    static constexpr int kOtro[3] = {1, 2, 0};           // the next place in a triangle
+    static constexpr int kTercero[3] = {2, 0, 1};        // and the one after it
     static constexpr std::uint32_t kBorrado = 1U << 12;  // below it, four bits for each side
 
     struct CBorde {

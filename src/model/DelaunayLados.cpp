@@ -8,8 +8,6 @@
 namespace Vertiz::geometria {
 namespace {
 
-constexpr int kOtro[3] = {1, 2, 0};     // the next place in a triangle
-constexpr int kTercero[3] = {2, 0, 1};  // and the one after it
 constexpr std::int32_t kNinguna = -1;
 
 // p lies between a and b, with which it is in line, or at b.

@@ -202,6 +202,16 @@ TEST(CGLPaleta, AWindowsPaletteIsSelectedAndTheFormerOneKept) {
     EXPECT_EQ(escena->m_pDC->SelectPalette(escena->GetPalette(), FALSE), escena->GetPalette());
     EXPECT_EQ(escena->Render(), 1);
 
+    // It is selected whenever the context is taken, which fails where it can't be.
+    escena->m_pDC->SelectPalette(&otra, FALSE);
+    ASSERT_EQ(escena->MakeCurrent(nullptr), 1);
+    wglMakeCurrent(nullptr, nullptr);
+    EXPECT_EQ(escena->m_pDC->SelectPalette(&previa, FALSE), escena->GetPalette());
+    escena->GetPalette()->DeleteObject();
+    EXPECT_EQ(escena->MakeCurrent(nullptr), 0);
+    ASSERT_EQ(escena->CreaPaleta(d), 1);
+    EXPECT_EQ(escena->m_pPaletaAnterior, &previa);
+
     // The device context gets its palette back at the end: here it outlives the scene, to be asked.
     const std::unique_ptr<CDC> dc(escena->m_pDC);
     escena->m_bDCExterno = 1;

@@ -96,7 +96,6 @@ TEST_F(ConTextos, AreNotMadeUnlessAskedFor) {
 
 TEST_F(ConTextos, AreTwoBlocksOfOutlinesOneAfterTheOther) {
     m_Escena.m_Data.m_bTextos3D = 1;
-    m_Escena.m_Data.m_nAlturaTextos = 1 << 20;  // that of bitmaps: no font is so high
     m_Escena.m_bFuentes = 2;
     const RegistroGL registro;
     EXPECT_EQ(m_Escena.CreaFuentes(), 1);

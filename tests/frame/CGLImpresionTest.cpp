@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <functional>
+#include <tuple>
 
 namespace {
 
@@ -102,6 +103,9 @@ class EscenaImpresa : public EscenaPrueba {
     bool m_bPideContexto = false;
 
     using CGL::m_CabeceraImpresion;
+    using CGL::m_hBitmapImpresion;
+    using CGL::m_hDCMemoria;
+    using CGL::m_hRCImpresion;
     using CGL::m_nAltoImpresora;
     using CGL::m_nAnchoImpresora;
 };
@@ -301,6 +305,41 @@ TEST_F(Impresion, NothingOfThePageIsLeft) {
     EXPECT_EQ(m_pEscena->Render(), 1);
 }
 
+TEST_F(Impresion, APageThatIsNeverLaidIsFreedWithTheNextOneOrTheScene) {
+    Hoja hoja(80, 60);
+    CPrintInfo info;
+    m_pEscena->OnPrint1(hoja.DC(), &info, m_pVista.get());
+    const auto [hRC, hDC, hBitmap] =
+        std::tuple(m_pEscena->m_hRCUsado, m_pEscena->m_hDCUsado, m_pEscena->m_hBitmapUsado);
+    ASSERT_NE(hRC, nullptr);
+    m_pEscena->OnPrint1(hoja.DC(), &info, m_pVista.get());
+    const auto [otroRC, otroDC, otroBitmap] =
+        std::tuple(m_pEscena->m_hRCUsado, m_pEscena->m_hDCUsado, m_pEscena->m_hBitmapUsado);
+    ASSERT_NE(otroRC, nullptr);
+    EXPECT_FALSE(wglDeleteContext(hRC) || ::DeleteDC(hDC) || ::DeleteObject(hBitmap));
+    m_pVista.reset();
+    EXPECT_FALSE(wglDeleteContext(otroRC) || ::DeleteDC(otroDC) || ::DeleteObject(otroBitmap));
+}
+
+TEST_F(Impresion, AnularForgetsAPageWithoutFreeingIt) {
+    Tela tela;
+    EscenaImpresa escena;
+    ASSERT_TRUE(escena.Monta(tela));
+    Hoja hoja(80, 60);
+    CPrintInfo info;
+    escena.OnPrint1(hoja.DC(), &info, m_pVista.get());
+    ASSERT_NE(escena.m_hRCUsado, nullptr);
+    const HGLRC principal = escena.m_hRC;
+    escena.Anular();
+    EXPECT_EQ(escena.m_hRCImpresion, nullptr);
+    EXPECT_EQ(escena.m_hDCMemoria, nullptr);
+    EXPECT_EQ(escena.m_hBitmapImpresion, nullptr);
+    EXPECT_TRUE(wglDeleteContext(escena.m_hRCUsado));
+    EXPECT_TRUE(::DeleteDC(escena.m_hDCUsado));
+    EXPECT_TRUE(::DeleteObject(escena.m_hBitmapUsado));
+    EXPECT_TRUE(wglDeleteContext(principal));
+}
+
 TEST_F(Impresion, PagesCanFollowEachOther) {
     Hoja una(80, 60), otra(60, 80);
     Imprime(una);
@@ -336,6 +375,7 @@ TEST_F(Impresion, TheContextThatTheHostHadIsCurrentAgain) {
     m_pEscena->m_nFormatosQueFallan = 1000;
     Imprime(hoja);
     EXPECT_EQ(wglGetCurrentContext(), lienzo.Contexto()) << "after a failure too";
+    EXPECT_EQ(m_pEscena->m_Contextos.back(), nullptr) << "nothing is drawn in it";
     Lienzo::Suelta();
 }
 

@@ -4,7 +4,7 @@
 #include "VistaPrueba.h"
 #include "platform/Backend.h"
 #include "platform/DiagnosticoGL.h"
-#include "platform/ServidorX.h"
+#include "support/ServidorX.h"
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
@@ -17,20 +17,6 @@
 namespace {
 
 constexpr int kAncho = 120, kAlto = 90;
-
-// The server that every test of this program uses: the backend is chosen once.
-class ConServidor : public testing::Environment {
-  public:
-    void SetUp() override {
-        s_pServidor = std::make_unique<Servidor>();
-        if (s_pServidor->m_Nombre.empty()) GTEST_SKIP() << "Xvfb isn't installed: nothing can be seen";
-        setenv("DISPLAY", s_pServidor->m_Nombre.c_str(), 1);
-        ASSERT_TRUE(plataforma::FuerzaBackend("glx"));
-    }
-    void TearDown() override { s_pServidor.reset(); }
-
-    static inline std::unique_ptr<Servidor> s_pServidor;
-};
 
 [[maybe_unused]] const auto* entorno = testing::AddGlobalTestEnvironment(new ConServidor);
 
@@ -224,17 +210,27 @@ TEST_F(VistaX11, AWindowThatVanishesLeavesTheSceneWithoutAContext) {
     EXPECT_EQ(m_pVista->GetSafeHwnd(), nullptr);
 }
 
-// The last test of this program: afterwards there is no display.
-TEST_F(VistaX11, ZADisplayThatGoesAwayLeavesTheSceneSafe) {
-    XCloseDisplay(m_pDisplay);  // the test's own connection would end the program
-    m_pDisplay = nullptr;
-    ConServidor::s_pServidor->Mata();
-    m_pEscena->Render();
-    m_pEscena->Resize(20, 20);
-    m_pEscena->DrawZoomRect(20, 70, 30, 100);
-    for (int i = 0; i < 10; ++i)
-        CWnd::DespachaEventos(20);
-    EXPECT_EQ(m_pVista->GetSafeHwnd(), nullptr);
-    EXPECT_EQ(m_pEscena->Render(), 0);
-    wglMakeCurrent(nullptr, nullptr);
+// In a process of its own, with a server of its own, which it kills.
+class VistaX11DeathTest : public VistaX11 {
+  protected:
+    void SetUp() override {
+        GTEST_FLAG_SET(death_test_style, "threadsafe");
+        VistaX11::SetUp();
+    }
+};
+
+TEST_F(VistaX11DeathTest, ADisplayThatGoesAwayLeavesTheSceneSafe) {
+    const auto prueba = [this] {
+        XCloseDisplay(m_pDisplay);  // the test's own connection would end the program
+        ConServidor::s_pServidor->Mata();
+        EXPECT_EQ(m_pEscena->Render(), 0);
+        EXPECT_EQ(m_pEscena->Resize(20, 20), 0);
+        m_pEscena->DrawZoomRect(20, 70, 30, 100);
+        for (int i = 0; i < 10; ++i)
+            CWnd::DespachaEventos(20);
+        EXPECT_EQ(m_pVista->GetSafeHwnd(), nullptr);
+        EXPECT_EQ(m_pEscena->Render(), 0);
+        AcabaProceso();
+    };
+    EXPECT_EXIT(prueba(), testing::ExitedWithCode(0), "");
 }

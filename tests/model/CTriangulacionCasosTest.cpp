@@ -6,10 +6,8 @@
 
 #include <algorithm>
 #include <array>
-#include <chrono>
 #include <climits>
 #include <random>
-#include <set>
 
 namespace triangulaciones {
 namespace {
@@ -32,18 +30,6 @@ std::vector<CPuntoTIN> Rejilla(int columnas, int filas, int paso) {
     return puntos;
 }
 
-std::multiset<std::array<std::pair<int, int>, 3>> Conjunto(const CTIN& tin) {
-    std::multiset<std::array<std::pair<int, int>, 3>> conjunto;
-    for (unsigned i = 0; i < tin.CantidadTriangulos(); ++i) {
-        std::array<std::pair<int, int>, 3> t;
-        for (int k = 0; k < 3; ++k)
-            t[std::size_t(k)] = {tin.Vertice(i, k).x, tin.Vertice(i, k).y};
-        std::ranges::rotate(t, std::ranges::min_element(t));
-        conjunto.insert(t);
-    }
-    return conjunto;
-}
-
 TEST(CTriangulacion, PointsOfOnePlaceWithOtherHeightsAreReported) {
     std::vector<CPuntoTIN> puntos{{0, 0, 1}, {9, 0, 2}, {0, 9, 3}, {0, 0, 4}, {9, 0, 2}, {0, 0, 5}, {0, 0, 1}};
     CTIN tin;
@@ -61,6 +47,17 @@ TEST(CTriangulacion, PointsOfOnePlaceWithOtherHeightsAreReported) {
     EXPECT_EQ(triangulacion.Mensajes(0), 1);
     ASSERT_EQ(triangulacion.Run(puntos, CDibujo<int>(), tin, &callado, nullptr), 1);
     EXPECT_TRUE(callado.m_Mensajes.empty());
+}
+
+TEST(CTriangulacion, OfThousandsOfPointsOnOnePlaceTheFirstCounts) {
+    std::vector<CPuntoTIN> puntos;
+    for (int i = 0; i < 20000; ++i)
+        puntos.emplace_back(i % 3, i % 2, i);
+    CTIN tin;
+    ASSERT_EQ(CTriangulacion().Run(puntos, CDibujo<int>(), tin, nullptr, nullptr), 1);
+    ASSERT_EQ(tin.CantidadPuntos(), 6u);
+    for (unsigned i = 0; i < 6; ++i)
+        EXPECT_EQ(tin.Punto(i).z, int(i));
 }
 
 TEST(CTriangulacion, PointsThatMakeNoTriangleGiveAMessage) {

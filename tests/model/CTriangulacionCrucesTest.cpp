@@ -1,6 +1,8 @@
 // Lines that cross: what takes their place stays close to them, misses nothing and doesn't depend on their order.
 
 #include "Triangulaciones.h"
+#include "model/Delaunay.h"
+#include "support/Progreso.h"
 
 #include <algorithm>
 #include <climits>
@@ -80,18 +82,6 @@ void EsperaSeguidaDeCerca(const CTIN& tin, const CDibujo<int>& dibujo) {
     for (const auto& [p, lados] : fijos)
         for (const Plano& q : lados)
             ASSERT_TRUE(vistos.contains({p, q})) << p.first << ", " << p.second << " is followed for no line";
-}
-
-std::multiset<std::array<Plano, 3>> Conjunto(const CTIN& tin) {
-    std::multiset<std::array<Plano, 3>> conjunto;
-    for (unsigned i = 0; i < tin.CantidadTriangulos(); ++i) {
-        std::array<Plano, 3> t;
-        for (int k = 0; k < 3; ++k)
-            t[std::size_t(k)] = {tin.Vertice(i, k).x, tin.Vertice(i, k).y};
-        std::ranges::rotate(t, std::ranges::min_element(t));
-        conjunto.insert(t);
-    }
-    return conjunto;
 }
 
 CDibujo<int> Sopa(std::mt19937& azar, int cuantos, const std::function<int()>& dado) {
@@ -273,6 +263,43 @@ TEST(CTriangulacion, AGridOfLinesCrossesEverywhere) {
     ASSERT_NO_FATAL_FAILURE(EsperaValida(tin));
     ASSERT_NO_FATAL_FAILURE(EsperaSeguida(tin, dibujo));
     ASSERT_EQ(TriangulaSinCruces(dibujo, tin), 0);
+}
+
+TEST(CTriangulacion, OfASideThatIsRefusedNoPieceStays) {
+    using namespace Vertiz::geometria;
+    const std::vector<CDelaunay::CLugar> lugares{{0, 0}, {3, 0}, {10, 0}, {6, -5}, {6, 5}, {-4, 7}};
+    CDelaunay delaunay(lugares);
+    ASSERT_TRUE(delaunay.Triangula([](int) { return true; }));
+    ASSERT_TRUE(delaunay.InsertaLado(3, 4, 0));
+    ASSERT_FALSE(delaunay.InsertaLado(0, 2, LADO_LIMITE)) << "past 3, 0 it crosses the first one";
+    ASSERT_FALSE(delaunay.InsertaLado(2, 0, LADO_LIMITE));
+    int fijos = 0;
+    for (int t = 0; t < delaunay.Cantidad(); ++t)
+        for (int k = 0; k < 3; ++k)
+            fijos += delaunay.Marcas(t, k) != 0;
+    EXPECT_EQ(fijos, 2) << "the first one, from either side";
+    std::vector<CDelaunay::CLado> lados;
+    delaunay.Cruzados(0, 2, lados);
+    EXPECT_EQ(lados.size(), 1u);
+}
+
+TEST(CTriangulacion, ItCanBeCancelledAtAnyStepAmongCrossings) {
+    std::mt19937 azar(5);
+    std::uniform_int_distribution<int> dado(-1000, 1000);
+    const CDibujo<int> dibujo = Sopa(azar, 300, [&] { return dado(azar); });
+    CTIN tin;
+    Progreso entero;
+    ASSERT_EQ(CTriangulacion().Run(dibujo, tin, 0, &entero, 0.1, nullptr), 1);
+    const int pasos = int(entero.m_Pasos.size());
+    ASSERT_GT(pasos, 5);
+    for (int i = 1; i <= pasos; ++i) {
+        Progreso cancela(i);
+        CTriangulacion triangulacion;
+        ASSERT_EQ(triangulacion.Run(dibujo, tin, 0, &cancela, 0.1, nullptr), 2) << i;
+        EXPECT_EQ(int(cancela.m_Pasos.size()), i);
+        EXPECT_EQ(tin.CantidadPuntos(), 0u);
+        EXPECT_FALSE(triangulacion.GetInforme().m_bDemasiadosCruces);
+    }
 }
 
 }  // namespace

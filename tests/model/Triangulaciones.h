@@ -6,8 +6,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <map>
+#include <set>
 #include <utility>
 #include <vector>
 
@@ -69,6 +71,19 @@ inline Entero DobleArea(const CLinea<int>& linea) {
         area += Entero{a.x} * b.y - Entero{a.y} * b.x;
     }
     return area;
+}
+
+/// The triangles by the places of their vertices, whatever their order and numbers.
+inline std::multiset<std::array<std::pair<int, int>, 3>> Conjunto(const CTIN& tin) {
+    std::multiset<std::array<std::pair<int, int>, 3>> conjunto;
+    for (unsigned i = 0; i < tin.CantidadTriangulos(); ++i) {
+        std::array<std::pair<int, int>, 3> t;
+        for (int k = 0; k < 3; ++k)
+            t[std::size_t(k)] = {tin.Vertice(i, k).x, tin.Vertice(i, k).y};
+        std::ranges::rotate(t, std::ranges::min_element(t));
+        conjunto.insert(t);
+    }
+    return conjunto;
 }
 
 /// d lies strictly inside the circle of a, b, c: the determinant in parts of 64 bits, by another way than the

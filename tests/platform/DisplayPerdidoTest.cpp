@@ -2,11 +2,11 @@
 
 #include "ManoX11.h"
 #include "Memoria.h"
-#include "ServidorX.h"
 #include "platform/CView.h"
 #include "platform/CopiasDIB.h"
 #include "platform/DiagnosticoGL.h"
 #include "platform/Errores.h"
+#include "support/ServidorX.h"
 
 #include <gtest/gtest.h>
 
@@ -27,18 +27,13 @@ class Vista : public CView {
     void OnDestroy() override { ++m_nDestruidas; }
 };
 
-// Says that all went well by ending with 0; what went wrong is on the error stream.
 template <class Prueba>
 [[noreturn]] void EnSuProceso(Prueba prueba) {
     Servidor servidor;
     if (servidor.m_Nombre.empty()) _exit(0);
     setenv("DISPLAY", servidor.m_Nombre.c_str(), 1);
     prueba(servidor);
-    const auto& resultado = *testing::UnitTest::GetInstance()->current_test_info()->result();
-    for (int i = 0; i < resultado.total_part_count(); ++i)
-        std::fprintf(stderr, "line %d: %s\n", resultado.GetTestPartResult(i).line_number(),
-                     resultado.GetTestPartResult(i).message());
-    _exit(testing::Test::HasFailure() ? 1 : 0);
+    AcabaProceso();
 }
 
 class DisplayPerdidoDeathTest : public testing::Test {
