@@ -68,6 +68,10 @@ TEST_F(Edicion, ACellOfAMatrixHasItsSidesAndHeightsLessTheOrigin) {
     EXPECT_EQ(s.nx, (Cuatro{201, 202, 101, 102}));
     EXPECT_EQ(s.ny, (Cuatro{201.25F, 202.25F, 101.25F, 102.25F}));
     EXPECT_EQ(s.nz, (Cuatro{201.5F, 202.5F, 101.5F, 102.5F}));
+    dem.SetSuavizado(false);
+    EXPECT_EQ(Lectura(m_escena, 0, 1).ny, Cuatro{}) << "vectors that are there but don't count";
+    m_escena.ModificaPunto(0, 1, 102, {1, 2, 3});
+    EXPECT_EQ(dem.VectorX().Get(2, 1), 201);
     const Lectura fuera(m_escena, 1, 2);
     EXPECT_EQ(fuera.z, (Cuatro{6, -100, kVacio - 100, -100})) << "outside the matrix reads 0";
 }
@@ -232,6 +236,15 @@ TEST_F(Edicion, WithoutAGridNothingHappens) {
     EXPECT_EQ(m_escena.GetMaximasObjeto(m), 0);
 }
 
+TEST_F(Edicion, AGridWithoutACellHasNoExtents) {
+    CDEM dem = modelos::Rejilla({{1, kVacio}, {kVacio, 2}});
+    m_escena.SetDEM(&dem);
+    Vertiz::CMaximas<double> m;
+    EXPECT_EQ(m_escena.GetMaximasSeleccion(m), 0);
+    EXPECT_EQ(m_escena.GetMaximasObjeto(m), 0);
+    EXPECT_TRUE(m.EstanVacias(true));
+}
+
 // ---- Picked things; in a list they can be set by hand ----
 
 TEST_F(Edicion, ThePickedPointOfAListIsThatOfItsIndex) {
@@ -297,6 +310,10 @@ TEST_F(EdicionPicada, TheExtentAndPointOfWhatIsPickedInAMatrix) {
     m_escena.SetSeleccion({{0, -1}, {1, -1}});
     EXPECT_FALSE(m_escena.DamePuntoSeleccion2(p, 1)) << "the frame's list isn't asked";
     m_escena.SetSeleccion({});
+    pulsa(20, 60, 2, 1);
+    m = {};
+    EXPECT_EQ(m_escena.GetMaximasSeleccion(m), 1);
+    EXPECT_EQ(m.Maxima(), m.Minima()) << "one sample";
     pulsa(30, 40, 6, 1);
     m = {};
     EXPECT_EQ(m_escena.GetMaximasSeleccion(m), 1);

@@ -26,10 +26,12 @@ class SinRejilla : public CGL {
     using CGL::OnSeleccion;
     unsigned OnSeleccion(int x, int y, int desdeInicio, unsigned tipo, int acumular, int bReferencias, int bVinculos,
                          unsigned modo, int bPuntoLibre, int e, int f) override {
+        SetSeleccion(m_alPulsar);
         m_pedida = {x, y, desdeInicio, int(tipo), acumular, bReferencias, bVinculos, int(modo), bPuntoLibre, e, f};
         return 0;
     }
     std::vector<int> m_pedida;
+    std::vector<Vertiz::CPosicionEntidad> m_alPulsar;  ///< selected after a click
 
   private:
     Vertiz::CDataSemilla m_semilla;
@@ -82,6 +84,29 @@ TEST_F(SeleccionConGrupo, ANewPickLetsTheLinksGoAlsoWhereTheyAreNotAsked) {
     vinculo->SetSeleccion({{1, -1}});
     m_escena.OnSeleccion(10, 10, 1, 0, 0, 1, 0, 0, 0, 0, 0);
     EXPECT_TRUE(vinculo->GetSeleccion().empty());
+}
+
+TEST_F(SeleccionConGrupo, TheResultIsHowManyMoreAreSelected) {
+    Vertiz::CDEM dem = Rejilla5();
+    Mira(dem);
+    auto* vinculo = new SinRejilla;
+    m_escena.VinculoNuevo(vinculo);
+    vinculo->m_alPulsar = {{1, -1}, {2, -1}, {3, -1}};
+    EXPECT_EQ(Pulsa(140, 10, 0, 1, 0, 1), 3u);
+    EXPECT_EQ(Pulsa(140, 10, 0, 1, 0, 1), 0u);
+}
+
+TEST_F(SeleccionConGrupo, InASphereWhatLiesTooFarFromItsCentreIsNotPicked) {
+    Vertiz::CDEM dem = Rejilla5();
+    Mira(dem);
+    Vertiz::CDataTransformacion esfera;
+    esfera.m_nTipo = Vertiz::CDataTransformacion::ESFERICA;
+    for (const double hondo : {0.0, 1000.0}) {
+        esfera.m_CentroProyeccion = {20, 20, -hondo};
+        m_escena.SetDataTransformacion(esfera);
+        EXPECT_EQ(Pulsa(10, 20), hondo == 0.0 ? 1u : 0u);
+        EXPECT_EQ(Pulsa(32, 32, 1), hondo == 0.0 ? 1u : 0u);
+    }
 }
 
 TEST_F(SeleccionConGrupo, CellsAndTheFramesListBothCountAsSomethingSelected) {
@@ -141,9 +166,10 @@ class EscenaDerivada : public EscenaTerreno {
 TEST_F(SeleccionConGrupo, ADerivingSceneTakesPartInTheSteps) {
     Vertiz::CDEM dem = Rejilla5();
     Mira(dem);
+    Pulsa(10, 10);
     EscenaDerivada escena;
     escena = m_escena;  // it shares the context and its matrices
-    escena.SetDEM(&dem);
+    EXPECT_THAT(escena.GetSeleccionCeldas(), ElementsAre(Celda{0, 0}));
     EXPECT_EQ(escena.OnSeleccion(10, 10, 1, 0, 0, 1, 1, 1, 0, 0, 0), 1u);
     EXPECT_THAT(escena.m_pasos, ElementsAre("Deselecciona", "OnIniciarSeleccion", "DamePuntoSeleccion2"));
     EXPECT_EQ(escena.GetPuntosSeleccion().size(), 1u);

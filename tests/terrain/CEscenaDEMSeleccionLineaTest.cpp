@@ -74,6 +74,15 @@ TEST_F(SeleccionConLinea, TheClosedSketchIsShown) {
     m_escena.SetDigiTab(nullptr);
 }
 
+TEST_F(SeleccionConLinea, TwoPointsAreEnoughAndOneIsNot) {
+    Vertiz::CDEM dem = Rejilla5();
+    Mira(dem);
+    Traza({{0, 32}, {128, 32}});
+    EXPECT_EQ(m_escena.OnSeleccionConLineaNueva(1), 5u) << "a whole row lies on it";
+    Traza({{32, 32}});
+    EXPECT_EQ(m_escena.OnSeleccionConLineaNueva(1), 0u);
+}
+
 TEST_F(SeleccionConLinea, VoidsAreLeftOutByTheFirstCorner) {
     Vertiz::CDEM dem = Rejilla5();
     dem.Matriz().Set(2, 2, kVacio);

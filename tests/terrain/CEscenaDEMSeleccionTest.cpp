@@ -179,6 +179,8 @@ TEST_F(Seleccion, ModesRecordThePointAndFeedTheSketch) {
     EXPECT_EQ(Pulsa(40, 70, 0, 1, 2), 1u);
     EXPECT_EQ(puntos().size(), 1u);
     EXPECT_EQ(m_escena.NPuntosLineaNueva(), 2u) << "the point, and the one that follows the cursor";
+    EXPECT_NEAR(m_escena.m_LineaNueva.Punto(0).x, 32 / 128.0 - 0.5, 1e-5) << "where the sample lies, not the click";
+    EXPECT_NEAR(m_escena.m_LineaNueva.Punto(0).z, 64 / 128.0 - 0.5, 1e-5);
     EXPECT_EQ(Pulsa(100, 70, 0, 1, 2, 1), 1u);
     EXPECT_EQ(puntos().size(), 2u);
     EXPECT_EQ(m_escena.NPuntosLineaNueva(), 3u);
