@@ -3,11 +3,8 @@
 //
 // The floor of the first is the one read of the depth buffer that it makes, of the second the search for its point.
 
+#include "Colinas.h"
 #include "Turnos.h"
-#include "terrain/CEscenaDEM.h"
-#include "model/CDigiTab.h"
-#include "platform/CBitmap.h"
-#include "platform/CDC.h"
 
 #include <benchmark/benchmark.h>
 
@@ -16,7 +13,7 @@
 
 namespace {
 
-constexpr unsigned kFilas = 400, kColumnas = 400;
+constexpr unsigned kLado = 400;
 constexpr int kAncho = 1200, kAlto = 900;
 constexpr int kBloque = 1024;  // side of the depth block round a pixel
 constexpr int kTurnos = 15, kVeces = 10;
@@ -29,31 +26,18 @@ class Escena : public CEscenaDEM {
 };
 
 // Hills that fill the window from side to side, and half of it in the other direction.
-struct Terreno {
-    Terreno() : dem(kFilas, kColumnas, 5.0, 5.0, 500000.0, 4500000.0), escena(&dem) {
-        for (unsigned r = 0; r < kFilas; ++r)
-            for (unsigned c = 0; c < kColumnas; ++c)
-                dem.Matriz().Set(r, c, float(500 + 30 * std::sin(r * 0.05) * std::cos(c * 0.06)));
-        dem.ActualizaCantidades();
-        bitmap.CreateBitmap(kAncho, kAlto, 24);
-        dc.CreateCompatibleDC(nullptr);
-        dc.SelectObject(&bitmap);
-        escena.SetQuad(1);
-        escena.SetEjes(0);
-        escena.SetDigiTab(&tabla);
-        bien = escena.Crear(&dc, PFD_TYPE_RGBA, PFD_DRAW_TO_BITMAP | PFD_SUPPORT_OPENGL) != 0;
-        escena.OnZoomExtension();
-        bien = bien && escena.Iniciar() && escena.Resize(kAncho, kAlto);
-        escena.OnZoomExtension();
+struct Terreno : Colinas<Escena> {
+    Terreno()
+        : Colinas(
+              kLado, kAncho, kAlto,
+              [](unsigned r, unsigned c) { return 500 + 30 * std::sin(r * 0.05) * std::cos(c * 0.06); },
+              [](Colinas& t) {
+                  t.escena.SetQuad(1);
+                  t.escena.SetEjes(0);
+                  t.escena.SetDigiTab(&t.tabla);
+              }) {
         bien = bien && escena.Render();
     }
-
-    CBitmap bitmap;
-    CDC dc;
-    Vertiz::CDEM dem;
-    Vertiz::CDigiTab tabla;
-    Escena escena;
-    bool bien = false;
 };
 
 template <class F>

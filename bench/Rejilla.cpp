@@ -3,12 +3,10 @@
 // The floor of the first two is a plain loop that sends the same normals, colours and vertices from ready arrays into a
 // list.
 
+#include "Colinas.h"
 #include "MemoriaViva.h"
 #include "Turnos.h"
-#include "terrain/CEscenaDEM.h"
 #include "frame/CTintaAlturas.h"
-#include "platform/CBitmap.h"
-#include "platform/CDC.h"
 
 #include <benchmark/benchmark.h>
 
@@ -33,31 +31,19 @@ class Escena : public CEscenaDEM {
 };
 
 // Rolling hills in a scene on a bitmap, built but for the list.
-struct Terreno {
-    explicit Terreno(unsigned quad) : dem(kLado, kLado, 5.0, 5.0, 500000.0, 4500000.0), escena(&dem) {
-        for (unsigned r = 0; r < kLado; ++r)
-            for (unsigned c = 0; c < kLado; ++c)
-                dem.Matriz().Set(r, c, float(500 + 300 * std::sin(r * 0.01) * std::cos(c * 0.013)));
-        dem.ActualizaCantidades();
-        bitmap.CreateBitmap(kAncho, kAlto, 24);
-        dc.CreateCompatibleDC(nullptr);
-        dc.SelectObject(&bitmap);
-        escena.SetQuad(quad);
-        escena.SetEjes(0);
-        escena.SetTipoColorMDT(2);
-        escena.Data().m_GamaColor = Vertiz::CDataGamaColor::Terreno(200, 800);
-        bien = escena.Crear(&dc, PFD_TYPE_RGBA, PFD_DRAW_TO_BITMAP | PFD_SUPPORT_OPENGL) != 0;
-        escena.OnZoomExtension();
-        bien = bien && escena.Iniciar() && escena.Resize(kAncho, kAlto);
-        escena.OnZoomExtension();
+struct Terreno : Colinas<Escena> {
+    explicit Terreno(unsigned quad)
+        : Colinas(
+              kLado, kAncho, kAlto,
+              [](unsigned r, unsigned c) { return 500 + 300 * std::sin(r * 0.01) * std::cos(c * 0.013); },
+              [quad](Colinas& t) {
+                  t.escena.SetQuad(quad);
+                  t.escena.SetEjes(0);
+                  t.escena.SetTipoColorMDT(2);
+                  t.escena.Data().m_GamaColor = Vertiz::CDataGamaColor::Terreno(200, 800);
+              }) {
         bien = bien && escena.MakeCurrent(nullptr);
     }
-
-    CBitmap bitmap;
-    CDC dc;
-    Vertiz::CDEM dem;
-    Escena escena;
-    bool bien = false;
 };
 
 // The ready arrays: a vertex and a colour for each sample, from the north by rows, and a normal for each cell.

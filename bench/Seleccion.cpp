@@ -2,10 +2,8 @@
 //
 // The floor reads every height and compares it with the null level.
 
+#include "Colinas.h"
 #include "Turnos.h"
-#include "terrain/CEscenaDEM.h"
-#include "platform/CBitmap.h"
-#include "platform/CDC.h"
 
 #include <benchmark/benchmark.h>
 
@@ -18,33 +16,20 @@ constexpr int kAncho = 800, kAlto = 600;
 constexpr unsigned kCeldas = 2, kMuestras = 1;
 
 // Rolling hills with some voids, in a scene that has a frame to pick in.
-struct Terreno {
-    explicit Terreno(bool bOrto) : dem(kLado, kLado, 5.0, 5.0, 500000.0, 4500000.0), escena(&dem) {
-        for (unsigned r = 0; r < kLado; ++r)
-            for (unsigned c = 0; c < kLado; ++c)
-                dem.Matriz().Set(r, c, float(500 + 300 * std::sin(r * 0.01) * std::cos(c * 0.013)));
-        for (unsigned r = 400; r < 600; ++r)
-            for (unsigned c = 900; c < 1300; ++c)
-                dem.Matriz().Set(r, c, -9999.0F);
-        dem.ActualizaCantidades();
-        bitmap.CreateBitmap(kAncho, kAlto, 24);
-        dc.CreateCompatibleDC(nullptr);
-        dc.SelectObject(&bitmap);
-        escena.SetQuad(3);
-        escena.SetOrtogonal(bOrto);
-        bien = escena.Crear(&dc, PFD_TYPE_RGBA, PFD_DRAW_TO_BITMAP | PFD_SUPPORT_OPENGL) != 0;
-        escena.OnZoomExtension();
-        bien = bien && escena.Iniciar() && escena.Resize(kAncho, kAlto);
-        escena.OnZoomExtension();
+struct Terreno : Colinas<CEscenaDEM> {
+    explicit Terreno(bool bOrto)
+        : Colinas(kLado, kAncho, kAlto, Altura, [bOrto](Colinas& t) {
+              t.escena.SetQuad(3);
+              t.escena.SetOrtogonal(bOrto);
+          }) {
         bien = bien && escena.Render();
         escena.SetQuad(1);
     }
 
-    CBitmap bitmap;
-    CDC dc;
-    Vertiz::CDEM dem;
-    CEscenaDEM escena;
-    bool bien = false;
+    static double Altura(unsigned r, unsigned c) {
+        const bool bVacia = r >= 400 && r < 600 && c >= 900 && c < 1300;
+        return bVacia ? -9999.0 : 500 + 300 * std::sin(r * 0.01) * std::cos(c * 0.013);
+    }
 };
 
 void Falla(benchmark::State& state) {

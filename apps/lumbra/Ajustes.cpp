@@ -14,22 +14,7 @@ namespace {
 constexpr const wchar_t* kSeccion = L"View";
 constexpr const wchar_t* kVentana = L"Window";
 
-CDataGL Datos(const OpcionesVista& o) {
-    CDataGL data;
-    data.m_nColorFondo = o.colorFondo;
-    data.m_nColorDEM = o.colorDEM;
-    data.m_nModoRelleno = o.color;
-    data.m_nSombraCeldas = o.sombraCeldas ? 1 : 0;
-    data.m_nQuad = o.malla;
-    data.m_bBase = o.base ? 1 : 0;
-    data.m_bLimites = o.limites ? 1 : 0;
-    data.m_nEjes = o.ejes ? 1 : 0;
-    data.m_bOrto = o.perspectiva ? 0 : 1;
-    data.m_bRelleno = o.luz ? 1 : 0;
-    return data;
-}
-
-// A settings file may hold anything: what the options have no place for stays as it was.
+// The reverse of PonOpciones. A settings file may hold anything: what the options have no place for stays as it was.
 void Toma(OpcionesVista& o, const CDataGL& data) {
     constexpr int kRGB = 0xFFFFFF;
     o.colorFondo = data.m_nColorFondo & kRGB;
@@ -60,7 +45,8 @@ double Exageracion(CWinApp& app) {
 }  // namespace
 
 void RecuerdaAjustes(OpcionesVista& opciones) {
-    CDataGL data = Datos(opciones);
+    CDataGL data;
+    PonOpciones(data, opciones);
     data.GetProfile(kSeccion);
     Toma(opciones, data);
     CWinApp& app = *AfxGetApp();

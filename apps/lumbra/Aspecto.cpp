@@ -62,11 +62,9 @@ double ExageracionNatural(const Caja& m) {
     return std::max(1.0, std::floor(pedida / decada)) * decada;
 }
 
-void Ajusta(CGL& escena, const OpcionesVista& o, const Caja& extension) {
-    CDataGL data = escena.GetData();
+void PonOpciones(CDataGL& data, const OpcionesVista& o) {
     data.m_nColorFondo = o.colorFondo;
     data.m_nColorDEM = o.colorDEM;
-    data.m_nColorBase = 0xA8B0B4;
     data.m_nModoRelleno = o.color;
     data.m_nSombraCeldas = o.sombraCeldas ? 1 : 0;
     data.m_nQuad = o.malla;
@@ -75,6 +73,12 @@ void Ajusta(CGL& escena, const OpcionesVista& o, const Caja& extension) {
     data.m_nEjes = o.ejes ? 1 : 0;
     data.m_bOrto = o.perspectiva ? 0 : 1;
     data.m_bRelleno = o.luz ? 1 : 0;
+}
+
+void Ajusta(CGL& escena, const OpcionesVista& o, const Caja& extension) {
+    CDataGL data = escena.GetData();
+    PonOpciones(data, o);
+    data.m_nColorBase = 0xA8B0B4;
     data.m_GamaColor = Rampa(o.rampa, extension.Minima().z, extension.Maxima().z);
     escena.SetData(data);
     PonLuz(escena, o.luzAzimut, o.luzElevacion);

@@ -32,6 +32,9 @@ struct OpcionesVista {
 /// A factor of heights that makes the relief of a model of these extents visible.
 double ExageracionNatural(const Vertiz::CMaximas<double>& extension);
 
+/// Puts those options into a scene's settings that have a field of their own there.
+void PonOpciones(CDataGL& data, const OpcionesVista& opciones);
+
 /// Gives a scene its settings.
 /// @param extension  of what is shown, for the ramp of heights; local terrain units
 /// @throw std::runtime_error with a sentence for the user

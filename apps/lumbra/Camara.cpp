@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <numbers>
 #include <vector>
@@ -14,10 +15,6 @@ using Punto = Vertiz::CCoor3D<double>;
 using Caja = Vertiz::CMaximas<double>;
 
 constexpr double kMargen = 0.94;  // of a picture that a model fills
-
-double Producto(const Punto& a, const Punto& b) {
-    return a.x * b.x + a.y * b.y + a.z * b.z;
-}
 
 // The model's corners as the viewer has them: x to his right, y upwards, z away from him.
 std::vector<Punto> EsquinasVistas(const CEscenaDEM& escena, const Caja& extension, const Punto& derecha,
@@ -124,6 +121,10 @@ double ARadianes(double grados) {
     return grados * std::numbers::pi / 180.0;
 }
 
+double Producto(const Punto& a, const Punto& b) {
+    return a.x * b.x + a.y * b.y + a.z * b.z;
+}
+
 Punto Direccion(double azimut, double elevacion) {
     const double a = ARadianes(azimut), e = ARadianes(elevacion);
     return {std::sin(a) * std::cos(e), std::sin(e), -std::cos(a) * std::cos(e), 0};
@@ -132,6 +133,14 @@ Punto Direccion(double azimut, double elevacion) {
 Punto Arriba(double azimut, double elevacion) {
     const double a = ARadianes(azimut), e = ARadianes(elevacion);
     return {-std::sin(a) * std::sin(e), std::cos(e), std::cos(a) * std::sin(e), 0};
+}
+
+bool HallaBajo(CGL& escena, const CPoint& pt, Punto& gl, double* profundidad) {
+    constexpr int kCerca = 3;  // pixels
+    CPoint pixel;
+    return escena.PantallaATerreno(pt, gl, true, true, false) != 0 &&
+           escena.TerrenoAPantalla(pixel, gl, profundidad, true) != 0 &&
+           std::max(std::abs(pixel.x - pt.x), std::abs(pixel.y - pt.y)) <= kCerca;
 }
 
 void PonCamara(CGL& escena, double azimut, double elevacion) {

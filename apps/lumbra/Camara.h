@@ -5,6 +5,9 @@
 
 double ARadianes(double grados);
 
+/// The scalar product.
+double Producto(const Vertiz::CCoor3D<double>& a, const Vertiz::CCoor3D<double>& b);
+
 /// A direction in GL space: x east, y up, z south.
 /// @param azimut     degrees clockwise from north
 /// @param elevacion  degrees over the horizon
@@ -13,6 +16,12 @@ Vertiz::CCoor3D<double> Direccion(double azimut, double elevacion);
 /// What is up for one who looks in that direction, and also for one who stands there and looks at the middle; straight
 /// down, what he would have before him.
 Vertiz::CCoor3D<double> Arriba(double azimut, double elevacion);
+
+/// The point of what is drawn that lies under a pixel, or within a few pixels of it.
+/// @param gl           out: GL space
+/// @param profundidad  out: its window depth; may be null
+/// @return false when there is nothing
+bool HallaBajo(CGL& escena, const CPoint& pt, Vertiz::CCoor3D<double>& gl, double* profundidad);
 
 /// The viewer stands in a direction from the model's middle, and looks at it.
 void PonCamara(CGL& escena, double azimut, double elevacion);

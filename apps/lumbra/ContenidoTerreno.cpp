@@ -41,14 +41,9 @@ int ContenidoTerreno::Decimales() const {
 }
 
 std::optional<Senalado> ContenidoTerreno::Senala(CGL& escena, const CPoint& pt) {
-    constexpr int kCerca = 3;  // pixels
     escena.Deselecciona(1, 1, 0);
-    Punto gl;
-    CPoint hallado;
-    if (!escena.PantallaATerreno(pt, gl, true, true, false) || !escena.TerrenoAPantalla(hallado, gl, nullptr, true) ||
-        std::max(std::abs(hallado.x - pt.x), std::abs(hallado.y - pt.y)) > kCerca)
-        return {};
-    Punto local;
+    Punto gl, local;
+    if (!HallaBajo(escena, pt, gl, nullptr)) return {};
     escena.GLATerreno(local, gl.x, gl.y, gl.z, 1.0);
     // A click is read from the depth buffer; where it lies on the surface, the surface knows its height better.
     Punto suelo = local;

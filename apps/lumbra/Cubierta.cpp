@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <vector>
 
 namespace {
@@ -35,7 +36,7 @@ class ColorSuperficie {
         const double t =
             b.m_dCota > a.m_dCota ? std::clamp((altura - a.m_dCota) / (b.m_dCota - a.m_dCota), 0.0, 1.0) : 0.0;
         const auto mezcla = [t](BYTE desde, BYTE hasta) {
-            return static_cast<BYTE>(desde + (hasta - desde) * t + 0.5);
+            return static_cast<BYTE>(std::lround(desde + (hasta - desde) * t));
         };
         return {mezcla(a.m_nRojo, b.m_nRojo), mezcla(a.m_nVerde, b.m_nVerde), mezcla(a.m_nAzul, b.m_nAzul)};
     }

@@ -16,10 +16,6 @@ using Punto = Vertiz::CCoor3D<double>;
 
 namespace {
 
-double Producto(const Punto& a, const Punto& b) {
-    return a.x * b.x + a.y * b.y + a.z * b.z;
-}
-
 Punto Unidad(Punto v) {
     v.Normaliza();
     return v;
@@ -103,7 +99,7 @@ std::string NombreLibre(const std::string& entrada, const std::string& extension
     const std::string base = std::filesystem::path(entrada).stem().string();
     std::string nombre = base + extension;
     for (int n = 1; hay(nombre); ++n)
-        nombre = base + "-" + std::to_string(n) + extension;
+        nombre.assign(base).append("-").append(std::to_string(n)).append(extension);
     return nombre;
 }
 

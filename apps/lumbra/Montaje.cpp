@@ -16,22 +16,24 @@ using Caja = Vertiz::CMaximas<double>;
 
 namespace {
 
+// The longer side in plan.
+double Ancho(const Caja& m) {
+    return std::max(m.Maxima().x - m.Minima().x, m.Maxima().y - m.Minima().y);
+}
+
 // The smallest pixel of an image over a grid that a picture can show, terrain units: half of one that is drawn, when
 // the grid fills the picture.
 double PixelMinimo(const Vertiz::CDEM& dem, const Lienzo& lienzo) {
-    const Caja m = dem.GetMaximasDouble();
-    const double terreno = std::max(m.Maxima().x - m.Minima().x, m.Maxima().y - m.Minima().y);
-    return terreno / (2.0 * Muestreo(lienzo) * std::max(lienzo.ancho, lienzo.alto));
+    return Ancho(dem.GetMaximasDouble()) / (2.0 * Muestreo(lienzo) * std::max(lienzo.ancho, lienzo.alto));
 }
 
 // What the scene is built on: the grid's extents, with some thickness under the lowest height, so that the floor
 // doesn't lie in the same plane as a sea or a lake.
 Caja ConPeana(const Caja& m, double exageracion) {
     constexpr double kGrosor = 0.025;
-    const double plano = std::max(m.Maxima().x - m.Minima().x, m.Maxima().y - m.Minima().y);
     Caja conPeana = m;
     Punto bajo = m.Minima();
-    bajo.z -= kGrosor * plano / exageracion;
+    bajo.z -= kGrosor * Ancho(m) / exageracion;
     conPeana.Nuevo(bajo);
     return conPeana;
 }
@@ -58,10 +60,6 @@ Vertiz::CDigiTab Estilos(int muestreo) {
     return tabla;
 }
 
-double Ancho(const Caja& m) {
-    return std::max(m.Maxima().x - m.Minima().x, m.Maxima().y - m.Minima().y);
-}
-
 // How far two boxes lie apart in plan.
 double Hueco(const Caja& a, const Caja& b) {
     const auto lado = [](double minA, double maxA, double minB, double maxB) {
@@ -73,9 +71,10 @@ double Hueco(const Caja& a, const Caja& b) {
 
 }  // namespace
 
-const char* OpcionesComposicion::Primera() const {
-    if (!referencias.empty()) return "--reference";
-    return vinculos.empty() ? nullptr : "--link";
+const char* OpcionesMontaje::DelTerreno() const {
+    if (const char* opcion = escenario.Primera()) return opcion;
+    if (!composicion.referencias.empty()) return "--reference";
+    return composicion.vinculos.empty() ? nullptr : "--link";
 }
 
 Montaje::Montaje(const OpcionesMontaje& opciones, Progreso& progreso, const Aviso& avisa)

@@ -17,9 +17,6 @@
 struct OpcionesComposicion {
     std::vector<std::string> referencias;  ///< shown while the scene shows references
     std::vector<std::string> vinculos;     ///< always shown
-
-    /// The first option that is asked for, as the user wrote it; null for none.
-    const char* Primera() const;
 };
 
 /// What the user asks to see.
@@ -29,6 +26,10 @@ struct OpcionesMontaje {
     OpcionesVista vista;
     OpcionesEscenario escenario;
     OpcionesComposicion composicion;
+
+    /// The first option that is asked for of those that only a terrain has a use for, as the user wrote it; null for
+    /// none.
+    const char* DelTerreno() const;
 };
 
 /// The models and styles that a scene borrows: it must be gone before. All throw std::runtime_error with a sentence for

@@ -411,8 +411,7 @@ void DeclaraConversion(CLI::App& orden, Orden& o) {
 
 // What goes with a terrain doesn't go with a panorama.
 void CompruebaPanorama(const Orden& orden) {
-    const OpcionesMontaje& m = orden.montaje;
-    const char* const opcion = m.escenario.Primera() != nullptr ? m.escenario.Primera() : m.composicion.Primera();
+    const char* const opcion = orden.montaje.DelTerreno();
     if (!orden.esfera || opcion == nullptr) return;
     throw std::invalid_argument(orden.ficheros.size() > 1
                                     ? std::string("a panorama is shown alone; name one file")

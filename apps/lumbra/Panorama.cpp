@@ -8,6 +8,8 @@
 #include "platform/Tipos.h"
 
 #include <algorithm>
+#include <cmath>
+#include <cstddef>
 #include <memory>
 #include <stdexcept>
 #include <vector>
@@ -20,7 +22,7 @@ std::unique_ptr<Vertiz::CTiff> EnUnaVuelta(const Foto& foto, const Cobertura& co
     const double ancho = foto.Ancho() / cobertura.ancho;
     const double factor = std::min({1.0, ladoMaximo / ancho, static_cast<double>(ladoMaximo) / foto.Alto()});
     const int columnas = std::max(1, static_cast<int>(ancho * factor));
-    const int primera = std::min(columnas - 1, static_cast<int>(cobertura.izquierda * columnas + 0.5));
+    const int primera = std::min(columnas - 1, static_cast<int>(std::lround(cobertura.izquierda * columnas)));
     // Fitted in by its width: its own height is no bound.
     const Imagen imagen = ImagenDeFoto(foto, std::max(1, static_cast<int>(foto.Ancho() * factor)), foto.Alto());
     auto entera = std::make_unique<Vertiz::CTiff>();
@@ -35,7 +37,7 @@ std::unique_ptr<Vertiz::CTiff> EnUnaVuelta(const Foto& foto, const Cobertura& co
             fila[c + 2] = GetRValue(fondo);
         }
         const std::uint8_t* rgb = imagen.rgb.data() + 3 * static_cast<std::size_t>(i) * imagen.ancho;
-        for (int c = 0; c < std::min(imagen.ancho, columnas - primera); ++c)
+        for (std::ptrdiff_t c = 0; c < std::min(imagen.ancho, columnas - primera); ++c)
             std::reverse_copy(rgb + 3 * c, rgb + 3 * c + 3, fila.begin() + 3 * (primera + c));
         entera->SetFila(fila.data(), imagen.alto - 1 - i, 0, columnas);
     }
@@ -54,7 +56,7 @@ Panorama::Panorama(const Foto& foto, const std::string& ruta, const OpcionesPano
         m_pEntera = EnUnaVuelta(foto, m_Cobertura, gl.m_nMaxTextura, colorFondo);
         m_pRaster = m_pEntera.get();
     }
-    m_nAncho = static_cast<int>(m_pRaster->Ancho() * m_Cobertura.ancho + 0.5);
+    m_nAncho = static_cast<int>(std::lround(m_pRaster->Ancho() * m_Cobertura.ancho));
     m_nAlto = m_pRaster->Alto100() / m_pRaster->Factor100();
     const double medio =
         m_Cobertura.rumbo.value_or(0.0) + 360.0 * (m_Cobertura.izquierda + m_Cobertura.ancho / 2.0 - 0.5);

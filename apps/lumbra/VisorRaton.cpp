@@ -1,5 +1,6 @@
 // The mouse: turning, panning, nearing, picking.
 
+#include "Camara.h"
 #include "Visor.h"
 
 #include <algorithm>
@@ -61,14 +62,11 @@ void Visor::Agarra(Arrastre que, CPoint pt) {
 // Finds what is under a pixel, for a gesture to hold. Where nothing is, the middle of the view gives the depth.
 // @return false with the middle, or when there is no depth at all
 bool Visor::Situa(CPoint pt, Agarre& agarre) {
-    constexpr int kCerca = 3;  // pixels
     AlDia();
-    CPoint pixel;
     Punto hallado;
-    const bool bHay = m_pGL->PantallaATerreno(pt, hallado, true, true, false) != 0 &&
-                      m_pGL->TerrenoAPantalla(pixel, hallado, &agarre.profundidad, true) != 0 &&
-                      std::max(std::abs(pixel.x - pt.x), std::abs(pixel.y - pt.y)) <= kCerca;
+    const bool bHay = HallaBajo(*m_pGL, pt, hallado, &agarre.profundidad);
     if (!bHay) {
+        CPoint pixel;
         const Mirada m = DameMirada();
         agarre.punto = Punto(0, 0, 0, 0);
         if (m_pGL->TerrenoAPantalla(pixel, m.vista, &agarre.profundidad, true) == 0) return false;
@@ -141,8 +139,8 @@ void Visor::PulsaDosVeces(CPoint pt) {
     const Mirada m = DameMirada();
     const Punto d = bajo.punto - m.vista, frente = m.vista - m.ojo;
     // Sideways only: what is in the middle keeps its size.
-    const double l2 = frente.x * frente.x + frente.y * frente.y + frente.z * frente.z;
-    const double t = l2 > 0.0 ? (d.x * frente.x + d.y * frente.y + d.z * frente.z) / l2 : 0.0;
+    const double l2 = Producto(frente, frente);
+    const double t = l2 > 0.0 ? Producto(d, frente) / l2 : 0.0;
     const Punto lado = d - frente * t;
     PonMirada({m.ojo + lado, m.vista + lado, m.arriba});
 }

@@ -2,6 +2,7 @@
 
 #include "Png.h"
 #include "Visor.h"
+#include "platform/CabeceraDIB.h"
 #include "platform/Conversiones.h"
 #include "platform/DiagnosticoGL.h"
 
@@ -38,7 +39,7 @@ void Visor::Imprime() {
 void Visor::Retrata() {
     AlDia();
     const auto ancho = static_cast<std::size_t>(m_nAncho), alto = static_cast<std::size_t>(m_nAlto);
-    const std::size_t fila = (3 * ancho + 3) / 4 * 4;
+    const auto fila = static_cast<std::size_t>(BytesDeFila(m_nAncho, 24));
     std::vector<char> bgr(fila * alto);
     const std::string nombre = Libre(".png");
     if (m_pGL->CapturaImagen(CSize(m_nAncho, m_nAlto), bgr.data()) != 0) {

@@ -26,7 +26,8 @@ void Visor::ListaTeclas() {
         "                        Enter or a double click ends it, Escape drops it\n"
         "  P, S                  print to a PDF, save a picture, in the current folder\n"
         "  ? H F1                this list\n"
-        "  Q                     close");
+        "  Q                     close\n"
+        "In a panorama dragging and arrows look round, and the wheel widens and narrows the view.");
     std::fflush(stdout);
 }
 

@@ -73,8 +73,7 @@ void DibujaTerreno(const Orden& orden, Progreso& progreso) {
 
 void Dibuja(const Orden& orden, Progreso& progreso) {
     CompruebaSalida(orden.salida, orden.montaje.fichero);  // before the work, not after it
-    const char* opcion = orden.montaje.escenario.Primera();
-    if (opcion == nullptr) opcion = orden.montaje.composicion.Primera();
+    const char* opcion = orden.montaje.DelTerreno();
     if (!orden.esfera && !HayFoto(orden, progreso))
         DibujaTerreno(orden, progreso);
     else if (opcion != nullptr)

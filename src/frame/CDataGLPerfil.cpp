@@ -173,8 +173,7 @@ CString TextoIni(const CString& valor) {
 
 }  // namespace
 
-// ---- The application's profile store
-// ---------------------------------------------------------------------------------
+// ---- The application's profile store --------------------------------------------------------------------------------
 
 void CDataGL::GetProfile(const CString& seccion) {
     CWinApp* aplicacion = AfxGetApp();
@@ -207,8 +206,7 @@ void CDataGL::WriteProfile(const CString& seccion) const {
     aplicacion->WriteProfileString(seccion, kVelocidad, TextoVelocidad(m_fVelocidad));
 }
 
-// ---- INI files
-// -------------------------------------------------------------------------------------------------------
+// ---- INI files ------------------------------------------------------------------------------------------------------
 
 void CDataGL::GetPrivateProfile(const CString& fichero, const CString& seccion) {
     const LectorIni lee{fichero, seccion};
@@ -242,8 +240,7 @@ void CDataGL::WritePrivateProfile(const CString& fichero, const CString& seccion
     m_GamaColor.WritePrivateProfile(fichero, seccion, kPrefijoGama);
 }
 
-// ---- What both do to what they have read
-// -----------------------------------------------------------------------------
+// ---- What both do to what they have read ----------------------------------------------------------------------------
 
 void CDataGL::PonVelocidad(const CString& texto) {
     const double leida = LeeReal(texto.Texto());

@@ -79,14 +79,6 @@ void CGL::Anular() {
     m_pDuenos = std::make_shared<char>();
 }
 
-void CGL::ClearReferencias() {
-    DestruirHijos(m_Referencias);
-}
-
-void CGL::ClearVinculos() {
-    DestruirHijos(m_Vinculos);
-}
-
 void CGL::BorraTexturaFondo() {
     if (m_nTexturaFondo == 0 || !MakeCurrent(nullptr)) return;
     glDeleteTextures(1, &m_nTexturaFondo);
@@ -246,12 +238,6 @@ int CGL::OutputGlError(const wchar_t*) {
 }
 
 // ---- What the group holds ------------------------------------------------------------------------------------------
-
-std::vector<CGL*> CGL::Hijos() const {
-    std::vector<CGL*> hijos = m_Referencias;
-    hijos.insert(hijos.end(), m_Vinculos.begin(), m_Vinculos.end());
-    return hijos;
-}
 
 template <class Condicion>
 bool CGL::AlgunHijo(Condicion condicion) const {

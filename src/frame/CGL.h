@@ -142,7 +142,8 @@ class LUMBRA_API CGL : public CGLPropio {
     virtual void OnZoomIn(const CPoint& pt, double paso);
     virtual void OnZoomOut(double paso);
     virtual void OnZoomOut(const CPoint& pt, double paso);
-    /// Brings the point under a pixel to the middle of the window. @return that point, in GL space
+    /// Brings the point under a pixel to the middle of the window; in a spherical view towards it, since the target
+    /// alone is shifted. @return that point, in GL space
     virtual Vertiz::CCoor3D<double> OnZoomCentrado(const CPoint& pt);
     /// Hands settings, camera, selections and view selection on to another scene; to itself only the settings.
     virtual void IgualaVariables(CGL* r) const;
@@ -540,7 +541,7 @@ class LUMBRA_API CGL : public CGLPropio {
     template <class Cambio>
     void CambiaMarcas(Cambio cambio);
 
-    // CGLSeleccion.cpp
+    // CGLComposicion.cpp
     void TomaHijo(CGL& r);
     void HeredaImagen(CGL& r, int fondo) const;
     void AjustaProyeccion(const CGL& r);
@@ -548,6 +549,8 @@ class LUMBRA_API CGL : public CGLPropio {
     void AjustaFondoSin(const CGL& r);
     static CGL* SueltaHijo(std::vector<CGL*>& lista, std::size_t i);
     static void DestruirHijos(std::vector<CGL*>& lista);
+
+    // CGLSeleccion.cpp
     unsigned SeleccionaEnHijos(const Pulsacion& s, bool bReferencias, bool bVinculos);
     static bool PreguntaHijos(const std::vector<CGL*>& hijos, int primero, const Pulsacion& s, unsigned& r,
                               Vertiz::CCoor3D<double>& p);

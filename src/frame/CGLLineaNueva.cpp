@@ -9,6 +9,7 @@
 #include "frame/LapizXor.h"
 #include "frame/ListaGL.h"
 #include "frame/MatricesGL.h"
+#include "frame/PuntoGL.h"
 #include "frame/TrazoGL.h"
 
 #include <algorithm>
@@ -91,7 +92,7 @@ void CGL::TrazaLineaNueva(unsigned primero) const {
             if (bPlantaFija) t.ActualizaXY(t0.x, t0.y);
             TerrenoAGL(t, p.x, p.y, p.z, 1.0, false);
         }
-        glVertex3f(static_cast<GLfloat>(p.x), static_cast<GLfloat>(p.y), static_cast<GLfloat>(p.z));
+        MandaVertice(p);
     }
     glEnd();
 }

@@ -6,6 +6,7 @@
 #include "frame/ColorGL.h"
 #include "frame/EntradaPublica.h"
 #include "frame/ListaGL.h"
+#include "frame/PuntoGL.h"
 #include "platform/Conversiones.h"
 
 #include <algorithm>
@@ -60,10 +61,10 @@ int CGL::CompilaPuntosMarcas(GLuint& lista, ClaseMarca esDeEstas) {
     glBegin(GL_POINTS);
     for (const CTexto<double>& marca : m_Marcas) {
         if (!esDeEstas(marca) || marca.Texto().IsEmpty()) continue;
-        double x = 0, y = 0, z = 0;
-        if (!TerrenoAGL(marca.Punto(0), x, y, z, 1.0, false)) continue;
+        CCoor3D<double> p;
+        if (!TerrenoAGL(marca.Punto(0), p.x, p.y, p.z, 1.0, false)) continue;
         FijaColorMarcas(m_Data.m_nColorFondo);
-        glVertex3f(static_cast<GLfloat>(x), static_cast<GLfloat>(y), static_cast<GLfloat>(z));
+        MandaVertice(p);
     }
     glEnd();
     glPointSize(1.0F);

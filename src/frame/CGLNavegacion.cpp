@@ -95,13 +95,8 @@ CCoor3D<double> CGL::OnZoomCentrado(const CPoint& pt) {
     PantallaATerreno(centro, medio, true, false, false);
     const CCoor3D<double> d = (medio - punto) * EscalaVista();
     const CCoor3D<double> ojo = m_Camara.Position(), vista = m_Camara.View();
-    if (EsEsferica()) {  // the eye stays, and the target goes as far as it lies beyond the middle's point, or before it
-        const double distancia = ojo.Distancia(medio, 1);
-        const double lejos = distancia > 0.0 ? ojo.Distancia(vista, 1) / distancia : 1.0;
-        m_Camara.PositionCamera(ojo, vista - d * lejos, m_Camara.UpVector());
-    } else {
-        m_Camara.PositionCamera(ojo - d, vista - d, m_Camara.UpVector());
-    }
+    // The eye of a spherical view stays at the sphere's centre.
+    m_Camara.PositionCamera(EsEsferica() ? ojo : ojo - d, vista - d, m_Camara.UpVector());
     return punto;
 }
 

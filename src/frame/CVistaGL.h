@@ -4,9 +4,16 @@
 // A host derives from it and gives it its scene before the window is made. The scene's GL space has to stand before its
 // lists are compiled: that is for OnInitialUpdate, since the view itself knows nothing of the model.
 //
+//     #include "terrain/CEscenaDEM.h"
+//     #include "frame/CVistaGL.h"
+//
 //     class Ventana : public CVistaGL {
 //       public:
-//         explicit Ventana(Vertiz::CDEM& dem) { m_pGL = new CEscenaDEM(&dem); }  // from now on the view's
+//         explicit Ventana(Vertiz::CDEM& dem) {  // borrowed: it outlives the view
+//             m_pGL = new CEscenaDEM(&dem);      // from now on the view's
+//             m_pGL->SetQuad(1);                 // a surface, where the default is points
+//             m_pGL->SetRelleno(1);              // lit
+//         }
 //
 //       protected:
 //         void OnInitialUpdate() override {
@@ -19,6 +26,9 @@
 //     Ventana ventana(dem);
 //     ventana.Create(nullptr, L"Terrain", WS_OVERLAPPEDWINDOW | WS_VISIBLE, CRect(0, 0, 800, 600));
 //     while (ventana.GetSafeHwnd()) CWnd::DespachaEventos(-1);
+//
+// examples/minimal_view is this with a mouse. Where there is no display, Create makes a window in memory that nobody
+// sees: VentanaNativa() is 0 then. When Create fails, UltimoFalloGL() tells why.
 //
 // What happens in Create, in this order: OnCreate makes the scene's contexts on the window, OnSize sets its projection,
 // OnInitialUpdate compiles its lists; after that OnDraw draws it whenever a part of the window has to be shown. A host

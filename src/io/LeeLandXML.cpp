@@ -7,7 +7,6 @@
 #include "platform/Ficheros.h"
 
 #include <expat.h>
-#include <sys/stat.h>
 
 #include <algorithm>
 #include <array>
@@ -56,10 +55,16 @@ class CAnalizador {
     CAnalizador(const CAnalizador&) = delete;
     CAnalizador& operator=(const CAnalizador&) = delete;
 
+    // How many pieces there are to read from here, where the file is at its start; 0 where it can't tell.
+    static int Trozos(std::FILE* fichero) {
+        const bool bSabe = std::fseek(fichero, 0, SEEK_END) == 0;
+        const std::int64_t bytes = bSabe ? std::ftell(fichero) : -1;
+        std::rewind(fichero);
+        return bytes < 0 ? 0 : int(std::min<std::int64_t>(bytes / kTrozo + 1, INT32_MAX));
+    }
+
     void Lee(std::FILE* fichero, const CAvance& avance) {
-        struct stat estado {};
-        const bool bSabe = fstat(fileno(fichero), &estado) == 0;
-        const int pasos = bSabe ? int(std::min<std::int64_t>(estado.st_size / kTrozo + 1, INT32_MAX)) : 0;
+        const int pasos = Trozos(fichero);
         for (int paso = 1;; ++paso) {
             void* const sitio = XML_GetBuffer(m_pXML, kTrozo);
             if (sitio == nullptr) throw std::bad_alloc();

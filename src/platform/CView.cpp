@@ -9,6 +9,8 @@
 #include "platform/Objetos.h"
 
 #include <algorithm>
+#include <memory>
+#include <utility>
 
 using namespace plataforma;
 

@@ -117,14 +117,19 @@ class LUMBRA_API CWnd {
     /// @return FALSE when there is none
     virtual BOOL DestroyWindow();
 
+    /// @param modo SW_HIDE, or anything else to show it
+    /// @return FALSE without a window; so do the next two
     BOOL ShowWindow(int modo);
     /// Moves and sizes the client area. `OnSize` follows by `DespachaEventos`; without a display it is called at once.
+    /// @param ancho, alto pixels; refused below 1 and above 32767
     BOOL MoveWindow(int x, int y, int ancho, int alto, BOOL repinta = TRUE);
+    /// @param titulo copied; null for none
     BOOL SetWindowText(LPCWSTR titulo);
     /// The client area: 0, 0 to its size in pixels.
     void GetClientRect(CRect* rect) const;
     /// Has `OnPaint` called by the next `DespachaEventos`. What is invalid is the smallest rectangle round all that was
     /// asked for since the last time.
+    /// @param borra not read: what was there isn't wiped before
     void Invalidate(BOOL borra = TRUE);
     /// @param rect pixels of the client area; null: all of it
     void InvalidateRect(const RECT* rect, BOOL borra = TRUE);

@@ -21,7 +21,7 @@ struct BITMAPINFOHEADER {
 };
 static_assert(sizeof(BITMAPINFOHEADER) == 40);
 
-/// Bytes of a row of pixels, padded to four.
-constexpr ULONGLONG BytesDeFila(int ancho, unsigned bits) {
-    return (ULONGLONG{bits} * static_cast<unsigned>(std::max(ancho, 0)) + 31) / 32 * 4;
+/// Bytes of a row of pixels, padded to four; 0 for a width below 1.
+constexpr ULONGLONG BytesDeFila(LONGLONG ancho, unsigned bits) {
+    return (ULONGLONG{bits} * static_cast<ULONGLONG>(std::max(ancho, LONGLONG{0})) + 31) / 32 * 4;
 }

@@ -37,18 +37,18 @@ std::string MotivoCups() {
 }
 
 // A file for a document that goes to a printer; gone with the object.
-class Paso {
+class FicheroDePaso {
   public:
-    Paso() {
+    FicheroDePaso() {
         wchar_t carpeta[MAX_PATH], fichero[MAX_PATH];
         const DWORD n = GetTempPathW(MAX_PATH, carpeta);
         if (n > 0 && n < MAX_PATH && GetTempFileNameW(carpeta, L"imp", 0, fichero)) m_Fichero = fichero;
     }
-    ~Paso() {
+    ~FicheroDePaso() {
         if (!m_Fichero.IsEmpty()) DeleteFileW(m_Fichero);
     }
-    Paso(const Paso&) = delete;
-    Paso& operator=(const Paso&) = delete;
+    FicheroDePaso(const FicheroDePaso&) = delete;
+    FicheroDePaso& operator=(const FicheroDePaso&) = delete;
 
     CString m_Fichero;  // empty when none could be made
 };
@@ -86,7 +86,7 @@ bool BuscaImpresora(CString& nombre) {
 
 // A document that has begun. The members go in the reverse order: pen and surface before the file that they write.
 struct Impresora::Documento {
-    std::unique_ptr<Paso> m_Paso;  // null when the host named a file
+    std::unique_ptr<FicheroDePaso> m_Paso;  // null when the host named a file
     CString m_Fichero;
     std::string m_Titulo;
     std::unique_ptr<Reemplazo> m_Salida;
@@ -121,7 +121,7 @@ bool Impresora::EmpiezaDocumento(LPCWSTR titulo) {
     auto nuevo = std::make_unique<Documento>();
     nuevo->m_Titulo = AUtf8(titulo ? titulo : m_Datos.m_sTitulo.Texto().c_str());
     if (m_Datos.m_sFichero.IsEmpty()) {
-        nuevo->m_Paso = std::make_unique<Paso>();
+        nuevo->m_Paso = std::make_unique<FicheroDePaso>();
         if (nuevo->m_Paso->m_Fichero.IsEmpty()) return FallaFichero(L"for the printer");
         nuevo->m_Fichero = nuevo->m_Paso->m_Fichero;
     } else {

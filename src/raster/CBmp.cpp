@@ -3,7 +3,7 @@
 #include "raster/CBmp.h"
 
 #include "raster/Resultados.h"
-#include "raster/Salida.h"
+#include "raster/SalidaImagen.h"
 #include "raster/TextosProgreso.h"
 #include "model/Etapa.h"
 
@@ -203,7 +203,7 @@ int CBmp::Grabar(CFile* fichero) {
     Pon(cabecera + kBytesFichero, info);
 
     const Etapa etapa(m_nNivelMensajes, kTextoGrabar);
-    Salida salida(*fichero);
+    SalidaImagen salida(*fichero);
     if (!salida.Escribe(cabecera, sizeof cabecera) || !salida.Escribe(m_Paleta.data(), m_Paleta.size()))
         return kNoSoportado;
     std::vector<BYTE> copia;

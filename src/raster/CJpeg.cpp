@@ -6,7 +6,7 @@
 
 #include "raster/OrdenCanales.h"
 #include "raster/Resultados.h"
-#include "raster/Salida.h"
+#include "raster/SalidaImagen.h"
 #include "raster/TextosProgreso.h"
 #include "model/Etapa.h"
 #include "platform/Memoria.h"
@@ -257,7 +257,7 @@ namespace {
 
 struct Destino {
     jpeg_destination_mgr base;  // first
-    Salida* salida;
+    SalidaImagen* salida;
     JOCTET datos[kBuffer];
 };
 
@@ -282,7 +282,7 @@ void DescargaResto(j_compress_ptr jpeg) {
 
 class Escritor : public Motor<jpeg_compress_struct> {
   public:
-    explicit Escritor(Salida& salida) {
+    explicit Escritor(SalidaImagen& salida) {
         m_Destino.base.init_destination = Vacia;
         m_Destino.base.empty_output_buffer = Descarga;
         m_Destino.base.term_destination = DescargaResto;
@@ -330,7 +330,7 @@ int CJpeg::Grabar(CFile* fichero) {
     const bool enColor = BytesPixel() == 3;
     std::vector<BYTE> fila(std::size_t(ancho) * 3), sinUso;
 
-    Salida salida(*fichero);
+    SalidaImagen salida(*fichero);
     Escritor escritor(salida);
     bool bien = escritor.Empieza(ancho, alto, enColor);
     for (int r = 0; bien && r < alto; ++r) {

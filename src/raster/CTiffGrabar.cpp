@@ -5,7 +5,7 @@
 #include "raster/EtiquetasTiff.h"
 #include "raster/OrdenCanales.h"
 #include "raster/Resultados.h"
-#include "raster/Salida.h"
+#include "raster/SalidaImagen.h"
 #include "raster/TextosProgreso.h"
 #include "raster/TiffEntradas.h"
 #include "model/Etapa.h"
@@ -52,7 +52,7 @@ int GrabaTira(CFile& fichero, EntradasTiff& entradas, int alto, std::uint64_t by
 
     const Etapa etapa(nivel, kTextoGrabar);
     fichero.SeekToBegin();
-    Salida salida(fichero);
+    SalidaImagen salida(fichero);
     if (!salida.Escribe(cabecera.data(), cabecera.size())) return kNoSoportado;
     std::vector<BYTE> bytes(bytesFila);
     for (int i = 0; i < alto; ++i) {

@@ -23,8 +23,7 @@ bool EsCota(double cota, double nulo) {
 
 }  // namespace
 
-// ---- The cell list, whose indices come from outside
-// --------------------------------------------------------------------
+// ---- The cell list, whose indices come from outside -----------------------------------------------------------------
 
 // Null past the end, and for a point whose coordinates aren't there.
 const CDEM::CPunto* CEscenaDEM::PuntoLista(std::size_t i) const {
@@ -40,8 +39,7 @@ bool CEscenaDEM::CeldaLista(std::size_t i, std::array<const CDEM::CPunto*, 4>& p
     return std::ranges::none_of(puntos, [](const CDEM::CPunto* p) { return p == nullptr; });
 }
 
-// ---- Cells
-// -----------------------------------------------------------------------------------------------------------
+// ---- Cells ----------------------------------------------------------------------------------------------------------
 
 void CEscenaDEM::DameCelda(unsigned fila, unsigned col, double& yS, double& yN, double& xE, double& xW, float* z,
                            float* nx, float* ny, float* nz) const {
@@ -86,8 +84,9 @@ void CEscenaDEM::ModificaCelda(unsigned fila, unsigned col, const float* z, cons
                                const float* nz) {
     if (m_pDEM == nullptr) return;
     if (m_pDEM->EsListaCeldas() && fila >= m_pDEM->Celdas().size()) return;
+    const bool suave = m_pDEM->HaySuavizado();  // without it there may be no vectors to read
     for (std::size_t i = 0; i < 4; ++i) {
-        const CCoor3D<double> n(nx[i], ny[i], nz[i], 0);
+        const CCoor3D<double> n = suave ? CCoor3D<double>(nx[i], ny[i], nz[i], 0) : CCoor3D<double>();
         if (m_pDEM->EsListaCeldas())
             ModificaPunto(m_pDEM->Celdas()[fila].m_nPuntos[kLugarLista[i]], 0, z[i], n);
         else
@@ -95,8 +94,7 @@ void CEscenaDEM::ModificaCelda(unsigned fila, unsigned col, const float* z, cons
     }
 }
 
-// ---- Samples
-// -----------------------------------------------------------------------------------------------------------
+// ---- Samples --------------------------------------------------------------------------------------------------------
 
 void CEscenaDEM::DamePunto(unsigned fila, unsigned col, CCoor3D<double>& p, CCoor3D<double>& n) const {
     if (m_pDEM == nullptr) return;
@@ -134,8 +132,7 @@ void CEscenaDEM::ModificaPunto(unsigned fila, unsigned col, float z, const CCoor
     m_pDEM->VectorZ().Set(m, col, v);
 }
 
-// ---- What is picked
-// ----------------------------------------------------------------------------------------------------
+// ---- What is picked -------------------------------------------------------------------------------------------------
 
 bool CEscenaDEM::DamePuntoSeleccion2(CCoor3D<double>& c, int i) {
     if (m_pDEM == nullptr) return false;

@@ -64,8 +64,7 @@ CajaVentana CajaDe(const CLinea<double>& poligono) {
 
 }  // namespace
 
-// ---- The matrix, row by row
-// --------------------------------------------------------------------------------------------
+// ---- The matrix, row by row -----------------------------------------------------------------------------------------
 
 // The sides of a rectangle on the screen on which the samples of a row lie. Scenes with an image have no filter: there
 // each sample goes through the image's transformation and GLU, once.
@@ -146,8 +145,7 @@ bool CEscenaDEM::CeldaAGL(const Marco& marco, std::size_t r, std::size_t c, Esqu
            MuestraAGL(marco, r + 1, c + 1, gl[2]) && MuestraAGL(marco, r + 1, c, gl[3]);
 }
 
-// ---- The cell list
-// -----------------------------------------------------------------------------------------------------
+// ---- The cell list --------------------------------------------------------------------------------------------------
 
 bool CEscenaDEM::CeldaListaAGL(int i, Esquinas& gl) const {
     const auto lugar = static_cast<std::size_t>(i);
@@ -163,8 +161,7 @@ bool CEscenaDEM::PuntoListaAGL(int i, CCoor3D<double>& gl) const {
     return lugar < m_pDEM->Puntos().size() && ColocaPunto(m_pDEM->Puntos()[lugar], gl, h);
 }
 
-// ---- A click
-// -----------------------------------------------------------------------------------------------------------
+// ---- A click --------------------------------------------------------------------------------------------------------
 
 unsigned CEscenaDEM::OnSeleccion(int x, int y, int desdeInicio, unsigned tipo, int acumular, int bReferencias,
                                  int bVinculos, unsigned modo, int bPuntoLibre, int e, int f) {
@@ -271,8 +268,7 @@ void CEscenaDEM::PulsaLista(const MatricesGL& matrices, const CCoor3D<double>& c
     }
 }
 
-// ---- The sketch
-// --------------------------------------------------------------------------------------------------------
+// ---- The sketch -----------------------------------------------------------------------------------------------------
 
 unsigned CEscenaDEM::OnSeleccionConLineaNueva(unsigned tipo) {
     m_SeleccionCeldas.clear();
@@ -342,8 +338,7 @@ void CEscenaDEM::EncierraLista(const MatricesGL& matrices, const CLinea<double>&
     }
 }
 
-// ---- What is picked
-// ----------------------------------------------------------------------------------------------------
+// ---- What is picked -------------------------------------------------------------------------------------------------
 
 // What is picked in this scene. The grid is there.
 std::size_t CEscenaDEM::SeleccionPropia() const {
@@ -381,7 +376,10 @@ void CEscenaDEM::BorraListaSeleccion() {
 }
 
 int CEscenaDEM::OnIniciarSeleccion() {
-    if (m_pDEM == nullptr || SeleccionPropia() == 0) return 1;
+    if (m_pDEM == nullptr || SeleccionPropia() == 0) {
+        BorraListaSeleccion();  // an undone pick shows no longer
+        return 1;
+    }
     if (!MakeCurrent(nullptr) || !AbreLista(m_nListaSeleccion)) return 0;
     glColor3f(1.0F, 0.0F, 0.0F);
     glDisable(GL_TEXTURE_2D);

@@ -6,6 +6,7 @@
 #include "frame/ListaGL.h"
 #include "frame/MaterialGL.h"
 #include "frame/PasadaGL.h"
+#include "frame/PuntoGL.h"
 #include "frame/TrazoGL.h"
 #include "model/CElementoDigiTab.h"
 
@@ -113,9 +114,9 @@ void CEscenaMDT::CompilaCaja(const CMaximas<double>& maximas) const {
     for (const auto& cara : caras) {
         glBegin(GL_LINE_STRIP);
         for (const auto& p : cara) {
-            double x = 0, y = 0, z = 0;
-            CajaAGL(p[0], p[1], p[2], x, y, z);
-            glVertex3f(static_cast<float>(x), static_cast<float>(y), static_cast<float>(z));
+            CCoor3D<double> gl;
+            CajaAGL(p[0], p[1], p[2], gl.x, gl.y, gl.z);
+            MandaVertice(gl);
         }
         glEnd();
     }

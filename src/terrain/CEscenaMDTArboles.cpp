@@ -2,6 +2,7 @@
 
 #include "terrain/CEscenaMDT.h"
 #include "frame/ListaGL.h"
+#include "frame/PuntoGL.h"
 
 #include <array>
 
@@ -23,11 +24,9 @@ Seccion Octogono(float r) {
     return {{{0, r}, {k, k}, {r, 0}, {k, -k}, {0, -r}, {-k, -k}, {-r, 0}, {-k, k}}};
 }
 
-// The direction that stands square on two vectors. As on the terrain, that of a face looks to its inner side.
-void NormalDe(const CCoor3D<double>& u, const CCoor3D<double>& v) {
-    CCoor3D<double> normal = u * v;
-    normal.Normaliza();
-    glNormal3f(static_cast<float>(normal.x), static_cast<float>(normal.y), static_cast<float>(normal.z));
+// Of a face that two vectors span. As on the terrain, it looks to the inner side.
+void FijaNormalDe(const CCoor3D<double>& u, const CCoor3D<double>& v) {
+    FijaNormal(u * v);
 }
 
 // @return 0 a GL error, and the list is closed
@@ -36,7 +35,7 @@ int PintaTronco(float x, float y, float z, float altura, float radio, const Colo
     glBegin(GL_QUADS);
     for (int i = 0; i < kLados; ++i) {
         const auto &p = seccion[static_cast<std::size_t>(i)], &q = seccion[static_cast<std::size_t>((i + 1) % kLados)];
-        NormalDe({q[0] - p[0], 0.0, q[1] - p[1]}, {0.0, -altura, 0.0});
+        FijaNormalDe({q[0] - p[0], 0.0, q[1] - p[1]}, {0.0, -altura, 0.0});
         glColor3f(color.rojo, color.verde, color.azul);
         glVertex3f(p[0] + x, y, p[1] + z);
         glVertex3f(q[0] + x, y, q[1] + z);
@@ -64,7 +63,7 @@ int CEscenaMDT::PintaNaranjo(float x, float y, float z, float altura) {
     glBegin(GL_TRIANGLES);
     for (const auto& cara : kCaras) {
         const CCoor3D<double>&a = vertices[cara[0]], &b = vertices[cara[1]], &c = vertices[cara[2]];
-        NormalDe(a - b, b - c);
+        FijaNormalDe(a - b, b - c);
         glColor3f(0.0F, 1.0F, 0.0F);
         for (const CCoor3D<double>* v : {&c, &b, &a})
             glVertex3f(static_cast<float>(v->x) + x, static_cast<float>(v->y) + centro, static_cast<float>(v->z) + z);
@@ -81,7 +80,7 @@ int CEscenaMDT::PintaConifera(float x, float y, float z, float altura) {
     glBegin(GL_TRIANGLES);
     for (int i = 0; i < kLados; ++i) {
         const auto &p = seccion[static_cast<std::size_t>(i)], &q = seccion[static_cast<std::size_t>((i + 1) % kLados)];
-        NormalDe({q[0] - p[0], 0.0, q[1] - p[1]}, {p[0], tronco - altura, p[1]});
+        FijaNormalDe({q[0] - p[0], 0.0, q[1] - p[1]}, {p[0], tronco - altura, p[1]});
         glColor3f(0.0F, 0.25F, 0.0F);
         glVertex3f(q[0] + x, y + tronco, q[1] + z);
         glVertex3f(x, y + altura, z);

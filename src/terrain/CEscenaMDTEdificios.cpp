@@ -2,6 +2,7 @@
 
 #include "terrain/CEscenaMDT.h"
 #include "frame/ListaGL.h"
+#include "frame/PuntoGL.h"
 
 #include <algorithm>
 
@@ -15,29 +16,17 @@ void FijaColor(const CColorEdificio& color) {
     glColor3f(color.m_nRojo / kMaximo, color.m_nVerde / kMaximo, color.m_nAzul / kMaximo);
 }
 
-void FijaNormal(const Lugar& normal) {
-    glNormal3f(static_cast<float>(normal.x), static_cast<float>(normal.y), static_cast<float>(normal.z));
-}
-
-void MandaVertice(const Lugar& p) {
-    glVertex3f(static_cast<float>(p.x), static_cast<float>(p.y), static_cast<float>(p.z));
-}
-
 // A wall between the foot (b) and the edge of the roof (a).
 void CompilaPared(const Lugar& b0, const Lugar& b1, const Lugar& a1, const Lugar& a0, const CColorEdificio& color) {
-    Lugar normal = (a0 - b1) * (a1 - a0);
-    normal.Normaliza();
-    FijaNormal(normal);
+    FijaNormal((a0 - b1) * (a1 - a0));
     FijaColor(color);
     for (const Lugar* p : {&b0, &b1, &a1, &a0})
         MandaVertice(*p);
 }
 
 void CompilaTriangulo(const Lugar& p0, const Lugar& p1, const Lugar& p2) {
-    Lugar normal = (p1 - p0) * (p2 - p1);
-    normal.Normaliza();
-    normal.y = -normal.y;
-    FijaNormal(normal);
+    const Lugar normal = (p1 - p0) * (p2 - p1);
+    FijaNormal({normal.x, -normal.y, normal.z, 0});
     for (const Lugar* p : {&p0, &p1, &p2})
         MandaVertice(*p);
 }

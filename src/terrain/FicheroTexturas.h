@@ -9,6 +9,7 @@
 
 #include "platform/CFile.h"
 #include "platform/CString.h"
+#include "platform/CabeceraDIB.h"
 #include "platform/Tipos.h"
 
 #include <cstddef>
@@ -21,7 +22,7 @@ struct CDataTexturas;
 
 /// Bytes of a row of pixels of three bytes, padded to four.
 constexpr std::int64_t BytesFilaTextura(std::int64_t pixeles) {
-    return (pixeles * 24 + 31) / 32 * 4;
+    return static_cast<std::int64_t>(BytesDeFila(pixeles, 24));
 }
 
 /// A level of the file.

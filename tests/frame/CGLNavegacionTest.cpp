@@ -271,9 +271,18 @@ TEST_F(ConNavegacion, InASphereABoxRoundTheEyeKeepsTheView) {
 
 TEST_F(ConNavegacion, InASphereCentringAndRectanglesLeaveTheEyeWhereItIs) {
     EnEsfera();
+    const Punto vista = m_Escena.GetTrans();
+    Punto medio;
+    ASSERT_EQ(m_Escena.PantallaATerreno(CPoint(100, 75), medio, true, false, false), 1);
+    ASSERT_GT(vista.Distancia(medio, 1), 0.1) << "the target lies behind the floor";
+    const Punto r = m_Escena.OnZoomCentrado(Pixel(Punto(60, 45, 0)));
+    EsperaCerca(m_Escena.GetTrans(), vista - (medio - r), 1e-12);
+    EXPECT_EQ(m_Escena.m_Camara.Position(), Punto(0, 0, 0));
+    // With the target on the floor the point comes to the middle.
+    m_Escena.m_Camara.PositionCamera(Punto(0, 0, 0), medio, m_Escena.m_Camara.UpVector());
+    ASSERT_EQ(m_Escena.Render(), 1);
     m_Escena.OnZoomCentrado(Pixel(Punto(60, 45, 0)));
     ASSERT_EQ(m_Escena.Render(), 1);
-    EXPECT_EQ(m_Escena.m_Camara.Position(), Punto(0, 0, 0));
     EXPECT_NEAR(Pixel(Punto(60, 45, 0)).x, 100, 1);
     EXPECT_NEAR(Pixel(Punto(60, 45, 0)).y, 75, 1);
     m_Escena.m_dZoom = 3;

@@ -256,6 +256,9 @@ TEST_F(ConEscena, AViewSelectionIsCompiledOnlyWhenAsked) {
     EXPECT_THAT(m_Escena.GetPasos(), ElementsAre("OnIniciarVista"));
     EXPECT_EQ(m_Escena.m_hRCEnVista, m_Escena.m_hRC);
     EXPECT_EQ(m_Escena.GetVistaSeleccion(), vista);
+    EscenaPrueba sinContexto;
+    sinContexto.SetVistaSeleccion(vista, true);
+    EXPECT_THAT(sinContexto.GetPasos(), ElementsAre("OnIniciarVista")) << "the hook finds out for itself";
 }
 
 TEST_F(ConEscena, IniciarSeleccionTakesAndReleasesTheContext) {

@@ -3,34 +3,24 @@
 // asked for, can be made to fail in one of them, and shows the frame's fields.
 
 #include "frame/CGL.h"
-#include "platform/CBitmap.h"
-#include "platform/CDC.h"
+#include "support/Tela.h"
 
 #include <string>
 #include <vector>
 
-/// A picture in memory to draw on.
-class Tela {
-  public:
-    explicit Tela(int ancho = 64, int alto = 48, unsigned bits = 24) {
-        m_bitmap.CreateBitmap(ancho, alto, bits);
-        m_dc.CreateCompatibleDC(nullptr);
-        m_dc.SelectObject(&m_bitmap);
-    }
-    CDC* DC() { return &m_dc; }
-    /// Colour of a pixel as 0xRRGGBB; y upwards.
-    unsigned Pixel(int x, int y) const {
-        BITMAP datos{};
-        m_bitmap.GetBitmap(&datos);
-        const auto* p =
-            static_cast<const unsigned char*>(datos.bmBits) + y * datos.bmWidthBytes + x * datos.bmBitsPixel / 8;
-        return static_cast<unsigned>(p[2] << 16 | p[1] << 8 | p[0]);
-    }
+/// Makes a scene's contexts on a picture in memory.
+inline int CreaEn(CGL& escena, Tela& tela) {
+    return escena.Crear(tela.DC(), PFD_TYPE_RGBA, PFD_DRAW_TO_BITMAP | PFD_SUPPORT_OPENGL);
+}
 
-  private:
-    CBitmap m_bitmap;
-    CDC m_dc;
-};
+/// Brings a scene from nothing to a fitted view, in a host's order.
+inline int Monta(CGL& escena, Tela& tela, int ancho, int alto) {
+    if (!CreaEn(escena, tela)) return 0;
+    escena.OnZoomExtension();
+    if (!escena.Iniciar() || !escena.Resize(ancho, alto)) return 0;
+    escena.OnZoomExtension();
+    return 1;
+}
 
 class EscenaPrueba : public CGL {
   public:
@@ -56,15 +46,8 @@ class EscenaPrueba : public CGL {
         --s_nVivas;
     }
 
-    int CreaEn(Tela& tela) { return Crear(tela.DC(), PFD_TYPE_RGBA, PFD_DRAW_TO_BITMAP | PFD_SUPPORT_OPENGL); }
-    /// From nothing to a fitted view, in a host's order.
-    int Monta(Tela& tela, int ancho = 64, int alto = 48) {
-        if (!CreaEn(tela)) return 0;
-        OnZoomExtension();
-        if (!Iniciar() || !Resize(ancho, alto)) return 0;
-        OnZoomExtension();
-        return 1;
-    }
+    int CreaEn(Tela& tela) { return ::CreaEn(*this, tela); }
+    int Monta(Tela& tela, int ancho = 64, int alto = 48) { return ::Monta(*this, tela, ancho, alto); }
 
     int OnIniciar() override {
         Anota("OnIniciar");

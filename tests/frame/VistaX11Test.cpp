@@ -4,7 +4,7 @@
 #include "VistaPrueba.h"
 #include "platform/Backend.h"
 #include "platform/DiagnosticoGL.h"
-#include "platform/ServidorX.h"
+#include "support/ServidorX.h"
 
 #include <X11/Xlib.h>
 #include <X11/Xutil.h>
@@ -17,20 +17,6 @@
 namespace {
 
 constexpr int kAncho = 120, kAlto = 90;
-
-// The server that every test of this program uses: the backend is chosen once.
-class ConServidor : public testing::Environment {
-  public:
-    void SetUp() override {
-        s_pServidor = std::make_unique<Servidor>();
-        if (s_pServidor->m_Nombre.empty()) GTEST_SKIP() << "Xvfb isn't installed: nothing can be seen";
-        setenv("DISPLAY", s_pServidor->m_Nombre.c_str(), 1);
-        ASSERT_TRUE(plataforma::FuerzaBackend("glx"));
-    }
-    void TearDown() override { s_pServidor.reset(); }
-
-    static inline std::unique_ptr<Servidor> s_pServidor;
-};
 
 [[maybe_unused]] const auto* entorno = testing::AddGlobalTestEnvironment(new ConServidor);
 

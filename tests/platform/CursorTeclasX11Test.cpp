@@ -1,10 +1,10 @@
 // Pointer and keys of an X11 display. Each run has a server of its own, so that nobody else moves or types.
 
 #include "ManoX11.h"
-#include "ServidorX.h"
 #include "platform/Backend.h"
 #include "platform/CWnd.h"
 #include "platform/CursorTeclas.h"
+#include "support/ServidorX.h"
 
 #include <X11/keysym.h>
 #include <gtest/gtest.h>
@@ -16,21 +16,6 @@
 namespace {
 
 constexpr short kPulsada = static_cast<short>(0xFF80);
-
-// The server that every test of this program uses: the backend is chosen once.
-class ConServidor : public testing::Environment {
-  public:
-    void SetUp() override {
-        m_Servidor = std::make_unique<Servidor>();
-        if (m_Servidor->m_Nombre.empty()) GTEST_SKIP() << "Xvfb isn't installed";
-        setenv("DISPLAY", m_Servidor->m_Nombre.c_str(), 1);
-        ASSERT_TRUE(plataforma::FuerzaBackend("glx"));
-    }
-    void TearDown() override { m_Servidor.reset(); }
-
-  private:
-    std::unique_ptr<Servidor> m_Servidor;
-};
 
 [[maybe_unused]] const auto* entorno = testing::AddGlobalTestEnvironment(new ConServidor);
 

@@ -2,11 +2,11 @@
 
 #include "ManoX11.h"
 #include "Memoria.h"
-#include "ServidorX.h"
 #include "platform/CView.h"
 #include "platform/CopiasDIB.h"
 #include "platform/DiagnosticoGL.h"
 #include "platform/Errores.h"
+#include "support/ServidorX.h"
 
 #include <gtest/gtest.h>
 

@@ -1,12 +1,12 @@
 // What happens to a window on a display, as its handlers hear of it; and views on windows of a foreign toolkit.
 
+#include "ColorX11.h"
 #include "Memoria.h"
 #include "platform/CView.h"
 #include "platform/CopiasDIB.h"
 #include "platform/DiagnosticoGL.h"
 
 #include <X11/Xlib.h>
-#include <X11/Xutil.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -102,15 +102,7 @@ class MensajesX11 : public testing::Test {
         Atiende();
         return std::exchange(m_Vista.m_Sucesos, "");
     }
-    // Colour that the user sees, y downwards.
-    unsigned long Color(Window w, int x, int y) {
-        XSync(m_Display, False);
-        XImage* imagen = XGetImage(m_Display, w, x, y, 1, 1, AllPlanes, ZPixmap);
-        if (!imagen) return 0xdead;
-        const unsigned long color = XGetPixel(imagen, 0, 0) & 0xffffff;
-        XDestroyImage(imagen);
-        return color;
-    }
+    unsigned long Color(Window w, int x, int y) const { return ColorVisto(m_Display, w, x, y); }
 
     Display* m_Display = nullptr;
     Vista m_Vista;

@@ -1,13 +1,13 @@
 // What only an X11 display has: pictures that the user sees, other people's windows, and errors of the server.
 
+#include "ColorX11.h"
 #include "Memoria.h"
-#include "ServidorX.h"
 #include "platform/Backend.h"
 #include "platform/CWnd.h"
 #include "platform/DiagnosticoGL.h"
+#include "support/ServidorX.h"
 
 #include <X11/Xlib.h>
-#include <X11/Xutil.h>
 #include <gtest/gtest.h>
 
 #include <cstdlib>
@@ -31,15 +31,7 @@ class Anfitrion {
         XSync(m_Display, False);
         return w;
     }
-    // Colour that the user sees, y downwards.
-    unsigned long Color(Window w, int x, int y) {
-        XSync(m_Display, False);
-        XImage* imagen = XGetImage(m_Display, w, x, y, 1, 1, AllPlanes, ZPixmap);
-        if (!imagen) return 0xdead;
-        const unsigned long color = XGetPixel(imagen, 0, 0) & 0xffffff;
-        XDestroyImage(imagen);
-        return color;
-    }
+    unsigned long Color(Window w, int x, int y) const { return ColorVisto(m_Display, w, x, y); }
     void Manda(XEvent& e, Window w) {
         e.xany.window = w;
         XSendEvent(m_Display, w, False, NoEventMask, &e);

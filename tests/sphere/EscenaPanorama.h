@@ -66,15 +66,8 @@ class EscenaPanorama : public CEscenaImagen360 {
     using CGL::m_nListaEjes;
     using CGL::m_nListaLimites;
 
-    int CreaEn(Tela& tela) { return Crear(tela.DC(), PFD_TYPE_RGBA, PFD_DRAW_TO_BITMAP | PFD_SUPPORT_OPENGL); }
-    /// From nothing to a view, in a host's order.
-    int Monta(Tela& tela, int ancho = 64, int alto = 48) {
-        if (!CreaEn(tela)) return 0;
-        OnZoomExtension();
-        if (!Iniciar() || !Resize(ancho, alto)) return 0;
-        OnZoomExtension();
-        return 1;
-    }
+    int CreaEn(Tela& tela) { return ::CreaEn(*this, tela); }
+    int Monta(Tela& tela, int ancho = 64, int alto = 48) { return ::Monta(*this, tela, ancho, alto); }
 };
 
 /// A scene with a picture of 8 x 4, which it owns, and no context yet.

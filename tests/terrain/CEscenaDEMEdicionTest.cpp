@@ -84,6 +84,28 @@ TEST_F(Edicion, ACellWithAVoidFirstCornerGivesVectorsOfZeroAndNothingElse) {
     for (const Cuatro& nada : {c.nx, c.ny, c.nz})
         EXPECT_EQ(nada, Cuatro{});
     EXPECT_EQ(c.z[0], -7);
+    for (const float nula :
+         {float(dem.GetNulo()), std::numeric_limits<float>::quiet_NaN(), std::numeric_limits<float>::infinity()}) {
+        dem.Matriz().Set(0, 0, nula);
+        EXPECT_EQ(Lectura(m_escena, 2, 0).xW, -4) << nula;
+    }
+}
+
+TEST_F(Edicion, TheSidesOfACellOfAListAreThoseOfCertainCorners) {
+    CDEM dem = Lista();
+    m_escena.SetDEM(&dem);
+    const auto& cuatro = dem.Celdas()[1].m_nPuntos;
+    // South and west of the first, north of the second, east of the fourth: elsewhere are the others.
+    dem.ListaX().push_back(9999);
+    dem.ListaY().push_back(9999);
+    const auto x = std::uint32_t(dem.ListaX().size() - 1), y = std::uint32_t(dem.ListaY().size() - 1);
+    dem.Puntos()[cuatro[1]].m_nX = dem.Puntos()[cuatro[2]].m_nX = x;
+    dem.Puntos()[cuatro[2]].m_nY = dem.Puntos()[cuatro[3]].m_nY = y;
+    const Lectura c(m_escena, 1, 0);
+    EXPECT_EQ(c.xW, kOeste + 10);
+    EXPECT_EQ(c.xE, kOeste + 20);
+    EXPECT_EQ(c.yN, kSur + 40);
+    EXPECT_EQ(c.yS, kSur + 20);
 }
 
 TEST_F(Edicion, ACellOfAListIsAsStored) {
@@ -117,7 +139,7 @@ TEST_F(Edicion, ACellIsWrittenInTheSameOrder) {
     const float z[4] = {11, 12, 13, 14}, nx[4] = {1, 2, 3, 4}, ny[4] = {5, 6, 7, 8}, nz[4] = {9, 10, 11, 12};
     CDEM dem = Matriz();
     m_escena.SetDEM(&dem);
-    m_escena.ModificaCelda(0, 1, z, nx, ny, nz);
+    m_escena.ModificaCelda(0, 1, z, nullptr, nullptr, nullptr);  // without smoothing vectors aren't read
     const auto esquinas = [](const Vertiz::CMatriz<float>& m) {
         return Cuatro{m.Get(2, 1), m.Get(2, 2), m.Get(1, 1), m.Get(1, 2)};
     };

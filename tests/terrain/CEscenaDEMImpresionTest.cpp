@@ -1,4 +1,5 @@
-// A printed terrain is the one on the screen, light, lines and sky with it, whatever the frame takes from the one before.
+// A printed terrain is the one on the screen, light, lines and sky with it, whatever the frame takes from the one
+// before.
 
 #include "EscenaTerreno.h"
 #include "frame/CVistaGL.h"
@@ -29,7 +30,7 @@ class TerrenoImpreso : public Terreno {
     }
     void EsLaMisma() {
         const Imagen pantalla = m_tela.Lee();
-        Tela hoja;
+        Tela hoja(pantalla.ancho, pantalla.alto);
         Ventana ventana;
         m_escena.OnPrint(hoja.DC(), nullptr, &ventana);
         EXPECT_TRUE(IgualImagen(hoja.Lee(), pantalla, {0, 0.0}));

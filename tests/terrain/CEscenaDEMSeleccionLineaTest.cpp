@@ -1,6 +1,7 @@
 // Picking by the sketch, and picking in a grid in cell-list form.
 
 #include "VistaCenital.h"
+#include "model/CDigiTab.h"
 
 #include <gmock/gmock.h>
 
@@ -45,6 +46,32 @@ TEST_F(SeleccionConLinea, TheBorderCountsAndAConcaveSketchLeavesItsBayOut) {
     Traza({{0, 0}, {128, 0}, {128, 32}, {0, 32}});
     EXPECT_EQ(m_escena.OnSeleccionConLineaNueva(2), 4u);
     EXPECT_THAT(Picadas(), ElementsAre(Celda{0, 0}, Celda{0, 1}, Celda{0, 2}, Celda{0, 3}));
+}
+
+TEST_F(SeleccionConLinea, ACellIsLeftOutForAnyOfItsCorners) {
+    Vertiz::CDEM dem = Rejilla5();
+    Mira(dem);
+    // Round three corners of the cell (1, 1), whose middle is the pixel (48, 48).
+    for (const auto& [x, y] : {std::pair{1, 1}, {1, -1}, {-1, 1}, {-1, -1}}) {
+        const auto en = [&](int dx, int dy) { return CPoint(48 + x * dx, 48 + y * dy); };
+        Traza({en(-23, -23), en(27, -23), en(-23, 27)});
+        EXPECT_EQ(m_escena.OnSeleccionConLineaNueva(0), 0u) << x << ' ' << y;
+        EXPECT_EQ(m_escena.OnSeleccionConLineaNueva(1), 3u) << x << ' ' << y;
+    }
+}
+
+TEST_F(SeleccionConLinea, TheClosedSketchIsShown) {
+    Vertiz::CDEM dem = Rejilla5();
+    Vertiz::CDigiTab tabla;
+    Mira(dem);
+    m_escena.SetDigiTab(&tabla);
+    Traza({{20, 20}, {110, 20}, {110, 70}});
+    const RegistroGL registro;
+    m_escena.OnSeleccionConLineaNueva(1);
+    const auto v = registro.Numeros("glVertex3f");
+    ASSERT_EQ(v.size(), 4u);
+    EXPECT_EQ(v.front(), v.back());
+    m_escena.SetDigiTab(nullptr);
 }
 
 TEST_F(SeleccionConLinea, VoidsAreLeftOutByTheFirstCorner) {
@@ -156,6 +183,13 @@ TEST_F(SeleccionEnLista, ClicksInOnePlaceWalkOn) {
         EXPECT_THAT(Indices(), ElementsAre(celda));
     }
     EXPECT_EQ(Pulsa(96, 96, 0, 0), 0u);
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(Pulsa(96, 96, 0, 1), 1u);
+        EXPECT_THAT(Indices(), ElementsAre(2 * 4 + 2)) << "from the beginning";
+    }
+    EXPECT_EQ(Pulsa(96, 96, 0, 0, 0, 1), 1u);
+    EXPECT_EQ(Pulsa(96, 96, 0, 0, 0, 1), 1u);
+    EXPECT_THAT(Indices(), ElementsAre(2 * 4 + 2, 2 * 4 + 3, 2 * 4 + 3)) << "behind the first";
     for (const int raro : {-7, 1000, std::numeric_limits<int>::max()}) {
         m_escena.SetSeleccion({{raro, -1}});
         EXPECT_EQ(Pulsa(96, 96, 0, 0), raro < 0 ? 1u : 0u);
@@ -182,6 +216,9 @@ TEST_F(SeleccionEnLista, TheListHasThemWhereTheSurfaceIs) {
     for (std::size_t j = 0; j < 3; ++j)
         EXPECT_NEAR(v[0][j], gl[j], 1e-6) << j;
     EXPECT_EQ(Solo(registro.Lista(m_escena.m_nListaSeleccion), {"glBegin"}).at(0), "glBegin(GL_QUADS)");
+    const auto n = registro.Numeros("glNormal3d").at(0);
+    EXPECT_LT(n[1], -0.9) << "into the terrain";
+    EXPECT_NEAR(n[0] * n[0] + n[1] * n[1] + n[2] * n[2], 1.0, 1e-9);
     m_escena.SetSeleccion({{2, -1}, {-1, -1}, {99, -1}, {5 + 1, -1}});
     registro.Olvida();
     ASSERT_EQ(m_escena.OnSeleccion(64, 96, 1, 1, 1, 0, 0, 0, 0, 0, 0), 1u);
@@ -189,6 +226,19 @@ TEST_F(SeleccionEnLista, TheListHasThemWhereTheSurfaceIs) {
     ASSERT_EQ(v.size(), 2u) << "what isn't there and the void are left out";
     EXPECT_NEAR(v[0][1], EnGL(20, 40, 2 * kSz + 2 / 8.0)[1], 1e-6) << "points add the origin's height";
     EXPECT_EQ(Solo(registro.Lista(m_escena.m_nListaSeleccion), {"glBegin"}).at(0), "glBegin(GL_POINTS)");
+}
+
+TEST_F(SeleccionEnLista, AnUndonePickShowsNoLonger) {
+    MiraLista();
+    ASSERT_EQ(Pulsa(70, 70, 0, 1, 1), 1u);
+    ASSERT_EQ(Pulsa(70, 100, 0, 1, 1, 1), 1u);
+    m_escena.BorraUltimoPuntoLineaNueva(0);
+    EXPECT_THAT(Indices(), ElementsAre(2 * 4 + 2));
+    EXPECT_GT(m_escena.m_nListaSeleccion, 0u);
+    m_escena.BorraUltimoPuntoLineaNueva(0);
+    EXPECT_THAT(Indices(), IsEmpty());
+    EXPECT_EQ(m_escena.m_nListaSeleccion, 0u);
+    EXPECT_EQ(wglGetCurrentContext(), nullptr);
 }
 
 TEST_F(SeleccionEnLista, ItsPointsAreAsStored) {

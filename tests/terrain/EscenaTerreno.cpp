@@ -9,25 +9,6 @@ constexpr double kMedio = 4.0;  // half the side of the space that the feedback 
 
 }  // namespace
 
-Tela::Tela(int ancho, int alto) {
-    m_bitmap.CreateBitmap(ancho, alto, 24);
-    m_dc.CreateCompatibleDC(nullptr);
-    m_dc.SelectObject(&m_bitmap);
-}
-
-Imagen Tela::Lee() const {
-    BITMAP datos{};
-    m_bitmap.GetBitmap(&datos);
-    Imagen imagen(datos.bmWidth, datos.bmHeight);
-    const auto* bits = static_cast<const std::uint8_t*>(datos.bmBits);
-    for (int y = 0; y < imagen.alto; ++y)
-        for (int x = 0; x < imagen.ancho; ++x) {
-            const std::uint8_t* p = bits + (imagen.alto - 1 - y) * datos.bmWidthBytes + 3 * x;
-            imagen.Pinta(x, y, {p[2], p[1], p[0]});
-        }
-    return imagen;
-}
-
 Terreno::Terreno(int ancho, int alto) : m_tela(ancho, alto) {
     m_escena.SetQuad(1);
     m_escena.SetEjes(0);

@@ -2,11 +2,9 @@
 // What the tests of terrains share: a scene that shows its lists, on a picture in memory, built in a host's order.
 
 #include "terrain/CEscenaDEM.h"
-#include "platform/CBitmap.h"
-#include "platform/CDC.h"
-#include "support/Imagen.h"
 #include "support/Modelos.h"
 #include "support/RegistroGL.h"
+#include "support/Tela.h"
 
 #include <gtest/gtest.h>
 
@@ -51,19 +49,6 @@ class EscenaTerreno : public CEscenaDEM {
     using CEscenaDEM::m_pEdificios;
 
     CDataGL& Data() { return m_Data; }
-};
-
-/// A picture in memory, without a context of its own.
-class Tela {
-  public:
-    explicit Tela(int ancho = 120, int alto = 90);
-    CDC* DC() { return &m_dc; }
-    /// What was presented last.
-    Imagen Lee() const;
-
-  private:
-    CBitmap m_bitmap;
-    CDC m_dc;
 };
 
 /// A vertex as OpenGL got it from a list.

@@ -44,6 +44,7 @@ class ConexionX11 {
 /// Leaves Xlib's locks as its functions expect them, from within the handler of a lost connection.
 void DevuelveCerrojos(Display* display);
 
+/// Stands for an error's code where there is no server to give one.
 constexpr int kServidorPerdido = -1;
 
 /// The server of one of our connections has gone away.
@@ -62,9 +63,8 @@ class GuardaErroresX {
     GuardaErroresX& operator=(const GuardaErroresX&) = delete;
 
     /// Waits until the server has done all that it was asked.
-    /// @return code of the last error of what was asked since the block began, kServidorPerdido when there is no server
-    /// any more; 0 for
-    ///         none
+    /// @return code of the last error of what was asked since the block began; kServidorPerdido when there is no server
+    ///         any more; 0 for none
     int Error();
 
   private:

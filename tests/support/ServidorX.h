@@ -1,5 +1,7 @@
 #pragma once
-// An X server of a test's own, with nobody at it.
+// An X server of a test's own, with nobody at it: for tests that would meddle with a user's, or take it away.
+
+#include "platform/Backend.h"
 
 #include <gtest/gtest.h>
 #include <sys/prctl.h>
@@ -9,6 +11,7 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <string>
 
 /// Ends with the object.
@@ -46,6 +49,21 @@ class Servidor {
 
     pid_t m_Proceso = 0;
     std::string m_Nombre;  ///< empty when it didn't start
+};
+
+/// The server that every test of a program uses, since a process chooses its backend once. Tests are skipped where
+/// there is none to be had.
+class ConServidor : public testing::Environment {
+  public:
+    void SetUp() override {
+        s_pServidor = std::make_unique<Servidor>();
+        if (s_pServidor->m_Nombre.empty()) GTEST_SKIP() << "Xvfb isn't installed";
+        setenv("DISPLAY", s_pServidor->m_Nombre.c_str(), 1);
+        ASSERT_TRUE(plataforma::FuerzaBackend("glx"));
+    }
+    void TearDown() override { s_pServidor.reset(); }
+
+    static inline std::unique_ptr<Servidor> s_pServidor;
 };
 
 /// Ends the process of a death test: with 0 when all went well; what went wrong is on the error stream.
