@@ -10,7 +10,7 @@
 #include <vector>
 
 int CGL::CreatePalette() {
-    const HDC hdc = m_pDC ? m_pDC->GetSafeHdc() : nullptr;
+    const HDC hdc = m_pDC && !EsHuerfana() ? m_pDC->GetSafeHdc() : nullptr;
     PIXELFORMATDESCRIPTOR d{};
     return DescribePixelFormat(hdc, GetPixelFormat(hdc), sizeof(d), &d) ? CreaPaleta(d) : 0;
 }
@@ -68,7 +68,7 @@ int CGL::CapturaImagen(const CSize& size, char* buffer, HBITMAP hBitmap, const B
 
 int CGL::CreateCompatibleBitmap(CBitmap& bmp, BITMAPINFO& info, const CSize& size) {
     constexpr int kParametroMalo = 87;
-    const HDC hdc = m_pDC ? m_pDC->GetSafeHdc() : nullptr;
+    const HDC hdc = m_pDC && !EsHuerfana() ? m_pDC->GetSafeHdc() : nullptr;
     const HBITMAP nuevo = ::CreateCompatibleBitmap(hdc, size.cx, size.cy);
     if (!bmp.Attach(nuevo)) {
         DeleteObject(nuevo);

@@ -272,6 +272,21 @@ TEST(CGLPaleta, ASceneWithoutADeviceContextGetsNone) {
     EXPECT_EQ(escena.CreatePalette(), 0);
 }
 
+TEST(CGLPaleta, AChildWhoseParentIsGoneAsksItsDeviceContextNoMore) {
+    auto pVista = std::make_unique<VistaPrueba>(new EscenaPrueba);
+    ASSERT_TRUE(pVista->Abre(20, 10));
+    EscenaPrueba hija(L"hija");
+    pVista->Escena().ReferenciaNuevo(&hija);
+    ASSERT_EQ(pVista->Escena().BorraReferencia(L"hija"), &hija);
+    pVista.reset();  // with the scene, and the window's device context that it had lent
+    Tela tela;
+    hija.m_pDC = tela.DC();  // one that may be asked: it shows whether it was
+    EXPECT_EQ(hija.CreatePalette(), 0);
+    CBitmap bitmap;
+    BITMAPINFO info{};
+    EXPECT_EQ(hija.CreateCompatibleBitmap(bitmap, info, CSize(8, 8)), 0);
+}
+
 TEST_F(ConEscena, ThePictureIsReadFromItsLowerLeftCorner) {
     m_Escena.SetEjes(0);
     ASSERT_EQ(m_Escena.Render(), 1);

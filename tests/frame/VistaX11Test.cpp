@@ -234,3 +234,16 @@ TEST_F(VistaX11DeathTest, ADisplayThatGoesAwayLeavesTheSceneSafe) {
     };
     EXPECT_EXIT(prueba(), testing::ExitedWithCode(0), "");
 }
+
+TEST_F(VistaX11, APickOnAWindowThatHasShrunkStaysWithinItsPicture) {
+    for (int n = 0; n < 60; ++n) {
+        XResizeWindow(m_pDisplay, m_pVista->VentanaNativa(), 1 + unsigned(n * 37 % 90), 1 + unsigned(n * 53 % 90));
+        XSync(m_pDisplay, False);
+        EscenaPrueba::Punto c;
+        for (const CPoint& pt : {CPoint(0, 0), CPoint(60, 31), CPoint(119, 89)})
+            EXPECT_EQ(m_pEscena->PantallaATerreno(pt, c, true, false, false), 1);
+        if (n % 3 == 0) {
+            EXPECT_EQ(m_pEscena->Render(), 1);
+        }
+    }
+}

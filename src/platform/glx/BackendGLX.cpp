@@ -145,7 +145,10 @@ void BackendGLX::SigueTamano(SuperficieGLX& superficie) {
     if (!medidas) return;
     std::lock_guard cierre(superficie.m_Cerrojo);
     const std::pair ahora(medidas->m_nAncho, medidas->m_nAlto);
-    if (superficie.m_Vista != ahora && superficie.m_Vista.first != 0) glXSwapBuffers(m_Display, superficie.m_Dibujable);
+    if (superficie.m_Vista != ahora && superficie.m_Vista.first != 0) {
+        glXSwapBuffers(m_Display, superficie.m_Dibujable);
+        glClear(0);  // draws nothing; a read that comes first would still go by the old size, and beyond memory
+    }
     superficie.m_Vista = ahora;
 }
 
