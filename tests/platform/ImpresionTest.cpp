@@ -40,7 +40,9 @@ CString Nombre(const std::filesystem::path& ruta) {
 }
 
 std::string Entrecomilla(const std::filesystem::path& ruta) {
-    return "'" + ruta.string() + "'";
+    std::string orden = "'";
+    orden += ruta.string();
+    return orden += '\'';
 }
 
 // A picture of stripes that tells its corners: red at the upper left, green at the upper right, blue at the lower left.
