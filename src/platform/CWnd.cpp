@@ -370,7 +370,8 @@ LRESULT CWnd::MensajeRaton(UINT mensaje, WPARAM w, LPARAM l) {
                                                 &CWnd::OnMButtonDblClk};
     const CPoint pt(GET_X_LPARAM(l), GET_Y_LPARAM(l));
     if (mensaje == WM_MOUSEWHEEL) return OnMouseWheel(LOWORD(w), static_cast<short>(HIWORD(w)), pt);
-    (this->*manejadores[mensaje - WM_MOUSEMOVE])(static_cast<UINT>(w), pt);
+    const Manejador manejador = manejadores[mensaje - WM_MOUSEMOVE];
+    (this->*manejador)(static_cast<UINT>(w), pt);
     return 0;
 }
 
